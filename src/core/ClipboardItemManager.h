@@ -1,0 +1,109 @@
+#pragma once
+
+#include "core/ClipboardHistoryStore.h"
+#include "core/ImageStorage.h"
+#include "foundation/IsolationQueue.h"
+
+#include <QObject>
+
+#include <functional>
+
+class Clock;
+class UserDefaults;
+
+/// The one owner of the history: keeps it ordered and within its limits, and passes every change
+/// on to the store.
+///
+/// The list in memory is the truth while the process runs; the store is a backing copy, written
+/// behind every change. Every operation may be called from any thread and returns at once; a
+/// completion runs on the thread of the manager, after the list has changed and without waiting for
+/// the store. Ending the manager writes what is still queued.
+class ClipboardItemManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Completion = std::function<void()>;
+    using ItemCompletion = std::function<void(std::optional<ClipboardItem>)>;
+
+    /// Loads the history from \a store before it returns; a history that cannot be read leaves the
+    /// list empty and the store untouched. \a defaults and \a clock must outlive the manager.
+    ClipboardItemManager(std::unique_ptr<ClipboardHistoryStore> store, ImageStorage imageStorage,
+                         const UserDefaults &defaults, const Clock &clock);
+    ~ClipboardItemManager() override;
+
+    /// The list, cheap to copy. Waits for the changes queued so far; not for their writing.
+    ClipboardItemList items() const;
+
+    /// The directory of the image files that the items name.
+    QString imagesDirectory() const { return m_imageStorage.directory(); }
+
+    /// How many entries that are no favourites are kept; favourites come on top, up to as many.
+    qsizetype capacity() const;
+
+    /// Puts \a item at the front. An entry with the same content goes; of it the new one keeps
+    /// nothing but being a favourite. The hash of \a item need not be computed.
+    void addItem(ClipboardItem item);
+
+    void removeItem(const QUuid &id, Completion completion);
+
+    enum class Favorites { Keep, Clear };
+
+    /// Removes everything, or all but the favourites, for good, and compacts the store.
+    void clearHistory(Favorites favorites, Completion completion);
+
+    /// Removes what a lowered capacity leaves no room for.
+    void enforceCurrentLimits(Completion completion);
+
+    /// Emits favoriteLimitReached() instead if there are as many favourites as the capacity.
+    void toggleFavorite(const QUuid &id);
+
+    void updateTags(const QUuid &id, const QStringList &tags);
+
+    /// Replaces the text of a text or a link and drops its rich forms. The completion gets the entry
+    /// as it is then, or nothing if there is no such entry.
+    void updateTextContent(const QUuid &id, const QString &text, ItemCompletion completion);
+
+    /// Takes a tag from every entry that has it.
+    void removeTag(const QString &name);
+
+    /// Renames the first occurrence of a tag in every entry that has it.
+    void renameTag(const QString &oldName, const QString &newName);
+
+    /// Waits until every change so far is in the store.
+    void drain();
+
+signals:
+    /// A further favourite was refused; \a limit is how many there may be.
+    void favoriteLimitReached(qsizetype limit);
+
+private:
+    using StoreWork = std::function<void(ClipboardHistoryStore &)>;
+
+    void load();
+    void persist(const QString &label, StoreWork work);
+    void persistUpsert(const QString &label, ClipboardItemPointer item, QList<QUuid> deletedIds);
+    void complete(Completion completion);
+
+    // Inside a barrier block.
+    void insert(ClipboardItem item);
+    void storeImage(ClipboardItem &item);
+    QList<QUuid> applyLimits();
+    void remove(const QUuid &id);
+    void clear(Favorites favorites);
+    void invertFavorite(const QUuid &id);
+    std::optional<ClipboardItem> replaceText(const QUuid &id, const QString &text);
+    void editTags(const QString &label, const QString &name,
+                  const std::function<void(QStringList &)> &edit);
+    std::optional<qsizetype> indexOf(const QUuid &id) const;
+    ClipboardItemPointer replaceAt(qsizetype index, ClipboardItem item);
+
+    const UserDefaults &m_defaults;
+    const Clock &m_clock;
+    ImageStorage m_imageStorage;
+    std::unique_ptr<ClipboardHistoryStore> m_historyStore; ///< Belongs to the persistence queue.
+    ClipboardItemList m_items; ///< Belongs to the isolation queue.
+    // The queues end first, the writer of the list before the writer of the store.
+    mutable SerialQueue m_persistenceQueue{"tessarine.persistence"};
+    mutable IsolationQueue m_isolationQueue{"tessarine.isolation"};
+};

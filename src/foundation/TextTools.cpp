@@ -1,0 +1,160 @@
+#include "foundation/TextTools.h"
+
+#include <QChar>
+#include <QStringDecoder>
+#include <QTextBoundaryFinder>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct CodePoint
+{
+    char32_t value = 0;
+    int byteCount = 0;
+};
+
+bool isContinuation(char byte)
+{
+    return (uchar(byte) & 0xC0) == 0x80;
+}
+
+/// The code point at \a position of valid UTF-8.
+CodePoint codePointAt(QByteArrayView utf8, qsizetype position)
+{
+    const auto lead = uchar(utf8[position]);
+    if (lead < 0x80)
+        return {lead, 1};
+    const int byteCount = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    char32_t value = lead & (0xFF >> (byteCount + 1));
+    for (int i = 1; i < byteCount && position + i < utf8.size(); ++i)
+        value = (value << 6) | (uchar(utf8[position + i]) & 0x3F);
+    return {value, byteCount};
+}
+
+/// The number of characters of \a text, but no more than \a most: counting on is of no use.
+qsizetype characterCount(const QString &text, qsizetype most)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype count = 0;
+    while (count < most && finder.toNextBoundary() != -1)
+        ++count;
+    return count;
+}
+
+/// Writes a text as one line, white space folded.
+class LineFolder
+{
+public:
+    void add(char32_t character)
+    {
+        if (character == U'\r') {
+            // CR and CR LF are line ends like LF.
+            addLineEnd();
+        } else if (character == U'\n') {
+            if (!m_wasCarriageReturn)
+                addLineEnd();
+        } else if (character == U'\t') {
+            addWord(u" | ");
+        } else if (QChar::isSpace(character)) {
+            m_needsBlank = true;
+        } else {
+            addCharacter(character);
+        }
+        m_wasCarriageReturn = character == U'\r';
+    }
+
+    const QString &line() const { return m_line; }
+
+private:
+    void addLineEnd() { addWord(u" / "); }
+
+    void addWord(QStringView word)
+    {
+        for (const QChar character : word) {
+            if (character.isSpace())
+                m_needsBlank = true;
+            else
+                addCharacter(character.unicode());
+        }
+    }
+
+    void addCharacter(char32_t character)
+    {
+        if (m_needsBlank && !m_line.isEmpty())
+            m_line += u' ';
+        m_needsBlank = false;
+        m_line += QChar::fromUcs4(character);
+    }
+
+    QString m_line;
+    bool m_needsBlank = false;
+    bool m_wasCarriageReturn = false;
+};
+
+} // namespace
+
+QByteArrayView trimmedUtf8(QByteArrayView utf8)
+{
+    qsizetype begin = 0;
+    while (begin < utf8.size()) {
+        const CodePoint point = codePointAt(utf8, begin);
+        if (!QChar::isSpace(point.value))
+            break;
+        begin += point.byteCount;
+    }
+    qsizetype end = utf8.size();
+    while (end > begin) {
+        qsizetype start = end - 1;
+        while (start > begin && isContinuation(utf8[start]))
+            --start;
+        if (!QChar::isSpace(codePointAt(utf8, start).value))
+            break;
+        end = start;
+    }
+    return utf8.sliced(begin, end - begin);
+}
+
+QByteArray withLineFeeds(QByteArrayView utf8)
+{
+    QByteArray text = utf8.toByteArray();
+    if (text.contains("\r\n"))
+        text.replace("\r\n", "\n");
+    return text;
+}
+
+QString firstCharacters(const QString &text, qsizetype limit)
+{
+    if (text.size() <= limit)
+        return text;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype end = 0;
+    for (qsizetype count = 0; count < limit; ++count) {
+        const qsizetype next = finder.toNextBoundary();
+        if (next == -1)
+            return text;
+        end = next;
+    }
+    return text.first(end);
+}
+
+QString singleLine(QByteArrayView utf8, qsizetype limit)
+{
+    LineFolder folder;
+    qsizetype nextCheck = limit + 1;
+    for (qsizetype position = 0; position < utf8.size();) {
+        const CodePoint point = codePointAt(utf8, position);
+        position += point.byteCount;
+        folder.add(point.value);
+        // A character may be many code points: look again only after as many more have come.
+        if (folder.line().size() >= nextCheck) {
+            // Two more than the limit, since what follows may still join the last one.
+            if (characterCount(folder.line(), limit + 2) == limit + 2)
+                break;
+            nextCheck = folder.line().size() + limit;
+        }
+    }
+    const QString &line = folder.line();
+    const QString shown = firstCharacters(line, limit);
+    return shown.size() < line.size() ? shown + u"..."_s : shown;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+/// \a utf8 without white space and line separators (Unicode White_Space) at both ends. The view
+/// stays valid as long as the bytes of \a utf8.
+QByteArrayView trimmedUtf8(QByteArrayView utf8);
+
+/// \a utf8 with each CR LF replaced by LF; a lone CR stays.
+QByteArray withLineFeeds(QByteArrayView utf8);
+
+/// The first \a limit characters, as a reader counts them (grapheme clusters).
+QString firstCharacters(const QString &text, qsizetype limit);
+
+/// One line that stands for \a utf8: line ends become " / ", tabs " | ", each run of white space one
+/// blank; both ends are trimmed. Longer texts are cut to \a limit characters, as a reader counts
+/// them, and "..." follows, not counted. Empty if there is nothing but white space.
+///
+/// Looks no further into the text than the result needs.
+QString singleLine(QByteArrayView utf8, qsizetype limit);

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <functional>
+
+/// The key combination that reaches us whatever application has the focus. Main thread only.
+class GlobalHotkey
+{
+public:
+    virtual ~GlobalHotkey() = default;
+
+    /// Asks for the combination. \a keyCode and \a modifiers are the stored numbers (see
+    /// HotkeySettings). Returns 0, or the desktop's error number if it was refused; then no
+    /// combination is in force. An earlier combination must have been released.
+    [[nodiscard]] virtual int assign(quint32 keyCode, quint32 modifiers) = 0;
+
+    /// Gives the combination back; does nothing if none is in force.
+    virtual void release() = 0;
+
+    /// Called once for each press, not on auto-repeat.
+    std::function<void()> onPressed;
+};
+
+/// Values of GlobalHotkey::assign() that come from no desktop.
+namespace HotkeyError {
+inline constexpr int kNoSuchKey = -1; ///< No key of this keyboard has that meaning.
+inline constexpr int kNotSupported = -2; ///< The desktop offers no global keys.
+} // namespace HotkeyError

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "foundation/Utf8Text.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QSize>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+/// The identifiers under which content lies on the pasteboard.
+namespace PasteboardType {
+inline constexpr QStringView kString = u"public.utf8-plain-text";
+inline constexpr QStringView kUrl = u"public.url";
+inline constexpr QStringView kHtml = u"public.html";
+inline constexpr QStringView kRtf = u"public.rtf";
+inline constexpr QStringView kFileUrl = u"public.file-url";
+inline constexpr QStringView kTiff = u"public.tiff";
+inline constexpr QStringView kPng = u"public.png";
+inline constexpr QStringView kJpeg = u"public.jpeg";
+inline constexpr QStringView kImage = u"public.image";
+inline constexpr QStringView kRemoteClipboard = u"com.apple.is-remote-clipboard";
+} // namespace PasteboardType
+
+/// A picture as the pasteboard offered it, decoded and written again by our own encoder.
+struct PasteboardImage
+{
+    QByteArray tiff; ///< The same pixels give the same bytes, whatever format was offered.
+    QSize size; ///< In pixels.
+};
+
+/// What lay on the pasteboard at one change, read to the end.
+struct PasteboardSnapshot
+{
+    quint64 changeCount = 0;
+    QStringList types; ///< Identifiers of PasteboardType, in the order of the offer.
+    std::optional<Utf8Text> string; ///< Present if a text was offered, even an empty one.
+    std::optional<QByteArray> html; ///< As offered, byte for byte.
+    std::optional<QByteArray> rtf; ///< As offered, byte for byte.
+    std::optional<QList<QUrl>> fileUrls; ///< The copied URLs if files were offered and readable.
+    /// Only fetched where neither a string nor files were offered; absent if it could not be read.
+    std::optional<PasteboardImage> image;
+    bool isOwnWrite = false; ///< This program wrote it.
+
+    bool hasType(QStringView type) const { return types.contains(type); }
+};
+
+/// What is to be put on the pasteboard, in the order in which it is offered.
+struct PasteboardContents
+{
+    struct Entry
+    {
+        QString type; ///< An identifier of PasteboardType.
+        QByteArray data; ///< For kString and kUrl UTF-8; for kFileUrl the encoded URL.
+
+        friend bool operator==(const Entry &, const Entry &) = default;
+    };
+
+    QList<Entry> entries;
+
+    void add(QStringView type, QByteArray data)
+    {
+        entries.append({type.toString(), std::move(data)});
+    }
+    bool isEmpty() const { return entries.isEmpty(); }
+};
+
+/// The general pasteboard: what the person copied last, in whatever program.
+class Pasteboard
+{
+public:
+    virtual ~Pasteboard() = default;
+
+    /// Moves with every change, ours included, and only after its snapshot is complete. One atomic
+    /// read; any thread.
+    virtual quint64 changeCount() const = 0;
+
+    /// The snapshot that belongs to the latest change count. Never waits for another program.
+    virtual PasteboardSnapshot snapshot() const = 0;
+
+    /// Replaces what is on the pasteboard and returns at once. Without entries it is left empty.
+    virtual void write(const PasteboardContents &contents) = 0;
+
+    /// Called on the main thread soon after the change count has moved; several changes may come
+    /// together. There are changes that bring no call, so that a poll stays necessary.
+    std::function<void()> onChanged;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QPoint>
+
+#include <functional>
+
+/// Tells of mouse presses anywhere on the screen, without taking them from anyone. Main thread.
+class PointerMonitor
+{
+public:
+    virtual ~PointerMonitor() = default;
+
+    /// Begins to call onMousePressed. Does nothing where the desktop offers no such thing.
+    virtual void start() = 0;
+    virtual void stop() = 0;
+
+    /// Left or right button; the position in global device-independent pixels.
+    std::function<void(QPoint position)> onMousePressed;
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class QWindow;
+
+/// A program with a window on this desktop, as it was when it was asked for.
+struct RunningApplication
+{
+    QString bundleIdentifier; ///< Desktop-file id, else the window class; empty if it has neither.
+    QString localizedName; ///< For people; empty if there is none.
+    quint64 window = 0; ///< The window that had the focus, in the desktop's own numbering.
+    qint64 processId = 0; ///< Zero if the desktop does not tell.
+
+    friend bool operator==(const RunningApplication &, const RunningApplication &) = default;
+};
+
+/// The programs and windows of the desktop. Main thread only; never waits for another program.
+class Workspace
+{
+public:
+    virtual ~Workspace() = default;
+
+    /// The program whose window has the focus; absent if none has, or the desktop does not tell.
+    virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+    /// True if \a application is this very program.
+    virtual bool isOwnApplication(const RunningApplication &application) const = 0;
+
+    /// Brings the window of \a application to the front and gives it the focus.
+    virtual void activate(const RunningApplication &application) = 0;
+
+    /// Brings a window of this program to the front with the focus. It must have been shown.
+    virtual void activateOwnWindow(QWindow *window) = 0;
+
+    /// Tells the desktop, before \a window is shown, that the person has just asked for it, so
+    /// that it may take the focus.
+    virtual void prepareOwnWindow(QWindow *window) = 0;
+
+    /// The name of an installed program by its identifier; absent if there is no such program.
+    virtual std::optional<QString> applicationName(const QString &bundleIdentifier) const = 0;
+
+    /// Called after another program's window, or one of ours, has got the focus.
+    std::function<void(const RunningApplication &)> onApplicationActivated;
+};

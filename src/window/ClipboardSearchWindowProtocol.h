@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/ClipboardItem.h"
+
+#include <functional>
+
+/// What the application knows of the history window. Main thread only.
+class ClipboardSearchWindowProtocol
+{
+public:
+    virtual ~ClipboardSearchWindowProtocol() = default;
+
+    virtual bool isVisible() const = 0;
+
+    /// The window is on its way out; show() turns it round.
+    virtual bool isHideAnimationInFlight() const = 0;
+
+    virtual void show() = 0;
+
+    /// Does nothing while the window is on its way out. Ends in onWindowHidden.
+    virtual void hide() = 0;
+
+    virtual void updateItems(const ClipboardItemList &items) = 0;
+    virtual void refreshLanguage() = 0;
+
+    std::function<void(const ClipboardItemPointer &item)> onPasteSelected;
+    /// The window is gone from the screen and its owner may drop it, though not inside the call.
+    std::function<void()> onWindowHidden;
+    std::function<void(const QUuid &id)> onFavoriteToggled;
+};

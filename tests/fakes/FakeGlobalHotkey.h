@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/GlobalHotkey.h"
+
+#include <optional>
+#include <utility>
+
+/// A hot key that a test presses by calling onPressed.
+class FakeGlobalHotkey : public GlobalHotkey
+{
+public:
+    int assign(quint32 keyCode, quint32 modifiers) override
+    {
+        if (refusal == 0)
+            assigned = std::pair(keyCode, modifiers);
+        return refusal;
+    }
+
+    void release() override { assigned.reset(); }
+
+    int refusal = 0; ///< What assign() answers.
+    std::optional<std::pair<quint32, quint32>> assigned;
+};

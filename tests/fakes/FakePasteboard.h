@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+/// A pasteboard in memory, with shortcuts for what other programs copy.
+class FakePasteboard : public Pasteboard
+{
+public:
+    quint64 changeCount() const override { return m_snapshot.changeCount; }
+
+    PasteboardSnapshot snapshot() const override
+    {
+        ++snapshotCount;
+        return m_snapshot;
+    }
+
+    void write(const PasteboardContents &contents) override
+    {
+        written = contents;
+        ++writeCount;
+        PasteboardSnapshot snapshot;
+        snapshot.isOwnWrite = true;
+        copy(snapshot);
+    }
+
+    /// Another program copies \a snapshot; its change count is set here.
+    void copy(PasteboardSnapshot snapshot)
+    {
+        snapshot.changeCount = m_snapshot.changeCount + 1;
+        m_snapshot = std::move(snapshot);
+    }
+
+    void copyText(const QString &text)
+    {
+        PasteboardSnapshot snapshot;
+        snapshot.types = {PasteboardType::kString.toString()};
+        snapshot.string = Utf8Text(text);
+        copy(snapshot);
+    }
+
+    PasteboardContents written;
+    int writeCount = 0;
+    mutable int snapshotCount = 0;
+
+private:
+    PasteboardSnapshot m_snapshot;
+};

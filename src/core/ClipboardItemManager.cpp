@@ -34,7 +34,11 @@ ClipboardItemManager::ClipboardItemManager(std::unique_ptr<ClipboardHistoryStore
     load();
 }
 
-ClipboardItemManager::~ClipboardItemManager() = default;
+ClipboardItemManager::~ClipboardItemManager()
+{
+    // Queued store work reads the list, so it has to run while the list's queue still stands.
+    drain();
+}
 
 ClipboardItemList ClipboardItemManager::items() const
 {

@@ -103,7 +103,7 @@ private:
     ImageStorage m_imageStorage;
     std::unique_ptr<ClipboardHistoryStore> m_historyStore; ///< Belongs to the persistence queue.
     ClipboardItemList m_items; ///< Belongs to the isolation queue.
-    // The queues end first, the writer of the list before the writer of the store.
+    // The queues end before what their work touches.
     mutable SerialQueue m_persistenceQueue{"tessarine.persistence"};
     mutable IsolationQueue m_isolationQueue{"tessarine.isolation"};
 };

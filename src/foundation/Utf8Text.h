@@ -11,7 +11,7 @@ class Utf8Text
 {
 public:
     Utf8Text() = default;
-    explicit Utf8Text(const QString &text) : m_utf8(text.toUtf8()) {}
+    explicit Utf8Text(const QString &text);
 
     /// Takes \a bytes as they are if they are valid UTF-8. Otherwise each malformed sequence
     /// becomes U+FFFD, so that every Utf8Text can be decoded and stored.

@@ -146,12 +146,13 @@ QString singleLine(QByteArrayView utf8, qsizetype limit)
         const CodePoint point = codePointAt(utf8, position);
         position += point.byteCount;
         folder.add(point.value);
-        // A character may be many code points: look again only after as many more have come.
+        // A character may be many code points. Looking again only when the line has doubled keeps
+        // the effort in proportion to the text, whatever it is made of.
         if (folder.line().size() >= nextCheck) {
             // Two more than the limit, since what follows may still join the last one.
             if (characterCount(folder.line(), limit + 2) == limit + 2)
                 break;
-            nextCheck = folder.line().size() + limit;
+            nextCheck = 2 * folder.line().size();
         }
     }
     const QString &line = folder.line();

@@ -1,6 +1,7 @@
 #include "foundation/LoweredQuery.h"
 
 #include <cstring>
+#include <string_view>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -81,11 +82,22 @@ bool containsLowered(QByteArrayView text, QByteArrayView query)
     return false;
 }
 
+/// Whether \a text holds one of the two characters outside ASCII that are lowered to an ASCII
+/// letter: the Kelvin sign to k, the dotted capital I to i and a dot above.
+bool hasForeignCapital(QByteArrayView text)
+{
+    const auto holds = [&text](std::string_view character) {
+        return memmem(text.data(), size_t(text.size()), character.data(), character.size());
+    };
+    return holds("\xE2\x84\xAA") || holds("\xC4\xB0");
+}
+
 } // namespace
 
 LoweredQuery::LoweredQuery(const QString &query)
     : m_lowered(query.toLower())
     , m_loweredUtf8(m_lowered.toUtf8())
+    , m_hasUtf8(m_lowered.isValidUtf16())
 {
     for (const char32_t character : m_lowered.toUcs4()) {
         if (character >= 0x80) {
@@ -95,7 +107,7 @@ LoweredQuery::LoweredQuery(const QString &query)
             if (isCased)
                 m_isBytewiseExact = false;
         } else if (character == U'k' || character == U'i') {
-            // The Kelvin sign and the dotted capital I are lowered to these.
+            // See hasForeignCapital().
             m_hasForeignCapitals = true;
         }
     }
@@ -109,12 +121,16 @@ bool LoweredQuery::isContainedIn(const Utf8Text &text) const
     if (isEmpty())
         return true;
     const QByteArrayView bytes = text.utf8();
+    if (!m_hasUtf8)
+        return isContainedIn(text.toString());
     if (isFoundBytewise(bytes))
         return true;
     if (m_isBytewiseExact && !m_hasForeignCapitals)
         return false;
     // What is left to find are capitals outside ASCII.
-    return !isAscii(bytes) && isContainedIn(text.toString());
+    if (isAscii(bytes) || (m_isBytewiseExact && !hasForeignCapital(bytes)))
+        return false;
+    return isContainedIn(text.toString());
 }
 
 bool LoweredQuery::isContainedIn(const QString &text) const

@@ -23,6 +23,8 @@ private:
 
     QString m_lowered;
     QByteArray m_loweredUtf8;
+    /// Half a surrogate pair has no UTF-8, and yet it is found in each character that holds it.
+    bool m_hasUtf8 = true;
     /// No character of the query has another case but ASCII letters.
     bool m_isBytewiseExact = true;
     /// The query holds a letter that a character outside ASCII is lowered to.

@@ -1,0 +1,58 @@
+#include "foundation/PrivateFiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t kDirectoryMode = 0700;
+constexpr mode_t kFileMode = 0600;
+constexpr mode_t kRightsOfOthers = 0077;
+
+} // namespace
+
+bool ensurePrivateDirectory(const QString &path)
+{
+    if (path.isEmpty())
+        return false;
+    if (QFileInfo(path).isDir()) {
+        closeToOthers(path);
+        return true;
+    }
+    const QString parent = QFileInfo(path).absolutePath();
+    if (!QFileInfo(parent).isDir() && !ensurePrivateDirectory(parent))
+        return false;
+    const QByteArray name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), kDirectoryMode) != 0)
+        return QFileInfo(path).isDir();
+    // The umask may have taken rights from the user as well.
+    return ::chmod(name.constData(), kDirectoryMode) == 0;
+}
+
+bool ensurePrivateFile(const QString &path)
+{
+    const int file = ::open(QFile::encodeName(path).constData(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
+    if (file < 0) {
+        closeToOthers(path);
+        return QFileInfo(path).isFile();
+    }
+    const bool isPrivate = ::fchmod(file, kFileMode) == 0;
+    ::close(file);
+    return isPrivate;
+}
+
+void closeToOthers(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status = {};
+    if (::stat(name.constData(), &status) != 0 || (status.st_mode & kRightsOfOthers) == 0)
+        return;
+    // Best effort: a file of another owner stays as it is.
+    [[maybe_unused]] const int result
+        = ::chmod(name.constData(), status.st_mode & 07777 & ~kRightsOfOthers);
+}

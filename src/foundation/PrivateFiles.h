@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+// What people copy is nobody else's business: the program's directories have the mode 0700 and its
+// files 0600, whatever the umask says.
+
+/// Creates the directory, and those above it that are missing, for the user alone. A directory that
+/// exists is closed to others. False if there is no such directory in the end.
+[[nodiscard]] bool ensurePrivateDirectory(const QString &path);
+
+/// Creates an empty file for the user alone. A file that exists is closed to others and keeps what
+/// it holds; it is not opened. False if there is no such file in the end.
+[[nodiscard]] bool ensurePrivateFile(const QString &path);
+
+/// Takes the rights of others from a file, if there is one.
+void closeToOthers(const QString &path);

@@ -1,0 +1,324 @@
+#include "persistence/ClipboardHistoryRecord.h"
+
+#include "persistence/SQLiteConnection.h"
+
+#include <array>
+
+#include <nlohmann/json.hpp>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Places in kColumnNames, and so in every row that is read; parameters are numbered one higher.
+namespace Column {
+enum : int {
+    id,
+    position,
+    timestamp,
+    contentTypeRaw,
+    stringValue,
+    htmlRepresentation,
+    rtfRepresentation,
+    imageFileName,
+    imageThumbnailFileName,
+    imageDigest,
+    filePath,
+    fileBookmarkData,
+    fileTypesJSON,
+    tagsJSON,
+    isFavorite,
+    cloudRecordID,
+    syncStatusRaw,
+    lastSyncTime,
+    sourceAppBundleID,
+    isRemoteClipboard,
+    updatedAt,
+    contentHash,
+    deletedAt,
+};
+} // namespace Column
+
+constexpr std::array kColumnNames{
+    "id",
+    "position",
+    "timestamp",
+    "contentTypeRaw",
+    "stringValue",
+    "htmlRepresentation",
+    "rtfRepresentation",
+    "imageFileName",
+    "imageThumbnailFileName",
+    "imageDigest",
+    "filePath",
+    "fileBookmarkData",
+    "fileTypesJSON",
+    "tagsJSON",
+    "isFavorite",
+    "cloudRecordID",
+    "syncStatusRaw",
+    "lastSyncTime",
+    "sourceAppBundleID",
+    "isRemoteClipboard",
+    "updatedAt",
+    "contentHash",
+    "deletedAt",
+};
+static_assert(kColumnNames.size() == Column::deletedAt + 1);
+
+static_assert(ClipboardHistoryRecord::kSchemaVersion == 1);
+constexpr auto kCreateTable = R"(
+CREATE TABLE ClipboardHistoryRecord (
+    id TEXT NOT NULL UNIQUE,
+    position INTEGER NOT NULL,
+    timestamp INTEGER NOT NULL,
+    contentTypeRaw TEXT NOT NULL,
+    stringValue TEXT,
+    htmlRepresentation BLOB,
+    rtfRepresentation BLOB,
+    imageFileName TEXT,
+    imageThumbnailFileName TEXT,
+    imageDigest TEXT,
+    filePath TEXT,
+    fileBookmarkData BLOB,
+    fileTypesJSON BLOB NOT NULL,
+    tagsJSON BLOB NOT NULL DEFAULT x'',
+    isFavorite INTEGER NOT NULL,
+    cloudRecordID TEXT,
+    syncStatusRaw TEXT NOT NULL DEFAULT 'local',
+    lastSyncTime INTEGER,
+    sourceAppBundleID TEXT,
+    isRemoteClipboard INTEGER,
+    updatedAt INTEGER,
+    contentHash TEXT,
+    deletedAt INTEGER
+);
+CREATE INDEX ClipboardHistoryRecord_loadOrder
+    ON ClipboardHistoryRecord (timestamp) WHERE deletedAt IS NULL;
+PRAGMA user_version = 1;
+)";
+
+/// "a, b, c", each name put into \a form in place of "%".
+std::string columnList(const std::string &form, size_t firstColumn = 0)
+{
+    std::string list;
+    for (size_t column = firstColumn; column < kColumnNames.size(); ++column) {
+        if (!list.empty())
+            list += ", ";
+        for (const char character : form) {
+            if (character == '%')
+                list += kColumnNames[column];
+            else
+                list += character;
+        }
+    }
+    return list;
+}
+
+QByteArray jsonOf(const QStringList &strings)
+{
+    if (strings.isEmpty())
+        return "[]";
+    nlohmann::json array = nlohmann::json::array();
+    for (const QString &string : strings)
+        array.push_back(string.toStdString());
+    return QByteArray::fromStdString(array.dump());
+}
+
+/// Anything but an array of strings is an empty list.
+QStringList listOf(QByteArrayView json)
+{
+    const auto array = nlohmann::json::parse(json.begin(), json.end(), nullptr, false);
+    if (!array.is_array())
+        return {};
+    QStringList strings;
+    for (const nlohmann::json &element : array) {
+        if (!element.is_string())
+            return {};
+        strings.append(QString::fromStdString(element.get_ref<const std::string &>()));
+    }
+    return strings;
+}
+
+/// Sets parameters by column; what is absent stays null.
+class RowBinder
+{
+public:
+    explicit RowBinder(SQLiteStatement &statement) : m_statement(statement) {}
+
+    void number(int column, qint64 value) { m_statement.bind(column + 1, value); }
+    void utf8(int column, QByteArrayView text) { m_statement.bindText(column + 1, text); }
+
+    void text(int column, const std::optional<QString> &value)
+    {
+        if (value)
+            utf8(column, value->toUtf8());
+    }
+
+    void text(int column, const std::optional<Utf8Text> &value)
+    {
+        if (value)
+            m_statement.bindKeptText(column + 1, value->utf8());
+    }
+
+    void bytes(int column, const std::optional<QByteArray> &value)
+    {
+        if (value)
+            m_statement.bindKeptBytes(column + 1, *value);
+    }
+
+    void date(int column, const std::optional<Timestamp> &value)
+    {
+        if (value)
+            number(column, microsecondsSinceEpoch(*value));
+    }
+
+    void list(int column, const QStringList &strings)
+    {
+        m_statement.bindBytes(column + 1, jsonOf(strings));
+    }
+
+private:
+    SQLiteStatement &m_statement;
+};
+
+std::optional<QByteArray> optionalBytes(const SQLiteStatement &row, int column)
+{
+    if (row.isNull(column))
+        return std::nullopt;
+    return row.bytes(column).toByteArray();
+}
+
+std::optional<QString> optionalText(const SQLiteStatement &row, int column)
+{
+    if (row.isNull(column))
+        return std::nullopt;
+    return QString::fromUtf8(row.bytes(column));
+}
+
+std::optional<Timestamp> optionalDate(const SQLiteStatement &row, int column)
+{
+    if (row.isNull(column))
+        return std::nullopt;
+    return timestampFromMicroseconds(row.integer(column));
+}
+
+} // namespace
+
+namespace ClipboardHistoryRecord {
+
+void createTable(SQLiteConnection &connection)
+{
+    connection.execute(kCreateTable);
+}
+
+std::string selectLiveSql()
+{
+    return "SELECT " + columnList("%")
+        + " FROM ClipboardHistoryRecord WHERE deletedAt IS NULL ORDER BY timestamp DESC";
+}
+
+std::string upsertSql()
+{
+    return "INSERT INTO ClipboardHistoryRecord (" + columnList("%") + ") VALUES ("
+        + columnList(":%") + ") ON CONFLICT (id) DO UPDATE SET "
+        + columnList("% = excluded.%", Column::position)
+        + " WHERE excluded.updatedAt >= coalesce(ClipboardHistoryRecord.updatedAt,"
+          " ClipboardHistoryRecord.timestamp)";
+}
+
+void bindItem(SQLiteStatement &statement, const ClipboardItem &item)
+{
+    RowBinder row(statement);
+    row.utf8(Column::id, storedId(item.id));
+    row.number(Column::position, 0); // The order of the history is that of the timestamps.
+    row.date(Column::timestamp, item.timestamp);
+    row.utf8(Column::contentTypeRaw, rawValue(item.contentType).toUtf8());
+    row.text(Column::stringValue, item.stringValue);
+    row.bytes(Column::htmlRepresentation, item.htmlRepresentation);
+    row.bytes(Column::rtfRepresentation, item.rtfRepresentation);
+    row.text(Column::imageFileName, item.imageFileName);
+    row.text(Column::imageThumbnailFileName, item.imageThumbnailFileName);
+    if (item.imageDigest)
+        row.utf8(Column::imageDigest, *item.imageDigest);
+    row.text(Column::filePath, item.filePath);
+    row.bytes(Column::fileBookmarkData, item.fileBookmarkData);
+    row.list(Column::fileTypesJSON, item.fileTypes);
+    row.list(Column::tagsJSON, item.tags);
+    row.number(Column::isFavorite, item.isFavorite);
+    row.text(Column::cloudRecordID, item.cloudRecordID);
+    row.utf8(Column::syncStatusRaw, rawValue(item.syncStatus).toUtf8());
+    row.date(Column::lastSyncTime, item.lastSyncTime);
+    row.text(Column::sourceAppBundleID, item.sourceAppBundleID);
+    row.number(Column::isRemoteClipboard, item.isRemoteClipboard);
+    row.date(Column::updatedAt, item.updatedAt);
+    row.utf8(Column::contentHash, item.contentHash);
+    row.date(Column::deletedAt, item.deletedAt);
+}
+
+QByteArray storedId(const QUuid &id)
+{
+    return id.toByteArray(QUuid::WithoutBraces).toUpper();
+}
+
+ClipboardItemPointer RowReader::item(const SQLiteStatement &row)
+{
+    const auto type = contentTypeFromRaw(sharedText(row, Column::contentTypeRaw).value_or(u""_s));
+    const QUuid id = QUuid::fromString(QLatin1StringView(row.bytes(Column::id)));
+    if (!type || id.isNull())
+        return nullptr;
+
+    const auto item = std::make_shared<ClipboardItem>();
+    item->id = id;
+    item->timestamp = timestampFromMicroseconds(row.integer(Column::timestamp));
+    item->contentType = *type;
+    if (auto text = optionalBytes(row, Column::stringValue))
+        item->stringValue = Utf8Text::fromUtf8(*std::move(text));
+    item->htmlRepresentation = optionalBytes(row, Column::htmlRepresentation);
+    item->rtfRepresentation = optionalBytes(row, Column::rtfRepresentation);
+    item->imageFileName = optionalText(row, Column::imageFileName);
+    item->imageThumbnailFileName = optionalText(row, Column::imageThumbnailFileName);
+    item->imageDigest = optionalBytes(row, Column::imageDigest);
+    item->filePath = optionalText(row, Column::filePath);
+    item->fileBookmarkData = optionalBytes(row, Column::fileBookmarkData);
+    item->fileTypes = sharedList(row, Column::fileTypesJSON);
+    item->tags = sharedList(row, Column::tagsJSON);
+    item->isFavorite = row.integer(Column::isFavorite) != 0;
+    item->cloudRecordID = optionalText(row, Column::cloudRecordID);
+    item->syncStatus
+        = syncStatusFromRaw(sharedText(row, Column::syncStatusRaw).value_or(u""_s))
+              .value_or(SyncStatus::Local);
+    item->lastSyncTime = optionalDate(row, Column::lastSyncTime);
+    item->sourceAppBundleID = sharedText(row, Column::sourceAppBundleID);
+    item->isRemoteClipboard = row.integer(Column::isRemoteClipboard) != 0;
+    item->updatedAt = optionalDate(row, Column::updatedAt).value_or(item->timestamp);
+    item->deletedAt = optionalDate(row, Column::deletedAt);
+    item->contentHash = row.bytes(Column::contentHash).toByteArray();
+    if (item->contentHash.isEmpty())
+        item->contentHash = computeContentHash(*item);
+    return item;
+}
+
+std::optional<QString> RowReader::sharedText(const SQLiteStatement &row, int column)
+{
+    if (row.isNull(column))
+        return std::nullopt;
+    const QByteArrayView utf8 = row.bytes(column);
+    const auto known = m_texts.constFind(QByteArray::fromRawData(utf8.data(), utf8.size()));
+    if (known != m_texts.constEnd())
+        return *known;
+    return *m_texts.insert(utf8.toByteArray(), QString::fromUtf8(utf8));
+}
+
+QStringList RowReader::sharedList(const SQLiteStatement &row, int column)
+{
+    const QByteArrayView json = row.bytes(column);
+    if (json.isEmpty() || json == "[]")
+        return {};
+    const auto known = m_lists.constFind(QByteArray::fromRawData(json.data(), json.size()));
+    if (known != m_lists.constEnd())
+        return *known;
+    return *m_lists.insert(json.toByteArray(), listOf(json));
+}
+
+} // namespace ClipboardHistoryRecord

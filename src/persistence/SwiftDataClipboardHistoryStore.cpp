@@ -1,0 +1,189 @@
+#include "persistence/SwiftDataClipboardHistoryStore.h"
+
+#include "foundation/PrivateFiles.h"
+#include "persistence/ClipboardHistoryRecord.h"
+#include "persistence/SQLiteConnection.h"
+#include "persistence/SQLiteMaintenance.h"
+#include "platform/Clock.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A commit writes whole pages, so small pages keep the bytes written for a short text small. The
+// size only counts when the file is created.
+constexpr auto kBeforeFirstUse = "PRAGMA busy_timeout = 2000;"
+                                 "PRAGMA page_size = 1024;";
+
+// FULL syncs the log at each commit: a copy must survive a power cut. The log is carried over into
+// the file, and cut, after some megabytes; the less often, the fewer pages are written twice.
+// Deleted texts are wiped where that costs no further write; compaction removes the rest.
+constexpr auto kConfigure = "PRAGMA journal_mode = WAL;"
+                            "PRAGMA synchronous = FULL;"
+                            "PRAGMA wal_autocheckpoint = 4000;"
+                            "PRAGMA journal_size_limit = 4194304;"
+                            "PRAGMA secure_delete = FAST;"
+                            "PRAGMA cache_size = -512;";
+
+constexpr auto kMarkDeleted = R"(
+UPDATE ClipboardHistoryRecord
+SET deletedAt = :now, updatedAt = :now,
+    lastSyncTime = CASE WHEN cloudRecordID IS NULL AND syncStatusRaw = 'local'
+                   THEN lastSyncTime END,
+    syncStatusRaw = CASE WHEN cloudRecordID IS NULL AND syncStatusRaw = 'local'
+                    THEN syncStatusRaw ELSE 'pending' END
+WHERE id = :id
+)";
+
+/// Refuses what is not ours and what a later version wrote.
+void requireKnownSchema(SQLiteConnection &connection)
+{
+    const qint64 version = connection.integer("PRAGMA user_version");
+    if (version > ClipboardHistoryRecord::kSchemaVersion)
+        throw StoreError("it was written by a newer version of the program");
+    if (version == 0 && connection.integer("SELECT count(*) FROM sqlite_schema") > 0)
+        throw StoreError("it is the database of another program");
+}
+
+void createSchemaIfMissing(SQLiteConnection &connection)
+{
+    if (connection.integer("PRAGMA user_version") == ClipboardHistoryRecord::kSchemaVersion)
+        return;
+    SQLiteTransaction transaction(connection);
+    ClipboardHistoryRecord::createTable(connection);
+    transaction.commit();
+}
+
+std::unique_ptr<SQLiteConnection> openDatabase(const QString &path)
+{
+    if (!ensurePrivateFile(path))
+        throw StoreError("the file cannot be created");
+    // Other programs can have left them behind with other rights.
+    closeToOthers(path + u"-wal"_s);
+    closeToOthers(path + u"-shm"_s);
+
+    auto connection = std::make_unique<SQLiteConnection>(path);
+    connection->execute(kBeforeFirstUse);
+    // What is not ours must not be touched, so this comes before the rest of the settings.
+    requireKnownSchema(*connection);
+    connection->execute(kConfigure);
+    createSchemaIfMissing(*connection);
+    return connection;
+}
+
+} // namespace
+
+/// The connection with what is prepared on it.
+struct SwiftDataClipboardHistoryStore::Impl
+{
+    explicit Impl(std::unique_ptr<SQLiteConnection> opened) : connection(std::move(opened)) {}
+
+    std::unique_ptr<SQLiteConnection> connection;
+    SQLiteStatement selectLive{*connection, ClipboardHistoryRecord::selectLiveSql()};
+    SQLiteStatement upsert{*connection, ClipboardHistoryRecord::upsertSql()};
+    SQLiteStatement markDeleted{*connection, kMarkDeleted};
+    SQLiteStatement hardDelete{*connection, "DELETE FROM ClipboardHistoryRecord WHERE id = :id"};
+    SQLiteStatement purgeDeleted{*connection,
+                                 "DELETE FROM ClipboardHistoryRecord WHERE deletedAt IS NOT NULL"};
+
+    void store(const ClipboardItem &item)
+    {
+        const SQLiteRun run(upsert);
+        ClipboardHistoryRecord::bindItem(upsert, item);
+        upsert.step();
+    }
+
+    /// False if there is no such row.
+    bool markRowDeleted(const QUuid &id, Timestamp now)
+    {
+        const SQLiteRun run(markDeleted);
+        markDeleted.bind(1, microsecondsSinceEpoch(now));
+        markDeleted.bindText(2, ClipboardHistoryRecord::storedId(id));
+        markDeleted.step();
+        return connection->changedRowCount() > 0;
+    }
+
+    void deleteRow(const QUuid &id)
+    {
+        const SQLiteRun run(hardDelete);
+        hardDelete.bindText(1, ClipboardHistoryRecord::storedId(id));
+        hardDelete.step();
+    }
+};
+
+SwiftDataClipboardHistoryStore::SwiftDataClipboardHistoryStore(const QString &storePath,
+                                                               const Clock &clock)
+    : m_storePath(storePath)
+    , m_clock(clock)
+{
+    try {
+        m_impl = std::make_unique<Impl>(openDatabase(storePath));
+    } catch (const StoreError &error) {
+        throw StoreError("Failed to open the history " + storePath.toStdString() + ": "
+                         + error.what());
+    }
+}
+
+SwiftDataClipboardHistoryStore::~SwiftDataClipboardHistoryStore() = default;
+
+ClipboardItemList SwiftDataClipboardHistoryStore::loadItems()
+{
+    ClipboardItemList items;
+    {
+        SQLiteStatement &row = m_impl->selectLive;
+        const SQLiteRun run(row);
+        ClipboardHistoryRecord::RowReader reader;
+        while (row.step()) {
+            if (ClipboardItemPointer item = reader.item(row))
+                items.append(std::move(item));
+        }
+    }
+    // The whole history went through the page cache, and it is not read again.
+    m_impl->connection->releaseMemory();
+    return items;
+}
+
+void SwiftDataClipboardHistoryStore::upsertItem(const ClipboardItem &item)
+{
+    m_impl->store(item); // One statement is a transaction of its own.
+}
+
+void SwiftDataClipboardHistoryStore::markItemsDeleted(const QList<QUuid> &ids)
+{
+    if (ids.isEmpty())
+        return;
+    const Timestamp now = m_clock.now();
+    SQLiteTransaction transaction(*m_impl->connection);
+    for (const QUuid &id : ids) {
+        if (!m_impl->markRowDeleted(id, now))
+            m_impl->store(makeTombstone(id, now));
+    }
+    transaction.commit();
+}
+
+void SwiftDataClipboardHistoryStore::hardDeleteItems(const QList<QUuid> &ids)
+{
+    if (ids.isEmpty())
+        return;
+    SQLiteTransaction transaction(*m_impl->connection);
+    for (const QUuid &id : ids)
+        m_impl->deleteRow(id);
+    transaction.commit();
+}
+
+void SwiftDataClipboardHistoryStore::purgeDeletedItems()
+{
+    const SQLiteRun run(m_impl->purgeDeleted);
+    m_impl->purgeDeleted.step();
+}
+
+void SwiftDataClipboardHistoryStore::compactStorage()
+{
+    compactDatabase(m_storePath);
+    try {
+        // The rebuilt file is in the log until now; only this makes the file itself small.
+        m_impl->connection->execute("PRAGMA wal_checkpoint(TRUNCATE)");
+    } catch (const StoreError &) {
+        // A reader in the way: a later checkpoint does it.
+    }
+}

@@ -1,0 +1,278 @@
+// What the history costs with as many entries as it can hold. Prints a table; --benchmark_filter
+// chooses rows. The directory of the database is made in TMPDIR.
+
+#include "bench/Corpus.h"
+#include "core/ClipboardItemManager.h"
+#include "foundation/Log.h"
+#include "foundation/LoweredQuery.h"
+#include "foundation/UserDefaults.h"
+#include "persistence/OpenHistoryStore.h"
+#include "platform/Clock.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cmath>
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class WallClock : public Clock
+{
+public:
+    Timestamp now() const override
+    {
+        return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+    }
+};
+
+/// A number from a "name: 123" file of /proc; 0 if it is not there.
+qint64 procNumber(const QString &path, const QByteArray &name)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).simplified().split(' ').first().toLongLong();
+    }
+    return 0;
+}
+
+qint64 writtenBytes()
+{
+    return procNumber(u"/proc/self/io"_s, "wchar");
+}
+
+double anonymousMebibytes()
+{
+    malloc_trim(0);
+    return double(procNumber(u"/proc/self/smaps_rollup"_s, "Anonymous")) / 1024;
+}
+
+/// Times of single rounds, told as median and 95th percentile.
+class Rounds
+{
+public:
+    template <typename Work>
+    void time(benchmark::State &state, Work &&work)
+    {
+        const auto begin = std::chrono::steady_clock::now();
+        work();
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+        state.SetIterationTime(taken.count());
+        m_milliseconds.push_back(taken.count() * 1000);
+    }
+
+    void report(benchmark::State &state)
+    {
+        std::ranges::sort(m_milliseconds);
+        state.counters["median_ms"] = m_milliseconds[m_milliseconds.size() / 2];
+        state.counters["p95_ms"] = m_milliseconds[m_milliseconds.size() * 95 / 100];
+    }
+
+private:
+    std::vector<double> m_milliseconds;
+};
+
+/// A history of so many entries of the corpus on disk, and what is needed to open it.
+class History
+{
+public:
+    explicit History(int count)
+    {
+        const auto store = openHistoryStore(base(), m_clock);
+        const ClipboardItemList entries = Corpus().entries(count);
+        // Oldest first, as they would have been copied.
+        for (auto item = entries.rbegin(); item != entries.rend(); ++item)
+            store->upsertItem(**item);
+        m_defaults.set(u"history.limit"_s, 10'000);
+    }
+
+    QString base() const { return m_directory.filePath(u"tessarine"_s); }
+    std::unique_ptr<ClipboardHistoryStore> openStore() { return openHistoryStore(base(), m_clock); }
+
+    std::unique_ptr<ClipboardItemManager> openManager()
+    {
+        return std::make_unique<ClipboardItemManager>(
+            openStore(), ImageStorage(imagesDirectoryIn(base())), m_defaults, m_clock);
+    }
+
+    ClipboardItem copiedText()
+    {
+        ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock.now());
+        item.stringValue = Utf8Text::fromUtf8(m_copies.textOf(200));
+        item.sourceAppBundleID = u"org.example.Editor"_s;
+        return item;
+    }
+
+private:
+    WallClock m_clock;
+    QTemporaryDir m_directory;
+    UserDefaults m_defaults{m_directory.filePath(u"tessarine.conf"_s)};
+    Corpus m_copies{2};
+};
+
+void load(benchmark::State &state)
+{
+    History history(int(state.range(0)));
+    Rounds rounds;
+    for (auto _ : state) {
+        const auto store = history.openStore();
+        ClipboardItemList items;
+        rounds.time(state, [&] { items = store->loadItems(); });
+        if (items.size() != state.range(0))
+            state.SkipWithError("the history is not complete");
+    }
+    rounds.report(state);
+}
+
+void start(benchmark::State &state)
+{
+    History history(int(state.range(0)));
+    Rounds rounds;
+    for (auto _ : state) {
+        std::unique_ptr<ClipboardItemManager> manager;
+        rounds.time(state, [&] { manager = history.openManager(); });
+    }
+    rounds.report(state);
+}
+
+void memory(benchmark::State &state)
+{
+    History history(int(state.range(0)));
+    const double before = anonymousMebibytes();
+    const auto manager = history.openManager();
+    const double after = anonymousMebibytes();
+    qint64 textBytes = 0;
+    for (const ClipboardItemPointer &item : manager->items())
+        textBytes += item->stringValue->byteCount();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(manager->items());
+    state.counters["anonymous_MiB"] = after - before;
+    state.counters["texts_MiB"] = double(textBytes) / 1024 / 1024;
+}
+
+void addUntilListed(benchmark::State &state)
+{
+    History history(int(state.range(0)));
+    const auto manager = history.openManager();
+    const bool isListHeld = state.range(1) != 0;
+    Rounds rounds;
+    ClipboardItemList held = manager->items();
+    for (auto _ : state) {
+        const ClipboardItem item = history.copiedText();
+        if (!isListHeld)
+            held.clear();
+        rounds.time(state, [&] {
+            manager->addItem(item);
+            held = manager->items();
+        });
+        if (held.first()->id != item.id)
+            state.SkipWithError("the entry is not in the list");
+        manager->drain();
+    }
+    rounds.report(state);
+}
+
+void addUntilCommitted(benchmark::State &state)
+{
+    History history(int(state.range(0)));
+    const auto manager = history.openManager();
+    const qint64 before = writtenBytes();
+    Rounds rounds;
+    for (auto _ : state) {
+        ClipboardItem item = history.copiedText();
+        rounds.time(state, [&] {
+            manager->addItem(std::move(item));
+            manager->drain();
+        });
+    }
+    rounds.report(state);
+    state.counters["written_bytes"]
+        = double(writtenBytes() - before) / double(state.iterations());
+}
+
+void itemsCopy(benchmark::State &state)
+{
+    History history(int(state.range(0)));
+    const auto manager = history.openManager();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(manager->items());
+}
+
+void searchPass(benchmark::State &state, const QString &text)
+{
+    const ClipboardItemList items = Corpus().entries(int(state.range(0)));
+    qsizetype hitCount = 0;
+    for (auto _ : state) {
+        const LoweredQuery query(text);
+        hitCount = std::ranges::count_if(items, [&query](const ClipboardItemPointer &item) {
+            return query.isContainedIn(*item->stringValue);
+        });
+    }
+    state.counters["hits"] = double(hitCount);
+}
+
+void clearHistory(benchmark::State &state)
+{
+    Rounds rounds;
+    for (auto _ : state) {
+        History history(int(state.range(0)));
+        const auto manager = history.openManager();
+        rounds.time(state, [&] {
+            manager->clearHistory(ClipboardItemManager::Favorites::Keep, {});
+            manager->drain();
+        });
+    }
+    rounds.report(state);
+}
+
+constexpr int kMostEntries = 10'000;
+
+BENCHMARK(load)->Arg(1'000)->Arg(kMostEntries)->UseManualTime()->Iterations(15)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(start)->Arg(1'000)->Arg(kMostEntries)->UseManualTime()->Iterations(15)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(memory)->Arg(1'000)->Arg(kMostEntries)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(addUntilListed)
+    ->ArgNames({"", "list_held"})
+    ->Args({1'000, 0})
+    ->Args({kMostEntries, 0})
+    ->Args({kMostEntries, 1})
+    ->UseManualTime()
+    ->Iterations(500)
+    ->Unit(benchmark::kMillisecond);
+// Below its limit the history only grows; at the limit each copy evicts the oldest entry.
+BENCHMARK(addUntilCommitted)
+    ->Arg(1'000)
+    ->Arg(kMostEntries - 2'000)
+    ->Arg(kMostEntries)
+    ->UseManualTime()
+    ->Iterations(2'000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(itemsCopy)->Arg(kMostEntries);
+BENCHMARK_CAPTURE(searchPass, letter, u"e"_s)->Arg(kMostEntries)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(searchPass, rare, u"Zebra"_s)->Arg(kMostEntries)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(searchPass, chinese, u"剪贴板"_s)
+    ->Arg(kMostEntries)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(clearHistory)->Arg(kMostEntries)->UseManualTime()->Iterations(5)
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    setPrintSink([](const QString &) {}); // One line for each load would tear the table apart.
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// How a value moves from 0 to 1 while \a progress does.
+qreal easeIn(qreal progress);
+qreal easeOut(qreal progress);

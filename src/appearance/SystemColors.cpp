@@ -1,0 +1,93 @@
+#include "appearance/SystemColors.h"
+
+namespace {
+
+constexpr qreal kSecondaryOnSelection = 0.7;
+
+SystemColors lightColors()
+{
+    SystemColors colors;
+    colors.labelColor = QColor(0x1C, 0x1D, 0x20);
+    colors.secondaryLabelColor = QColor(0x50, 0x53, 0x5A);
+    colors.tertiaryLabelColor = QColor(0x5F, 0x62, 0x69);
+    colors.placeholderTextColor = QColor(0x5F, 0x62, 0x69);
+    colors.separatorColor = withAlpha(colors.labelColor, 0.46);
+    colors.windowBackgroundColor = QColor(0xF6, 0xF6, 0xF8);
+    colors.raisedSurfaceColor = QColor(0xFB, 0xFB, 0xFC);
+    colors.cardColor = Qt::white;
+    colors.sidebarColor = QColor(0xEC, 0xED, 0xF0);
+    colors.controlColor = Qt::white;
+    colors.controlLineColor = withAlpha(Qt::black, 0.18);
+    colors.controlAccentColor = QColor(0x24, 0x59, 0xC7);
+    colors.accentFillColor = QColor(0x24, 0x59, 0xC7);
+    colors.selectionColor = QColor(0x1B, 0x4D, 0xB3);
+    colors.systemBlueColor = QColor(0x24, 0x59, 0xC7);
+    colors.systemPurpleColor = QColor(0x8A, 0x3F, 0xBE);
+    colors.systemRedColor = QColor(0xA8, 0x20, 0x1A);
+    colors.redFillColor = QColor(0xC6, 0x2F, 0x2F);
+    colors.systemOrangeColor = QColor(0x99, 0x44, 0x00);
+    colors.systemGreenColor = QColor(0x1F, 0x7F, 0x39);
+    colors.systemYellowColor = QColor(0xF5, 0xC4, 0x00);
+    colors.pillLineColor = withAlpha(Qt::black, 0.1);
+    colors.windowLineColor = withAlpha(Qt::black, 0.3);
+    colors.windowRimColor = Qt::transparent;
+    return colors;
+}
+
+SystemColors darkColors()
+{
+    SystemColors colors;
+    colors.labelColor = QColor(0xEC, 0xED, 0xF0);
+    colors.secondaryLabelColor = QColor(0xB4, 0xB7, 0xBE);
+    colors.tertiaryLabelColor = QColor(0xA0, 0xA3, 0xAB);
+    colors.placeholderTextColor = QColor(0xA0, 0xA3, 0xAB);
+    colors.separatorColor = withAlpha(Qt::white, 0.46);
+    colors.windowBackgroundColor = QColor(0x1E, 0x1F, 0x23);
+    colors.raisedSurfaceColor = QColor(0x2A, 0x2B, 0x30);
+    colors.cardColor = QColor(0x2A, 0x2B, 0x30);
+    colors.sidebarColor = QColor(0x26, 0x27, 0x2C);
+    colors.controlColor = QColor(0x3A, 0x3B, 0x41);
+    colors.controlLineColor = withAlpha(Qt::white, 0.12);
+    colors.controlAccentColor = QColor(0x7B, 0xA4, 0xF7);
+    colors.accentFillColor = QColor(0x2E, 0x63, 0xD0);
+    colors.selectionColor = QColor(0x1F, 0x4C, 0xA8);
+    colors.systemBlueColor = QColor(0x7B, 0xA4, 0xF7);
+    colors.systemPurpleColor = QColor(0xC4, 0x86, 0xF0);
+    colors.systemRedColor = QColor(0xFF, 0x9A, 0x94);
+    colors.redFillColor = QColor(0xC6, 0x2F, 0x2F);
+    colors.systemOrangeColor = QColor(0xFF, 0xAB, 0x5C);
+    colors.systemGreenColor = QColor(0x57, 0xCC, 0x6B);
+    colors.systemYellowColor = QColor(0xFF, 0xD6, 0x0A);
+    colors.pillLineColor = withAlpha(Qt::white, 0.1);
+    colors.windowLineColor = withAlpha(Qt::black, 0.3);
+    colors.windowRimColor = withAlpha(Qt::white, 0.09);
+    return colors;
+}
+
+} // namespace
+
+SystemColors SystemColors::onSelection() const
+{
+    SystemColors colors = *this;
+    const QColor faded = withAlpha(Qt::white, kSecondaryOnSelection);
+    colors.labelColor = Qt::white;
+    colors.secondaryLabelColor = faded;
+    colors.tertiaryLabelColor = faded;
+    colors.controlAccentColor = Qt::white;
+    colors.systemBlueColor = Qt::white;
+    colors.systemPurpleColor = Qt::white;
+    return colors;
+}
+
+SystemColors systemColors(ColorScheme scheme)
+{
+    static const SystemColors light = lightColors();
+    static const SystemColors dark = darkColors();
+    return scheme == ColorScheme::Dark ? dark : light;
+}
+
+QColor withAlpha(QColor color, qreal alpha)
+{
+    color.setAlphaF(float(color.alphaF() * alpha));
+    return color;
+}

@@ -1,0 +1,97 @@
+#include "appearance/SymbolImage.h"
+
+#include <QDir>
+#include <QPainter>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+qint64 ink(const QPixmap &pixmap)
+{
+    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    qint64 sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            sum += qAlpha(image.pixel(x, y));
+    }
+    return sum;
+}
+
+} // namespace
+
+class SymbolImageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everySymbolOfTheSetCanBeDrawn();
+    void theSideIsTheSizeTimesOnePointTwoInDevicePixels();
+    void heavierWeightsHaveMoreInk();
+    void onlyTheWantedColorIsDrawn();
+    void anUnknownNameGivesNothing();
+    void aSymbolIsDrawnOnWholeDevicePixelsInTheMiddle();
+};
+
+void SymbolImageTest::everySymbolOfTheSetCanBeDrawn()
+{
+    const QStringList files = QDir(u":/symbols"_s).entryList(QDir::Files);
+    QVERIFY(files.size() > 30);
+    for (const QString &file : files) {
+        const Symbol symbol{file.chopped(4), 24};
+        QVERIFY2(ink(symbolPixmap(symbol, Qt::black, 1)) > 0, qPrintable(file));
+    }
+}
+
+void SymbolImageTest::theSideIsTheSizeTimesOnePointTwoInDevicePixels()
+{
+    const Symbol symbol{u"doc.text"_s, 24};
+    QCOMPARE(symbolPixmap(symbol, Qt::black, 1).size(), QSize(29, 29));
+    QCOMPARE(symbolPixmap(symbol, Qt::black, 1.5).size(), QSize(43, 43));
+    QCOMPARE(symbolPixmap(symbol, Qt::black, 2).size(), QSize(58, 58));
+    QCOMPARE(symbolPixmap(symbol, Qt::black, 2).devicePixelRatio(), 2.0);
+}
+
+void SymbolImageTest::heavierWeightsHaveMoreInk()
+{
+    const QString name = u"magnifyingglass"_s;
+    const qint64 regular = ink(symbolPixmap({name, 24, SymbolWeight::Regular}, Qt::black, 2));
+    const qint64 medium = ink(symbolPixmap({name, 24, SymbolWeight::Medium}, Qt::black, 2));
+    const qint64 semibold = ink(symbolPixmap({name, 24, SymbolWeight::Semibold}, Qt::black, 2));
+    const qint64 bold = ink(symbolPixmap({name, 24, SymbolWeight::Bold}, Qt::black, 2));
+    QVERIFY(regular < medium);
+    QVERIFY(medium < semibold);
+    QVERIFY(semibold < bold);
+}
+
+void SymbolImageTest::onlyTheWantedColorIsDrawn()
+{
+    const QColor color(200, 40, 90);
+    const QImage image = symbolPixmap({u"star.fill"_s, 24}, color, 2).toImage().convertToFormat(
+        QImage::Format_ARGB32);
+    QCOMPARE(QColor(image.pixel(29, 29)), color);
+    QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
+}
+
+void SymbolImageTest::anUnknownNameGivesNothing()
+{
+    QVERIFY(symbolPixmap({u"no.such.symbol"_s, 24}, Qt::black, 1).isNull());
+}
+
+void SymbolImageTest::aSymbolIsDrawnOnWholeDevicePixelsInTheMiddle()
+{
+    const Symbol symbol{u"doc.text"_s, 24};
+    QImage image(32, 32, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    drawSymbol(painter, QRectF(0, 0, 32, 32), symbol, Qt::black);
+    painter.end();
+
+    const QImage expected = symbolPixmap(symbol, Qt::black, 1).toImage().convertToFormat(
+        image.format());
+    QCOMPARE(image.copy(2, 2, 29, 29), expected);
+}
+
+QTEST_MAIN(SymbolImageTest)
+#include "SymbolImageTest.moc"

@@ -1,0 +1,16 @@
+#include "window/ClipboardSearchWindow.h"
+
+namespace {
+
+constexpr HistoryWindowStyle kStyle{.cornerRadius = 28,
+                                    .selectionRadius = 18,
+                                    .backgroundAlpha = 0.96,
+                                    .isTranslucent = true};
+
+} // namespace
+
+ClipboardSearchWindow::ClipboardSearchWindow(const HistoryWindowCollaborators &collaborators,
+                                             const ClipboardItemList &items)
+    : HistoryWindow(kStyle, collaborators, items)
+{
+}

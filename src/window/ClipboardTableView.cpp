@@ -1,0 +1,230 @@
+#include "window/ClipboardTableView.h"
+
+#include "appearance/InterfaceFont.h"
+#include "window/HistoryRowDelegate.h"
+#include "window/OverlayScroller.h"
+#include "window/RowLayout.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+namespace {
+
+constexpr int kEmptyTitleSize = 14;
+constexpr int kEmptyNoteSize = 12;
+constexpr qreal kEmptyTextShare = 0.4; ///< Of the height, above the first line's middle.
+constexpr qreal kEmptyLineDistance = 20.5;
+constexpr qreal kEmptyTextMargin = 24;
+constexpr int kScrollStep = kRowHeight / 2;
+
+} // namespace
+
+ClipboardTableView::ClipboardTableView(Scheduler &scheduler, int scrollerInset, QWidget *parent)
+    : QListView(parent)
+    , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
+    , m_scrollerInset(scrollerInset)
+{
+    setFrameShape(QFrame::NoFrame);
+    setUniformItemSizes(true);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setMouseTracking(true);
+    viewport()->setAutoFillBackground(false);
+}
+
+void ClipboardTableView::setRowDelegate(HistoryRowDelegate *delegate)
+{
+    m_rowDelegate = delegate;
+    setItemDelegate(delegate);
+}
+
+void ClipboardTableView::setColors(const SystemColors &colors)
+{
+    m_colors = colors;
+    if (m_rowDelegate)
+        m_rowDelegate->setColors(colors);
+    m_scroller->setColors(colors);
+    viewport()->update();
+}
+
+void ClipboardTableView::setEmptyText(const QString &title, const QString &note)
+{
+    if (title == m_emptyTitle && note == m_emptyNote)
+        return;
+    m_emptyTitle = title;
+    m_emptyNote = note;
+    viewport()->update();
+}
+
+int ClipboardTableView::selectedRow() const
+{
+    const QItemSelectionModel *selection = selectionModel();
+    const QModelIndexList rows = selection ? selection->selectedIndexes() : QModelIndexList();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void ClipboardTableView::selectRow(int row)
+{
+    selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::ClearAndSelect);
+}
+
+void ClipboardTableView::deselectAll()
+{
+    selectionModel()->clear();
+}
+
+ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) const
+{
+    const int row = m_hoveredStar < 0 ? -1 : starRowAt(position);
+    if (row < 0 || row != m_hoveredStar)
+        return StarState::Rest;
+    return row == m_pressedStar ? StarState::Pressed : StarState::Hovered;
+}
+
+void ClipboardTableView::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: emit enterPressed(); return;
+    case Qt::Key_Escape: event->ignore(); return;
+    default: QListView::keyPressEvent(event);
+    }
+}
+
+void ClipboardTableView::mousePressEvent(QMouseEvent *event)
+{
+    const int row = starRowAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || row < 0) {
+        QListView::mousePressEvent(event);
+        return;
+    }
+    // A star is a button of its own: the press neither selects the row nor begins a drag.
+    m_pressedStar = row;
+    m_hoveredStar = row;
+    viewport()->update();
+}
+
+void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
+{
+    const int row = starRowAt(event->position().toPoint());
+    if (m_pressedStar >= 0) {
+        setHoveredStar(row == m_pressedStar ? row : -1);
+        return;
+    }
+    setHoveredStar(event->buttons() == Qt::NoButton ? row : -1);
+    QListView::mouseMoveEvent(event);
+}
+
+void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (m_pressedStar < 0) {
+        QListView::mouseReleaseEvent(event);
+        return;
+    }
+    const int row = std::exchange(m_pressedStar, -1);
+    viewport()->update();
+    if (starRowAt(event->position().toPoint()) == row)
+        emit starClicked(row);
+}
+
+void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    // Two quick clicks on a star are two clicks.
+    if (starRowAt(position) >= 0) {
+        mousePressEvent(event);
+        return;
+    }
+    QListView::mouseDoubleClickEvent(event);
+    const QModelIndex index = indexAt(position);
+    if (event->button() == Qt::LeftButton && index.isValid())
+        emit rowActivated(index.row());
+}
+
+void ClipboardTableView::paintEvent(QPaintEvent *event)
+{
+    if (!model() || model()->rowCount() == 0) {
+        paintEmptyText();
+        return;
+    }
+    if (m_rowDelegate && selectedRow() < 0) {
+        const QRect first = visualRect(model()->index(0, 0));
+        if (first.intersects(event->rect())) {
+            QPainter painter(viewport());
+            m_rowDelegate->paintVeil(painter, first);
+        }
+    }
+    QListView::paintEvent(event);
+}
+
+void ClipboardTableView::resizeEvent(QResizeEvent *event)
+{
+    QListView::resizeEvent(event);
+    placeScroller();
+}
+
+void ClipboardTableView::selectionChanged(const QItemSelection &selected,
+                                          const QItemSelection &deselected)
+{
+    QListView::selectionChanged(selected, deselected);
+    // The veil of the first row comes and goes with the selection.
+    viewport()->update();
+}
+
+void ClipboardTableView::updateGeometries()
+{
+    QListView::updateGeometries();
+    verticalScrollBar()->setSingleStep(kScrollStep);
+    placeScroller();
+}
+
+bool ClipboardTableView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::Leave)
+        setHoveredStar(-1);
+    return QListView::viewportEvent(event);
+}
+
+int ClipboardTableView::starRowAt(QPoint position) const
+{
+    const QModelIndex index = indexAt(position);
+    if (!index.isValid() || !RowLayout(visualRect(index)).star.contains(position))
+        return -1;
+    return index.row();
+}
+
+void ClipboardTableView::setHoveredStar(int row)
+{
+    if (row == m_hoveredStar)
+        return;
+    m_hoveredStar = row;
+    viewport()->update();
+}
+
+void ClipboardTableView::paintEmptyText()
+{
+    QPainter painter(viewport());
+    const QRectF box = QRectF(viewport()->rect()).adjusted(kEmptyTextMargin, 0, -kEmptyTextMargin, 0);
+    const qreal middle = std::round(box.height() * kEmptyTextShare);
+    const auto drawLine = [&](qreal y, const QString &text) {
+        const QFontMetricsF metrics(painter.font(), painter.device());
+        drawTextLine(painter, QRectF(box.left(), y - kRowHeight / 2.0, box.width(), kRowHeight),
+                     metrics.elidedText(text, Qt::ElideMiddle, box.width()), Qt::AlignHCenter);
+    };
+    painter.setFont(interfaceFont(kEmptyTitleSize));
+    painter.setPen(m_colors.secondaryLabelColor);
+    drawLine(middle, m_emptyTitle);
+    painter.setFont(interfaceFont(kEmptyNoteSize));
+    painter.setPen(m_colors.tertiaryLabelColor);
+    drawLine(middle + kEmptyLineDistance, m_emptyNote);
+}
+
+void ClipboardTableView::placeScroller()
+{
+    m_scroller->setGeometry(width() - OverlayScroller::kLaneWidth, 0, OverlayScroller::kLaneWidth,
+                            height() - m_scrollerInset);
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "window/HistoryFilter.h"
+#include "window/HistoryListModel.h"
+#include "window/HistoryRow.h"
+#include "window/HistoryRowDelegate.h"
+
+#include <functional>
+
+class Clock;
+class ClipboardTableView;
+class UserDefaults;
+
+/// Feeds the list and carries out what is done to its rows.
+///
+/// The order of the items is the order of the rows. Filtering and searching select nothing; a
+/// selected row keeps its entry for as long as that entry is listed.
+class ClipboardTableViewController : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Scroll { Keep, ToTop };
+
+    /// The view is the controller's to fill; it and everything else must outlive the controller.
+    ClipboardTableViewController(ClipboardTableView &tableView, qreal selectionRadius,
+                                 ApplicationNames &names, const Clock &clock,
+                                 const UserDefaults &defaults, const ClipboardItemList &items);
+    ~ClipboardTableViewController() override;
+
+    const ClipboardItemList &items() const { return m_items; }
+    const ClipboardItemList &filteredItems() const { return m_model.items(); }
+
+    // Each takes effect with the next applyFilters().
+    void setItems(const ClipboardItemList &items) { m_items = items; }
+    void setSearchText(const QString &text) { m_filter.setSearchText(text); }
+    void setActiveFilter(const FilterCategory &category) { m_filter.setCategory(category); }
+
+    const QString &searchText() const { return m_filter.searchText(); }
+
+    void applyFilters(Scroll scroll);
+
+    /// The first row stands for the selected one while none is. Nothing on an empty list.
+    void pasteSelectedOrFirst();
+    void selectNextRow();
+    void selectPreviousRow();
+
+    /// Marks an entry or takes the mark away, unless there are as many favourites as are allowed.
+    /// The list shows the change at once, ahead of the history itself.
+    void toggleFavorite(const QUuid &id);
+
+    /// Words all rows anew.
+    void refreshTexts();
+
+    std::function<void(const ClipboardItemPointer &)> onItemSelected;
+    std::function<void(const QUuid &)> onFavoriteToggled;
+
+private:
+    void showItems(const ClipboardItemList &items);
+    void reloadItems(const ClipboardItemList &items);
+    void updateItems(const ClipboardItemList &items, const ListDifference &difference);
+    void applyItemChange(const ClipboardItemPointer &item, qsizetype row, bool wasListed);
+    void removeListedItem(qsizetype row);
+    void selectItem(const QUuid &id);
+    void selectAndShow(int row);
+    void pasteRow(int row);
+    bool isFavoriteLimitReached() const;
+    void refreshEmptyText();
+
+    ClipboardTableView &m_tableView;
+    const UserDefaults &m_defaults;
+    HistoryRowCache m_rows;
+    HistoryFilter m_filter;
+    ClipboardItemList m_items;
+    HistoryListModel m_model;
+    HistoryRowDelegate m_delegate;
+};

@@ -1,0 +1,37 @@
+#include "window/EdgeResizeView.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScreen>
+
+EdgeResizeView::EdgeResizeView(WindowFrame::Edge edge, QWidget *parent)
+    : QWidget(parent)
+    , m_edge(edge)
+{
+    setCursor(Qt::SizeVerCursor);
+}
+
+void EdgeResizeView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_isResizing = true;
+    m_initialMouseY = event->globalPosition().toPoint().y();
+    m_initialWindowFrame = window()->geometry();
+}
+
+void EdgeResizeView::mouseMoveEvent(QMouseEvent *event)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!m_isResizing || !screen)
+        return;
+    const int travel = event->globalPosition().toPoint().y() - m_initialMouseY;
+    window()->setGeometry(WindowFrame::resized(m_initialWindowFrame, m_edge, travel,
+                                               screen->availableGeometry()));
+}
+
+void EdgeResizeView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_isResizing = false;
+}

@@ -1,0 +1,214 @@
+#include "window/HistoryPanel.h"
+
+#include "language/Localized.h"
+#include "window/ClipboardTableView.h"
+#include "window/EdgeResizeView.h"
+#include "window/FilterBarView.h"
+#include "window/PinButton.h"
+#include "window/PresentationLayer.h"
+#include "window/SearchField.h"
+#include "window/SeparatorLine.h"
+#include "window/SymbolView.h"
+#include "window/WindowDragView.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QRect kSearchIcon(24, 15, 32, 32);
+constexpr QPoint kSearchField(64, 18);
+constexpr int kSearchFieldHeight = 36;
+constexpr int kSearchFieldWidth = 590; // Its right end runs under the pin button.
+constexpr int kWideSearchFieldWidth = 604;
+constexpr QRect kPinButton(640, 26, 28, 28);
+constexpr int kFilterBarTop = 62;
+constexpr int kFilterBarHeight = 32;
+constexpr int kSeparatorTop = 99;
+constexpr int kSeparatorInset = 24;
+constexpr int kSearchAreaHeight = 100;
+
+constexpr int kSearchIconSize = 24;
+constexpr qreal kFocusRingWidth = 2;
+constexpr qreal kFocusRingGap = 1.5;
+constexpr qreal kPinRadius = 8;
+// Where the scroller ends before the lower corner, as a share of the corner's radius.
+constexpr qreal kScrollerInsetShare = 0.65;
+
+} // namespace
+
+HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, Scheduler &scheduler)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    , m_style(style)
+{
+    setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    buildHead(scheduler);
+    buildList(scheduler);
+    buildHandles();
+    if (style.isTranslucent)
+        m_presentationLayer = new PresentationLayer(style.cornerRadius, this);
+    setTabOrder(m_searchField, m_pinButton);
+    setTabOrder(m_pinButton, m_tableView);
+}
+
+void HistoryPanel::setColors(const SystemColors &colors)
+{
+    m_colors = colors;
+    m_searchIcon->setColor(colors.secondaryLabelColor);
+    m_searchField->setColors(colors);
+    m_pinButton->setColors(colors);
+    m_filterBar->setColors(colors);
+    m_separatorLine->setColor(withAlpha(colors.separatorColor, kSeparatorAlpha));
+    m_tableView->setColors(colors);
+    if (m_presentationLayer)
+        m_presentationLayer->setColors(colors);
+    update();
+}
+
+void HistoryPanel::refreshLanguage()
+{
+    const QString title = localized(u"app.title"_s, u"Clipboard History"_s);
+    const QString search = localized(u"search.placeholder"_s, u"Search"_s);
+    setWindowTitle(title);
+    m_searchField->setPlaceholderText(search);
+    m_searchField->setAccessibleName(search);
+    m_searchIcon->setAccessibleName(search);
+    m_tableView->setAccessibleName(title);
+    m_filterBar->refreshTitles();
+    m_pinButton->refreshLanguage();
+}
+
+void HistoryPanel::setPinButtonShown(bool isShown)
+{
+    m_isPinButtonShown = isShown;
+    m_pinButton->setVisible(isShown);
+    m_pinButton->setEnabled(isShown);
+    layoutViews();
+}
+
+qreal HistoryPanel::opacity() const
+{
+    return m_presentationLayer ? m_presentationLayer->opacity() : 1;
+}
+
+void HistoryPanel::setOpacity(qreal opacity)
+{
+    if (m_presentationLayer)
+        m_presentationLayer->setOpacity(opacity);
+}
+
+void HistoryPanel::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow())
+        emit deactivated();
+}
+
+void HistoryPanel::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    emit closeRequested();
+}
+
+bool HistoryPanel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        emit desktopColorsChanged();
+    return QWidget::event(event);
+}
+
+void HistoryPanel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+        emit cancelRequested();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void HistoryPanel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_style.backgroundAlpha));
+    if (!m_pinButton->isFocusVisible())
+        return;
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_colors.controlAccentColor, kFocusRingWidth));
+    const qreal distance = kFocusRingGap + kFocusRingWidth / 2;
+    painter.drawRoundedRect(
+        QRectF(m_pinButton->geometry()).adjusted(-distance, -distance, distance, distance),
+        kPinRadius + distance, kPinRadius + distance);
+}
+
+void HistoryPanel::resizeEvent(QResizeEvent *)
+{
+    layoutViews();
+    cutShape();
+}
+
+void HistoryPanel::buildHead(Scheduler &scheduler)
+{
+    m_dragView = new WindowDragView(this);
+    m_dragView->setObjectName(u"windowDragView"_s);
+    m_searchIcon = new SymbolView(
+        {u"magnifyingglass"_s, kSearchIconSize, SymbolWeight::Semibold}, this);
+    m_searchIcon->setObjectName(u"searchIcon"_s);
+    m_searchField = new SearchField(scheduler, this);
+    m_searchField->setObjectName(u"searchField"_s);
+    m_pinButton = new PinButton(this);
+    m_pinButton->setObjectName(u"pinButton"_s);
+    m_filterBar = new FilterBarView(this);
+    m_filterBar->setObjectName(u"filterBar"_s);
+    m_separatorLine = new SeparatorLine(this);
+    m_separatorLine->setObjectName(u"separatorLine"_s);
+}
+
+void HistoryPanel::buildList(Scheduler &scheduler)
+{
+    m_tableContainerView = new QWidget(this);
+    m_tableContainerView->setObjectName(u"tableContainerView"_s);
+    const int scrollerInset = qRound(m_style.cornerRadius * kScrollerInsetShare);
+    m_tableView = new ClipboardTableView(scheduler, scrollerInset, m_tableContainerView);
+    m_tableView->setObjectName(u"tableView"_s);
+}
+
+void HistoryPanel::buildHandles()
+{
+    m_topResizeView = new EdgeResizeView(WindowFrame::Edge::Top, this);
+    m_topResizeView->setObjectName(u"topResizeView"_s);
+    m_bottomResizeView = new EdgeResizeView(WindowFrame::Edge::Bottom, this);
+    m_bottomResizeView->setObjectName(u"bottomResizeView"_s);
+}
+
+void HistoryPanel::layoutViews()
+{
+    m_dragView->setGeometry(0, 0, width(), WindowDragView::kHeight);
+    m_searchIcon->setGeometry(kSearchIcon);
+    const int fieldWidth = m_isPinButtonShown ? kSearchFieldWidth : kWideSearchFieldWidth;
+    m_searchField->setGeometry(QRect(kSearchField, QSize(fieldWidth, kSearchFieldHeight)));
+    m_pinButton->setGeometry(kPinButton);
+    m_filterBar->setGeometry(0, kFilterBarTop, width(), kFilterBarHeight);
+    m_separatorLine->setGeometry(kSeparatorInset, kSeparatorTop, width() - 2 * kSeparatorInset, 1);
+    m_tableContainerView->setGeometry(0, kSearchAreaHeight, width(),
+                                      height() - kSearchAreaHeight);
+    m_tableView->setGeometry(m_tableContainerView->rect());
+    m_topResizeView->setGeometry(0, 0, width(), EdgeResizeView::kHeight);
+    m_bottomResizeView->setGeometry(0, height() - EdgeResizeView::kHeight, width(),
+                                    EdgeResizeView::kHeight);
+    if (m_presentationLayer)
+        m_presentationLayer->setGeometry(rect());
+}
+
+void HistoryPanel::cutShape()
+{
+    if (m_style.isTranslucent)
+        return;
+    QPainterPath shape;
+    shape.addRoundedRect(rect(), m_style.cornerRadius, m_style.cornerRadius);
+    setMask(QRegion(shape.toFillPolygon().toPolygon()));
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "appearance/SystemColors.h"
+#include "window/HistoryWindowStyle.h"
+
+#include <QWidget>
+
+class ClipboardTableView;
+class EdgeResizeView;
+class FilterBarView;
+class PinButton;
+class PresentationLayer;
+class Scheduler;
+class SearchField;
+class SeparatorLine;
+class SymbolView;
+class WindowDragView;
+
+/// The frameless window itself: holds the views and puts them in their places. What they do is
+/// decided by the owner.
+class HistoryPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// \a scheduler must outlive the panel.
+    HistoryPanel(const HistoryWindowStyle &style, Scheduler &scheduler);
+
+    SearchField &searchField() { return *m_searchField; }
+    PinButton &pinButton() const { return *m_pinButton; }
+    FilterBarView &filterBar() { return *m_filterBar; }
+    ClipboardTableView &tableView() { return *m_tableView; }
+
+    void setColors(const SystemColors &colors);
+    void refreshLanguage();
+
+    /// Without the button the search field is a little wider.
+    void setPinButtonShown(bool isShown);
+
+    /// How much of the window is to be seen, from 0 to 1. Always 1 without translucency.
+    qreal opacity() const;
+    void setOpacity(qreal opacity);
+
+signals:
+    void cancelRequested(); ///< Esc anywhere but in the search field.
+    void deactivated(); ///< Another window has got the keyboard.
+    void closeRequested(); ///< By the window manager.
+    void desktopColorsChanged();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void buildHead(Scheduler &scheduler);
+    void buildList(Scheduler &scheduler);
+    void buildHandles();
+    void layoutViews();
+    void cutShape();
+
+    HistoryWindowStyle m_style;
+    SystemColors m_colors;
+    bool m_isPinButtonShown = true;
+
+    WindowDragView *m_dragView = nullptr;
+    SymbolView *m_searchIcon = nullptr;
+    SearchField *m_searchField = nullptr;
+    PinButton *m_pinButton = nullptr;
+    FilterBarView *m_filterBar = nullptr;
+    SeparatorLine *m_separatorLine = nullptr;
+    QWidget *m_tableContainerView = nullptr;
+    ClipboardTableView *m_tableView = nullptr;
+    EdgeResizeView *m_topResizeView = nullptr;
+    EdgeResizeView *m_bottomResizeView = nullptr;
+    PresentationLayer *m_presentationLayer = nullptr; ///< Only with translucency.
+};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/ClipboardItem.h"
+
+#include <QCache>
+
+class ApplicationNames;
+class Clock;
+
+/// The texts of one row of the list.
+struct HistoryRow
+{
+    QString content;
+    bool isPlaceholder = false; ///< The content is a word of ours, not of the entry.
+    QString meta; ///< What it is, where it came from, its tags.
+    QString time;
+
+    friend bool operator==(const HistoryRow &, const HistoryRow &) = default;
+};
+
+HistoryRow makeHistoryRow(const ClipboardItem &item, ApplicationNames &names, Timestamp now);
+
+/// The texts of the rows that were shown lately. A row keeps its texts, its time included, until its
+/// entry changes or the texts are forgotten.
+class HistoryRowCache
+{
+public:
+    /// Both must outlive the cache.
+    HistoryRowCache(ApplicationNames &names, const Clock &clock);
+
+    /// Valid until the next call.
+    const HistoryRow &row(const ClipboardItemPointer &item);
+
+    void forgetAll();
+
+private:
+    struct Entry
+    {
+        std::weak_ptr<const ClipboardItem> item;
+        HistoryRow row;
+    };
+
+    ApplicationNames &m_names;
+    const Clock &m_clock;
+    QCache<QUuid, Entry> m_entries;
+};

@@ -1,0 +1,144 @@
+#include "window/HistoryRowDelegate.h"
+
+#include "appearance/InterfaceFont.h"
+#include "appearance/SymbolImage.h"
+#include "window/ClipboardTableView.h"
+#include "window/HistoryListModel.h"
+#include "window/HistoryRow.h"
+#include "window/RowLayout.h"
+
+#include <QPainter>
+#include <QStyleOptionViewItem>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kContentSize = 14;
+constexpr int kMetaSize = 10;
+constexpr int kTimeSize = 11;
+constexpr int kTypeSymbolSize = 24;
+constexpr int kStarSize = 15;
+constexpr qreal kVeilAlpha = 0.05;
+constexpr qreal kStarHoverAlpha = 0.05;
+constexpr qreal kStarPressedAlpha = 0.08;
+constexpr qreal kSelectionLineAlpha = 0.2;
+
+struct TintedSymbol
+{
+    Symbol symbol;
+    QColor color;
+};
+
+TintedSymbol typeSymbol(const ClipboardItem &item, const SystemColors &colors)
+{
+    switch (item.contentType) {
+    case ClipboardContentType::Text:
+        return {{u"doc.text"_s, kTypeSymbolSize}, colors.secondaryLabelColor};
+    case ClipboardContentType::Image:
+        return {{u"photo"_s, kTypeSymbolSize}, colors.systemBlueColor};
+    case ClipboardContentType::File:
+        return {{u"doc"_s, kTypeSymbolSize}, colors.secondaryLabelColor};
+    case ClipboardContentType::Url:
+        return {{u"link"_s, kTypeSymbolSize}, colors.systemBlueColor};
+    case ClipboardContentType::Mixed:
+        return {{u"doc.on.doc"_s, kTypeSymbolSize}, colors.systemPurpleColor};
+    }
+    return {};
+}
+
+void drawElided(QPainter &painter, const QRectF &box, const QString &text)
+{
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    drawTextLine(painter, box, metrics.elidedText(text, Qt::ElideRight, box.width()));
+}
+
+} // namespace
+
+HistoryRowDelegate::HistoryRowDelegate(HistoryRowCache &rows, qreal selectionRadius,
+                                       QObject *parent)
+    : QAbstractItemDelegate(parent)
+    , m_rows(rows)
+    , m_selectionRadius(selectionRadius)
+{
+}
+
+void HistoryRowDelegate::paintVeil(QPainter &painter, const QRect &row) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(withAlpha(m_colors.labelColor, kVeilAlpha));
+    painter.drawRoundedRect(RowLayout(row).selection, m_selectionRadius, m_selectionRadius);
+}
+
+void HistoryRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                               const QModelIndex &index) const
+{
+    const auto &model = static_cast<const HistoryListModel &>(*index.model());
+    const ClipboardItemPointer &item = model.items().at(index.row());
+    const RowLayout layout{QRectF(option.rect)};
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const SystemColors colors = isSelected ? m_colors.onSelection() : m_colors;
+
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (isSelected)
+        paintSelection(*painter, layout.selection);
+    TintedSymbol type = typeSymbol(*item, colors);
+    if (isSelected)
+        type.color = colors.labelColor;
+    drawSymbol(*painter, layout.icon, type.symbol, type.color);
+    paintTexts(*painter, layout, m_rows.row(item), colors);
+    paintStar(*painter, layout.star, *item, colors, option.widget);
+    painter->restore();
+}
+
+QSize HistoryRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    return {0, kRowHeight};
+}
+
+void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_colors.selectionColor);
+    painter.drawRoundedRect(box, m_selectionRadius, m_selectionRadius);
+    const qreal hairline = 1 / painter.device()->devicePixelRatioF();
+    const QRectF inside = box.adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
+    painter.setPen(QPen(withAlpha(Qt::white, kSelectionLineAlpha), hairline));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(inside, m_selectionRadius - hairline / 2,
+                            m_selectionRadius - hairline / 2);
+}
+
+void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,
+                                    const HistoryRow &row, const SystemColors &colors) const
+{
+    painter.setFont(interfaceFont(kContentSize));
+    painter.setPen(row.isPlaceholder ? colors.secondaryLabelColor : colors.labelColor);
+    drawElided(painter, layout.content, row.content);
+    painter.setPen(colors.tertiaryLabelColor);
+    painter.setFont(interfaceFont(kMetaSize, QFont::DemiBold));
+    drawElided(painter, layout.meta, row.meta);
+    painter.setFont(interfaceFont(kTimeSize));
+    drawTextLine(painter, layout.time, row.time, Qt::AlignRight);
+}
+
+void HistoryRowDelegate::paintStar(QPainter &painter, const QRectF &box, const ClipboardItem &item,
+                                   const SystemColors &colors, const QWidget *view) const
+{
+    using StarState = ClipboardTableView::StarState;
+    const auto *table = qobject_cast<const ClipboardTableView *>(view);
+    const StarState state = table ? table->starStateAt(box.center().toPoint()) : StarState::Rest;
+    if (state != StarState::Rest) {
+        const qreal alpha = state == StarState::Pressed ? kStarPressedAlpha : kStarHoverAlpha;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(withAlpha(colors.labelColor, alpha));
+        painter.drawEllipse(box);
+    }
+    const QString name = item.isFavorite ? u"star.fill"_s : u"star"_s;
+    QColor color = item.isFavorite ? colors.controlAccentColor : colors.tertiaryLabelColor;
+    if (!item.isFavorite && state != StarState::Rest)
+        color = colors.secondaryLabelColor;
+    drawSymbol(painter, box, {name, kStarSize, SymbolWeight::Medium}, color);
+}

@@ -1,0 +1,333 @@
+#include "window/HistoryWindow.h"
+
+#include "appearance/Easing.h"
+#include "foundation/UserDefaults.h"
+#include "platform/DesktopAppearance.h"
+#include "platform/PointerMonitor.h"
+#include "platform/Workspace.h"
+#include "window/ClipboardTableView.h"
+#include "window/FilterBarView.h"
+#include "window/PinButton.h"
+#include "window/SearchField.h"
+#include "window/WindowFrame.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kFadeDuration = 160ms;
+const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
+const QString kShowsPinButtonKey = u"ClipboardSearchWindowShowsPinButton"_s;
+
+bool isDark(const DesktopAppearance &appearance)
+{
+    constexpr int kMiddleLightness = 128;
+    const QColor window = QGuiApplication::palette().color(QPalette::Window);
+    return appearance.prefersDark().value_or(window.lightness() < kMiddleLightness);
+}
+
+} // namespace
+
+HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
+                             const HistoryWindowCollaborators &collaborators,
+                             const ClipboardItemList &items)
+    : m_style(style)
+    , m_collaborators(collaborators)
+    , m_panel(style, collaborators.scheduler)
+    , m_tableViewController(m_panel.tableView(), style.selectionRadius,
+                            collaborators.applicationNames, collaborators.clock,
+                            collaborators.defaults, items)
+    , m_animation(collaborators.scheduler, collaborators.clock)
+{
+    refreshAppearance();
+    refreshLanguage();
+    placeInitially();
+    connectPanel();
+    connectSearchField();
+    connectDesktop();
+}
+
+HistoryWindow::~HistoryWindow()
+{
+    stopWatchingOutside();
+    // The widget tells of losing the focus while it ends.
+    m_panel.disconnect();
+}
+
+void HistoryWindow::show()
+{
+    refreshAppearance();
+    clampFrame();
+    const bool wasVisible = isVisible();
+    const bool wasHiding = std::exchange(m_isHideAnimationInFlight, false);
+    ++m_visibilityAnimationToken;
+    m_animation.stop();
+    if (wasVisible && !wasHiding) {
+        m_panel.setOpacity(1);
+        bringForward();
+        return;
+    }
+    clearSearch();
+    if (m_style.isTranslucent) {
+        const qreal start = wasVisible ? m_panel.opacity() : 0;
+        animateOpacity({start, 1, kFadeDuration, easeOut}, &HistoryWindow::finishEntrance);
+    }
+    bringForward();
+    watchOutside();
+}
+
+void HistoryWindow::hide()
+{
+    if (m_isHideAnimationInFlight)
+        return;
+    m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
+    ++m_visibilityAnimationToken;
+    m_animation.stop();
+    if (!m_style.isTranslucent || !isVisible()) {
+        finishExit();
+        return;
+    }
+    m_isHideAnimationInFlight = true;
+    animateOpacity({m_panel.opacity(), 0, kFadeDuration, easeIn}, &HistoryWindow::finishExit);
+}
+
+void HistoryWindow::updateItems(const ClipboardItemList &items)
+{
+    m_tableViewController.setItems(items);
+    m_tableViewController.applyFilters(ClipboardTableViewController::Scroll::Keep);
+}
+
+void HistoryWindow::refreshLanguage()
+{
+    m_panel.refreshLanguage();
+    m_tableViewController.refreshTexts();
+    refreshPinButtonVisibility();
+}
+
+void HistoryWindow::refreshAppearance()
+{
+    m_panel.setColors(systemColors(isDark(m_collaborators.appearance) ? ColorScheme::Dark
+                                                                      : ColorScheme::Light));
+}
+
+void HistoryWindow::refreshPinButtonVisibility()
+{
+    const UserDefaults &defaults = m_collaborators.defaults;
+    const bool isShown = !defaults.contains(kShowsPinButtonKey)
+        || defaults.boolean(kShowsPinButtonKey);
+    if (!isShown && isPinned())
+        setPinned(false);
+    m_panel.setPinButtonShown(isShown);
+}
+
+bool HistoryWindow::isPinned() const
+{
+    return m_panel.pinButton().isPinned();
+}
+
+void HistoryWindow::togglePin()
+{
+    setPinned(!isPinned());
+}
+
+void HistoryWindow::connectPanel()
+{
+    QObject *context = &m_tableViewController;
+    const auto connectTo = [this, context](auto *sender, auto signal, auto slot) {
+        QObject::connect(sender, signal, context, [this, slot] { (this->*slot)(); });
+    };
+    connectTo(&m_panel, &HistoryPanel::cancelRequested, &HistoryWindow::handleEscapeElsewhere);
+    connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::handleDeactivation);
+    connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hide);
+    connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
+    connectTo(&m_panel.pinButton(), &PinButton::clicked, &HistoryWindow::togglePin);
+    QObject::connect(&m_panel.filterBar(), &FilterBarView::filterSelected, context,
+                     [this](const FilterCategory &category) {
+                         m_tableViewController.setActiveFilter(category);
+                         m_tableViewController.applyFilters(
+                             ClipboardTableViewController::Scroll::ToTop);
+                         m_panel.searchField().setFocus();
+                     });
+    m_tableViewController.onItemSelected
+        = [this](const ClipboardItemPointer &item) { pasteItem(item); };
+    m_tableViewController.onFavoriteToggled = [this](const QUuid &id) {
+        if (onFavoriteToggled)
+            onFavoriteToggled(id);
+    };
+}
+
+void HistoryWindow::connectSearchField()
+{
+    ClipboardTableViewController *controller = &m_tableViewController;
+    SearchField *field = &m_panel.searchField();
+    QObject::connect(field, &SearchField::textEdited, controller, [controller](const QString &text) {
+        controller->setSearchText(text);
+        controller->applyFilters(ClipboardTableViewController::Scroll::ToTop);
+    });
+    QObject::connect(field, &SearchField::newlinePressed, controller,
+                     &ClipboardTableViewController::pasteSelectedOrFirst);
+    QObject::connect(field, &SearchField::moveDownPressed, controller,
+                     &ClipboardTableViewController::selectNextRow);
+    QObject::connect(field, &SearchField::moveUpPressed, controller,
+                     &ClipboardTableViewController::selectPreviousRow);
+    QObject::connect(field, &SearchField::cancelPressed, controller,
+                     [this] { handleSearchEscape(); });
+    QObject::connect(field, &SearchField::pageKeyPressed, controller,
+                     [this](int key) { handlePageKey(key); });
+}
+
+void HistoryWindow::connectDesktop()
+{
+    m_appearanceHook.emplace(m_collaborators.appearance.onChanged, [this] { refreshAppearance(); });
+}
+
+void HistoryWindow::placeInitially()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QString saved = m_collaborators.defaults.string(kFrameKey).value_or(QString());
+    const std::optional<QRect> frame = WindowFrame::fromString(saved);
+    if (!screen)
+        m_panel.resize(WindowFrame::kWindowWidth, WindowFrame::kWindowDefaultHeight);
+    else if (frame)
+        m_panel.setGeometry(WindowFrame::clamped(*frame, screen->availableGeometry()));
+    else
+        m_panel.setGeometry(WindowFrame::centred(screen->availableGeometry()));
+}
+
+void HistoryWindow::clampFrame()
+{
+    const QScreen *screen = m_panel.screen();
+    if (!screen)
+        return;
+    const QRect frame = WindowFrame::clamped(m_panel.geometry(), screen->availableGeometry());
+    if (frame != m_panel.geometry())
+        m_panel.setGeometry(frame);
+}
+
+void HistoryWindow::bringForward()
+{
+    Workspace &workspace = m_collaborators.workspace;
+    m_panel.searchField().setFocus();
+    m_panel.winId(); // The desktop is told before the window appears, so it must exist.
+    workspace.prepareOwnWindow(m_panel.windowHandle());
+    m_panel.show();
+    workspace.activateOwnWindow(m_panel.windowHandle());
+}
+
+void HistoryWindow::clearSearch()
+{
+    m_panel.searchField().clear();
+    m_tableViewController.setSearchText({});
+    m_tableViewController.applyFilters(ClipboardTableViewController::Scroll::ToTop);
+}
+
+void HistoryWindow::animateOpacity(const ValueAnimation::Course &course,
+                                   void (HistoryWindow::*finish)())
+{
+    const quint64 token = m_visibilityAnimationToken;
+    m_animation.start(
+        course, [this](double opacity) { m_panel.setOpacity(opacity); },
+        [this, token, finish] {
+            if (token == m_visibilityAnimationToken)
+                (this->*finish)();
+        });
+}
+
+void HistoryWindow::finishEntrance()
+{
+    m_panel.setOpacity(1);
+}
+
+void HistoryWindow::finishExit()
+{
+    // Cleared only afterwards: the window loses the focus while it goes, which is no new reason to
+    // hide.
+    m_isHideAnimationInFlight = true;
+    m_panel.hide();
+    m_isHideAnimationInFlight = false;
+    m_panel.setOpacity(1);
+    stopWatchingOutside();
+    if (onWindowHidden)
+        onWindowHidden();
+}
+
+void HistoryWindow::watchOutside()
+{
+    stopWatchingOutside();
+    m_clickOutsideMonitor.emplace(m_collaborators.pointerMonitor.onMousePressed,
+                                  [this](QPoint position) { handleMousePress(position); });
+    m_collaborators.pointerMonitor.start();
+    m_appSwitchObserver.emplace(
+        m_collaborators.workspace.onApplicationActivated,
+        [this](const RunningApplication &application) { handleActivation(application); });
+}
+
+void HistoryWindow::stopWatchingOutside()
+{
+    if (m_clickOutsideMonitor)
+        m_collaborators.pointerMonitor.stop();
+    m_clickOutsideMonitor.reset();
+    m_appSwitchObserver.reset();
+}
+
+void HistoryWindow::pasteItem(const ClipboardItemPointer &item)
+{
+    // A window on its way out still gets keys, but it has done its work.
+    if (m_isHideAnimationInFlight)
+        return;
+    if (onPasteSelected)
+        onPasteSelected(item);
+    hide();
+}
+
+void HistoryWindow::setPinned(bool isPinned)
+{
+    m_panel.pinButton().setPinned(isPinned);
+}
+
+void HistoryWindow::handleSearchEscape()
+{
+    if (m_panel.searchField().text().isEmpty())
+        hide();
+    else
+        clearSearch();
+}
+
+void HistoryWindow::handleEscapeElsewhere()
+{
+    if (!isPinned())
+        hide();
+    else if (!m_panel.searchField().text().isEmpty())
+        clearSearch();
+}
+
+void HistoryWindow::handlePageKey(int key)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(&m_panel.tableView(), &press);
+}
+
+void HistoryWindow::handleDeactivation()
+{
+    if (isVisible() && !isPinned() && !m_isHideAnimationInFlight)
+        hide();
+}
+
+void HistoryWindow::handleMousePress(QPoint position)
+{
+    // Presses on our own windows and menus reach them as events; they are no turning away.
+    if (isVisible() && !isPinned() && !m_panel.geometry().contains(position)
+        && !QApplication::topLevelAt(position))
+        hide();
+}
+
+void HistoryWindow::handleActivation(const RunningApplication &application)
+{
+    if (isVisible() && !isPinned() && !m_collaborators.workspace.isOwnApplication(application))
+        hide();
+}

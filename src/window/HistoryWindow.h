@@ -1,0 +1,92 @@
+#pragma once
+
+#include "window/CallbackHook.h"
+#include "window/ClipboardSearchWindowProtocol.h"
+#include "window/ClipboardTableViewController.h"
+#include "window/HistoryPanel.h"
+#include "window/ValueAnimation.h"
+
+class ApplicationNames;
+class DesktopAppearance;
+class PointerMonitor;
+class UserDefaults;
+class Workspace;
+struct RunningApplication;
+
+/// What a history window needs of others; all of it must outlive the window.
+struct HistoryWindowCollaborators
+{
+    Workspace &workspace;
+    PointerMonitor &pointerMonitor;
+    DesktopAppearance &appearance;
+    Scheduler &scheduler;
+    const Clock &clock;
+    UserDefaults &defaults;
+    ApplicationNames &applicationNames;
+};
+
+/// The history window with everything that its two kinds share. It opens where it last stood, and
+/// closes as soon as the person turns to something else, unless it is pinned.
+class HistoryWindow : public ClipboardSearchWindowProtocol
+{
+public:
+    ~HistoryWindow() override;
+
+    bool isVisible() const override { return m_panel.isVisible(); }
+    bool isHideAnimationInFlight() const override { return m_isHideAnimationInFlight; }
+    void show() override;
+    void hide() override;
+    void updateItems(const ClipboardItemList &items) override;
+    void refreshLanguage() override;
+
+    /// Takes light or dark from the desktop again.
+    void refreshAppearance();
+
+    /// Reads again whether the pin button is wanted. Without it the window cannot stay pinned.
+    void refreshPinButtonVisibility();
+
+    bool isPinned() const;
+    void togglePin();
+
+    /// The widget on the screen.
+    QWidget &panel() { return m_panel; }
+
+protected:
+    HistoryWindow(const HistoryWindowStyle &style, const HistoryWindowCollaborators &collaborators,
+                  const ClipboardItemList &items);
+
+private:
+    void connectPanel();
+    void connectSearchField();
+    void connectDesktop();
+    void placeInitially();
+    void clampFrame();
+    void bringForward();
+    void clearSearch();
+    void animateOpacity(const ValueAnimation::Course &course, void (HistoryWindow::*finish)());
+    void finishEntrance();
+    void finishExit();
+    void watchOutside();
+    void stopWatchingOutside();
+    void pasteItem(const ClipboardItemPointer &item);
+    void setPinned(bool isPinned);
+
+    void handleSearchEscape();
+    void handleEscapeElsewhere();
+    void handlePageKey(int key);
+    void handleDeactivation();
+    void handleMousePress(QPoint position);
+    void handleActivation(const RunningApplication &application);
+
+    HistoryWindowStyle m_style;
+    HistoryWindowCollaborators m_collaborators;
+    HistoryPanel m_panel;
+    ClipboardTableViewController m_tableViewController;
+    ValueAnimation m_animation;
+    /// Counts show() and hide(): an animation that ends acts only if nothing has come between.
+    quint64 m_visibilityAnimationToken = 0;
+    bool m_isHideAnimationInFlight = false;
+    std::optional<CallbackHook<>> m_appearanceHook;
+    std::optional<CallbackHook<QPoint>> m_clickOutsideMonitor;
+    std::optional<CallbackHook<const RunningApplication &>> m_appSwitchObserver;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What the two kinds of history window differ in.
+struct HistoryWindowStyle
+{
+    qreal cornerRadius;
+    qreal selectionRadius; ///< Of the ground of the selected row.
+    qreal backgroundAlpha;
+    /// The desktop blends windows: corners are smooth, and the window comes and goes gradually.
+    /// Otherwise corners are cut out of the window's shape, and it is there or not.
+    bool isTranslucent;
+};

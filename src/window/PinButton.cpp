@@ -1,0 +1,82 @@
+#include "window/PinButton.h"
+
+#include "appearance/SymbolImage.h"
+#include "language/Localized.h"
+
+#include <QFocusEvent>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kSymbolSize = 14;
+constexpr qreal kRadius = 8;
+constexpr qreal kHoverAlpha = 0.05;
+constexpr qreal kPressedAlpha = 0.12;
+
+} // namespace
+
+PinButton::PinButton(QWidget *parent)
+    : QAbstractButton(parent)
+{
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus);
+    refreshLanguage();
+}
+
+void PinButton::setPinned(bool isPinned)
+{
+    m_isPinned = isPinned;
+    refreshLanguage();
+    update();
+}
+
+void PinButton::setColors(const SystemColors &colors)
+{
+    m_colors = colors;
+    update();
+}
+
+void PinButton::refreshLanguage()
+{
+    const QString text = m_isPinned ? localized(u"tooltip.unpin"_s, u"Unpin window"_s)
+                                    : localized(u"tooltip.pin"_s, u"Pin window"_s);
+    setToolTip(text);
+    setAccessibleName(text);
+}
+
+void PinButton::focusInEvent(QFocusEvent *event)
+{
+    QAbstractButton::focusInEvent(event);
+    setFocusVisible(event->reason() == Qt::TabFocusReason
+                    || event->reason() == Qt::BacktabFocusReason);
+}
+
+void PinButton::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractButton::focusOutEvent(event);
+    setFocusVisible(false);
+}
+
+void PinButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isDown() || underMouse()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(withAlpha(m_colors.labelColor, isDown() ? kPressedAlpha : kHoverAlpha));
+        painter.drawRoundedRect(rect(), kRadius, kRadius);
+    }
+    const QString name = m_isPinned ? u"pin.slash.fill"_s : u"pin"_s;
+    drawSymbol(painter, rect(), {name, kSymbolSize, SymbolWeight::Semibold},
+               m_isPinned ? m_colors.controlAccentColor : m_colors.secondaryLabelColor);
+}
+
+void PinButton::setFocusVisible(bool isVisible)
+{
+    m_isFocusVisible = isVisible;
+    // The ring stands outside the button, on the window.
+    if (parentWidget())
+        parentWidget()->update();
+}

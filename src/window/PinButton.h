@@ -1,0 +1,36 @@
+#pragma once
+
+#include "appearance/SystemColors.h"
+
+#include <QAbstractButton>
+
+/// Keeps the window open when the person turns to something else.
+class PinButton : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    explicit PinButton(QWidget *parent = nullptr);
+
+    bool isPinned() const { return m_isPinned; }
+    void setPinned(bool isPinned);
+    void setColors(const SystemColors &colors);
+
+    /// Words the tool tip anew.
+    void refreshLanguage();
+
+    /// The focus came by the keyboard and is to be seen.
+    bool isFocusVisible() const { return m_isFocusVisible; }
+
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void setFocusVisible(bool isVisible);
+
+    SystemColors m_colors;
+    bool m_isPinned = false;
+    bool m_isFocusVisible = false;
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "foundation/Timestamp.h"
+
+#include <QString>
+
+/// How long ago \a time was at \a now, short: "now", "3 min. ago", "yesterday". A moment that is
+/// still to come is "now".
+QString relativeTime(Timestamp time, Timestamp now);

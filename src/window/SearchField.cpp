@@ -1,0 +1,133 @@
+#include "window/SearchField.h"
+
+#include "appearance/InterfaceFont.h"
+#include "platform/Scheduler.h"
+
+#include <QCommonStyle>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyleHints>
+
+namespace {
+
+constexpr int kTextSize = 22;
+constexpr int kCaretWidth = 2;
+
+// What the line edit puts around its text on its own account.
+constexpr int kInnerMargin = 2;
+constexpr int kInnerVerticalMargin = 1;
+// How far before the caret the line edit's cursor rectangle begins.
+constexpr int kCursorRectLead = 5;
+
+/// Draws no caret, since the line edit knows none but in the colour of the text.
+class CaretlessStyle : public QCommonStyle
+{
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption *option,
+                    const QWidget *widget) const override
+    {
+        return metric == PM_TextCursorWidth ? 0 : QCommonStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+} // namespace
+
+SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
+    : QLineEdit(parent)
+    , m_scheduler(scheduler)
+    , m_style(std::make_unique<CaretlessStyle>())
+{
+    setStyle(m_style.get());
+    setFrame(false);
+    setFont(interfaceFont(kTextSize, QFont::Light));
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setTextMargins(-kInnerMargin, -kInnerVerticalMargin, -kInnerMargin, 0);
+    connect(this, &QLineEdit::cursorPositionChanged, this, [this] {
+        if (hasFocus())
+            startBlinking();
+    });
+}
+
+SearchField::~SearchField()
+{
+    // The style goes before the base class, which would still ask it.
+    setStyle(nullptr);
+}
+
+void SearchField::setColors(const SystemColors &colors)
+{
+    QPalette colored = palette();
+    colored.setColor(QPalette::Base, Qt::transparent);
+    colored.setColor(QPalette::Text, colors.labelColor);
+    colored.setColor(QPalette::PlaceholderText, colors.placeholderTextColor);
+    colored.setColor(QPalette::Highlight, colors.accentFillColor);
+    colored.setColor(QPalette::HighlightedText, Qt::white);
+    setPalette(colored);
+    m_caretColor = colors.controlAccentColor;
+}
+
+void SearchField::focusInEvent(QFocusEvent *event)
+{
+    QLineEdit::focusInEvent(event);
+    startBlinking();
+}
+
+void SearchField::focusOutEvent(QFocusEvent *event)
+{
+    QLineEdit::focusOutEvent(event);
+    stopBlinking();
+}
+
+void SearchField::keyPressEvent(QKeyEvent *event)
+{
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isPlain && announceKey(event->key()))
+        event->accept();
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+void SearchField::paintEvent(QPaintEvent *event)
+{
+    QLineEdit::paintEvent(event);
+    if (!m_isCaretShown)
+        return;
+    const QRect cursor = cursorRect();
+    const int x = std::max(0, cursor.x() + kCursorRectLead - kCaretWidth / 2);
+    QPainter(this).fillRect(x, cursor.y(), kCaretWidth, cursor.height(), m_caretColor);
+}
+
+bool SearchField::announceKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Escape: emit cancelPressed(); return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: emit newlinePressed(); return true;
+    case Qt::Key_Down: emit moveDownPressed(); return true;
+    case Qt::Key_Up: emit moveUpPressed(); return true;
+    case Qt::Key_PageDown:
+    case Qt::Key_PageUp: emit pageKeyPressed(key); return true;
+    default: return false;
+    }
+}
+
+void SearchField::startBlinking()
+{
+    m_isCaretShown = true;
+    update();
+    const std::chrono::milliseconds period(QGuiApplication::styleHints()->cursorFlashTime() / 2);
+    if (period.count() <= 0)
+        return;
+    m_blinking = m_scheduler.every(period, [this] {
+        m_isCaretShown = !m_isCaretShown;
+        update();
+    });
+}
+
+void SearchField::stopBlinking()
+{
+    m_blinking.reset();
+    m_isCaretShown = false;
+    update();
+}

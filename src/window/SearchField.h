@@ -1,0 +1,48 @@
+#pragma once
+
+#include "appearance/SystemColors.h"
+
+#include <QLineEdit>
+
+#include <memory>
+
+class ScheduledWork;
+class Scheduler;
+
+/// The field of the window's head: bare text and a caret. The keys that move through the list and
+/// act on it are told by signals and do not edit.
+class SearchField : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    /// \a scheduler must outlive the field.
+    explicit SearchField(Scheduler &scheduler, QWidget *parent = nullptr);
+    ~SearchField() override;
+
+    void setColors(const SystemColors &colors);
+
+signals:
+    void cancelPressed();
+    void newlinePressed();
+    void moveDownPressed();
+    void moveUpPressed();
+    void pageKeyPressed(int key); ///< Qt::Key_PageUp or Qt::Key_PageDown.
+
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool announceKey(int key);
+    void startBlinking();
+    void stopBlinking();
+
+    Scheduler &m_scheduler;
+    std::unique_ptr<QStyle> m_style;
+    std::unique_ptr<ScheduledWork> m_blinking;
+    QColor m_caretColor;
+    bool m_isCaretShown = false;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+
+/// The ground of the window's head, by which the window is moved.
+class WindowDragView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int kHeight = 60;
+
+    explicit WindowDragView(QWidget *parent);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    bool m_isDragging = false;
+    QPoint m_initialMouseLocation;
+    QRect m_initialWindowFrame;
+};

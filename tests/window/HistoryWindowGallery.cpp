@@ -1,0 +1,199 @@
+// Shows the history window in its states, for people to look at, and measures its opening.
+//
+//   HistoryWindowGallery shots DIR     saves pictures of the window as it draws itself
+//   HistoryWindowGallery measure N     opens it N times over 10,000 entries and prints times
+//   HistoryWindowGallery stay SECONDS [compat] [dark] [empty]   leaves it on the screen
+
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeDesktopAppearance.h"
+#include "tests/fakes/FakePointerMonitor.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/window/SampleHistory.h"
+
+#include "foundation/UserDefaults.h"
+#include "platform/linux/QtScheduler.h"
+#include "platform/linux/SystemClock.h"
+#include "window/ApplicationNames.h"
+#include "window/HistoryWindowFactory.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Stage
+{
+    QTemporaryDir directory;
+    UserDefaults defaults{directory.filePath(u"settings.conf"_s)};
+    FakeWorkspace workspace;
+    FakePointerMonitor pointer;
+    FakeDesktopAppearance appearance;
+    QtScheduler scheduler;
+    FakeClock clock; // The entries' ages count from its standing moment.
+    SystemClock runningClock;
+    ApplicationNames names{workspace};
+
+    std::unique_ptr<HistoryWindow> make(const ClipboardItemList &items, const Clock &with)
+    {
+        auto made = makeHistoryWindow(
+            {workspace, pointer, appearance, scheduler, with, defaults, names}, items);
+        return std::unique_ptr<HistoryWindow>(static_cast<HistoryWindow *>(made.release()));
+    }
+};
+
+template <typename Action>
+void save(Stage &stage, const QString &path, const ClipboardItemList &items, Action action)
+{
+    const auto window = stage.make(items, stage.clock);
+    window->show();
+    // A standing clock would leave the entrance at its beginning; its end is timed all the same.
+    QTest::qWait(200);
+    action(*window);
+    QTest::qWait(20);
+    QImage canvas(760, 580, QImage::Format_RGB32);
+    canvas.fill(stage.appearance.dark.value_or(false) ? QColor(0x34, 0x38, 0x40)
+                                                      : QColor(0xC9, 0xCE, 0xD4));
+    QPainter painter(&canvas);
+    QPixmap picture = window->panel().grab();
+    if (!stage.appearance.composited) {
+        QRegion shape = window->panel().mask();
+        painter.setClipRegion(shape.translated(40, 40));
+    }
+    painter.drawPixmap(40, 40, picture);
+    painter.end();
+    canvas.save(path);
+    std::printf("%s\n", qPrintable(path));
+}
+
+void type(HistoryWindow &window, const QString &text)
+{
+    QTest::keyClicks(window.panel().findChild<QLineEdit *>(), text);
+}
+
+void takeShots(const QString &directory)
+{
+    QDir().mkpath(directory);
+    Stage stage;
+    for (const bool isComposited : {true, false}) {
+        for (const bool isDark : {false, true}) {
+            stage.appearance.composited = isComposited;
+            stage.appearance.dark = isDark;
+            const QString prefix = directory + u'/' + (isComposited ? u"glass-"_s : u"plain-"_s)
+                + (isDark ? u"dark-"_s : u"light-"_s);
+            save(stage, prefix + u"history.png"_s, SampleHistory::mixed(), [](auto &) {});
+            save(stage, prefix + u"selected.png"_s, SampleHistory::mixed(), [](auto &window) {
+                for (int i = 0; i < 4; ++i)
+                    QTest::keyClick(window.panel().template findChild<QLineEdit *>(), Qt::Key_Down);
+                window.togglePin();
+            });
+            save(stage, prefix + u"last.png"_s, SampleHistory::mixed(), [](auto &window) {
+                for (int i = 0; i < 10; ++i)
+                    QTest::keyClick(window.panel().template findChild<QLineEdit *>(), Qt::Key_Down);
+            });
+            save(stage, prefix + u"search.png"_s, SampleHistory::mixed(),
+                 [](auto &window) { type(window, u"water"_s); });
+            save(stage, prefix + u"nothing.png"_s, SampleHistory::mixed(),
+                 [](auto &window) { type(window, u"hydrangea"_s); });
+            save(stage, prefix + u"empty.png"_s, {}, [](auto &) {});
+        }
+    }
+}
+
+/// Waits for the window's next paint and says when it was over.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget &panel) { panel.installEventFilter(this); }
+
+    void wait()
+    {
+        m_isPainted = false;
+        while (!m_isPainted)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        // One turn later everything below the window is painted too.
+        if (event->type() == QEvent::Paint)
+            QTimer::singleShot(0, this, [this] { m_isPainted = true; });
+        return false;
+    }
+
+private:
+    bool m_isPainted = false;
+};
+
+void measure(int rounds, bool isComposited)
+{
+    Stage stage;
+    stage.appearance.composited = isComposited;
+    const ClipboardItemList items = SampleHistory::corpus(10'000);
+    for (int round = 0; round < rounds; ++round) {
+        QElapsedTimer timer;
+        timer.start();
+        auto window = stage.make(items, stage.runningClock);
+        const double built = timer.nsecsElapsed() / 1e6;
+        PaintWatch painted(window->panel());
+        window->show();
+        const double shown = timer.nsecsElapsed() / 1e6;
+        painted.wait();
+        const double drawn = timer.nsecsElapsed() / 1e6;
+        QTest::qWait(250);
+        QStringList keys;
+        auto *field = window->panel().findChild<QLineEdit *>();
+        for (const char key : {'s', 'o', 'l', 'q', 'u', 'w', 'x'}) {
+            timer.restart();
+            QTest::keyClick(field, key);
+            const double handled = timer.nsecsElapsed() / 1e6;
+            window->panel().findChild<QAbstractScrollArea *>()->viewport()->repaint();
+            keys.append(u"%1 %2/%3"_s.arg(QChar::fromLatin1(key)).arg(handled, 0, 'f', 1)
+                            .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1));
+        }
+        std::printf("built %.1f  show() returns %.1f  painted %.1f ms;  key handled/drawn: %s\n",
+                    built, shown, drawn, qPrintable(keys.join(u"  "_s)));
+    }
+}
+
+int stay(const QStringList &arguments)
+{
+    Stage stage;
+    stage.appearance.composited = !arguments.contains(u"compat"_s);
+    stage.appearance.dark = arguments.contains(u"dark"_s);
+    const auto window = stage.make(
+        arguments.contains(u"empty"_s) ? ClipboardItemList() : SampleHistory::mixed(), stage.clock);
+    window->onWindowHidden = [] { QApplication::quit(); };
+    window->togglePin();
+    window->show();
+    QTimer::singleShot(arguments.value(2).toInt() * 1000, qApp, &QApplication::quit);
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    const QString what = arguments.value(1);
+    if (what == u"shots"_s)
+        takeShots(arguments.value(2));
+    else if (what == u"measure"_s)
+        measure(arguments.value(2).toInt(), !arguments.contains(u"compat"_s));
+    else if (what == u"stay"_s)
+        return stay(arguments);
+    else
+        return 1;
+    return 0;
+}

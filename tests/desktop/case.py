@@ -1,0 +1,121 @@
+"""The common ground of the desktop tests: a private desktop for each class, and a fresh history and
+a fresh start of the program for each test."""
+import argparse
+import functools
+import os
+import shutil
+import sys
+import unittest
+
+from clients import copy_by_xclip
+from desktop import Desktop
+from display import Display
+from program import Program
+from selection_owner import SelectionOwner
+from waiting import Late, wait_until
+
+WINDOW_TITLE = "Clipboard History"
+HOT_KEY = "alt+space"
+
+arguments = None
+
+
+def showing_the_scene(test):
+    """What was on the screen and in the output when the test failed, since both are gone later."""
+    @functools.wraps(test)
+    def with_scene(self):
+        try:
+            test(self)
+        except unittest.SkipTest:
+            raise
+        except BaseException:
+            self.show_scene(test.__name__)
+            raise
+    return with_scene
+
+
+class DesktopTest(unittest.TestCase):
+    desktop_options = {}
+
+    def __init_subclass__(cls, **options):
+        super().__init_subclass__(**options)
+        for name, member in list(vars(cls).items()):
+            if name.startswith("test_"):
+                setattr(cls, name, showing_the_scene(member))
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = Desktop(**cls.desktop_options)
+        cls.desktop.__enter__()
+        cls.addClassCleanup(cls.desktop.__exit__)
+        cls.display = Display(cls.desktop.env["DISPLAY"])
+        cls.addClassCleanup(cls.display.close)
+
+    def setUp(self):
+        self.program = Program(self.desktop, arguments.program,
+                               data=self.desktop.path(self._testMethodName))
+        self.addCleanup(self.leave)
+
+    def leave(self):
+        self.program.end()
+        shutil.rmtree(self.program.data, ignore_errors=True)
+
+    def show_scene(self, name):
+        print(f"--- the program printed in {name}:\n{self.program.output()}\n---", flush=True)
+        if arguments.pictures:
+            picture = os.path.join(arguments.pictures, f"{type(self).__name__}.{name}.png")
+            try:
+                self.desktop.screenshot(picture)
+                print(f"--- the screen: {picture}", flush=True)
+            except Exception as problem:  # The failure itself is what must be told.
+                print(f"--- no picture: {problem}", flush=True)
+
+    # Steps that many tests share
+
+    def copy(self, text):
+        """Has xclip copy the text, and returns once the database holds it."""
+        copy_by_xclip(self.desktop, text.encode())
+        self.program.wait_for_text(text)
+
+    def owner(self):
+        owner = SelectionOwner(self.desktop.env["DISPLAY"])
+        self.addCleanup(owner.close)
+        return owner
+
+    def history_window(self):
+        return self.display.find_window(title=WINDOW_TITLE)
+
+    def open_window(self):
+        """Presses the hot key, and returns the window once it has the focus."""
+        self.display.press(HOT_KEY)
+        return self.wait_for_history_window()
+
+    def wait_for_history_window(self, seconds=5.0):
+        window = wait_until(self.history_window, "the history window", seconds)
+        self.display.wait_until_active(window, seconds)
+        return window
+
+    def wait_until_closed(self, seconds=5.0):
+        wait_until(lambda: self.history_window() is None, "the history window to close", seconds)
+
+    def choose(self, query):
+        """Opens the window, types the query, and presses Return."""
+        mark = self.program.mark()
+        self.open_window()
+        self.display.type(query)
+        self.display.press("Return")
+        self.program.wait_for_line("Item copied to clipboard", since=mark)
+        return mark
+
+    def assert_alive(self):
+        self.assertTrue(self.program.is_running(), "the program has ended")
+
+
+def main():
+    global arguments
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--program", required=True)
+    parser.add_argument("--pictures", help="a folder for pictures of failed tests")
+    arguments, rest = parser.parse_known_args()
+    arguments.program = os.path.abspath(arguments.program)
+    unittest.main(module="__main__", argv=sys.argv[:1] + rest, verbosity=2)

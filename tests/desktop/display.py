@@ -1,0 +1,160 @@
+"""The X display seen from outside the program under test: keys, windows, pixels."""
+import time
+
+from Xlib import X, XK, Xatom, display, error
+from Xlib.ext import xtest
+
+from waiting import wait_until
+
+MODIFIERS = {"ctrl": "Control_L", "alt": "Alt_L", "shift": "Shift_L", "super": "Super_L"}
+
+
+class Display:
+    """One connection to the server. Not shared between threads."""
+
+    def __init__(self, name):
+        self.connection = display.Display(name)
+        self.connection.set_error_handler(lambda *_: None)
+        self.root = self.connection.screen().root
+
+    def close(self):
+        self.connection.close()
+
+    def atom(self, name):
+        return self.connection.intern_atom(name)
+
+    # Keys
+
+    def keycode(self, name):
+        return self.connection.keysym_to_keycode(XK.string_to_keysym(MODIFIERS.get(name, name)))
+
+    def press(self, chord):
+        """Presses and releases a chord such as "alt+space". Returns when it was sent, in seconds of
+        time.monotonic()."""
+        codes = [self.keycode(name) for name in chord.split("+")]
+        for code in codes[:-1]:
+            xtest.fake_input(self.connection, X.KeyPress, code)
+        self.connection.sync()
+        sent_at = time.monotonic()
+        xtest.fake_input(self.connection, X.KeyPress, codes[-1])
+        self.connection.flush()
+        for code in reversed(codes):
+            xtest.fake_input(self.connection, X.KeyRelease, code)
+        self.connection.sync()
+        return sent_at
+
+    def type(self, text):
+        """Types lower-case letters, digits and blanks."""
+        for letter in text:
+            self.press("space" if letter == " " else letter)
+
+    def hold(self, name):
+        xtest.fake_input(self.connection, X.KeyPress, self.keycode(name))
+        self.connection.sync()
+
+    def let_go(self, name):
+        xtest.fake_input(self.connection, X.KeyRelease, self.keycode(name))
+        self.connection.sync()
+
+    def click(self, x, y, button=1):
+        xtest.fake_input(self.connection, X.MotionNotify, x=x, y=y)
+        xtest.fake_input(self.connection, X.ButtonPress, button)
+        xtest.fake_input(self.connection, X.ButtonRelease, button)
+        self.connection.sync()
+
+    # Windows
+
+    def property(self, window, name, kind=X.AnyPropertyType):
+        try:
+            answer = window.get_full_property(self.atom(name), kind)
+        except error.XError:
+            return None
+        return None if answer is None else answer.value
+
+    def title(self, window):
+        value = self.property(window, "_NET_WM_NAME") or self.property(window, "WM_NAME") or b""
+        return value.decode("utf-8", "replace") if isinstance(value, bytes) else str(value)
+
+    def window_class(self, window):
+        try:
+            return window.get_wm_class() or ("", "")
+        except error.XError:
+            return ("", "")
+
+    def windows(self):
+        """Every window below the root, from the bottom up."""
+        found, pending = [], [self.root]
+        while pending:
+            window = pending.pop()
+            try:
+                below = window.query_tree().children
+            except error.XError:
+                continue
+            found.extend(below)
+            pending.extend(below)
+        return found
+
+    def is_viewable(self, window):
+        try:
+            return window.get_attributes().map_state == X.IsViewable
+        except error.XError:
+            return False
+
+    def find_window(self, title=None, window_class=None):
+        """The first visible window with a piece of this title or this class; None without one."""
+        for window in self.windows():
+            if not self.is_viewable(window):
+                continue
+            if title is not None and title not in self.title(window):
+                continue
+            if window_class is not None and window_class.lower() not in (
+                    part.lower() for part in self.window_class(window)):
+                continue
+            if title is None or self.property(window, "WM_CLASS"):
+                return window
+        return None
+
+    def wait_for_window(self, seconds=20.0, **which):
+        return wait_until(lambda: self.find_window(**which), f"a window with {which}", seconds)
+
+    def active_window_id(self):
+        # Some window managers write a second, empty value behind the first.
+        value = self.property(self.root, "_NET_ACTIVE_WINDOW", Xatom.WINDOW)
+        return value[0] if value is not None and len(value) else 0
+
+    def is_active(self, window):
+        return self.active_window_id() == window.id
+
+    def wait_until_active(self, window, seconds=10.0):
+        wait_until(lambda: self.is_active(window), f"window {self.title(window)} active", seconds)
+
+    def activate(self, window):
+        self.message(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0])
+        self.wait_until_active(window)
+
+    def close_window(self, window):
+        self.message(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2, 0, 0, 0])
+
+    def message(self, window, kind, data):
+        from Xlib.protocol import event
+        self.root.send_event(
+            event.ClientMessage(window=window, client_type=self.atom(kind), data=(32, data)),
+            event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self.connection.sync()
+
+    def place(self, window):
+        """The rectangle of the window on the screen: x, y, width, height."""
+        geometry = window.get_geometry()
+        origin = self.root.translate_coords(window, 0, 0)
+        return origin.x, origin.y, geometry.width, geometry.height
+
+    # Pixels
+
+    def pixels(self, x, y, width, height):
+        """The bytes of a part of the screen, four to the pixel."""
+        return self.root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
+
+    def selection_owner(self, name="CLIPBOARD"):
+        """The window that owns the selection, 0 without one."""
+        owner = self.connection.get_selection_owner(self.atom(name))
+        return owner.id if owner else 0

@@ -1,0 +1,104 @@
+#!/usr/bin/python3
+"""The chosen entry lands in the window that the person came from."""
+from case import DesktopTest, main
+from clients import Chromium, FeatherPad, Mousepad, XTerm, read_by_xclip
+
+CHOSEN = "the chosen quick fox"
+LATER = "something copied later"
+
+
+class PasteTest(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.program.start()
+        self.copy(CHOSEN)
+        self.copy(LATER)
+
+    def paste_into(self, client):
+        """Chooses the older entry by a search, and returns what arrived."""
+        client.focus()
+        mark = self.choose("quick")
+        self.program.wait_for_line("Posted keyUp event", since=mark)
+        self.wait_until_closed()
+        return client.text_after_paste()
+
+    def test_into_a_gtk_editor(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            self.assertEqual(CHOSEN, self.paste_into(editor))
+
+    def test_into_a_qt_editor(self):
+        with FeatherPad(self.desktop, self.display) as editor:
+            self.assertEqual(CHOSEN, self.paste_into(editor))
+
+    def test_into_a_browser(self):
+        with Chromium(self.desktop, self.display) as browser:
+            self.assertEqual(CHOSEN, self.paste_into(browser))
+
+    def test_into_a_terminal(self):
+        with XTerm(self.desktop, self.display) as terminal:
+            self.assertEqual(CHOSEN, self.paste_into(terminal))
+
+    def test_return_without_a_search_takes_the_newest(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            mark = self.choose("")
+            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.assertEqual(LATER, editor.text_after_paste())
+
+    def test_down_chooses_the_next_entry(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            mark = self.program.mark()
+            self.open_window()
+            self.display.press("Down")
+            self.display.press("Down")
+            self.display.press("Return")
+            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.assertEqual(CHOSEN, editor.text_after_paste())
+
+    def test_with_a_modifier_still_held(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            mark = self.choose("quick")
+            self.display.hold("shift")
+            self.addCleanup(self.display.let_go, "shift")
+            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.display.let_go("shift")
+            self.assertEqual(CHOSEN, editor.text_after_paste())
+
+    def test_with_a_layout_that_has_no_latin_letters(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            mark = self.program.mark()
+            self.open_window()
+            self.display.type("quick")
+            self.addCleanup(self.desktop.run, "setxkbmap", "us")
+            self.desktop.run("setxkbmap", "ru")
+            self.display.press("Return")
+            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.desktop.run("setxkbmap", "us")
+            self.assertEqual(CHOSEN, editor.text_after_paste())
+
+    def test_with_the_second_layout_active(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            mark = self.program.mark()
+            self.addCleanup(self.desktop.run, "setxkbmap", "-option", "", "-layout", "us")
+            self.desktop.run("setxkbmap", "-layout", "us,ru", "-option", "grp:menu_toggle")
+            self.open_window()
+            self.display.type("quick")
+            self.display.press("Menu")
+            self.display.press("Return")
+            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.display.press("Menu")
+            self.assertEqual(CHOSEN, editor.text_after_paste())
+
+    def test_a_paste_is_no_new_copy(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            self.assertEqual(CHOSEN, self.paste_into(editor))
+        self.copy("copied after the paste")
+        self.assertEqual(["copied after the paste", LATER, CHOSEN], self.program.texts())
+
+    def test_without_a_window_to_go_back_to_the_entry_is_on_the_clipboard(self):
+        self.choose("quick")
+        self.wait_until_closed()
+        self.assertEqual(CHOSEN, read_by_xclip(self.desktop).decode())
+
+
+if __name__ == "__main__":
+    main()

@@ -12,7 +12,7 @@ from desktop import Desktop
 from display import Display
 from program import Program
 from selection_owner import SelectionOwner
-from waiting import Late, wait_until
+from waiting import wait_until
 
 WINDOW_TITLE = "Clipboard History"
 HOT_KEY = "alt+space"

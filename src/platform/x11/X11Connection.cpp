@@ -1,0 +1,195 @@
+#include "platform/x11/X11Connection.h"
+
+#include "platform/Platform.h"
+#include "platform/x11/XcbXkb.h"
+
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <string>
+
+#include <xcb/xcb.h>
+#include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+namespace {
+
+constexpr quint32 kMaxPropertyWords = 4096;
+
+std::array<std::string, size_t(X11Atom::Count)> atomNames(int screenNumber)
+{
+    std::array<std::string, size_t(X11Atom::Count)> names;
+    const auto set = [&names](X11Atom atom, std::string name) {
+        names[size_t(atom)] = std::move(name);
+    };
+    set(X11Atom::CompositorSelection, "_NET_WM_CM_S" + std::to_string(screenNumber));
+    set(X11Atom::GtkApplicationId, "_GTK_APPLICATION_ID");
+    set(X11Atom::NetActiveWindow, "_NET_ACTIVE_WINDOW");
+    set(X11Atom::NetSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK");
+    set(X11Atom::NetWmPid, "_NET_WM_PID");
+    set(X11Atom::NetWmUserTime, "_NET_WM_USER_TIME");
+    return names;
+}
+
+X11Connection::Extension learnExtension(xcb_connection_t *xcb, xcb_extension_t *extension)
+{
+    const xcb_query_extension_reply_t *data = xcb_get_extension_data(xcb, extension);
+    if (!data || !data->present)
+        return {};
+    return {true, data->first_event, data->major_opcode};
+}
+
+xcb_screen_t *findScreen(xcb_connection_t *xcb, int screenNumber)
+{
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(xcb));
+    for (int i = 0; screens.rem > 0; ++i, xcb_screen_next(&screens)) {
+        if (i == screenNumber)
+            return screens.data;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+X11Connection::X11Connection(const QByteArray &displayName)
+{
+    connectToServer(displayName);
+    m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_xcb),
+                                                   QSocketNotifier::Read);
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, &m_context,
+                     [this] { processEvents(); });
+}
+
+X11Connection::~X11Connection()
+{
+    m_notifier.reset();
+    xcb_disconnect(m_xcb);
+}
+
+void X11Connection::connectToServer(const QByteArray &displayName)
+{
+    const QByteArray name = displayName.isEmpty() ? qgetenv("DISPLAY") : displayName;
+    if (name.isEmpty())
+        throw PlatformError("There is no X11 display: DISPLAY is not set");
+
+    int screenNumber = 0;
+    m_xcb = xcb_connect(name.constData(), &screenNumber);
+    xcb_screen_t *screen = xcb_connection_has_error(m_xcb) == 0 ? findScreen(m_xcb, screenNumber)
+                                                                : nullptr;
+    if (!screen) {
+        xcb_disconnect(m_xcb);
+        throw PlatformError("The X11 display " + name.toStdString() + " cannot be reached");
+    }
+    m_rootWindow = screen->root;
+    learnServer(screenNumber);
+}
+
+void X11Connection::learnServer(int screenNumber)
+{
+    // Everything is asked for before the first answer is taken: two round trips for all.
+    for (xcb_extension_t *extension :
+         {&xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
+        xcb_prefetch_extension_data(m_xcb, extension);
+    std::array<xcb_intern_atom_cookie_t, size_t(X11Atom::Count)> atomCookies{};
+    std::ranges::transform(atomNames(screenNumber), atomCookies.begin(), [this](const auto &name) {
+        return xcb_intern_atom(m_xcb, 0, quint16(name.size()), name.c_str());
+    });
+
+    m_xfixes = learnExtension(m_xcb, &xcb_xfixes_id);
+    m_xinput = learnExtension(m_xcb, &xcb_input_id);
+    m_xkb = learnExtension(m_xcb, &xcb_xkb_id);
+    m_xtest = learnExtension(m_xcb, &xcb_test_id);
+
+    // An extension serves only those who have told it the version they speak.
+    const auto xfixesVersion = m_xfixes.isPresent
+        ? std::optional(xcb_xfixes_query_version(m_xcb, 5, 0))
+        : std::nullopt;
+    const auto xinputVersion = m_xinput.isPresent
+        ? std::optional(xcb_input_xi_query_version(m_xcb, 2, 2))
+        : std::nullopt;
+    const auto xkbVersion = m_xkb.isPresent ? std::optional(xcb_xkb_use_extension(m_xcb, 1, 0))
+                                            : std::nullopt;
+    for (size_t i = 0; i < m_atoms.size(); ++i) {
+        if (const auto atom = reply(xcb_intern_atom_reply, atomCookies[i]))
+            m_atoms[i] = atom->atom;
+    }
+    if (xfixesVersion)
+        m_xfixes.isPresent = reply(xcb_xfixes_query_version_reply, *xfixesVersion) != nullptr;
+    if (xinputVersion)
+        m_xinput.isPresent = reply(xcb_input_xi_query_version_reply, *xinputVersion) != nullptr;
+    if (xkbVersion) {
+        const auto version = reply(xcb_xkb_use_extension_reply, *xkbVersion);
+        m_xkb.isPresent = version && version->supported;
+    }
+}
+
+void X11Connection::flush()
+{
+    xcb_flush(m_xcb);
+}
+
+quint32 X11Connection::requestProperty(quint32 window, quint32 property)
+{
+    return xcb_get_property(m_xcb, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                            kMaxPropertyWords)
+        .sequence;
+}
+
+std::optional<QByteArray> X11Connection::takeProperty(quint32 request)
+{
+    const auto answer = reply(xcb_get_property_reply, xcb_get_property_cookie_t{request});
+    if (!answer)
+        return std::nullopt;
+    return QByteArray(static_cast<const char *>(xcb_get_property_value(answer.get())),
+                      xcb_get_property_value_length(answer.get()));
+}
+
+void X11Connection::addListener(X11EventListener *listener)
+{
+    m_listeners.push_back(listener);
+}
+
+void X11Connection::removeListener(X11EventListener *listener)
+{
+    std::erase(m_listeners, listener);
+}
+
+void X11Connection::noteWaited()
+{
+    if (m_isProcessingQueued)
+        return;
+    m_isProcessingQueued = true;
+    QMetaObject::invokeMethod(
+        &m_context,
+        [this] {
+            m_isProcessingQueued = false;
+            processEvents();
+        },
+        Qt::QueuedConnection);
+}
+
+void X11Connection::noteUserTime(quint32 time)
+{
+    // The server's clock wraps round after 49 days; zero stands for no time at all.
+    if (time != 0 && (m_userTime == 0 || qint32(time - m_userTime) > 0))
+        m_userTime = time;
+}
+
+void X11Connection::processEvents()
+{
+    while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_xcb)}) {
+        const int type = event->response_type & ~0x80;
+        if (type == 0) // An error of a request that nobody waits for.
+            continue;
+        // A listener may end another one, or itself.
+        const std::vector<X11EventListener *> listeners = m_listeners;
+        for (X11EventListener *listener : listeners) {
+            if (std::ranges::find(m_listeners, listener) != m_listeners.end())
+                listener->handleX11Event(type, event.get());
+        }
+    }
+    // A server that is gone stays readable for ever.
+    if (xcb_connection_has_error(m_xcb) != 0)
+        m_notifier->setEnabled(false);
+}

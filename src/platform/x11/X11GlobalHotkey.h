@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/GlobalHotkey.h"
+#include "platform/x11/X11Connection.h"
+
+#include <vector>
+
+class X11Keyboard;
+struct VirtualKey;
+
+/// A key grab on the root window.
+///
+/// The key is grabbed by its place on the keyboard, so that it works in whatever layout is active,
+/// and once for each state of the lock keys. It is grabbed anew when the keyboard changes.
+class X11GlobalHotkey : public GlobalHotkey, private X11EventListener
+{
+public:
+    X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboard);
+    ~X11GlobalHotkey() override;
+
+    [[nodiscard]] int assign(quint32 keyCode, quint32 modifiers) override;
+    void release() override;
+
+private:
+    /// What is grabbed: a key with one set of modifiers, and that set with each state of the locks.
+    struct Grab
+    {
+        quint8 key = 0;
+        quint16 modifiers = 0;
+        quint8 locks = 0;
+
+        friend bool operator==(const Grab &, const Grab &) = default;
+    };
+    struct Combination
+    {
+        quint32 keyCode = 0;
+        quint32 modifiers = 0;
+    };
+
+    void handleX11Event(int type, const void *event) override;
+    void disableRepeatedReleases();
+    std::optional<Grab> findGrab(const Combination &combination);
+    std::optional<quint8> findKey(const VirtualKey &key);
+    int grab(const Grab &wanted);
+    void ungrab();
+    void regrab();
+
+    X11Connection &m_connection;
+    X11Keyboard &m_keyboard;
+    std::optional<Combination> m_combination;
+    std::optional<Grab> m_grab;
+    bool m_isHeld = false;
+};

@@ -1,0 +1,153 @@
+#include "platform/x11/X11Windows.h"
+
+#include <cstring>
+
+#include <xcb/xcb.h>
+
+namespace {
+
+/// Windows lie in few others, and dialogues belong to few others; more means a ring.
+constexpr int kMaxDepth = 32;
+
+} // namespace
+
+std::optional<quint32> X11Windows::firstValue(const std::optional<QByteArray> &property) const
+{
+    quint32 value = 0;
+    if (!property || size_t(property->size()) < sizeof value)
+        return std::nullopt;
+    std::memcpy(&value, property->constData(), sizeof value);
+    return value;
+}
+
+quint32 X11Windows::activeWindow()
+{
+    const quint32 activeRequest = m_connection.requestProperty(
+        m_connection.rootWindow(), m_connection.atom(X11Atom::NetActiveWindow));
+    const quint32 checkRequest = m_connection.requestProperty(
+        m_connection.rootWindow(), m_connection.atom(X11Atom::NetSupportingWmCheck));
+    // There are window managers that write a second value; it means nothing.
+    const std::optional<quint32> active = firstValue(m_connection.takeProperty(activeRequest));
+    const std::optional<quint32> checkWindow = firstValue(m_connection.takeProperty(checkRequest));
+
+    // What a window manager has written stays behind when it ends.
+    if (isWindowManagerAlive(checkWindow))
+        return active.value_or(0);
+    const quint32 focus = focusWindow();
+    return focus == 0 ? 0 : topLevelOf(focus);
+}
+
+bool X11Windows::hasWindowManager()
+{
+    const quint32 request = m_connection.requestProperty(
+        m_connection.rootWindow(), m_connection.atom(X11Atom::NetSupportingWmCheck));
+    return isWindowManagerAlive(firstValue(m_connection.takeProperty(request)));
+}
+
+bool X11Windows::isWindowManagerAlive(const std::optional<quint32> &checkWindow)
+{
+    if (!checkWindow || *checkWindow == 0)
+        return false;
+    const quint32 request = m_connection.requestProperty(
+        *checkWindow, m_connection.atom(X11Atom::NetSupportingWmCheck));
+    return firstValue(m_connection.takeProperty(request)) == checkWindow;
+}
+
+std::optional<X11Windows::Identity> X11Windows::identity(quint32 window)
+{
+    const quint32 classRequest = m_connection.requestProperty(window, XCB_ATOM_WM_CLASS);
+    const quint32 gtkRequest
+        = m_connection.requestProperty(window, m_connection.atom(X11Atom::GtkApplicationId));
+    const quint32 pidRequest
+        = m_connection.requestProperty(window, m_connection.atom(X11Atom::NetWmPid));
+    const std::optional<QByteArray> windowClass = m_connection.takeProperty(classRequest);
+    const std::optional<QByteArray> gtkId = m_connection.takeProperty(gtkRequest);
+    const std::optional<QByteArray> pid = m_connection.takeProperty(pidRequest);
+    if (!windowClass)
+        return std::nullopt;
+
+    // Two strings, each with a zero at its end.
+    const QList<QByteArray> parts = windowClass->split('\0');
+    Identity identity;
+    identity.instanceName = QString::fromUtf8(parts.value(0));
+    identity.className = QString::fromUtf8(parts.value(1));
+    identity.gtkApplicationId = QString::fromUtf8(gtkId.value_or(QByteArray()));
+    identity.processId = firstValue(pid).value_or(0);
+    return identity;
+}
+
+bool X11Windows::hasFocus(quint32 window)
+{
+    quint32 focus = focusWindow();
+    if (focus == 0 || window == 0)
+        return false;
+    const quint32 topLevel = topLevelOf(focus);
+    for (int depth = 0; focus != 0 && depth < kMaxDepth; ++depth) {
+        if (focus == window)
+            return true;
+        focus = parent(focus);
+    }
+    return isTransientFor(topLevel, window);
+}
+
+bool X11Windows::isTransientFor(quint32 window, quint32 main)
+{
+    for (int depth = 0; depth < kMaxDepth; ++depth) {
+        const quint32 request = m_connection.requestProperty(window, XCB_ATOM_WM_TRANSIENT_FOR);
+        const std::optional<quint32> owner = firstValue(m_connection.takeProperty(request));
+        if (!owner || *owner == 0 || *owner == window)
+            return false;
+        if (*owner == main)
+            return true;
+        window = *owner;
+    }
+    return false;
+}
+
+bool X11Windows::isViewable(quint32 window)
+{
+    const auto attributes
+        = m_connection.reply(xcb_get_window_attributes_reply,
+                             xcb_get_window_attributes(m_connection.xcb(), window));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+quint32 X11Windows::focusWindow()
+{
+    const auto focus = m_connection.reply(xcb_get_input_focus_reply,
+                                          xcb_get_input_focus(m_connection.xcb()));
+    if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE)
+        return 0;
+    if (focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT || focus->focus == m_connection.rootWindow())
+        return windowUnderPointer();
+    return focus->focus;
+}
+
+quint32 X11Windows::windowUnderPointer()
+{
+    const auto pointer = m_connection.reply(
+        xcb_query_pointer_reply,
+        xcb_query_pointer(m_connection.xcb(), m_connection.rootWindow()));
+    return pointer ? pointer->child : 0;
+}
+
+quint32 X11Windows::parent(quint32 window)
+{
+    const auto tree
+        = m_connection.reply(xcb_query_tree_reply, xcb_query_tree(m_connection.xcb(), window));
+    return tree && tree->parent != m_connection.rootWindow() ? tree->parent : 0;
+}
+
+quint32 X11Windows::topLevelOf(quint32 window)
+{
+    // A window manager may have put the program's window into one of its own, which has no class.
+    quint32 outermost = window;
+    for (int depth = 0; window != 0 && depth < kMaxDepth; ++depth) {
+        const quint32 request = m_connection.requestProperty(window, XCB_ATOM_WM_CLASS);
+        if (!m_connection.takeProperty(request).value_or(QByteArray()).isEmpty())
+            return window;
+        outermost = window;
+        window = parent(window);
+    }
+    return outermost;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/x11/X11Connection.h"
+
+#include <QString>
+
+#include <optional>
+
+/// What the server and the window manager say of other programs' windows.
+///
+/// Every answer may be out of date when it comes; windows that have died have no answers.
+class X11Windows
+{
+public:
+    /// What a window tells of its program; each part may be empty.
+    struct Identity
+    {
+        QString gtkApplicationId;
+        QString instanceName; ///< The two parts of WM_CLASS.
+        QString className;
+        qint64 processId = 0;
+
+        friend bool operator==(const Identity &, const Identity &) = default;
+    };
+
+    explicit X11Windows(X11Connection &connection) : m_connection(connection) {}
+
+    /// The top-level window that has the focus: as the window manager says, else as the server
+    /// says. 0 if there is none.
+    quint32 activeWindow();
+
+    /// Absent if the window is not there.
+    std::optional<Identity> identity(quint32 window);
+
+    /// Whether a window manager runs that activates windows when it is asked to.
+    bool hasWindowManager();
+
+    /// Whether keys go to \a window, to a window within it, or to one of its dialogues.
+    bool hasFocus(quint32 window);
+
+    /// Whether \a window and all it lies in are mapped.
+    bool isViewable(quint32 window);
+
+private:
+    std::optional<quint32> firstValue(const std::optional<QByteArray> &property) const;
+    bool isWindowManagerAlive(const std::optional<quint32> &checkWindow);
+    quint32 focusWindow();
+    quint32 windowUnderPointer();
+    quint32 parent(quint32 window);
+    quint32 topLevelOf(quint32 window);
+    bool isTransientFor(quint32 window, quint32 main);
+
+    X11Connection &m_connection;
+};

@@ -1,6 +1,74 @@
 #include "platform/x11/X11Platform.h"
 
-std::unique_ptr<Platform> makeX11Platform(const ImageCodec &)
+#include "platform/linux/DesktopEntries.h"
+#include "platform/x11/X11Appearance.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11GlobalHotkey.h"
+#include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11PasteKeystroke.h"
+#include "platform/x11/X11PointerMonitor.h"
+#include "platform/x11/X11Workspace.h"
+
+namespace {
+
+/// A pasteboard of this process alone.
+class PrivatePasteboard : public Pasteboard
 {
-    throw PlatformError("not here yet");
+public:
+    quint64 changeCount() const override { return 0; }
+    PasteboardSnapshot snapshot() const override { return {}; }
+    void write(const PasteboardContents &) override {}
+
+    void alsoOwnPrimary() {}
+};
+
+std::unique_ptr<PrivatePasteboard> makePasteboard(const ImageCodec &)
+{
+    return std::make_unique<PrivatePasteboard>();
+}
+
+class X11Platform : public Platform
+{
+public:
+    explicit X11Platform(const ImageCodec &codec)
+        : m_keyboard(m_connection)
+        , m_pasteboard(makePasteboard(codec))
+        , m_workspace(m_connection, m_entries)
+        , m_globalHotkey(m_connection, m_keyboard)
+        , m_pasteKeystroke(m_connection, m_keyboard, m_entries,
+                           [this] { m_pasteboard->alsoOwnPrimary(); })
+        , m_pointerMonitor(m_connection)
+        , m_appearance(m_connection)
+    {
+    }
+
+    Pasteboard &pasteboard() override { return *m_pasteboard; }
+    Workspace &workspace() override { return m_workspace; }
+    GlobalHotkey &globalHotkey() override { return m_globalHotkey; }
+    PasteKeystroke &pasteKeystroke() override { return m_pasteKeystroke; }
+    PointerMonitor &pointerMonitor() override { return m_pointerMonitor; }
+    DesktopAppearance &appearance() override { return m_appearance; }
+
+private:
+    X11Connection m_connection;
+    DesktopEntries m_entries;
+    X11Keyboard m_keyboard;
+    decltype(makePasteboard(std::declval<const ImageCodec &>())) m_pasteboard;
+    X11Workspace m_workspace;
+    X11GlobalHotkey m_globalHotkey;
+    X11PasteKeystroke m_pasteKeystroke;
+    X11PointerMonitor m_pointerMonitor;
+    X11Appearance m_appearance;
+};
+
+} // namespace
+
+void requireX11Display()
+{
+    const X11Connection connection;
+}
+
+std::unique_ptr<Platform> makeX11Platform(const ImageCodec &codec)
+{
+    return std::make_unique<X11Platform>(codec);
 }

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/PointerMonitor.h"
+#include "platform/x11/X11Connection.h"
+
+/// Raw button presses, which come whatever window or grab takes the events themselves.
+class X11PointerMonitor : public PointerMonitor, private X11EventListener
+{
+public:
+    explicit X11PointerMonitor(X11Connection &connection);
+    ~X11PointerMonitor() override;
+
+    void start() override;
+    void stop() override;
+
+private:
+    void handleX11Event(int type, const void *event) override;
+    void selectPresses(bool isWanted);
+
+    X11Connection &m_connection;
+    bool m_isRunning = false;
+};

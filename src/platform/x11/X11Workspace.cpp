@@ -1,0 +1,228 @@
+#include "platform/x11/X11Workspace.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <unistd.h>
+
+#include <xcb/xcb.h>
+#include <xcb/xinput.h>
+
+namespace {
+
+/// Says that the wish is the person's, as a pager's is, and not a program's own.
+constexpr quint32 kSourcePerson = 2;
+
+/// Qt's own connection; null where Qt does not draw on X11.
+xcb_connection_t *qtConnection()
+{
+    const auto *native = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
+                                 : nullptr;
+    return native ? native->connection() : nullptr;
+}
+
+} // namespace
+
+/// Learns from Qt's events when the person last pressed something in our windows.
+class X11Workspace::UserTimeFilter : public QAbstractNativeEventFilter
+{
+public:
+    explicit UserTimeFilter(X11Connection &connection) : m_connection(connection)
+    {
+        qApp->installNativeEventFilter(this);
+    }
+
+    bool nativeEventFilter(const QByteArray &, void *message, qintptr *) override
+    {
+        const auto *event = static_cast<const xcb_generic_event_t *>(message);
+        switch (event->response_type & ~0x80) {
+        case XCB_KEY_PRESS:
+        case XCB_BUTTON_PRESS:
+            m_connection.noteUserTime(static_cast<const xcb_key_press_event_t *>(message)->time);
+            break;
+        case XCB_GE_GENERIC: notePointerPress(message); break;
+        default: break;
+        }
+        return false;
+    }
+
+private:
+    void notePointerPress(const void *message)
+    {
+        const auto *event = static_cast<const xcb_input_button_press_event_t *>(message);
+        if (event->extension == m_connection.xinput().majorOpcode
+            && event->event_type == XCB_INPUT_BUTTON_PRESS)
+            m_connection.noteUserTime(event->time);
+    }
+
+    X11Connection &m_connection;
+};
+
+X11Workspace::X11Workspace(X11Connection &connection, const DesktopEntries &entries)
+    : m_connection(connection)
+    , m_entries(entries)
+    , m_windows(connection)
+{
+    selectEvents(m_connection.rootWindow(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    m_connection.addListener(this);
+    if (qtConnection())
+        m_userTimeFilter = std::make_unique<UserTimeFilter>(m_connection);
+}
+
+X11Workspace::~X11Workspace()
+{
+    m_connection.removeListener(this);
+}
+
+void X11Workspace::selectEvents(quint32 window, quint32 eventMask)
+{
+    xcb_change_window_attributes(m_connection.xcb(), window, XCB_CW_EVENT_MASK, &eventMask);
+    m_connection.flush();
+}
+
+std::optional<RunningApplication> X11Workspace::frontmostApplication() const
+{
+    const quint32 window = m_windows.activeWindow();
+    if (window == 0)
+        return std::nullopt;
+    const auto identity = m_windows.identity(window);
+    if (!identity)
+        return std::nullopt;
+    return describe(window, *identity);
+}
+
+RunningApplication X11Workspace::describe(quint32 window,
+                                          const X11Windows::Identity &identity) const
+{
+    const QString key
+        = identity.gtkApplicationId + u'\n' + identity.instanceName + u'\n' + identity.className;
+    RunningApplication application = m_known.value(key);
+    if (application.bundleIdentifier.isEmpty()) {
+        const auto entry = m_entries.findByWindow(identity.gtkApplicationId, identity.instanceName,
+                                                  identity.className);
+        application.bundleIdentifier = entry ? entry->id : identity.className;
+        application.localizedName = entry ? entry->name : identity.className;
+        // One without an entry may yet get one.
+        if (entry)
+            m_known.insert(key, application);
+    }
+    application.window = window;
+    application.processId = identity.processId;
+    return application;
+}
+
+bool X11Workspace::isOwnApplication(const RunningApplication &application) const
+{
+    return application.processId == getpid();
+}
+
+std::optional<QString> X11Workspace::applicationName(const QString &bundleIdentifier) const
+{
+    const auto entry = m_entries.findById(bundleIdentifier);
+    return entry ? std::optional(entry->name) : std::nullopt;
+}
+
+void X11Workspace::activate(const RunningApplication &application)
+{
+    const auto window = quint32(application.window);
+    if (window == 0)
+        return;
+    m_windowToFocus = 0;
+    if (m_windows.hasWindowManager())
+        askWindowManagerToActivate(m_connection.xcb(), window);
+    else
+        focus(window);
+    m_connection.flush();
+}
+
+void X11Workspace::prepareOwnWindow(QWindow *window)
+{
+    xcb_connection_t *xcb = qtConnection();
+    if (!xcb || m_connection.userTime() == 0)
+        return;
+    // On Qt's connection, because there the window is created before and mapped after this.
+    const auto id = quint32(window->winId());
+    const quint32 time = m_connection.userTime();
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, id, m_connection.atom(X11Atom::NetWmUserTime),
+                        XCB_ATOM_CARDINAL, 32, 1, &time);
+}
+
+void X11Workspace::activateOwnWindow(QWindow *window)
+{
+    xcb_connection_t *xcb = qtConnection();
+    if (!xcb)
+        return;
+    const auto id = quint32(window->winId());
+    if (m_windows.hasWindowManager()) {
+        // Qt writes its own idea of the time when it maps a window, and that is older than the hot
+        // key, which Qt did not see.
+        prepareOwnWindow(window);
+        askWindowManagerToActivate(xcb, id);
+        xcb_flush(xcb);
+        return;
+    }
+    // The server must have seen the window before the other connection speaks of it.
+    const X11Reply<xcb_get_input_focus_reply_t> seen(
+        xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    focusWhenViewable(id);
+}
+
+void X11Workspace::askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = m_connection.atom(X11Atom::NetActiveWindow);
+    message.data.data32[0] = kSourcePerson;
+    message.data.data32[1] = m_connection.userTime();
+    xcb_send_event(xcb, 0, m_connection.rootWindow(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+}
+
+void X11Workspace::focusWhenViewable(quint32 window)
+{
+    // Selected first and looked at second, so that the moment between is not missed.
+    m_windowToFocus = window;
+    selectEvents(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    if (m_windows.isViewable(window))
+        focus(window);
+}
+
+void X11Workspace::focus(quint32 window)
+{
+    constexpr quint32 kAbove = XCB_STACK_MODE_ABOVE;
+    m_windowToFocus = 0;
+    xcb_configure_window(m_connection.xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &kAbove);
+    // Without a time: nothing but us moves the focus here, and a time that is older than the last
+    // change of focus would be ignored.
+    xcb_set_input_focus(m_connection.xcb(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    m_connection.flush();
+}
+
+void X11Workspace::handleX11Event(int type, const void *event)
+{
+    if (type == XCB_MAP_NOTIFY && m_windowToFocus != 0
+        && static_cast<const xcb_map_notify_event_t *>(event)->window == m_windowToFocus) {
+        focus(m_windowToFocus);
+        return;
+    }
+    if (type != XCB_PROPERTY_NOTIFY || !onApplicationActivated)
+        return;
+    const auto *property = static_cast<const xcb_property_notify_event_t *>(event);
+    if (property->atom == m_connection.atom(X11Atom::NetActiveWindow))
+        announceActivation();
+}
+
+void X11Workspace::announceActivation()
+{
+    const std::optional<RunningApplication> application = frontmostApplication();
+    // In between no window has the focus; that is no activation.
+    if (!application || application->window == m_announcedWindow)
+        return;
+    m_announcedWindow = quint32(application->window);
+    onApplicationActivated(*application);
+}

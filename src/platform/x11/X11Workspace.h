@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11Windows.h"
+
+#include <QHash>
+
+/// The programs on an X11 desktop, with any window manager or none.
+class X11Workspace : public Workspace, private X11EventListener
+{
+public:
+    X11Workspace(X11Connection &connection, const DesktopEntries &entries);
+    ~X11Workspace() override;
+
+    std::optional<RunningApplication> frontmostApplication() const override;
+    bool isOwnApplication(const RunningApplication &application) const override;
+    void activate(const RunningApplication &application) override;
+    void activateOwnWindow(QWindow *window) override;
+    void prepareOwnWindow(QWindow *window) override;
+    std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
+
+private:
+    class UserTimeFilter;
+
+    void handleX11Event(int type, const void *event) override;
+    void selectEvents(quint32 window, quint32 eventMask);
+    void announceActivation();
+    void askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window);
+    void focusWhenViewable(quint32 window);
+    void focus(quint32 window);
+    RunningApplication describe(quint32 window, const X11Windows::Identity &identity) const;
+
+    X11Connection &m_connection;
+    const DesktopEntries &m_entries;
+    mutable X11Windows m_windows;
+    /// Programs that were found before, by what their windows tell.
+    mutable QHash<QString, RunningApplication> m_known;
+    quint32 m_announcedWindow = 0;
+    quint32 m_windowToFocus = 0; ///< Gets the focus as soon as it can be seen.
+    std::unique_ptr<UserTimeFilter> m_userTimeFilter;
+};

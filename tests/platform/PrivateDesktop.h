@@ -1,0 +1,198 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+/// An X server without a screen, for one test, with the programs that the test starts in it.
+///
+/// It needs no application object, so that it can be started before one is made. Everything that
+/// was started ends with it, one by one and by its process number.
+class PrivateDesktop
+{
+public:
+    PrivateDesktop()
+    {
+        m_environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
+                                 "SESSION_MANAGER", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+                                 "XDG_CACHE_HOME", "QT_QPA_PLATFORM"})
+            m_environment.remove(QString::fromLatin1(name));
+        setVariable("HOME", m_folder.path());
+        setVariable("XDG_RUNTIME_DIR", m_folder.path());
+        setVariable("LC_ALL", QStringLiteral("C.UTF-8"));
+        setVariable("GTK_USE_PORTAL", QStringLiteral("0"));
+        setVariable("NO_AT_BRIDGE", QStringLiteral("1"));
+        // Programs must not find, nor start, a bus.
+        setVariable("DBUS_SESSION_BUS_ADDRESS", QStringLiteral("disabled:"));
+    }
+
+    ~PrivateDesktop()
+    {
+        // The last one started goes first, and the server last.
+        while (!m_processes.empty())
+            end(*m_processes.back());
+    }
+
+    PrivateDesktop(const PrivateDesktop &) = delete;
+    PrivateDesktop &operator=(const PrivateDesktop &) = delete;
+
+    /// Starts the server and makes it the display of this process. False if that fails.
+    bool start(const QStringList &serverArguments = {})
+    {
+        QProcess &server
+            = launch(QStringLiteral("Xvfb"),
+                     QStringList{QStringLiteral("-displayfd"), QStringLiteral("1"),
+                                 QStringLiteral("-screen"), QStringLiteral("0"),
+                                 QStringLiteral("1024x768x24"), QStringLiteral("-noreset"),
+                                 QStringLiteral("-nolisten"), QStringLiteral("tcp")}
+                         + serverArguments);
+        while (!server.canReadLine()) {
+            if (!server.waitForReadyRead(10000))
+                return false;
+        }
+        m_displayName = ':' + server.readLine().trimmed();
+        setVariable("DISPLAY", QString::fromLatin1(m_displayName));
+        qputenv("DISPLAY", m_displayName);
+        return true;
+    }
+
+    const QByteArray &displayName() const { return m_displayName; }
+    QString folder() const { return m_folder.path(); }
+    void setVariable(const char *name, const QString &value)
+    {
+        m_environment.insert(QString::fromLatin1(name), value);
+    }
+
+    /// Starts a program that goes on until end() or until the desktop ends.
+    QProcess &launch(const QString &program, const QStringList &arguments = {})
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessEnvironment(m_environment);
+        process->setStandardInputFile(QProcess::nullDevice());
+        if (program != QLatin1String("Xvfb") && program != QLatin1String("dbus-daemon"))
+            process->setStandardOutputFile(QProcess::nullDevice());
+        process->setStandardErrorFile(QProcess::nullDevice());
+        process->start(program, arguments);
+        process->waitForStarted();
+        m_processes.push_back(std::move(process));
+        return *m_processes.back();
+    }
+
+    void end(QProcess &process)
+    {
+        process.terminate();
+        if (!process.waitForFinished(3000)) {
+            process.kill();
+            process.waitForFinished(3000);
+        }
+        std::erase_if(m_processes, [&process](const auto &own) { return own.get() == &process; });
+    }
+
+    /// Runs a program to its end and returns what it printed.
+    QByteArray run(const QString &program, const QStringList &arguments = {},
+                   const QByteArray &input = {}) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(m_environment);
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(program, arguments);
+        process.write(input);
+        process.closeWriteChannel();
+        process.waitForFinished(20000);
+        return process.readAllStandardOutput();
+    }
+
+    /// \a arguments as one would type them.
+    QByteArray xdotool(const QString &arguments) const
+    {
+        return run(QStringLiteral("xdotool"), arguments.split(u' ', Qt::SkipEmptyParts));
+    }
+
+    /// Starts a window manager and waits until it is in charge.
+    QProcess &startWindowManager(const QString &program, const QStringList &arguments = {})
+    {
+        QProcess &manager = launch(program, arguments);
+        waitUntil([this] { return isWindowManaged(); });
+        return manager;
+    }
+
+    /// Starts a program and waits for its window; 0 if none came.
+    quint32 openWindow(const QString &program, const QStringList &arguments,
+                       const QString &windowClass)
+    {
+        launch(program, arguments);
+        return findWindow(windowClass);
+    }
+
+    quint32 findWindow(const QString &windowClass) const
+    {
+        quint32 window = 0;
+        waitUntil([&] {
+            const QByteArray found = xdotool(QStringLiteral("search --onlyvisible --class ")
+                                             + windowClass);
+            window = found.trimmed().split('\n').last().toUInt();
+            return window != 0;
+        });
+        return window;
+    }
+
+    /// The text that lies on the CLIPBOARD selection.
+    QByteArray clipboard() const
+    {
+        return run(QStringLiteral("timeout"),
+                   {QStringLiteral("5"), QStringLiteral("xclip"), QStringLiteral("-o"),
+                    QStringLiteral("-selection"), QStringLiteral("clipboard")});
+    }
+
+    /// Lets xclip own a selection ("clipboard" or "primary") with \a text.
+    void own(const QString &selection, const QByteArray &text)
+    {
+        QFile file(m_folder.filePath(selection));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(text);
+        file.close();
+        launch(QStringLiteral("xclip"),
+               {QStringLiteral("-quiet"), QStringLiteral("-selection"), selection,
+                QStringLiteral("-i"), file.fileName()});
+        waitUntil([&] {
+            return run(QStringLiteral("timeout"),
+                       {QStringLiteral("5"), QStringLiteral("xclip"), QStringLiteral("-o"),
+                        QStringLiteral("-selection"), selection})
+                == text;
+        });
+    }
+
+    /// Asks again and again until \a condition holds. For conditions of other programs only: the
+    /// event loop does not turn meanwhile.
+    static bool waitUntil(const std::function<bool()> &condition, int seconds = 15)
+    {
+        const QDeadlineTimer deadline(seconds * 1000);
+        while (!condition()) {
+            if (deadline.hasExpired())
+                return false;
+            QThread::msleep(20);
+        }
+        return true;
+    }
+
+private:
+    bool isWindowManaged() const
+    {
+        return run(QStringLiteral("xprop"),
+                   {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+            .contains("window id");
+    }
+
+    QTemporaryDir m_folder;
+    QProcessEnvironment m_environment;
+    QByteArray m_displayName;
+    std::vector<std::unique_ptr<QProcess>> m_processes;
+};

@@ -1,6 +1,19 @@
 #include "foundation/Utf8Text.h"
 
+#include <QStringDecoder>
+
 namespace {
+
+/// A byte order mark in front is a character of the text like any other; QString::fromUtf8() would
+/// drop it.
+QString decoded(const QByteArray &utf8)
+{
+    if (!utf8.startsWith("\xEF\xBB\xBF"))
+        return QString::fromUtf8(utf8);
+    QStringDecoder decode(QStringDecoder::Utf8,
+                          QStringDecoder::Flag::ConvertInitialBom | QStringDecoder::Flag::Stateless);
+    return decode(utf8);
+}
 
 /// Conversions reserve for the worst case, three bytes for each unit of UTF-16, and texts stay in
 /// memory for as long as the history does.
@@ -18,6 +31,11 @@ Utf8Text Utf8Text::fromUtf8(QByteArray bytes)
 {
     Utf8Text text;
     text.m_utf8 = withoutReserve(bytes.isValidUtf8() ? std::move(bytes)
-                                                     : QString::fromUtf8(bytes).toUtf8());
+                                                     : decoded(bytes).toUtf8());
     return text;
+}
+
+QString Utf8Text::toString() const
+{
+    return decoded(m_utf8);
 }

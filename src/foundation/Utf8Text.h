@@ -17,7 +17,7 @@ public:
     /// becomes U+FFFD, so that every Utf8Text can be decoded and stored.
     static Utf8Text fromUtf8(QByteArray bytes);
 
-    QString toString() const { return QString::fromUtf8(m_utf8); }
+    QString toString() const;
     const QByteArray &utf8() const { return m_utf8; }
     qsizetype byteCount() const { return m_utf8.size(); }
     bool isEmpty() const { return m_utf8.isEmpty(); }

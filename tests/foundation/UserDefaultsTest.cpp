@@ -1,0 +1,123 @@
+#include "foundation/UserDefaults.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+class UserDefaultsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void missingKeysHaveNoValue();
+    void valuesSurviveReopening();
+    void aValueThatIsNoNumberCountsAsZero();
+    void numbersComeFromHandWrittenFiles();
+    void aDotIsNoGroup();
+    void removedKeysAreMissing();
+    void anEmptyStringIsNotMissing();
+    void otherThreadsMayRead();
+
+private:
+    QString path() const { return m_directory->filePath(u"sub/tessarine.conf"_s); }
+
+    std::optional<QTemporaryDir> m_directory;
+};
+
+void UserDefaultsTest::init()
+{
+    m_directory.emplace();
+}
+
+void UserDefaultsTest::missingKeysHaveNoValue()
+{
+    const UserDefaults defaults(path());
+    QVERIFY(!defaults.contains(u"a.b"_s));
+    QCOMPARE(defaults.integer(u"a.b"_s), 0);
+    QVERIFY(!defaults.boolean(u"a.b"_s));
+    QVERIFY(!defaults.string(u"a.b"_s));
+    QVERIFY(!defaults.data(u"a.b"_s));
+}
+
+void UserDefaultsTest::valuesSurviveReopening()
+{
+    const QByteArray bytes("{\"name\": \"\xC3\xA4\"}\0\xFF", 17);
+    {
+        UserDefaults defaults(path());
+        defaults.set(u"history.limit"_s, 10'000);
+        defaults.set(u"AppLanguage"_s, u"简体中文, \"quoted\"; = %"_s);
+        defaults.set(u"debug.drag_paste_logging"_s, true);
+        defaults.set(u"HotkeySettings"_s, bytes);
+    }
+    const UserDefaults defaults(path());
+    QCOMPARE(defaults.integer(u"history.limit"_s), 10'000);
+    QCOMPARE(defaults.string(u"AppLanguage"_s), u"简体中文, \"quoted\"; = %"_s);
+    QVERIFY(defaults.boolean(u"debug.drag_paste_logging"_s));
+    QCOMPARE(defaults.data(u"HotkeySettings"_s), bytes);
+}
+
+void UserDefaultsTest::aValueThatIsNoNumberCountsAsZero()
+{
+    UserDefaults defaults(path());
+    defaults.set(u"history.limit"_s, u"plenty"_s);
+    QCOMPARE(defaults.integer(u"history.limit"_s), 0);
+}
+
+void UserDefaultsTest::numbersComeFromHandWrittenFiles()
+{
+    const QString file = m_directory->filePath(u"written.conf"_s);
+    QFile written(file);
+    QVERIFY(written.open(QIODevice::WriteOnly));
+    written.write("[General]\nhistory.limit=10000\n");
+    written.close();
+    QCOMPARE(UserDefaults(file).integer(u"history.limit"_s), 10'000);
+}
+
+void UserDefaultsTest::aDotIsNoGroup()
+{
+    { UserDefaults(path()).set(u"history.limit"_s, 1); }
+    QFile file(path());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("history.limit=1"));
+}
+
+void UserDefaultsTest::removedKeysAreMissing()
+{
+    UserDefaults defaults(path());
+    defaults.set(u"key"_s, 1);
+    defaults.remove(u"key"_s);
+    QVERIFY(!defaults.contains(u"key"_s));
+}
+
+void UserDefaultsTest::anEmptyStringIsNotMissing()
+{
+    { UserDefaults(path()).set(u"key"_s, u""_s); }
+    const UserDefaults defaults(path());
+    QVERIFY(defaults.contains(u"key"_s));
+    QCOMPARE(defaults.string(u"key"_s), QString());
+}
+
+void UserDefaultsTest::otherThreadsMayRead()
+{
+    UserDefaults defaults(path());
+    defaults.set(u"history.limit"_s, 1'000);
+    std::jthread reader([&defaults](const std::stop_token &stop) {
+        while (!stop.stop_requested()) {
+            const qint64 limit = defaults.integer(u"history.limit"_s);
+            if (limit != 1'000 && limit != 10'000)
+                qFatal("a value that was never set");
+        }
+    });
+    for (int i = 0; i < 500; ++i)
+        defaults.set(u"history.limit"_s, i % 2 ? 1'000 : 10'000);
+}
+
+QTEST_GUILESS_MAIN(UserDefaultsTest)
+#include "UserDefaultsTest.moc"

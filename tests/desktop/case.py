@@ -12,7 +12,7 @@ from desktop import Desktop
 from display import Display
 from program import Program
 from selection_owner import SelectionOwner
-from waiting import wait_until
+from waiting import retry_until, wait_until
 
 WINDOW_TITLE = "Clipboard History"
 HOT_KEY = "alt+space"
@@ -76,6 +76,11 @@ class DesktopTest(unittest.TestCase):
         """Has xclip copy the text, and returns once the database holds it."""
         copy_by_xclip(self.desktop, text.encode())
         self.program.wait_for_text(text)
+
+    def copy_after_paste(self, text):
+        """The same for the moments behind a paste, in which no copy is looked at."""
+        retry_until(lambda: copy_by_xclip(self.desktop, text.encode()),
+                    lambda: text in self.program.texts(), f"a row with {text!r}")
 
     def owner(self):
         owner = SelectionOwner(self.desktop.env["DISPLAY"])

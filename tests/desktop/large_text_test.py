@@ -39,7 +39,7 @@ class LargeTextTest(DesktopTest):
         self.assertEqual(len(text), len(given))
         self.assertEqual(digest, hashlib.sha256(given).hexdigest())
 
-        self.copy("the next copy")
+        self.copy_after_paste("the next copy")
         self.assert_alive()
 
 

@@ -91,7 +91,7 @@ class PasteTest(DesktopTest):
     def test_a_paste_is_no_new_copy(self):
         with Mousepad(self.desktop, self.display) as editor:
             self.assertEqual(CHOSEN, self.paste_into(editor))
-        self.copy("copied after the paste")
+        self.copy_after_paste("copied after the paste")
         self.assertEqual(["copied after the paste", LATER, CHOSEN], self.program.texts())
 
     def test_without_a_window_to_go_back_to_the_entry_is_on_the_clipboard(self):

@@ -1,5 +1,7 @@
 #include "foundation/Utf8Text.h"
 
+#include "foundation/TextTools.h"
+
 #include <QStringDecoder>
 
 namespace {
@@ -32,6 +34,17 @@ Utf8Text Utf8Text::fromUtf8(QByteArray bytes)
     Utf8Text text;
     text.m_utf8 = withoutReserve(bytes.isValidUtf8() ? std::move(bytes)
                                                      : decoded(bytes).toUtf8());
+    return text;
+}
+
+Utf8Text Utf8Text::trimmed() const
+{
+    const QByteArrayView view = trimmedUtf8(m_utf8);
+    if (view.size() == m_utf8.size())
+        return *this;
+    // Nothing but whole characters was taken away: what is left need not be checked again.
+    Utf8Text text;
+    text.m_utf8 = view.toByteArray();
     return text;
 }
 

@@ -17,6 +17,9 @@ public:
     /// becomes U+FFFD, so that every Utf8Text can be decoded and stored.
     static Utf8Text fromUtf8(QByteArray bytes);
 
+    /// Without white space and line separators at both ends; shares the buffer if there is none.
+    Utf8Text trimmed() const;
+
     QString toString() const;
     const QByteArray &utf8() const { return m_utf8; }
     qsizetype byteCount() const { return m_utf8.size(); }

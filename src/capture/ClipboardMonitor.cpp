@@ -1,0 +1,86 @@
+#include "capture/ClipboardMonitor.h"
+
+#include "core/ClipboardItemManager.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kCheckInterval = 500ms;
+
+} // namespace
+
+ClipboardMonitor::ClipboardMonitor(Pasteboard &pasteboard, const Workspace &workspace,
+                                   Scheduler &scheduler, const Clock &clock,
+                                   ClipboardItemManager &itemManager,
+                                   const PrivacySettingsManager &privacySettings)
+    : m_pasteboard(pasteboard)
+    , m_scheduler(scheduler)
+    , m_itemManager(itemManager)
+    , m_itemFactory(workspace, clock, privacySettings)
+{
+}
+
+ClipboardMonitor::~ClipboardMonitor()
+{
+    stopMonitoring();
+}
+
+void ClipboardMonitor::startMonitoring()
+{
+    m_lastChangeCount = m_pasteboard.changeCount();
+    m_timer = m_scheduler.every(kCheckInterval, [this] { checkForChanges(); });
+    m_pasteboard.onChanged = [this] { checkForChanges(); };
+}
+
+void ClipboardMonitor::stopMonitoring()
+{
+    // Whoever else listens to the pasteboard is left alone.
+    if (!m_timer)
+        return;
+    m_timer.reset();
+    m_pasteboard.onChanged = {};
+}
+
+void ClipboardMonitor::setUserPaused(bool paused, std::optional<std::chrono::milliseconds> duration)
+{
+    m_userPauseTimer.reset();
+    m_isUserPaused = paused;
+    if (paused && duration && *duration > 0ms)
+        m_userPauseTimer = m_scheduler.after(*duration, [this] { resumeFromUserPause(); });
+    emit clipboardMonitorPauseStateChanged();
+}
+
+void ClipboardMonitor::resumeFromUserPause()
+{
+    m_userPauseTimer.reset();
+    m_isUserPaused = false;
+    emit clipboardMonitorPauseStateChanged();
+}
+
+void ClipboardMonitor::checkForChanges()
+{
+    const quint64 changeCount = m_pasteboard.changeCount();
+    if (changeCount == m_lastChangeCount)
+        return;
+    if (m_isPaused || m_isUserPaused) {
+        m_lastChangeCount = changeCount;
+        return;
+    }
+    const PasteboardSnapshot snapshot = m_pasteboard.snapshot();
+    // The pasteboard may have changed once more since it was asked for its count.
+    m_lastChangeCount = snapshot.changeCount;
+    processClipboardChange(snapshot);
+}
+
+void ClipboardMonitor::processClipboardChange(const PasteboardSnapshot &snapshot)
+{
+    if (snapshot.isOwnWrite)
+        return;
+    const auto item = m_itemFactory.makeClipboardItem(snapshot);
+    if (!item)
+        return;
+    m_itemManager.addItem(*item);
+    if (onNewClipboardItem)
+        onNewClipboardItem(*item);
+}

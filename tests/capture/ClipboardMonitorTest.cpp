@@ -1,0 +1,625 @@
+#include "capture/ClipboardMonitor.h"
+
+#include "capture/PrivacySettingsManager.h"
+#include "core/ClipboardItemManager.h"
+#include "foundation/UserDefaults.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakePasteboard.h"
+#include "tests/fakes/FakeScheduler.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/MemoryHistoryStore.h"
+#include "tests/fakes/PrintedLines.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+PasteboardSnapshot textSnapshot(const QString &text)
+{
+    PasteboardSnapshot snapshot;
+    snapshot.types = {PasteboardType::kString.toString()};
+    snapshot.string = Utf8Text(text);
+    return snapshot;
+}
+
+PasteboardSnapshot richSnapshot(std::optional<QByteArray> html, std::optional<QByteArray> rtf)
+{
+    PasteboardSnapshot snapshot;
+    if (html)
+        snapshot.types.append(PasteboardType::kHtml.toString());
+    if (rtf)
+        snapshot.types.append(PasteboardType::kRtf.toString());
+    snapshot.html = std::move(html);
+    snapshot.rtf = std::move(rtf);
+    return snapshot;
+}
+
+void addImage(PasteboardSnapshot &snapshot, QStringView type, QSize size = {2, 3})
+{
+    snapshot.types.append(type.toString());
+    snapshot.image = PasteboardImage{"tiff bytes"_ba, size};
+}
+
+void addFiles(PasteboardSnapshot &snapshot, const QStringList &paths)
+{
+    snapshot.types.append(PasteboardType::kFileUrl.toString());
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(QUrl::fromLocalFile(path));
+    snapshot.fileUrls = urls;
+}
+
+} // namespace
+
+class ClipboardMonitorTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_printed = std::make_unique<PrintedLines>();
+        m_directory = std::make_unique<QTemporaryDir>();
+        m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
+        m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
+        m_pasteboard = std::make_unique<FakePasteboard>();
+        m_workspace = std::make_unique<FakeWorkspace>();
+        m_scheduler = std::make_unique<FakeScheduler>();
+        m_clock = std::make_unique<FakeClock>();
+        m_items = std::make_unique<ClipboardItemManager>(
+            std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
+            ImageStorage(m_directory->path()), *m_defaults, *m_clock);
+        m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
+                                                       *m_clock, *m_items, *m_privacy);
+        m_captured.clear();
+        m_monitor->onNewClipboardItem
+            = [this](const ClipboardItem &item) { m_captured.append(item); };
+    }
+
+    void cleanup()
+    {
+        m_monitor.reset();
+        m_items.reset();
+        m_printed.reset();
+    }
+
+    // The poll.
+
+    void whatLiesOnThePasteboardAtTheStartIsNotCaptured()
+    {
+        m_pasteboard->copyText(u"before"_s);
+        m_monitor->startMonitoring();
+        m_scheduler->advance(5s);
+        QVERIFY(m_captured.isEmpty());
+        QCOMPARE(m_pasteboard->snapshotCount, 0);
+
+        m_pasteboard->copyText(u"after"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(texts(), QStringList{u"after"_s});
+    }
+
+    void eachChangeIsReadAndCapturedOnce()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->copyText(u"one"_s);
+        m_scheduler->advance(2s);
+        QCOMPARE(texts(), QStringList{u"one"_s});
+        QCOMPARE(m_pasteboard->snapshotCount, 1);
+    }
+
+    void aChangeIsSeenAtTheNextPoll()
+    {
+        m_monitor->startMonitoring();
+        m_scheduler->advance(600ms);
+        m_pasteboard->copyText(u"one"_s);
+        m_scheduler->advance(399ms);
+        QVERIFY(m_captured.isEmpty());
+        m_scheduler->advance(1ms);
+        QCOMPARE(m_captured.size(), 1);
+    }
+
+    void aNoticeOfThePasteboardIsActedUponAtOnce()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->copyText(u"one"_s);
+        m_pasteboard->onChanged();
+        QCOMPARE(texts(), QStringList{u"one"_s});
+        m_scheduler->advance(2s);
+        QCOMPARE(m_captured.size(), 1);
+    }
+
+    void anIdlePollReadsNothingButTheCount()
+    {
+        m_monitor->startMonitoring();
+        m_scheduler->advance(10min);
+        QCOMPARE(m_pasteboard->snapshotCount, 0);
+    }
+
+    void ourOwnWriteIsSkippedSilently()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->write({});
+        const QStringList before = m_printed->lines();
+        m_scheduler->advance(1s);
+        QVERIFY(m_captured.isEmpty());
+        QCOMPARE(m_monitor->lastChangeCount(), m_pasteboard->changeCount());
+        QCOMPARE(m_printed->lines(), before);
+    }
+
+    void anEntryIsInTheHistoryWhenItIsAnnounced()
+    {
+        m_monitor->startMonitoring();
+        qsizetype countInside = 0;
+        m_monitor->onNewClipboardItem
+            = [&](const ClipboardItem &) { countInside = m_items->items().size(); };
+        m_pasteboard->copyText(u"one"_s);
+        m_pasteboard->onChanged();
+        QCOMPARE(countInside, 1);
+    }
+
+    void withoutListenerTheHistoryIsFilledAllTheSame()
+    {
+        m_monitor->onNewClipboardItem = {};
+        capture(textSnapshot(u"one"_s));
+        QCOMPARE(m_items->items().size(), 1);
+    }
+
+    void nothingIsCapturedAfterStopping()
+    {
+        m_monitor->startMonitoring();
+        m_monitor->stopMonitoring();
+        m_pasteboard->copyText(u"one"_s);
+        QVERIFY(!m_pasteboard->onChanged);
+        m_scheduler->advance(2s);
+        QVERIFY(m_captured.isEmpty());
+    }
+
+    void nothingRunsAfterTheEndOfTheMonitor()
+    {
+        m_monitor->startMonitoring();
+        m_monitor->setUserPaused(true, 10s);
+        m_monitor.reset();
+        m_pasteboard->copyText(u"one"_s);
+        m_scheduler->advance(1min);
+        QVERIFY(!m_pasteboard->onChanged);
+        QCOMPARE(m_pasteboard->snapshotCount, 0);
+    }
+
+    // Pauses.
+
+    void aChangeDuringAUserPauseIsLostForGood()
+    {
+        m_monitor->startMonitoring();
+        m_monitor->setUserPaused(true);
+        m_pasteboard->copyText(u"secret"_s);
+        m_scheduler->advance(1s);
+        QCOMPARE(m_monitor->lastChangeCount(), m_pasteboard->changeCount());
+        m_monitor->resumeFromUserPause();
+        m_scheduler->advance(1s);
+        QVERIFY(m_captured.isEmpty());
+        QCOMPARE(m_pasteboard->snapshotCount, 0);
+    }
+
+    void eitherFlagAlonePauses_data()
+    {
+        QTest::addColumn<bool>("own");
+        QTest::addColumn<bool>("user");
+        QTest::addColumn<qsizetype>("captured");
+        QTest::newRow("none") << false << false << qsizetype(1);
+        QTest::newRow("own") << true << false << qsizetype(0);
+        QTest::newRow("user's") << false << true << qsizetype(0);
+        QTest::newRow("both") << true << true << qsizetype(0);
+    }
+
+    void eitherFlagAlonePauses()
+    {
+        QFETCH(bool, own);
+        QFETCH(bool, user);
+        m_monitor->startMonitoring();
+        m_monitor->setPaused(own);
+        m_monitor->setUserPaused(user);
+        QCOMPARE(m_monitor->isPaused(), own);
+        QCOMPARE(m_monitor->isUserPaused(), user);
+        m_pasteboard->copyText(u"one"_s);
+        m_scheduler->advance(1s);
+        QTEST(m_captured.size(), "captured");
+    }
+
+    void aTimedPauseEndsByItself()
+    {
+        QSignalSpy changes(m_monitor.get(), &ClipboardMonitor::clipboardMonitorPauseStateChanged);
+        m_monitor->setUserPaused(true, 900s);
+        QCOMPARE(changes.count(), 1);
+        m_scheduler->advance(899'999ms);
+        QVERIFY(m_monitor->isUserPaused());
+        m_scheduler->advance(1ms);
+        QVERIFY(!m_monitor->isUserPaused());
+        QCOMPARE(changes.count(), 2);
+    }
+
+    void aNewPauseReplacesTheTimerOfTheOld()
+    {
+        m_monitor->setUserPaused(true, 900s);
+        m_scheduler->advance(600s);
+        m_monitor->setUserPaused(true, 900s);
+        m_scheduler->advance(899s);
+        QVERIFY(m_monitor->isUserPaused());
+        m_scheduler->advance(1s);
+        QVERIFY(!m_monitor->isUserPaused());
+    }
+
+    void aPauseWithoutLengthLastsUntilResumed_data()
+    {
+        QTest::addColumn<std::optional<std::chrono::milliseconds>>("duration");
+        QTest::newRow("none") << std::optional<std::chrono::milliseconds>();
+        QTest::newRow("zero") << std::optional<std::chrono::milliseconds>(0ms);
+    }
+
+    void aPauseWithoutLengthLastsUntilResumed()
+    {
+        QFETCH(std::optional<std::chrono::milliseconds>, duration);
+        // An earlier timer must not end it either.
+        m_monitor->setUserPaused(true, 900s);
+        m_monitor->setUserPaused(true, duration);
+        m_scheduler->advance(24h);
+        QVERIFY(m_monitor->isUserPaused());
+        m_monitor->resumeFromUserPause();
+        QVERIFY(!m_monitor->isUserPaused());
+    }
+
+    void resumingByHandEndsTheTimer()
+    {
+        QSignalSpy changes(m_monitor.get(), &ClipboardMonitor::clipboardMonitorPauseStateChanged);
+        m_monitor->setUserPaused(true, 900s);
+        m_monitor->resumeFromUserPause();
+        m_monitor->setUserPaused(true);
+        m_scheduler->advance(1000s);
+        QVERIFY(m_monitor->isUserPaused());
+        QCOMPARE(changes.count(), 3);
+    }
+
+    void theProgramsOwnPauseIsNotAnnounced()
+    {
+        QSignalSpy changes(m_monitor.get(), &ClipboardMonitor::clipboardMonitorPauseStateChanged);
+        m_monitor->setPaused(true);
+        m_monitor->setPaused(false);
+        QCOMPARE(changes.count(), 0);
+    }
+
+    // Text.
+
+    void textIsKeptTrimmedWithItsRichForms()
+    {
+        m_workspace->setFrontmost(u"org.Editor"_s);
+        PasteboardSnapshot snapshot = textSnapshot(u" \n two words\t\u2029"_s);
+        snapshot.html = "<b>two</b> words"_ba;
+        snapshot.rtf = "{\\rtf1 two words}"_ba;
+        capture(snapshot);
+
+        QCOMPARE(texts(), QStringList{u"two words"_s});
+        const ClipboardItem item = m_captured.first();
+        QCOMPARE(item.contentType, ClipboardContentType::Text);
+        QCOMPARE(item.htmlRepresentation, snapshot.html);
+        QCOMPARE(item.rtfRepresentation, snapshot.rtf);
+        QCOMPARE(item.sourceAppBundleID, u"org.Editor"_s);
+        QVERIFY(!item.isRemoteClipboard);
+        QVERIFY(!item.id.isNull());
+        QCOMPARE(item.timestamp, m_clock->now());
+        QVERIFY(m_printed->contains(u"Detected: Text/URL - ' \n two words\t\u2029...' remote=false"_s));
+    }
+
+    void theHashIsLeftToTheHistory()
+    {
+        capture(textSnapshot(u"one"_s));
+        QVERIFY(m_captured.first().contentHash.isEmpty());
+        QCOMPARE(m_items->items().first()->contentHash.size(), 64);
+    }
+
+    void fiftyCharactersOfTheTextArePrinted()
+    {
+        const QString text = u"é👩‍👩‍👧"_s.repeated(40);
+        capture(textSnapshot(text));
+        QVERIFY(m_printed->contains(u"Detected: Text/URL - '"_s + u"é👩‍👩‍👧"_s.repeated(25)
+                                    + u"...' remote=false"_s));
+    }
+
+    void blankTextGivesNoEntryButTheLine_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("empty") << u""_s;
+        QTest::newRow("blanks") << u" \n\t "_s;
+    }
+
+    void blankTextGivesNoEntryButTheLine()
+    {
+        QFETCH(QString, text);
+        capture(textSnapshot(text));
+        QVERIFY(m_captured.isEmpty());
+        QVERIFY(m_printed->contains(u"Detected: Text/URL - '"_s + text + u"...' remote=false"_s));
+    }
+
+    void blankTextBesideAPictureGivesNoEntry()
+    {
+        PasteboardSnapshot snapshot = textSnapshot(u" "_s);
+        addImage(snapshot, PasteboardType::kTiff);
+        capture(snapshot);
+        QVERIFY(m_captured.isEmpty());
+    }
+
+    void addressesAreLinks_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isUrl");
+        QTest::newRow("https with blanks around") << u"  https://example.com/a \n"_s << true;
+        QTest::newRow("http") << u"http://example.com"_s << true;
+        QTest::newRow("several lines") << u"https://example.com\nand more"_s << true;
+        QTest::newRow("capitals") << u"HTTPS://EXAMPLE.COM/A"_s << false;
+        QTest::newRow("in the middle") << u"see https://example.com"_s << false;
+        QTest::newRow("another scheme") << u"ftp://example.com"_s << false;
+        QTest::newRow("no slashes") << u"https:example"_s << false;
+    }
+
+    void addressesAreLinks()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, isUrl);
+        capture(textSnapshot(text));
+        QCOMPARE(texts(), QStringList{text.trimmed()});
+        QCOMPARE(m_captured.first().contentType,
+                 isUrl ? ClipboardContentType::Url : ClipboardContentType::Text);
+    }
+
+    void styledTextAloneIsRendered()
+    {
+        const QByteArray html = " <p>Hello <b>you</b></p>\n<p>there</p> "_ba;
+        capture(richSnapshot(html, std::nullopt));
+        QCOMPARE(texts(), QStringList{u"Hello you\nthere"_s});
+        QCOMPARE(m_captured.first().htmlRepresentation, html);
+        QCOMPARE(m_captured.first().contentType, ClipboardContentType::Text);
+        QVERIFY(m_printed->contains(u"Detected: Rich Text remote=false"_s));
+    }
+
+    void htmlWithoutTextGivesWayToRtf()
+    {
+        const QByteArray html = "<div> <img src=\"a.png\"> </div>"_ba;
+        const QByteArray rtf = "{\\rtf1 from rtf}"_ba;
+        capture(richSnapshot(html, rtf));
+        QCOMPARE(texts(), QStringList{u"from rtf"_s});
+        QCOMPARE(m_captured.first().htmlRepresentation, html);
+        QCOMPARE(m_captured.first().rtfRepresentation, rtf);
+    }
+
+    void htmlComesBeforeRtf()
+    {
+        capture(richSnapshot("from html"_ba, "{\\rtf1 from rtf}"_ba));
+        QCOMPARE(texts(), QStringList{u"from html"_s});
+    }
+
+    void styledFormsWithoutTextGiveWayToThePicture()
+    {
+        PasteboardSnapshot snapshot = richSnapshot("<img src=\"a.png\">"_ba, "no rtf"_ba);
+        addImage(snapshot, PasteboardType::kPng);
+        capture(snapshot);
+        QCOMPARE(m_captured.size(), 1);
+        QCOMPARE(m_captured.first().contentType, ClipboardContentType::Image);
+    }
+
+    // Pictures.
+
+    void picturesAreKeptAsTiff_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::newRow("tiff") << PasteboardType::kTiff.toString();
+        QTest::newRow("png") << PasteboardType::kPng.toString();
+        QTest::newRow("any other") << PasteboardType::kImage.toString();
+    }
+
+    void picturesAreKeptAsTiff()
+    {
+        QFETCH(QString, type);
+        m_workspace->setFrontmost(u"org.Painter"_s);
+        PasteboardSnapshot snapshot;
+        addImage(snapshot, type);
+        capture(snapshot);
+        QCOMPARE(m_captured.size(), 1);
+        const ClipboardItem item = m_captured.first();
+        QCOMPARE(item.contentType, ClipboardContentType::Image);
+        QCOMPARE(item.imageRepresentation, "tiff bytes"_ba);
+        QVERIFY(!item.stringValue && !item.imageFileName && !item.imageDigest);
+        QCOMPARE(item.sourceAppBundleID, u"org.Painter"_s);
+        QVERIFY(m_printed->contains(u"Detected: Image remote=false"_s));
+    }
+
+    void whatCannotBeKeptIsReported_data()
+    {
+        QTest::addColumn<PasteboardSnapshot>("snapshot");
+        PasteboardSnapshot unreadable;
+        unreadable.types = {PasteboardType::kPng.toString()};
+        PasteboardSnapshot withoutWidth;
+        addImage(withoutWidth, PasteboardType::kTiff, {0, 5});
+        PasteboardSnapshot notOffered;
+        addImage(notOffered, u"org.example.picture");
+        QTest::newRow("an empty pasteboard") << PasteboardSnapshot();
+        QTest::newRow("a picture that cannot be read") << unreadable;
+        QTest::newRow("a picture without width") << withoutWidth;
+        QTest::newRow("a type of its own") << notOffered;
+    }
+
+    void whatCannotBeKeptIsReported()
+    {
+        QFETCH(PasteboardSnapshot, snapshot);
+        capture(snapshot);
+        QVERIFY(m_captured.isEmpty());
+        QVERIFY(m_printed->contains(u"Detected: Unknown type, ignoring remote=false"_s));
+    }
+
+    // Files.
+
+    void severalFilesMakeOneEntry()
+    {
+        const QStringList paths{makeFile(u"Über uns.TXT"_s), makeFile(u"archive.tar.gz"_s),
+                                makeFile(u".hidden"_s)};
+        PasteboardSnapshot snapshot = textSnapshot(u"a string beside them"_s);
+        addFiles(snapshot, paths);
+        capture(snapshot);
+
+        QCOMPARE(texts(), QStringList{u"Über uns.TXT, archive.tar.gz, .hidden"_s});
+        const ClipboardItem item = m_captured.first();
+        QCOMPARE(item.contentType, ClipboardContentType::File);
+        QCOMPARE(item.fileTypes, QStringList({u"TXT"_s, u"gz"_s, u""_s}));
+        QCOMPARE(item.filePath, paths.first());
+        QVERIFY(m_printed->contains(u"Detected: File(s) - 3 items remote=false"_s));
+    }
+
+    void aDirectoryHasItsName()
+    {
+        const QString path = m_directory->filePath(u"some.dir"_s);
+        QVERIFY(QDir().mkdir(path));
+        PasteboardSnapshot snapshot;
+        addFiles(snapshot, {path + u'/'});
+        capture(snapshot);
+        QCOMPARE(texts(), QStringList{u"some.dir"_s});
+        QCOMPARE(m_captured.first().filePath, path);
+        QCOMPARE(m_captured.first().fileTypes, QStringList{u"dir"_s});
+    }
+
+    void filesThatDoNotCountGiveWayToTheText_data()
+    {
+        QTest::addColumn<QList<QUrl>>("urls");
+        const QUrl existing = QUrl::fromLocalFile(u"/"_s);
+        QTest::newRow("a deleted file") << QList<QUrl>{QUrl::fromLocalFile(u"/no/such/file"_s)};
+        QTest::newRow("one of two deleted")
+            << QList<QUrl>{existing, QUrl::fromLocalFile(u"/no/such/file"_s)};
+        QTest::newRow("no file") << QList<QUrl>{existing, QUrl(u"https://example.com"_s)};
+        QTest::newRow("an empty list") << QList<QUrl>{};
+    }
+
+    void filesThatDoNotCountGiveWayToTheText()
+    {
+        QFETCH(QList<QUrl>, urls);
+        PasteboardSnapshot snapshot = textSnapshot(u"beside"_s);
+        addFiles(snapshot, {});
+        snapshot.fileUrls = urls;
+        capture(snapshot);
+        QCOMPARE(texts(), QStringList{u"beside"_s});
+        QCOMPARE(m_captured.first().contentType, ClipboardContentType::Text);
+    }
+
+    void unreadableFilesGiveWayToTheText()
+    {
+        PasteboardSnapshot snapshot = textSnapshot(u"beside"_s);
+        snapshot.types.append(PasteboardType::kFileUrl.toString());
+        capture(snapshot);
+        QCOMPARE(m_captured.first().contentType, ClipboardContentType::Text);
+    }
+
+    // Privacy.
+
+    void anIgnoredProgramsCopyIsLostForGood()
+    {
+        m_privacy->saveIgnoredApps({{u"Vault"_s, u"org.vault"_s, std::nullopt}});
+        m_workspace->setFrontmost(u"org.Vault"_s, u"The Vault"_s);
+        m_monitor->startMonitoring();
+        m_pasteboard->copyText(u"password"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(m_monitor->lastChangeCount(), m_pasteboard->changeCount());
+        QVERIFY(m_printed->contains(u"Ignored clipboard change from app: The Vault (org.Vault)"_s));
+
+        m_workspace->setFrontmost(u"org.Editor"_s);
+        m_scheduler->advance(5s);
+        QVERIFY(m_captured.isEmpty());
+        QVERIFY(m_items->items().isEmpty());
+    }
+
+    void anIgnoredProgramMayHaveNoName()
+    {
+        m_workspace->frontmost = RunningApplication{u"com.apple.passwords"_s, {}, 1, 1};
+        capture(textSnapshot(u"password"_s));
+        QVERIFY(m_captured.isEmpty());
+        QVERIFY(m_printed->contains(
+            u"Ignored clipboard change from app: Unknown (com.apple.passwords)"_s));
+    }
+
+    void theListIsReadAtEachChange()
+    {
+        m_workspace->setFrontmost(u"org.vault"_s);
+        capture(textSnapshot(u"one"_s));
+        m_privacy->saveIgnoredApps({{u"Vault"_s, u"org.vault"_s, std::nullopt}});
+        m_pasteboard->copyText(u"two"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(texts(), QStringList{u"one"_s});
+    }
+
+    void whatComesFromAnotherDeviceIsNeverIgnored()
+    {
+        m_workspace->setFrontmost(u"com.apple.Passwords"_s);
+        PasteboardSnapshot snapshot = textSnapshot(u"from afar"_s);
+        snapshot.types.append(PasteboardType::kRemoteClipboard.toString());
+        capture(snapshot);
+        QCOMPARE(texts(), QStringList{u"from afar"_s});
+        QVERIFY(m_captured.first().isRemoteClipboard);
+        QVERIFY(!m_captured.first().sourceAppBundleID);
+        QVERIFY(m_printed->contains(u"Detected: Text/URL - 'from afar...' remote=true"_s));
+    }
+
+    void withoutAProgramInFrontThereIsNoSource_data()
+    {
+        QTest::addColumn<bool>("hasProgram");
+        QTest::newRow("no program") << false;
+        QTest::newRow("a program without identifier") << true;
+    }
+
+    void withoutAProgramInFrontThereIsNoSource()
+    {
+        QFETCH(bool, hasProgram);
+        if (hasProgram)
+            m_workspace->frontmost = RunningApplication{{}, u"Nameless"_s, 1, 1};
+        capture(textSnapshot(u"one"_s));
+        QCOMPARE(m_captured.size(), 1);
+        QVERIFY(!m_captured.first().sourceAppBundleID);
+    }
+
+private:
+    void capture(const PasteboardSnapshot &snapshot)
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->copy(snapshot);
+        m_scheduler->advance(500ms);
+    }
+
+    QStringList texts() const
+    {
+        QStringList texts;
+        for (const ClipboardItem &item : m_captured)
+            texts.append(item.stringValue ? item.stringValue->toString() : u"(none)"_s);
+        return texts;
+    }
+
+    QString makeFile(const QString &name) const
+    {
+        QFile file(m_directory->filePath(name));
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("The file cannot be made.");
+        return file.fileName();
+    }
+
+    std::unique_ptr<PrintedLines> m_printed;
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<PrivacySettingsManager> m_privacy;
+    std::unique_ptr<FakePasteboard> m_pasteboard;
+    std::unique_ptr<FakeWorkspace> m_workspace;
+    std::unique_ptr<FakeScheduler> m_scheduler;
+    std::unique_ptr<FakeClock> m_clock;
+    std::unique_ptr<ClipboardItemManager> m_items;
+    std::unique_ptr<ClipboardMonitor> m_monitor;
+    QList<ClipboardItem> m_captured;
+};
+
+QTEST_MAIN(ClipboardMonitorTest)
+#include "ClipboardMonitorTest.moc"

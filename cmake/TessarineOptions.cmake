@@ -45,6 +45,13 @@ if(TESSARINE_SANITIZERS)
     endif()
 endif()
 
+if(TESSARINE_FUZZ)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "TESSARINE_FUZZ needs clang.")
+    endif()
+    target_compile_options(tessarine_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 find_program(TESSARINE_MOLD mold)
 if(TESSARINE_MOLD)
     target_link_options(tessarine_options INTERFACE -fuse-ld=mold)

@@ -125,6 +125,8 @@ void DesktopEntriesTest::windowClassIsMatchedIgnoringCase_data()
     QTest::newRow("StartupWMClass and both") << u"xterm"_s << u"XTerm"_s << u"debian-xterm"_s;
     QTest::newRow("file name and class") << u"main"_s << u"Pcmanfm"_s << u"pcmanfm"_s;
     QTest::newRow("file name and instance") << u"pcmanfm"_s << u"Other"_s << u"pcmanfm"_s;
+    QTest::newRow("end of a dotted file name")
+        << u"player"_s << u"Player"_s << u"org.some.Player"_s;
     QTest::newRow("file name in capitals") << u"viewer"_s << u"viewer"_s << u"Viewer"_s;
 }
 
@@ -136,6 +138,7 @@ void DesktopEntriesTest::windowClassIsMatchedIgnoringCase()
     write(u"system/debian-xterm.desktop"_s, "Name=XTerm\nStartupWMClass=XTerm\n");
     write(u"system/pcmanfm.desktop"_s, "Name=Files\n");
     write(u"system/Viewer.desktop"_s, "Name=Viewer\n");
+    write(u"system/org.some.Player.desktop"_s, "Name=Player\n");
 
     const auto entry = m_entries->findByWindow({}, instanceName, className);
     QVERIFY(entry);

@@ -30,7 +30,7 @@ public:
         setVariable("LC_ALL", QStringLiteral("C.UTF-8"));
         setVariable("GTK_USE_PORTAL", QStringLiteral("0"));
         setVariable("NO_AT_BRIDGE", QStringLiteral("1"));
-        // Programs must not find, nor start, a bus.
+        // Programs must not find, nor start, a bus that is not the test's own.
         setVariable("DBUS_SESSION_BUS_ADDRESS", QStringLiteral("disabled:"));
     }
 
@@ -62,6 +62,23 @@ public:
         setVariable("DISPLAY", QString::fromLatin1(m_displayName));
         qputenv("DISPLAY", m_displayName);
         return true;
+    }
+
+    /// Starts a session bus for the programs that are launched from now on. Returns its address;
+    /// this process does not use it by itself.
+    QString startBus()
+    {
+        QProcess &bus = launch(QStringLiteral("dbus-daemon"),
+                               {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                QStringLiteral("--nopidfile"),
+                                QStringLiteral("--print-address=1")});
+        while (!bus.canReadLine()) {
+            if (!bus.waitForReadyRead(10000))
+                return {};
+        }
+        const QString address = QString::fromLatin1(bus.readLine()).trimmed();
+        setVariable("DBUS_SESSION_BUS_ADDRESS", address);
+        return address;
     }
 
     const QByteArray &displayName() const { return m_displayName; }
@@ -96,6 +113,13 @@ public:
         std::erase_if(m_processes, [&process](const auto &own) { return own.get() == &process; });
     }
 
+    /// Ends all that was launched since start(); the server stays.
+    void endPrograms()
+    {
+        while (m_processes.size() > 1)
+            end(*m_processes.back());
+    }
+
     /// Runs a program to its end and returns what it printed.
     QByteArray run(const QString &program, const QStringList &arguments = {},
                    const QByteArray &input = {}) const
@@ -116,12 +140,11 @@ public:
         return run(QStringLiteral("xdotool"), arguments.split(u' ', Qt::SkipEmptyParts));
     }
 
-    /// Starts a window manager and waits until it is in charge.
-    QProcess &startWindowManager(const QString &program, const QStringList &arguments = {})
+    /// Starts a window manager and waits until it is in charge; null if it did not come up.
+    QProcess *startWindowManager(const QString &program, const QStringList &arguments = {})
     {
         QProcess &manager = launch(program, arguments);
-        waitUntil([this] { return isWindowManaged(); });
-        return manager;
+        return waitUntil([this] { return isWindowManaged(); }) ? &manager : nullptr;
     }
 
     /// Starts a program and waits for its window; 0 if none came.
@@ -142,6 +165,21 @@ public:
             return window != 0;
         });
         return window;
+    }
+
+    /// Sets the keyboard layouts, as in "us,ru", and makes one of them active.
+    void setLayout(const QString &layouts, int group = 0) const
+    {
+        run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), layouts});
+        run(QStringLiteral("/usr/bin/python3"),
+            {QStringLiteral("-c"),
+             QStringLiteral("import ctypes, sys\n"
+                            "x = ctypes.CDLL('libX11.so.6')\n"
+                            "x.XOpenDisplay.restype = ctypes.c_void_p\n"
+                            "d = ctypes.c_void_p(x.XOpenDisplay(None))\n"
+                            "x.XkbLockGroup(d, 0x100, int(sys.argv[1]))\n"
+                            "x.XSync(d, 0)\n"),
+             QString::number(group)});
     }
 
     /// The text that lies on the CLIPBOARD selection.
@@ -184,11 +222,17 @@ public:
     }
 
 private:
+    /// What an earlier window manager wrote on the root window may have outlived it, so the window
+    /// that is named there is asked too.
     bool isWindowManaged() const
     {
-        return run(QStringLiteral("xprop"),
-                   {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-            .contains("window id");
+        const QString property = QStringLiteral("_NET_SUPPORTING_WM_CHECK");
+        const QByteArray answer = run(QStringLiteral("xprop"), {QStringLiteral("-root"), property});
+        const QString window
+            = QString::fromLatin1(answer.mid(answer.indexOf("# ") + 2).trimmed());
+        return answer.contains("window id")
+            && run(QStringLiteral("xprop"), {QStringLiteral("-id"), window, property})
+                   .contains("window id");
     }
 
     QTemporaryDir m_folder;

@@ -177,6 +177,11 @@ std::optional<DesktopEntry> DesktopEntries::findByClass(const QString &instanceN
         if (const auto entry = part.isEmpty() ? std::nullopt : findIndexed(part))
             return entry;
     }
+    for (const QString &part : parts) {
+        const QString id = part.isEmpty() ? QString() : index().idsByLastName.value(part);
+        if (!id.isEmpty())
+            return findIndexed(id);
+    }
     return std::nullopt;
 }
 
@@ -263,6 +268,9 @@ void DesktopEntries::addFolder(const QString &folder, Index &index) const
         if (index.filesById.contains(lowered))
             continue;
         index.filesById.insert(lowered, {id, path});
+        const QString lastName = lowered.section(u'.', -1);
+        if (!index.idsByLastName.contains(lastName))
+            index.idsByLastName.insert(lastName, lowered);
 
         const QByteArray contents = fileContents(path).value_or(QByteArray());
         // Telling that there is no such key is a search through the bytes; taking the file apart

@@ -33,8 +33,9 @@ public:
     std::optional<DesktopEntry> findById(const QString &id) const;
 
     /// The program that a window belongs to: by its GTK application id, by an entry that names one
-    /// of the two parts of its class, or by an entry that is called like one of them. The parts are
-    /// compared without regard to case; any of the three may be empty.
+    /// of the two parts of its class, or by an entry that is called like one of them, in full or in
+    /// the last part of a dotted id. The parts are compared without regard to case; any of the
+    /// three may be empty.
     std::optional<DesktopEntry> findByWindow(const QString &gtkApplicationId,
                                              const QString &instanceName,
                                              const QString &className) const;
@@ -49,6 +50,7 @@ private:
     {
         QHash<QString, File> filesById; ///< By the id in lower case.
         QHash<QString, QString> idsByWindowClass; ///< Both in lower case.
+        QHash<QString, QString> idsByLastName; ///< "editor" of "org.some.editor"; lower case.
         qint64 foldersChangedAt = -1;
     };
 

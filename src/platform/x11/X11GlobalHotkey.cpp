@@ -16,6 +16,9 @@ constexpr quint32 kShift = 0x200;
 constexpr quint32 kOption = 0x800;
 constexpr quint32 kControl = 0x1000;
 
+/// The bits of an event's state that are modifiers, and not pointer buttons or layouts.
+constexpr quint16 kAllModifiers = 0xff;
+
 /// X key codes are the kernel's, moved by eight.
 constexpr quint32 kKernelKeyOffset = 8;
 
@@ -169,10 +172,13 @@ void X11GlobalHotkey::handleX11Event(int type, const void *event)
     const auto *key = static_cast<const xcb_key_press_event_t *>(event);
     if (key->detail != m_grab->key)
         return;
+    // The modifiers may be let go of first.
     if (type == XCB_KEY_RELEASE) {
         m_isHeld = false;
         return;
     }
+    if ((key->state & kAllModifiers & ~m_grab->locks) != m_grab->modifiers)
+        return;
     if (std::exchange(m_isHeld, true))
         return;
     m_connection.noteUserTime(key->time);

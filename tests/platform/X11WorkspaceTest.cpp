@@ -1,0 +1,331 @@
+#include "platform/x11/X11Workspace.h"
+
+#include "platform/x11/X11GlobalHotkey.h"
+#include "platform/x11/X11Keyboard.h"
+#include "tests/platform/PrivateDesktop.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr quint32 kLetterV = 9;
+constexpr quint32 kShift = 0x200;
+constexpr quint32 kControl = 0x1000;
+
+} // namespace
+
+/// Real programs under real window managers, and under none.
+class X11WorkspaceTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit X11WorkspaceTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+
+private slots:
+    void init();
+    void cleanup();
+    void emptyDesktopHasNoFrontmostApplication();
+    void frontmostApplicationIsDescribed_data();
+    void frontmostApplicationIsDescribed();
+    void programWithoutEntryIsCalledByItsClass();
+    void staleWindowManagerIsNotBelieved();
+    void windowIsActivated_data() { addWindowManagers(); }
+    void windowIsActivated();
+    void minimisedWindowComesBack();
+    void deadWindowIsIgnored_data() { addWindowManagers(); }
+    void deadWindowIsIgnored();
+    void activationIsAnnouncedOnce();
+    void ownWindowGetsTheFocus_data() { addWindowManagers(); }
+    void ownWindowGetsTheFocus();
+    void ownWindowIsOurs();
+    void installedProgramHasAName();
+
+private:
+    static void addWindowManagers();
+    void startWindowManager(const QString &program);
+    quint32 openTerminal(const QString &instanceName);
+    bool isFrontmost(quint32 window) const;
+
+    PrivateDesktop &m_desktop;
+    std::unique_ptr<X11Connection> m_connection;
+    std::unique_ptr<DesktopEntries> m_entries;
+    std::unique_ptr<X11Workspace> m_workspace;
+};
+
+void X11WorkspaceTest::init()
+{
+    m_connection = std::make_unique<X11Connection>(m_desktop.displayName());
+    m_entries = std::make_unique<DesktopEntries>(QStringList{u"/usr/share/applications"_s}, u"C"_s);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_entries);
+}
+
+void X11WorkspaceTest::cleanup()
+{
+    m_workspace.reset();
+    m_connection.reset();
+    m_desktop.endPrograms();
+}
+
+void X11WorkspaceTest::addWindowManagers()
+{
+    QTest::addColumn<QString>("windowManager");
+    for (const char *name : {"openbox", "xfwm4", "metacity"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+    QTest::newRow("no window manager") << QString();
+}
+
+void X11WorkspaceTest::startWindowManager(const QString &program)
+{
+    // GTK programs tell their id, and xfwm4 runs, only where there is a bus.
+    QVERIFY(!m_desktop.startBus().isEmpty());
+    if (!program.isEmpty())
+        QVERIFY(m_desktop.startWindowManager(program));
+}
+
+/// An xterm with \a instanceName as the first part of its class.
+quint32 X11WorkspaceTest::openTerminal(const QString &instanceName)
+{
+    m_desktop.launch(u"xterm"_s, {u"-fa"_s, u"Mono"_s, u"-name"_s, instanceName, u"-e"_s,
+                                  u"sleep"_s, u"1000"_s});
+    quint32 window = 0;
+    m_desktop.waitUntil([&] {
+        window = m_desktop.xdotool(u"search --onlyvisible --classname ^%1$"_s.arg(instanceName))
+                     .trimmed()
+                     .split('\n')
+                     .last()
+                     .toUInt();
+        return window != 0;
+    });
+    return window;
+}
+
+bool X11WorkspaceTest::isFrontmost(quint32 window) const
+{
+    const auto application = m_workspace->frontmostApplication();
+    return application && application->window == window;
+}
+
+void X11WorkspaceTest::emptyDesktopHasNoFrontmostApplication()
+{
+    QVERIFY(!m_workspace->frontmostApplication());
+    startWindowManager(u"openbox"_s);
+    QVERIFY(!m_workspace->frontmostApplication());
+}
+
+void X11WorkspaceTest::frontmostApplicationIsDescribed_data()
+{
+    QTest::addColumn<QString>("windowManager");
+    QTest::addColumn<QStringList>("command");
+    QTest::addColumn<QString>("windowClass");
+    QTest::addColumn<QString>("identifier");
+    QTest::addColumn<QString>("name");
+
+    const QStringList terminal{u"xterm"_s, u"-fa"_s, u"Mono"_s};
+    const QStringList editor{u"mousepad"_s, u"--disable-server"_s};
+    for (const char *manager : {"openbox", "xfwm4", "metacity", ""}) {
+        const QString program = QString::fromLatin1(manager);
+        QTest::addRow("xterm under %s", *manager ? manager : "nothing")
+            << program << terminal << u"XTerm"_s << u"debian-xterm"_s << u"XTerm"_s;
+        QTest::addRow("mousepad under %s", *manager ? manager : "nothing")
+            << program << editor << u"Mousepad"_s << u"org.xfce.mousepad"_s << u"Mousepad"_s;
+    }
+}
+
+void X11WorkspaceTest::frontmostApplicationIsDescribed()
+{
+    QFETCH(QString, windowManager);
+    QFETCH(QStringList, command);
+    QFETCH(QString, windowClass);
+    QFETCH(QString, identifier);
+    QFETCH(QString, name);
+    startWindowManager(windowManager);
+
+    const quint32 window
+        = m_desktop.openWindow(command.first(), command.mid(1), windowClass);
+    QVERIFY(window != 0);
+    if (windowManager.isEmpty())
+        m_desktop.xdotool(u"windowfocus %1"_s.arg(window));
+
+    QTRY_VERIFY(isFrontmost(window));
+    const auto application = m_workspace->frontmostApplication();
+    QCOMPARE(application->bundleIdentifier, identifier);
+    QCOMPARE(application->localizedName, name);
+    QCOMPARE(application->processId,
+             m_desktop.xdotool(u"getwindowpid %1"_s.arg(window)).trimmed().toLongLong());
+    QVERIFY(!m_workspace->isOwnApplication(*application));
+}
+
+void X11WorkspaceTest::programWithoutEntryIsCalledByItsClass()
+{
+    m_entries = std::make_unique<DesktopEntries>(QStringList{}, u"C"_s);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_entries);
+    startWindowManager(u"openbox"_s);
+    const quint32 window = openTerminal(u"xterm"_s);
+
+    QTRY_VERIFY(isFrontmost(window));
+    QCOMPARE(m_workspace->frontmostApplication()->bundleIdentifier, u"XTerm"_s);
+    QCOMPARE(m_workspace->frontmostApplication()->localizedName, u"XTerm"_s);
+}
+
+void X11WorkspaceTest::staleWindowManagerIsNotBelieved()
+{
+    const quint32 first = openTerminal(u"first"_s);
+    const quint32 second = openTerminal(u"second"_s);
+    QProcess *manager = m_desktop.startWindowManager(u"openbox"_s);
+    QVERIFY(manager);
+    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
+    QTRY_VERIFY(isFrontmost(first));
+
+    // A window manager that dies leaves what it wrote on the root window.
+    manager->kill();
+    manager->waitForFinished();
+    m_desktop.run(u"xprop"_s, {u"-root"_s, u"-f"_s, u"_NET_ACTIVE_WINDOW"_s, u"32x"_s, u"-set"_s,
+                               u"_NET_ACTIVE_WINDOW"_s, QString::number(first)});
+    m_desktop.xdotool(u"windowfocus %1"_s.arg(second));
+    QTRY_VERIFY(isFrontmost(second));
+}
+
+void X11WorkspaceTest::windowIsActivated()
+{
+    QFETCH(QString, windowManager);
+    startWindowManager(windowManager);
+    const quint32 first = openTerminal(u"first"_s);
+    const quint32 second = openTerminal(u"second"_s);
+    if (windowManager.isEmpty())
+        m_desktop.xdotool(u"windowfocus %1"_s.arg(second));
+    QTRY_VERIFY(isFrontmost(second));
+
+    RunningApplication application;
+    application.window = first;
+    m_workspace->activate(application);
+    QTRY_VERIFY(isFrontmost(first));
+    QCOMPARE(m_desktop.xdotool(u"getwindowfocus"_s).trimmed().toUInt(), first);
+
+    application.window = second;
+    m_workspace->activate(application);
+    QTRY_VERIFY(isFrontmost(second));
+}
+
+void X11WorkspaceTest::minimisedWindowComesBack()
+{
+    startWindowManager(u"openbox"_s);
+    const quint32 first = openTerminal(u"first"_s);
+    const quint32 second = openTerminal(u"second"_s);
+    m_desktop.xdotool(u"windowminimize --sync %1"_s.arg(first));
+    QTRY_VERIFY(isFrontmost(second));
+
+    RunningApplication application;
+    application.window = first;
+    m_workspace->activate(application);
+    QTRY_VERIFY(isFrontmost(first));
+}
+
+void X11WorkspaceTest::deadWindowIsIgnored()
+{
+    QFETCH(QString, windowManager);
+    startWindowManager(windowManager);
+    const quint32 alive = openTerminal(u"alive"_s);
+    const quint32 dead = openTerminal(u"dead"_s);
+    if (windowManager.isEmpty())
+        m_desktop.xdotool(u"windowfocus %1"_s.arg(dead));
+    QTRY_VERIFY(isFrontmost(dead));
+    RunningApplication application = *m_workspace->frontmostApplication();
+    m_desktop.xdotool(u"windowkill %1"_s.arg(dead));
+    QTRY_VERIFY(!isFrontmost(dead));
+
+    m_workspace->activate(application);
+    application.window = alive;
+    m_workspace->activate(application);
+    QTRY_VERIFY(isFrontmost(alive));
+}
+
+void X11WorkspaceTest::activationIsAnnouncedOnce()
+{
+    QList<quint64> announced;
+    m_workspace->onApplicationActivated = [&announced](const RunningApplication &application) {
+        announced.append(application.window);
+    };
+    startWindowManager(u"openbox"_s);
+    const quint32 first = openTerminal(u"first"_s);
+    QTRY_COMPARE(announced, QList<quint64>{first});
+    const quint32 second = openTerminal(u"second"_s);
+    QTRY_COMPARE(announced, (QList<quint64>{first, second}));
+    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
+    QTRY_COMPARE(announced, (QList<quint64>{first, second, first}));
+}
+
+void X11WorkspaceTest::ownWindowGetsTheFocus()
+{
+    QFETCH(QString, windowManager);
+    startWindowManager(windowManager);
+    const quint32 terminal = openTerminal(u"terminal"_s);
+
+    X11Keyboard keyboard(*m_connection);
+    X11GlobalHotkey hotkey(*m_connection, keyboard);
+    QCOMPARE(hotkey.assign(kLetterV, kControl | kShift), 0);
+
+    // The second round is the hard one: Qt knows the time of the first, which is long over, and
+    // in between the person was busy elsewhere.
+    for (const QString &text : {u"first"_s, u"second"_s}) {
+        if (windowManager.isEmpty())
+            m_desktop.xdotool(u"windowfocus %1"_s.arg(terminal));
+        else
+            m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(terminal));
+        m_desktop.xdotool(u"key a key b"_s);
+        QTRY_VERIFY(isFrontmost(terminal));
+
+        QLineEdit field;
+        field.setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool);
+        hotkey.onPressed = [this, &field] {
+            field.winId();
+            m_workspace->prepareOwnWindow(field.windowHandle());
+            field.show();
+            m_workspace->activateOwnWindow(field.windowHandle());
+        };
+        m_desktop.xdotool(u"key ctrl+shift+v"_s);
+        QTRY_VERIFY(field.isActiveWindow());
+        QVERIFY(isFrontmost(quint32(field.winId())));
+        QVERIFY(m_workspace->isOwnApplication(*m_workspace->frontmostApplication()));
+        m_desktop.xdotool(u"type "_s + text);
+        QTRY_COMPARE(field.text(), text);
+
+        RunningApplication application;
+        application.window = terminal;
+        field.hide();
+        m_workspace->activate(application);
+        QTRY_VERIFY(isFrontmost(terminal));
+    }
+}
+
+void X11WorkspaceTest::ownWindowIsOurs()
+{
+    RunningApplication application;
+    QVERIFY(!m_workspace->isOwnApplication(application));
+    application.processId = QCoreApplication::applicationPid();
+    QVERIFY(m_workspace->isOwnApplication(application));
+}
+
+void X11WorkspaceTest::installedProgramHasAName()
+{
+    QCOMPARE(m_workspace->applicationName(u"org.xfce.mousepad"_s), u"Mousepad"_s);
+    QVERIFY(!m_workspace->applicationName(u"org.nowhere.Nothing"_s));
+}
+
+int main(int argc, char *argv[])
+{
+    PrivateDesktop desktop;
+    if (!desktop.start())
+        return EXIT_FAILURE;
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QApplication application(argc, argv);
+    X11WorkspaceTest test(desktop);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "X11WorkspaceTest.moc"

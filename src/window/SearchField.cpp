@@ -14,9 +14,8 @@ namespace {
 constexpr int kTextSize = 22;
 constexpr int kCaretWidth = 2;
 
-// What the line edit puts around its text on its own account.
-constexpr int kInnerMargin = 2;
-constexpr int kInnerVerticalMargin = 1;
+// What the line edit puts above its text on its own account.
+constexpr int kInnerTopMargin = 1;
 // How far before the caret the line edit's cursor rectangle begins.
 constexpr int kCursorRectLead = 5;
 
@@ -42,7 +41,7 @@ SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
     setFrame(false);
     setFont(interfaceFont(kTextSize, QFont::Light));
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    setTextMargins(-kInnerMargin, -kInnerVerticalMargin, -kInnerMargin, 0);
+    setTextMargins(0, -kInnerTopMargin, 0, 0);
     connect(this, &QLineEdit::cursorPositionChanged, this, [this] {
         if (hasFocus())
             startBlinking();

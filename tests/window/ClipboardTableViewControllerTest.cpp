@@ -1,0 +1,475 @@
+#include "tests/fakes/FakeScheduler.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/window/SampleHistory.h"
+
+#include "appearance/SystemColors.h"
+#include "foundation/UserDefaults.h"
+#include "window/ApplicationNames.h"
+#include "window/ClipboardTableView.h"
+#include "window/ClipboardTableViewController.h"
+#include "window/OverlayScroller.h"
+#include "window/RowLayout.h"
+
+#include <QAbstractItemModelTester>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using SampleHistory::shared;
+using Scroll = ClipboardTableViewController::Scroll;
+
+class ClipboardTableViewControllerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void nothingIsSelectedAtFirst();
+    void returnWithoutSelectionPastesTheFirstRowThatIsListed();
+    void returnPastesTheSelectedRow();
+    void returnOnAnEmptyListDoesNothing();
+    void downAndUpStopAtTheEnds();
+    void upWithoutSelectionSelectsTheFirstRow();
+    void keysInTheListMoveTheSelection();
+    void aSelectedRowIsScrolledTo();
+    void aDoubleClickPastes();
+    void aSingleClickOnlySelects();
+    void spaceDoesNotPaste();
+    void aNewItemOnTopKeepsSelectionAndScrollPosition();
+    void filteringSelectsNothing();
+    void theSelectionFollowsItsItem_data();
+    void theSelectionFollowsItsItem();
+    void theSelectionGoesWithItsItem_data();
+    void theSelectionGoesWithItsItem();
+    void searchingScrollsToTheTop();
+    void aRowWhoseTagsChangedIsRedrawnInPlace();
+    void theListIsNotRebuiltForANewItem();
+    void unmarkingTheSelectedFavoriteSelectsTheNext_data();
+    void unmarkingTheSelectedFavoriteSelectsTheNext();
+    void unmarkingUnderASearchKeepsTheRow();
+    void markingAnUnlistedItemListsIt();
+    void theLimitRefusesAFurtherFavorite();
+    void theStarTogglesWithoutSelecting();
+    void aReleaseBesideTheStarDoesNothing();
+    void emptyTextsTellWhy();
+    void theScrollerIsSeenForAMoment();
+    void tenThousandRowsNeedNoWidgets();
+
+private:
+    void make(const ClipboardItemList &items);
+    QPoint starOf(int row);
+    QPoint contentOf(int row);
+    void search(const QString &text);
+
+    FakeScheduler m_scheduler;
+    FakeWorkspace m_workspace;
+    FakeClock m_clock;
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<ApplicationNames> m_names;
+    std::unique_ptr<ClipboardTableView> m_view;
+    std::unique_ptr<ClipboardTableViewController> m_controller;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+    QStringList m_pasted;
+    QList<QUuid> m_toggled;
+};
+
+void ClipboardTableViewControllerTest::init()
+{
+    m_directory = std::make_unique<QTemporaryDir>();
+    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"settings.conf"_s));
+    m_names = std::make_unique<ApplicationNames>(m_workspace);
+    m_pasted.clear();
+    m_toggled.clear();
+}
+
+void ClipboardTableViewControllerTest::cleanup()
+{
+    m_tester.reset();
+    m_controller.reset();
+    m_view.reset();
+}
+
+void ClipboardTableViewControllerTest::make(const ClipboardItemList &items)
+{
+    cleanup();
+    m_view = std::make_unique<ClipboardTableView>(m_scheduler, 0);
+    m_view->setColors(systemColors(ColorScheme::Light));
+    m_view->resize(680, 400);
+    m_controller = std::make_unique<ClipboardTableViewController>(*m_view, 18, *m_names, m_clock,
+                                                                  *m_defaults, items);
+    m_controller->onItemSelected = [this](const ClipboardItemPointer &item) {
+        m_pasted.append(item->stringValue.value_or(Utf8Text()).toString());
+    };
+    m_controller->onFavoriteToggled = [this](const QUuid &id) { m_toggled.append(id); };
+    m_tester = std::make_unique<QAbstractItemModelTester>(
+        m_view->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    m_view->show();
+}
+
+QPoint ClipboardTableViewControllerTest::starOf(int row)
+{
+    const QRect rect = m_view->visualRect(m_view->model()->index(row, 0));
+    return RowLayout(rect).star.center().toPoint();
+}
+
+QPoint ClipboardTableViewControllerTest::contentOf(int row)
+{
+    const QRect rect = m_view->visualRect(m_view->model()->index(row, 0));
+    return RowLayout(rect).content.center().toPoint();
+}
+
+void ClipboardTableViewControllerTest::search(const QString &text)
+{
+    m_controller->setSearchText(text);
+    m_controller->applyFilters(Scroll::ToTop);
+}
+
+void ClipboardTableViewControllerTest::nothingIsSelectedAtFirst()
+{
+    make(SampleHistory::numbered(3));
+    QCOMPARE(m_view->selectedRow(), -1);
+    m_view->setFocus();
+    QCOMPARE(m_view->selectedRow(), -1);
+}
+
+void ClipboardTableViewControllerTest::returnWithoutSelectionPastesTheFirstRowThatIsListed()
+{
+    make(SampleHistory::texts({u"one"_s, u"two"_s, u"twin"_s}));
+    search(u"tw"_s);
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QCOMPARE(m_pasted, QStringList{u"two"_s});
+}
+
+void ClipboardTableViewControllerTest::returnPastesTheSelectedRow()
+{
+    make(SampleHistory::numbered(3));
+    m_view->selectRow(2);
+    QTest::keyClick(m_view.get(), Qt::Key_Enter);
+    QCOMPARE(m_pasted, QStringList{u"entry 2"_s});
+}
+
+void ClipboardTableViewControllerTest::returnOnAnEmptyListDoesNothing()
+{
+    make({});
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    m_controller->selectNextRow();
+    m_controller->selectPreviousRow();
+    QVERIFY(m_pasted.isEmpty());
+    QCOMPARE(m_view->selectedRow(), -1);
+}
+
+void ClipboardTableViewControllerTest::downAndUpStopAtTheEnds()
+{
+    make(SampleHistory::numbered(2));
+    for (const int row : {0, 1, 1}) {
+        m_controller->selectNextRow();
+        QCOMPARE(m_view->selectedRow(), row);
+    }
+    for (const int row : {0, 0}) {
+        m_controller->selectPreviousRow();
+        QCOMPARE(m_view->selectedRow(), row);
+    }
+}
+
+void ClipboardTableViewControllerTest::upWithoutSelectionSelectsTheFirstRow()
+{
+    make(SampleHistory::numbered(3));
+    m_controller->selectPreviousRow();
+    QCOMPARE(m_view->selectedRow(), 0);
+}
+
+void ClipboardTableViewControllerTest::keysInTheListMoveTheSelection()
+{
+    make(SampleHistory::numbered(50));
+    m_view->setFocus();
+    m_view->selectRow(0);
+    QTest::keyClick(m_view.get(), Qt::Key_Down);
+    QCOMPARE(m_view->selectedRow(), 1);
+    QTest::keyClick(m_view.get(), Qt::Key_End);
+    QCOMPARE(m_view->selectedRow(), 49);
+    QTest::keyClick(m_view.get(), Qt::Key_PageUp);
+    QVERIFY(m_view->selectedRow() < 49);
+    QTest::keyClick(m_view.get(), Qt::Key_Home);
+    QCOMPARE(m_view->selectedRow(), 0);
+}
+
+void ClipboardTableViewControllerTest::aSelectedRowIsScrolledTo()
+{
+    make(SampleHistory::numbered(50));
+    for (int i = 0; i < 10; ++i)
+        m_controller->selectNextRow();
+    const QRect row = m_view->visualRect(m_view->model()->index(9, 0));
+    QVERIFY(m_view->viewport()->rect().contains(row));
+    QCOMPARE(row.bottom(), m_view->viewport()->rect().bottom());
+}
+
+void ClipboardTableViewControllerTest::aDoubleClickPastes()
+{
+    make(SampleHistory::numbered(3));
+    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, contentOf(1));
+    QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
+    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, QPoint(300, 390));
+    QCOMPARE(m_pasted.size(), 1);
+}
+
+void ClipboardTableViewControllerTest::aSingleClickOnlySelects()
+{
+    make(SampleHistory::numbered(3));
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, contentOf(1));
+    QCOMPARE(m_view->selectedRow(), 1);
+    QVERIFY(m_pasted.isEmpty());
+}
+
+void ClipboardTableViewControllerTest::spaceDoesNotPaste()
+{
+    make(SampleHistory::numbered(3));
+    m_view->selectRow(1);
+    QTest::keyClick(m_view.get(), Qt::Key_Space);
+    QVERIFY(m_pasted.isEmpty());
+    QCOMPARE(m_view->selectedRow(), 1);
+}
+
+void ClipboardTableViewControllerTest::aNewItemOnTopKeepsSelectionAndScrollPosition()
+{
+    const ClipboardItemList items = SampleHistory::numbered(500);
+    make(items);
+    m_view->selectRow(20);
+    m_view->verticalScrollBar()->setValue(700);
+    m_controller->setItems(SampleHistory::texts({u"new"_s}) + items);
+    m_controller->applyFilters(Scroll::Keep);
+    QTest::qWait(0); // The view lays itself out again later.
+    QCOMPARE(m_controller->filteredItems().size(), 501);
+    QCOMPARE(m_view->selectedRow(), 21);
+    QCOMPARE(m_view->verticalScrollBar()->value(), 700);
+}
+
+void ClipboardTableViewControllerTest::filteringSelectsNothing()
+{
+    make(SampleHistory::mixed());
+    m_controller->setActiveFilter(FilterCategory::favorites());
+    m_controller->applyFilters(Scroll::ToTop);
+    QCOMPARE(m_controller->filteredItems().size(), 2);
+    QCOMPARE(m_view->selectedRow(), -1);
+}
+
+void ClipboardTableViewControllerTest::theSelectionFollowsItsItem_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("row by row") << 20;
+    QTest::newRow("shown anew") << 5000;
+}
+
+void ClipboardTableViewControllerTest::theSelectionFollowsItsItem()
+{
+    QFETCH(int, count);
+    make(SampleHistory::numbered(count));
+    m_view->selectRow(15);
+    search(u"entry 1"_s);
+    const int row = m_view->selectedRow();
+    QCOMPARE(row, 6); // After the entries 1 and 10 to 14.
+    QCOMPARE(m_controller->filteredItems().at(row)->stringValue->toString(), u"entry 15"_s);
+    search({});
+    QCOMPARE(m_view->selectedRow(), 15);
+}
+
+void ClipboardTableViewControllerTest::theSelectionGoesWithItsItem_data()
+{
+    theSelectionFollowsItsItem_data();
+}
+
+void ClipboardTableViewControllerTest::theSelectionGoesWithItsItem()
+{
+    QFETCH(int, count);
+    make(SampleHistory::numbered(count));
+    m_view->selectRow(2);
+    search(u"entry 1"_s);
+    QCOMPARE(m_view->selectedRow(), -1);
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
+}
+
+void ClipboardTableViewControllerTest::searchingScrollsToTheTop()
+{
+    make(SampleHistory::numbered(500));
+    m_view->verticalScrollBar()->setValue(3000);
+    search(u"entry"_s);
+    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
+}
+
+void ClipboardTableViewControllerTest::aRowWhoseTagsChangedIsRedrawnInPlace()
+{
+    ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    ClipboardItem changed = *items[2];
+    changed.tags = {u"travel"_s};
+    items[2] = shared(changed);
+    QSignalSpy dataChanged(m_view->model(), &QAbstractItemModel::dataChanged);
+    QSignalSpy inserted(m_view->model(), &QAbstractItemModel::rowsInserted);
+    m_controller->setItems(items);
+    m_controller->applyFilters(Scroll::Keep);
+    QCOMPARE(dataChanged.count(), 1);
+    QCOMPARE(dataChanged.first().first().toModelIndex().row(), 2);
+    QCOMPARE(inserted.count(), 0);
+    QCOMPARE(m_controller->filteredItems(), items);
+}
+
+void ClipboardTableViewControllerTest::theListIsNotRebuiltForANewItem()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5000);
+    make(items);
+    QSignalSpy reset(m_view->model(), &QAbstractItemModel::modelReset);
+    QSignalSpy inserted(m_view->model(), &QAbstractItemModel::rowsInserted);
+    m_controller->setItems(SampleHistory::texts({u"new"_s}) + items);
+    m_controller->applyFilters(Scroll::Keep);
+    QCOMPARE(reset.count(), 0);
+    QCOMPARE(inserted.count(), 1);
+}
+
+void ClipboardTableViewControllerTest::unmarkingTheSelectedFavoriteSelectsTheNext_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("the row that takes its place") << 3 << 1 << 1;
+    QTest::newRow("the last row") << 3 << 2 << 1;
+    QTest::newRow("nothing") << 1 << 0 << -1;
+}
+
+void ClipboardTableViewControllerTest::unmarkingTheSelectedFavoriteSelectsTheNext()
+{
+    QFETCH(int, count);
+    QFETCH(int, row);
+    ClipboardItemList items;
+    for (int i = 0; i < count; ++i) {
+        ClipboardItem item = SampleHistory::textItem(QString::number(i));
+        item.isFavorite = true;
+        items.append(shared(item));
+    }
+    make(items);
+    m_controller->setActiveFilter(FilterCategory::favorites());
+    m_controller->applyFilters(Scroll::ToTop);
+    m_view->selectRow(row);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, starOf(row));
+    QCOMPARE(int(m_controller->filteredItems().size()), count - 1);
+    QTEST(m_view->selectedRow(), "selected");
+    QCOMPARE(m_toggled, QList<QUuid>{items[row]->id});
+}
+
+void ClipboardTableViewControllerTest::unmarkingUnderASearchKeepsTheRow()
+{
+    ClipboardItem item = SampleHistory::textItem(u"two"_s);
+    item.isFavorite = true;
+    make(SampleHistory::texts({u"one"_s}) + ClipboardItemList{shared(item)});
+    search(u"tw"_s);
+    m_controller->toggleFavorite(item.id);
+    QCOMPARE(m_controller->filteredItems().size(), 1);
+    QVERIFY(!m_controller->filteredItems().first()->isFavorite);
+}
+
+void ClipboardTableViewControllerTest::markingAnUnlistedItemListsIt()
+{
+    const ClipboardItemList items = SampleHistory::numbered(2);
+    make(items);
+    m_controller->setActiveFilter(FilterCategory::favorites());
+    m_controller->applyFilters(Scroll::ToTop);
+    QVERIFY(m_controller->filteredItems().isEmpty());
+    m_controller->toggleFavorite(items[1]->id);
+    QCOMPARE(m_controller->filteredItems().size(), 1);
+    m_controller->toggleFavorite(QUuid::createUuid());
+    QCOMPARE(m_toggled, QList<QUuid>{items[1]->id});
+}
+
+void ClipboardTableViewControllerTest::theLimitRefusesAFurtherFavorite()
+{
+    ClipboardItemList items;
+    for (int i = 0; i < 1000; ++i) {
+        ClipboardItem item = SampleHistory::textItem(QString::number(i));
+        item.isFavorite = true;
+        items.append(shared(item));
+    }
+    items.prepend(shared(SampleHistory::textItem(u"one too many"_s)));
+    make(items);
+    m_controller->toggleFavorite(items[0]->id);
+    QVERIFY(m_toggled.isEmpty());
+    QVERIFY(!m_controller->filteredItems().first()->isFavorite);
+    m_controller->toggleFavorite(items[1]->id);
+    m_controller->toggleFavorite(items[0]->id);
+    QVERIFY(m_controller->filteredItems().first()->isFavorite);
+}
+
+void ClipboardTableViewControllerTest::theStarTogglesWithoutSelecting()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, starOf(1));
+    QCOMPARE(m_toggled, QList<QUuid>{items[1]->id});
+    QVERIFY(m_controller->filteredItems().at(1)->isFavorite);
+    QCOMPARE(m_view->selectedRow(), -1);
+    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, starOf(1));
+    QVERIFY(m_pasted.isEmpty());
+}
+
+void ClipboardTableViewControllerTest::aReleaseBesideTheStarDoesNothing()
+{
+    make(SampleHistory::numbered(3));
+    QTest::mousePress(m_view->viewport(), Qt::LeftButton, {}, starOf(1));
+    QTest::mouseMove(m_view->viewport(), starOf(2));
+    QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, {}, starOf(2));
+    QVERIFY(m_toggled.isEmpty());
+}
+
+void ClipboardTableViewControllerTest::emptyTextsTellWhy()
+{
+    // Told by what is painted: each state has a picture of its own, and none is blank.
+    QList<QImage> pictures;
+    const auto take = [&] { pictures.append(m_view->viewport()->grab().toImage()); };
+    make({});
+    take();
+    make(SampleHistory::numbered(1));
+    search(u"x"_s);
+    take();
+    search({});
+    m_controller->setActiveFilter(FilterCategory::favorites());
+    m_controller->applyFilters(Scroll::ToTop);
+    take();
+    m_view->setEmptyText({}, {});
+    take();
+    for (qsizetype i = 0; i < pictures.size(); ++i) {
+        for (qsizetype j = 0; j < i; ++j)
+            QVERIFY(pictures[i] != pictures[j]);
+    }
+}
+
+void ClipboardTableViewControllerTest::theScrollerIsSeenForAMoment()
+{
+    make(SampleHistory::numbered(50));
+    const auto *scroller = m_view->findChild<OverlayScroller *>();
+    QVERIFY(!scroller->isVisible());
+    m_view->verticalScrollBar()->setValue(100);
+    QVERIFY(scroller->isVisible());
+    m_scheduler.advance(500ms);
+    m_view->verticalScrollBar()->setValue(200);
+    m_scheduler.advance(799ms);
+    QVERIFY(scroller->isVisible());
+    m_scheduler.advance(1ms);
+    QVERIFY(!scroller->isVisible());
+}
+
+void ClipboardTableViewControllerTest::tenThousandRowsNeedNoWidgets()
+{
+    make(SampleHistory::numbered(3));
+    const qsizetype few = m_view->findChildren<QWidget *>().size();
+    make(SampleHistory::numbered(10'000));
+    m_view->grab();
+    QCOMPARE(m_view->findChildren<QWidget *>().size(), few);
+    QCOMPARE(m_view->model()->rowCount(), 10'000);
+    QCOMPARE(m_view->verticalScrollBar()->maximum(), 10'000 * 72 - 400);
+}
+
+QTEST_MAIN(ClipboardTableViewControllerTest)
+#include "ClipboardTableViewControllerTest.moc"

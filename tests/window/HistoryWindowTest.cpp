@@ -1,0 +1,873 @@
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeDesktopAppearance.h"
+#include "tests/fakes/FakePointerMonitor.h"
+#include "tests/fakes/FakeScheduler.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/window/SampleHistory.h"
+
+#include "foundation/UserDefaults.h"
+#include "window/ApplicationNames.h"
+#include "window/ClipboardSearchWindow.h"
+#include "window/ClipboardSearchWindowCompat.h"
+#include "window/ClipboardTableView.h"
+#include "window/FilterButton.h"
+#include "window/HistoryWindowFactory.h"
+#include "window/PinButton.h"
+#include "window/SearchField.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
+const QString kPinKey = u"ClipboardSearchWindowShowsPinButton"_s;
+
+/// Notes what it is asked to do with our window, and whether that was on the screen then.
+class WatchedWorkspace : public FakeWorkspace
+{
+public:
+    void prepareOwnWindow(QWindow *window) override
+    {
+        calls.append(window && window->isVisible() ? u"prepare shown"_s : u"prepare hidden"_s);
+    }
+    void activateOwnWindow(QWindow *window) override
+    {
+        calls.append(window && window->isVisible() ? u"activate shown"_s : u"activate hidden"_s);
+    }
+
+    QStringList calls;
+};
+
+} // namespace
+
+class HistoryWindowTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void theDesktopDecidesOnTheKindOfWindow();
+    void viewsStandWhereTheyBelong_data();
+    void viewsStandWhereTheyBelong();
+    void theWindowIsAFramelessToolOnTop();
+    void partsHaveNamesForThoseWhoHear();
+
+    void withoutSavedFrameTheWindowIsCentred();
+    void theWindowOpensWhereItLastStood();
+    void aFrameTooTallShrinksAndIsSavedSo();
+    void aFrameOfAnotherWidthOpensAtTheWindowsWidth();
+    void aFrameThatDoesNotParseCountsAsNone();
+    void theFrameIsSavedOnEveryHide();
+
+    void theWindowIsPreparedThenShownThenActivated();
+    void openingFocusesTheEmptySearchField();
+    void openingSelectsNothing();
+    void showingAgainKeepsTheSearchText();
+
+    void typingNarrowsTheList();
+    void spaceInTheFieldIsText();
+    void returnInTheFieldPastesAndHides();
+    void returnOnAnEmptyListKeepsTheWindow();
+    void upAndDownInTheFieldMoveTheSelection();
+    void pageKeysInTheFieldMoveTheSelection();
+    void escapeClearsTheFieldFirst();
+    void escapeInTheEmptyFieldClosesAPinnedWindow();
+    void escapeInTheListLeavesAPinnedWindowOpen();
+    void escapeInTheListClosesAnUnpinnedWindow();
+    void escapeInTheListOfAPinnedWindowClearsTheSearch();
+    void aFilterNarrowsAndGivesTheFocusBack();
+    void aDoubleClickPastesAndHides();
+    void pastingHidesAPinnedWindowToo();
+
+    void aClickOutsideHides();
+    void aClickOutsideDoesNotHideAPinnedWindow();
+    void anotherApplicationHides();
+    void anotherApplicationDoesNotHideAPinnedWindow();
+    void ourOwnActivationDoesNotHide();
+    void losingTheKeyboardHides();
+    void losingTheKeyboardDoesNotHideAPinnedWindow();
+    void afterHidingNothingIsWatchedAnyMore();
+    void formerListenersAreStillCalled();
+
+    void theEntranceFades();
+    void theExitFadesAndThenTheWindowIsGone();
+    void aSecondHideDoesNothing();
+    void aReversalStartsFromTheHalfFadedLook();
+    void aReversalClearsTheSearch();
+    void whileItGoesTheWindowPastesNothing();
+    void withoutCompositorTheWindowComesAndGoesAtOnce();
+
+    void thePinButtonPins();
+    void turningThePinButtonOffUnpins();
+    void withoutPinButtonTheFieldIsWider();
+
+    void newItemsKeepTheSelection();
+    void favoritesAreReported();
+    void theDesktopsColorsAreFollowed();
+    void withoutPreferenceThePaletteDecides();
+    void cornersAreRound();
+
+    void draggingTheHeadMovesTheWindow();
+    void theHandlesResize();
+
+private:
+    void make(const ClipboardItemList &items = SampleHistory::mixed());
+    void makeCompat(const ClipboardItemList &items = SampleHistory::mixed());
+    HistoryWindowCollaborators collaborators();
+    void watch();
+    void pass(std::chrono::milliseconds time);
+    void openWholly();
+    void dragBy(const char *handle, QPoint travel);
+    QRect geometryOf(const char *name);
+    QImage picture();
+
+    template <typename Widget = QWidget>
+    Widget *part(const char *name)
+    {
+        return m_window->panel().findChild<Widget *>(QString::fromLatin1(name));
+    }
+    SearchField *field() { return part<SearchField>("searchField"); }
+    ClipboardTableView *table() { return part<ClipboardTableView>("tableView"); }
+    int rowCount() { return table()->model()->rowCount(); }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<WatchedWorkspace> m_workspace;
+    std::unique_ptr<FakePointerMonitor> m_pointer;
+    std::unique_ptr<FakeDesktopAppearance> m_appearance;
+    std::unique_ptr<FakeScheduler> m_scheduler;
+    std::unique_ptr<FakeClock> m_clock;
+    std::unique_ptr<ApplicationNames> m_names;
+    std::unique_ptr<HistoryWindow> m_window;
+    QStringList m_pasted;
+    QList<QUuid> m_toggled;
+    int m_hiddenCount = 0;
+};
+
+void HistoryWindowTest::init()
+{
+    m_directory = std::make_unique<QTemporaryDir>();
+    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"settings.conf"_s));
+    m_workspace = std::make_unique<WatchedWorkspace>();
+    m_pointer = std::make_unique<FakePointerMonitor>();
+    m_appearance = std::make_unique<FakeDesktopAppearance>();
+    m_appearance->dark = false;
+    m_scheduler = std::make_unique<FakeScheduler>();
+    m_clock = std::make_unique<FakeClock>();
+    m_names = std::make_unique<ApplicationNames>(*m_workspace);
+    m_pasted.clear();
+    m_toggled.clear();
+    m_hiddenCount = 0;
+}
+
+void HistoryWindowTest::cleanup()
+{
+    m_window.reset();
+}
+
+HistoryWindowCollaborators HistoryWindowTest::collaborators()
+{
+    return {*m_workspace, *m_pointer, *m_appearance, *m_scheduler, *m_clock, *m_defaults, *m_names};
+}
+
+void HistoryWindowTest::make(const ClipboardItemList &items)
+{
+    m_window = std::make_unique<ClipboardSearchWindow>(collaborators(), items);
+    watch();
+}
+
+void HistoryWindowTest::makeCompat(const ClipboardItemList &items)
+{
+    m_window = std::make_unique<ClipboardSearchWindowCompat>(collaborators(), items);
+    watch();
+}
+
+void HistoryWindowTest::watch()
+{
+    m_window->onPasteSelected = [this](const ClipboardItemPointer &item) {
+        m_pasted.append(item->stringValue.value_or(Utf8Text()).toString());
+    };
+    m_window->onFavoriteToggled = [this](const QUuid &id) { m_toggled.append(id); };
+    m_window->onWindowHidden = [this] { ++m_hiddenCount; };
+}
+
+void HistoryWindowTest::pass(std::chrono::milliseconds time)
+{
+    for (; time.count() > 0; time -= 1ms) {
+        m_clock->advance(1ms);
+        m_scheduler->advance(1ms);
+    }
+}
+
+void HistoryWindowTest::openWholly()
+{
+    m_window->show();
+    pass(300ms);
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+}
+
+QRect HistoryWindowTest::geometryOf(const char *name)
+{
+    QWidget *widget = part(name);
+    return {widget->mapTo(&m_window->panel(), QPoint()), widget->size()};
+}
+
+QImage HistoryWindowTest::picture()
+{
+    return m_window->panel().grab().toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+void HistoryWindowTest::theDesktopDecidesOnTheKindOfWindow()
+{
+    m_appearance->composited = true;
+    const auto glass = makeHistoryWindow(collaborators(), {});
+    QVERIFY(dynamic_cast<ClipboardSearchWindow *>(glass.get()));
+    m_appearance->composited = false;
+    const auto plain = makeHistoryWindow(collaborators(), {});
+    QVERIFY(dynamic_cast<ClipboardSearchWindowCompat *>(plain.get()));
+}
+
+void HistoryWindowTest::viewsStandWhereTheyBelong_data()
+{
+    QTest::addColumn<int>("height");
+    QTest::addColumn<bool>("isCompat");
+    QTest::newRow("default height") << 500 << false;
+    QTest::newRow("another height") << 380 << false;
+    QTest::newRow("without a compositor") << 500 << true;
+}
+
+void HistoryWindowTest::viewsStandWhereTheyBelong()
+{
+    QFETCH(int, height);
+    QFETCH(bool, isCompat);
+    m_defaults->set(kFrameKey, u"{{10, 10}, {680, %1}}"_s.arg(height));
+    isCompat ? makeCompat() : make();
+    m_window->show();
+    QCOMPARE(m_window->panel().size(), QSize(680, height));
+    QCOMPARE(geometryOf("windowDragView"), QRect(0, 0, 680, 60));
+    QCOMPARE(geometryOf("searchIcon"), QRect(24, 15, 32, 32));
+    QCOMPARE(geometryOf("searchField"), QRect(64, 18, 590, 36));
+    QCOMPARE(geometryOf("pinButton"), QRect(640, 26, 28, 28));
+    QCOMPARE(geometryOf("filterBar"), QRect(0, 62, 680, 32));
+    QCOMPARE(geometryOf("separatorLine"), QRect(24, 99, 632, 1));
+    QCOMPARE(geometryOf("tableContainerView"), QRect(0, 100, 680, height - 100));
+    QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, height - 100));
+    QCOMPARE(geometryOf("topResizeView"), QRect(0, 0, 680, 8));
+    QCOMPARE(geometryOf("bottomResizeView"), QRect(0, height - 8, 680, 8));
+    QCOMPARE(table()->visualRect(table()->model()->index(1, 0)), QRect(0, 72, 680, 72));
+}
+
+void HistoryWindowTest::theWindowIsAFramelessToolOnTop()
+{
+    make();
+    const Qt::WindowFlags flags = m_window->panel().windowFlags();
+    QVERIFY(flags.testFlag(Qt::FramelessWindowHint));
+    QVERIFY(flags.testFlag(Qt::WindowStaysOnTopHint));
+    QCOMPARE(flags & Qt::WindowType_Mask, Qt::Tool);
+    QCOMPARE(m_window->panel().windowTitle(), u"Clipboard History"_s);
+    QVERIFY(m_window->panel().testAttribute(Qt::WA_TranslucentBackground));
+    makeCompat();
+    QVERIFY(!m_window->panel().testAttribute(Qt::WA_TranslucentBackground));
+}
+
+void HistoryWindowTest::partsHaveNamesForThoseWhoHear()
+{
+    make();
+    QCOMPARE(field()->accessibleName(), u"Search"_s);
+    QCOMPARE(field()->placeholderText(), u"Search"_s);
+    QCOMPARE(table()->accessibleName(), u"Clipboard History"_s);
+    QCOMPARE(part("searchIcon")->accessibleName(), u"Search"_s);
+    QCOMPARE(part("pinButton")->accessibleName(), u"Pin window"_s);
+    m_window->togglePin();
+    QCOMPARE(part("pinButton")->accessibleName(), u"Unpin window"_s);
+    QCOMPARE(part("pinButton")->toolTip(), u"Unpin window"_s);
+}
+
+void HistoryWindowTest::withoutSavedFrameTheWindowIsCentred()
+{
+    make();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    QCOMPARE(m_window->panel().geometry(),
+             QRect(available.x() + (available.width() - 680) / 2,
+                   available.y() + (available.height() - 500) / 2, 680, 500));
+}
+
+void HistoryWindowTest::theWindowOpensWhereItLastStood()
+{
+    m_defaults->set(kFrameKey, u"{{30, 40}, {680, 300}}"_s);
+    make();
+    m_window->show();
+    QCOMPARE(m_window->panel().geometry(), QRect(30, 40, 680, 300));
+}
+
+void HistoryWindowTest::aFrameTooTallShrinksAndIsSavedSo()
+{
+    m_defaults->set(kFrameKey, u"{{30, 40}, {680, 9000}}"_s);
+    make();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect shrunk(30, available.y(), 680, available.height());
+    openWholly();
+    QCOMPARE(m_window->panel().geometry(), shrunk);
+    m_window->hide();
+    QCOMPARE(m_defaults->string(kFrameKey),
+             u"{{30, %1}, {680, %2}}"_s.arg(shrunk.y()).arg(shrunk.height()));
+}
+
+void HistoryWindowTest::aFrameOfAnotherWidthOpensAtTheWindowsWidth()
+{
+    m_defaults->set(kFrameKey, u"{{30, 40}, {1200, 300}}"_s);
+    make();
+    QCOMPARE(m_window->panel().geometry(), QRect(30, 40, 680, 300));
+}
+
+void HistoryWindowTest::aFrameThatDoesNotParseCountsAsNone()
+{
+    m_defaults->set(kFrameKey, u"somewhere"_s);
+    make();
+    QCOMPARE(m_window->panel().size(), QSize(680, 500));
+}
+
+void HistoryWindowTest::theFrameIsSavedOnEveryHide()
+{
+    makeCompat();
+    m_window->show();
+    m_window->panel().setGeometry(50, 60, 680, 320);
+    m_window->hide();
+    QCOMPARE(m_defaults->string(kFrameKey), u"{{50, 60}, {680, 320}}"_s);
+}
+
+void HistoryWindowTest::theWindowIsPreparedThenShownThenActivated()
+{
+    make();
+    m_window->show();
+    QCOMPARE(m_workspace->calls, (QStringList{u"prepare hidden"_s, u"activate shown"_s}));
+}
+
+void HistoryWindowTest::openingFocusesTheEmptySearchField()
+{
+    make();
+    openWholly();
+    QVERIFY(field()->hasFocus());
+    QCOMPARE(field()->text(), QString());
+}
+
+void HistoryWindowTest::openingSelectsNothing()
+{
+    make();
+    openWholly();
+    QCOMPARE(table()->selectedRow(), -1);
+}
+
+void HistoryWindowTest::showingAgainKeepsTheSearchText()
+{
+    make();
+    openWholly();
+    QTest::keyClicks(field(), u"tide"_s);
+    m_window->show();
+    QCOMPARE(field()->text(), u"tide"_s);
+    QCOMPARE(rowCount(), 1);
+    QCOMPARE(m_workspace->calls.last(), u"activate shown"_s);
+}
+
+void HistoryWindowTest::typingNarrowsTheList()
+{
+    make();
+    openWholly();
+    QTest::keyClicks(field(), u"TIDE"_s);
+    QCOMPARE(rowCount(), 1);
+    QTest::keyClick(field(), Qt::Key_Backspace);
+    QCOMPARE(rowCount(), 1);
+    field()->selectAll();
+    QTest::keyClick(field(), Qt::Key_Delete);
+    QCOMPARE(rowCount(), 10);
+}
+
+void HistoryWindowTest::spaceInTheFieldIsText()
+{
+    make();
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Space);
+    QCOMPARE(field()->text(), u" "_s);
+    QVERIFY(m_window->isVisible());
+}
+
+void HistoryWindowTest::returnInTheFieldPastesAndHides()
+{
+    make(SampleHistory::texts({u"one"_s, u"two"_s}));
+    openWholly();
+    QTest::keyClicks(field(), u"tw"_s);
+    QTest::keyClick(field(), Qt::Key_Return);
+    QCOMPARE(m_pasted, QStringList{u"two"_s});
+    QVERIFY(m_window->isHideAnimationInFlight());
+    pass(160ms);
+    QVERIFY(!m_window->isVisible());
+}
+
+void HistoryWindowTest::returnOnAnEmptyListKeepsTheWindow()
+{
+    make({});
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Return);
+    QVERIFY(m_pasted.isEmpty());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::upAndDownInTheFieldMoveTheSelection()
+{
+    make();
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Down);
+    QTest::keyClick(field(), Qt::Key_Down);
+    QCOMPARE(table()->selectedRow(), 1);
+    QTest::keyClick(field(), Qt::Key_Up);
+    QTest::keyClick(field(), Qt::Key_Up);
+    QCOMPARE(table()->selectedRow(), 0);
+    QVERIFY(field()->hasFocus());
+}
+
+void HistoryWindowTest::pageKeysInTheFieldMoveTheSelection()
+{
+    make(SampleHistory::numbered(100));
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Down);
+    QTest::keyClick(field(), Qt::Key_PageDown);
+    const int row = table()->selectedRow();
+    QVERIFY(row > 2);
+    QTest::keyClick(field(), Qt::Key_PageUp);
+    QCOMPARE(table()->selectedRow(), 0);
+    QVERIFY(field()->hasFocus());
+}
+
+void HistoryWindowTest::escapeClearsTheFieldFirst()
+{
+    make();
+    openWholly();
+    QTest::keyClicks(field(), u"tide"_s);
+    QTest::keyClick(field(), Qt::Key_Escape);
+    QCOMPARE(field()->text(), QString());
+    QCOMPARE(rowCount(), 10);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QTest::keyClick(field(), Qt::Key_Escape);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::escapeInTheEmptyFieldClosesAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    QTest::keyClick(field(), Qt::Key_Escape);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::escapeInTheListLeavesAPinnedWindowOpen()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Escape);
+    QVERIFY(m_window->isVisible());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::escapeInTheListClosesAnUnpinnedWindow()
+{
+    make();
+    openWholly();
+    QTest::keyClicks(field(), u"tide"_s);
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Escape);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::escapeInTheListOfAPinnedWindowClearsTheSearch()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    QTest::keyClicks(field(), u"tide"_s);
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Escape);
+    QCOMPARE(field()->text(), QString());
+    QCOMPARE(rowCount(), 10);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aFilterNarrowsAndGivesTheFocusBack()
+{
+    make();
+    openWholly();
+    table()->setFocus();
+    QTest::mouseClick(part<FilterButton>("filter.favorite"), Qt::LeftButton);
+    QCOMPARE(rowCount(), 2);
+    QVERIFY(field()->hasFocus());
+    QTest::mouseClick(part<FilterButton>("filter.all"), Qt::LeftButton);
+    QCOMPARE(rowCount(), 10);
+}
+
+void HistoryWindowTest::aDoubleClickPastesAndHides()
+{
+    make(SampleHistory::numbered(3));
+    openWholly();
+    QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, QPoint(200, 100));
+    QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::pastingHidesAPinnedWindowToo()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    QTest::keyClick(field(), Qt::Key_Return);
+    QCOMPARE(m_pasted.size(), 1);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aClickOutsideHides()
+{
+    make();
+    QVERIFY(!m_pointer->isRunning);
+    openWholly();
+    QVERIFY(m_pointer->isRunning);
+    m_pointer->onMousePressed(m_window->panel().geometry().center());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    m_pointer->onMousePressed(m_window->panel().geometry().topLeft() - QPoint(1, 1));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aClickOutsideDoesNotHideAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    m_pointer->onMousePressed(QPoint(1, 1));
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::anotherApplicationHides()
+{
+    make();
+    openWholly();
+    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::anotherApplicationDoesNotHideAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::ourOwnActivationDoesNotHide()
+{
+    make();
+    openWholly();
+    m_workspace->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 5, 5});
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::losingTheKeyboardHides()
+{
+    make();
+    openWholly();
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::losingTheKeyboardDoesNotHideAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QVERIFY(m_window->isVisible());
+}
+
+void HistoryWindowTest::afterHidingNothingIsWatchedAnyMore()
+{
+    make();
+    openWholly();
+    m_window->hide();
+    pass(160ms);
+    QVERIFY(!m_pointer->isRunning);
+    QVERIFY(!m_pointer->onMousePressed);
+    QVERIFY(!m_workspace->onApplicationActivated);
+    m_window.reset();
+    QVERIFY(!m_appearance->onChanged);
+}
+
+void HistoryWindowTest::formerListenersAreStillCalled()
+{
+    int callCount = 0;
+    m_workspace->onApplicationActivated = [&](const RunningApplication &) { ++callCount; };
+    m_appearance->onChanged = [&] { ++callCount; };
+    make();
+    openWholly();
+    m_workspace->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
+    m_appearance->onChanged();
+    QCOMPARE(callCount, 2);
+    m_window->hide();
+    pass(160ms);
+    m_workspace->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
+    QCOMPARE(callCount, 3);
+}
+
+void HistoryWindowTest::theEntranceFades()
+{
+    make();
+    m_window->show();
+    const QPoint middle(340, 5);
+    const int first = qAlpha(picture().pixel(middle));
+    QVERIFY(first > 10);
+    QVERIFY(first < 128);
+    pass(80ms);
+    const int half = qAlpha(picture().pixel(middle));
+    QVERIFY(half > first + 40);
+    pass(80ms);
+    QCOMPARE(qAlpha(picture().pixel(middle)), 245); // The window is a little translucent.
+}
+
+void HistoryWindowTest::theExitFadesAndThenTheWindowIsGone()
+{
+    make();
+    openWholly();
+    m_window->hide();
+    QVERIFY(m_window->isHideAnimationInFlight());
+    pass(120ms);
+    QVERIFY(qAlpha(picture().pixel(340, 5)) < 160);
+    QCOMPARE(m_hiddenCount, 0);
+    QVERIFY(m_window->isVisible());
+    pass(40ms);
+    QCOMPARE(m_hiddenCount, 1);
+    QVERIFY(!m_window->isVisible());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aSecondHideDoesNothing()
+{
+    make();
+    openWholly();
+    m_window->hide();
+    pass(100ms);
+    m_window->hide();
+    pass(60ms);
+    QCOMPARE(m_hiddenCount, 1);
+    pass(500ms);
+    QCOMPARE(m_hiddenCount, 1);
+}
+
+void HistoryWindowTest::aReversalStartsFromTheHalfFadedLook()
+{
+    make();
+    openWholly();
+    m_window->hide();
+    pass(80ms);
+    const int leaving = qAlpha(picture().pixel(340, 5));
+    QVERIFY(leaving < 230);
+    QVERIFY(leaving > 60);
+    m_window->show();
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QVERIFY(qAlpha(picture().pixel(340, 5)) >= leaving);
+    pass(500ms);
+    QCOMPARE(m_hiddenCount, 0);
+    QVERIFY(m_window->isVisible());
+    QCOMPARE(qAlpha(picture().pixel(340, 5)), 245);
+    m_pointer->onMousePressed(QPoint(1, 1));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aReversalClearsTheSearch()
+{
+    make();
+    openWholly();
+    QTest::keyClicks(field(), u"tide"_s);
+    m_window->hide();
+    pass(50ms);
+    m_window->show();
+    QCOMPARE(field()->text(), QString());
+    QCOMPARE(rowCount(), 10);
+}
+
+void HistoryWindowTest::whileItGoesTheWindowPastesNothing()
+{
+    make();
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Return);
+    QTest::keyClick(field(), Qt::Key_Return);
+    QCOMPARE(m_pasted.size(), 1);
+}
+
+void HistoryWindowTest::withoutCompositorTheWindowComesAndGoesAtOnce()
+{
+    makeCompat();
+    m_window->show();
+    QVERIFY(m_window->isVisible());
+    QCOMPARE(qAlpha(picture().pixel(340, 5)), 255);
+    m_window->hide();
+    QVERIFY(!m_window->isVisible());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QCOMPARE(m_hiddenCount, 1);
+}
+
+void HistoryWindowTest::thePinButtonPins()
+{
+    make();
+    openWholly();
+    const QImage before = picture();
+    QTest::mouseClick(part("pinButton"), Qt::LeftButton);
+    QVERIFY(m_window->isPinned());
+    QVERIFY(picture() != before);
+    QTest::mouseClick(part("pinButton"), Qt::LeftButton);
+    QVERIFY(!m_window->isPinned());
+}
+
+void HistoryWindowTest::turningThePinButtonOffUnpins()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    m_defaults->set(kPinKey, true);
+    m_window->refreshPinButtonVisibility();
+    QVERIFY(m_window->isPinned());
+    m_defaults->set(kPinKey, false);
+    m_window->refreshPinButtonVisibility();
+    QVERIFY(!m_window->isPinned());
+    QVERIFY(!part("pinButton")->isVisible());
+}
+
+void HistoryWindowTest::withoutPinButtonTheFieldIsWider()
+{
+    m_defaults->set(kPinKey, false);
+    make();
+    m_window->show();
+    QVERIFY(!part("pinButton")->isVisible());
+    QVERIFY(!part("pinButton")->isEnabled());
+    QCOMPARE(geometryOf("searchField"), QRect(64, 18, 604, 36));
+    m_defaults->set(kPinKey, true);
+    m_window->refreshPinButtonVisibility();
+    QCOMPARE(geometryOf("searchField"), QRect(64, 18, 590, 36));
+    QVERIFY(part("pinButton")->isVisible());
+}
+
+void HistoryWindowTest::newItemsKeepTheSelection()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Down);
+    m_window->updateItems(SampleHistory::texts({u"new"_s}) + items);
+    QCOMPARE(rowCount(), 4);
+    QCOMPARE(table()->selectedRow(), 1);
+}
+
+void HistoryWindowTest::favoritesAreReported()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    openWholly();
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, QPoint(651, 36));
+    QCOMPARE(m_toggled, QList<QUuid>{items[0]->id});
+}
+
+void HistoryWindowTest::theDesktopsColorsAreFollowed()
+{
+    makeCompat();
+    m_window->show();
+    QCOMPARE(QColor(picture().pixel(340, 5)), QColor(0xF6, 0xF6, 0xF8));
+    m_appearance->dark = true;
+    m_appearance->onChanged();
+    QCOMPARE(QColor(picture().pixel(340, 5)), QColor(0x1E, 0x1F, 0x23));
+}
+
+void HistoryWindowTest::withoutPreferenceThePaletteDecides()
+{
+    m_appearance->dark.reset();
+    makeCompat();
+    m_window->show();
+    const QPalette palette = QGuiApplication::palette();
+    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(QColor(picture().pixel(340, 5)), QColor(0x1E, 0x1F, 0x23));
+    QApplication::setPalette(QPalette(QColor(240, 240, 240)));
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(QColor(picture().pixel(340, 5)), QColor(0xF6, 0xF6, 0xF8));
+    QApplication::setPalette(palette);
+}
+
+void HistoryWindowTest::cornersAreRound()
+{
+    make();
+    openWholly();
+    // The selected last row reaches into the lower corners.
+    QTest::keyClick(field(), Qt::Key_PageDown);
+    QTest::keyClick(field(), Qt::Key_PageDown);
+    const QImage image = picture();
+    for (const QPoint corner : {QPoint(0, 0), QPoint(679, 0), QPoint(0, 499), QPoint(679, 499),
+                                QPoint(7, 7), QPoint(672, 492)})
+        QCOMPARE(qAlpha(image.pixel(corner)), 0);
+    QVERIFY(qAlpha(image.pixel(9, 9)) > 200);
+    makeCompat();
+    m_window->show();
+    QVERIFY(!m_window->panel().mask().contains(QPoint(3, 3)));
+    QVERIFY(m_window->panel().mask().contains(QPoint(7, 7)));
+    QVERIFY(m_window->panel().mask().contains(QPoint(340, 0)));
+}
+
+void HistoryWindowTest::dragBy(const char *handle, QPoint travel)
+{
+    QWidget *view = part(handle);
+    const QPoint start(300, 3);
+    const QPoint globalStart = view->mapToGlobal(start);
+    QTest::mousePress(view, Qt::LeftButton, {}, start);
+    // The view moves along, so that the place in it has to be found anew.
+    QTest::mouseMove(view, view->mapFromGlobal(globalStart + travel));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, view->mapFromGlobal(globalStart + travel));
+}
+
+void HistoryWindowTest::draggingTheHeadMovesTheWindow()
+{
+    m_defaults->set(kFrameKey, u"{{40, 50}, {680, 400}}"_s);
+    make();
+    openWholly();
+    dragBy("windowDragView", QPoint(12, 34));
+    QCOMPARE(m_window->panel().geometry(), QRect(52, 84, 680, 400));
+    dragBy("windowDragView", QPoint(-900, -900));
+    QCOMPARE(m_window->panel().pos(), QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+}
+
+void HistoryWindowTest::theHandlesResize()
+{
+    m_defaults->set(kFrameKey, u"{{40, 150}, {680, 400}}"_s);
+    make();
+    openWholly();
+    dragBy("topResizeView", QPoint(70, -30));
+    QCOMPARE(m_window->panel().geometry(), QRect(40, 120, 680, 430));
+    dragBy("bottomResizeView", QPoint(70, 20));
+    QCOMPARE(m_window->panel().geometry(), QRect(40, 120, 680, 450));
+    QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, 350));
+    dragBy("bottomResizeView", QPoint(0, -900));
+    QCOMPARE(m_window->panel().height(), 244);
+}
+
+QTEST_MAIN(HistoryWindowTest)
+#include "HistoryWindowTest.moc"

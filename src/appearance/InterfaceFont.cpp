@@ -37,5 +37,7 @@ void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
         const qreal spare = box.width() - metrics.horizontalAdvance(text);
         x += alignment & Qt::AlignRight ? spare : spare / 2;
     }
+    // A text that runs from right to left keeps its order, with an ellipsis at its own end.
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.drawText(QPointF(x, baseline), text);
 }

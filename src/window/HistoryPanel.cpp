@@ -22,9 +22,11 @@ namespace {
 constexpr QRect kSearchIcon(24, 15, 32, 32);
 constexpr QPoint kSearchField(64, 18);
 constexpr int kSearchFieldHeight = 36;
-constexpr int kSearchFieldWidth = 590; // Its right end runs under the pin button.
-constexpr int kWideSearchFieldWidth = 604;
-constexpr QRect kPinButton(640, 26, 28, 28);
+constexpr int kSearchFieldRight = 26; // The field's end runs under the pin button.
+constexpr int kWideSearchFieldRight = 12;
+constexpr int kPinButtonTop = 26;
+constexpr int kPinButtonRight = 12;
+constexpr int kPinButtonSide = 28;
 constexpr int kFilterBarTop = 62;
 constexpr int kFilterBarHeight = 32;
 constexpr int kSeparatorTop = 99;
@@ -189,9 +191,11 @@ void HistoryPanel::layoutViews()
 {
     m_dragView->setGeometry(0, 0, width(), WindowDragView::kHeight);
     m_searchIcon->setGeometry(kSearchIcon);
-    const int fieldWidth = m_isPinButtonShown ? kSearchFieldWidth : kWideSearchFieldWidth;
-    m_searchField->setGeometry(QRect(kSearchField, QSize(fieldWidth, kSearchFieldHeight)));
-    m_pinButton->setGeometry(kPinButton);
+    const int fieldRight = m_isPinButtonShown ? kSearchFieldRight : kWideSearchFieldRight;
+    m_searchField->setGeometry(kSearchField.x(), kSearchField.y(),
+                               width() - kSearchField.x() - fieldRight, kSearchFieldHeight);
+    m_pinButton->setGeometry(width() - kPinButtonRight - kPinButtonSide, kPinButtonTop,
+                             kPinButtonSide, kPinButtonSide);
     m_filterBar->setGeometry(0, kFilterBarTop, width(), kFilterBarHeight);
     m_separatorLine->setGeometry(kSeparatorInset, kSeparatorTop, width() - 2 * kSeparatorInset, 1);
     m_tableContainerView->setGeometry(0, kSearchAreaHeight, width(),

@@ -5,3 +5,7 @@
 /// The history window that suits the desktop as it is now, not yet shown.
 std::unique_ptr<ClipboardSearchWindowProtocol> makeHistoryWindow(
     const HistoryWindowCollaborators &collaborators, const ClipboardItemList &items);
+
+/// Draws a window of every kind of entry that nobody sees, so that fonts and symbols are at hand when
+/// the first one is opened. For a quiet moment after the start.
+void warmUpHistoryWindow(const HistoryWindowCollaborators &collaborators);

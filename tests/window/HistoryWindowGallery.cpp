@@ -1,7 +1,8 @@
 // Shows the history window in its states, for people to look at, and measures its opening.
 //
 //   HistoryWindowGallery shots DIR     saves pictures of the window as it draws itself
-//   HistoryWindowGallery measure N     opens it N times over 10,000 entries and prints times
+//   HistoryWindowGallery measure N [compat] [warm]   opens it N times over 10,000 entries and
+//                                      prints times, after warming up if wanted
 //   HistoryWindowGallery stay SECONDS [compat] [dark] [empty]   leaves it on the screen
 
 #include "tests/fakes/FakeClock.h"
@@ -43,10 +44,14 @@ struct Stage
     SystemClock runningClock;
     ApplicationNames names{workspace};
 
+    HistoryWindowCollaborators collaborators(const Clock &with)
+    {
+        return {workspace, pointer, appearance, scheduler, with, defaults, names};
+    }
+
     std::unique_ptr<HistoryWindow> make(const ClipboardItemList &items, const Clock &with)
     {
-        auto made = makeHistoryWindow(
-            {workspace, pointer, appearance, scheduler, with, defaults, names}, items);
+        auto made = makeHistoryWindow(collaborators(with), items);
         return std::unique_ptr<HistoryWindow>(static_cast<HistoryWindow *>(made.release()));
     }
 };
@@ -60,7 +65,9 @@ void save(Stage &stage, const QString &path, const ClipboardItemList &items, Act
     QTest::qWait(200);
     action(*window);
     QTest::qWait(20);
-    QImage canvas(760, 580, QImage::Format_RGB32);
+    const qreal scale = window->panel().devicePixelRatioF();
+    QImage canvas(QSize(760, 580) * scale, QImage::Format_RGB32);
+    canvas.setDevicePixelRatio(scale);
     canvas.fill(stage.appearance.dark.value_or(false) ? QColor(0x34, 0x38, 0x40)
                                                       : QColor(0xC9, 0xCE, 0xD4));
     QPainter painter(&canvas);
@@ -135,11 +142,17 @@ private:
     bool m_isPainted = false;
 };
 
-void measure(int rounds, bool isComposited)
+void measure(int rounds, bool isComposited, bool isWarm)
 {
     Stage stage;
     stage.appearance.composited = isComposited;
     const ClipboardItemList items = SampleHistory::corpus(10'000);
+    if (isWarm) {
+        QElapsedTimer timer;
+        timer.start();
+        warmUpHistoryWindow(stage.collaborators(stage.runningClock));
+        std::printf("warmed up in %.1f ms\n", timer.nsecsElapsed() / 1e6);
+    }
     for (int round = 0; round < rounds; ++round) {
         QElapsedTimer timer;
         timer.start();
@@ -190,7 +203,8 @@ int main(int argc, char *argv[])
     if (what == u"shots"_s)
         takeShots(arguments.value(2));
     else if (what == u"measure"_s)
-        measure(arguments.value(2).toInt(), !arguments.contains(u"compat"_s));
+        measure(arguments.value(2).toInt(), !arguments.contains(u"compat"_s),
+                arguments.contains(u"warm"_s));
     else if (what == u"stay"_s)
         return stay(arguments);
     else

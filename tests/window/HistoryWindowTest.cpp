@@ -119,6 +119,7 @@ private slots:
 
     void draggingTheHeadMovesTheWindow();
     void theHandlesResize();
+    void warmingUpLeavesNothingBehind();
 
 private:
     void make(const ClipboardItemList &items = SampleHistory::mixed());
@@ -867,6 +868,15 @@ void HistoryWindowTest::theHandlesResize()
     QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, 350));
     dragBy("bottomResizeView", QPoint(0, -900));
     QCOMPARE(m_window->panel().height(), 244);
+}
+
+void HistoryWindowTest::warmingUpLeavesNothingBehind()
+{
+    warmUpHistoryWindow(collaborators());
+    QVERIFY(QApplication::topLevelWidgets().isEmpty());
+    QVERIFY(!m_appearance->onChanged);
+    QVERIFY(!m_pointer->isRunning);
+    QVERIFY(!m_defaults->contains(kFrameKey));
 }
 
 QTEST_MAIN(HistoryWindowTest)

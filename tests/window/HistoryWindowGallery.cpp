@@ -174,6 +174,10 @@ void measure(int rounds, bool isComposited, bool isWarm)
             keys.append(u"%1 %2/%3"_s.arg(QChar::fromLatin1(key)).arg(handled, 0, 'f', 1)
                             .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1));
         }
+        const QRect frame = window->panel().geometry();
+        window->hide();
+        QTest::qWait(250);
+        std::printf("at %d,%d  ", frame.x(), frame.y());
         std::printf("built %.1f  show() returns %.1f  painted %.1f ms;  key handled/drawn: %s\n",
                     built, shown, drawn, qPrintable(keys.join(u"  "_s)));
     }

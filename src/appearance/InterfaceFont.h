@@ -12,7 +12,7 @@ class QPainter;
 QFont interfaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
 /// Draws \a text in the painter's font and pen on one line, which is centred in \a box by ascent
-/// and descent and not by the ink, so that lines of different scripts do not hop. Longer text is not
-/// cut. Only the horizontal part of \a alignment counts.
+/// and descent and not by the ink, so that lines of different scripts do not hop. Longer text is
+/// not cut. Only the horizontal part of \a alignment counts.
 void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
                   Qt::Alignment alignment = Qt::AlignLeft);

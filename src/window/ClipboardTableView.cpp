@@ -208,7 +208,8 @@ void ClipboardTableView::setHoveredStar(int row)
 void ClipboardTableView::paintEmptyText()
 {
     QPainter painter(viewport());
-    const QRectF box = QRectF(viewport()->rect()).adjusted(kEmptyTextMargin, 0, -kEmptyTextMargin, 0);
+    const QRectF box =
+        QRectF(viewport()->rect()).adjusted(kEmptyTextMargin, 0, -kEmptyTextMargin, 0);
     const qreal middle = std::round(box.height() * kEmptyTextShare);
     const auto drawLine = [&](qreal y, const QString &text) {
         const QFontMetricsF metrics(painter.font(), painter.device());

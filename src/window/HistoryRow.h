@@ -20,8 +20,8 @@ struct HistoryRow
 
 HistoryRow makeHistoryRow(const ClipboardItem &item, ApplicationNames &names, Timestamp now);
 
-/// The texts of the rows that were shown lately. A row keeps its texts, its time included, until its
-/// entry changes or the texts are forgotten.
+/// The texts of the rows that were shown lately. A row keeps its texts, its time included, until
+/// its entry changes or the texts are forgotten.
 class HistoryRowCache
 {
 public:

@@ -165,10 +165,11 @@ void HistoryWindow::connectSearchField()
 {
     ClipboardTableViewController *controller = &m_tableViewController;
     SearchField *field = &m_panel.searchField();
-    QObject::connect(field, &SearchField::textEdited, controller, [controller](const QString &text) {
-        controller->setSearchText(text);
-        controller->applyFilters(ClipboardTableViewController::Scroll::ToTop);
-    });
+    QObject::connect(field, &SearchField::textEdited, controller,
+                     [controller](const QString &text) {
+                         controller->setSearchText(text);
+                         controller->applyFilters(ClipboardTableViewController::Scroll::ToTop);
+                     });
     QObject::connect(field, &SearchField::newlinePressed, controller,
                      &ClipboardTableViewController::pasteSelectedOrFirst);
     QObject::connect(field, &SearchField::moveDownPressed, controller,

@@ -6,6 +6,6 @@
 std::unique_ptr<ClipboardSearchWindowProtocol> makeHistoryWindow(
     const HistoryWindowCollaborators &collaborators, const ClipboardItemList &items);
 
-/// Draws a window of every kind of entry that nobody sees, so that fonts and symbols are at hand when
-/// the first one is opened. For a quiet moment after the start.
+/// Draws a window of every kind of entry that nobody sees, so that fonts and symbols are at hand
+/// when the first one is opened. For a quiet moment after the start.
 void warmUpHistoryWindow(const HistoryWindowCollaborators &collaborators);

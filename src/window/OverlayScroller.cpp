@@ -49,8 +49,8 @@ void OverlayScroller::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_color);
-    painter.drawRoundedRect(QRectF(width() - kMargin - kThickness, kMargin + (room - length) * share,
-                                   kThickness, length),
+    painter.drawRoundedRect(QRectF(width() - kMargin - kThickness,
+                                   kMargin + (room - length) * share, kThickness, length),
                             kThickness / 2, kThickness / 2);
 }
 

@@ -29,8 +29,8 @@ public:
     ValueAnimation(Scheduler &scheduler, const Clock &clock);
     ~ValueAnimation();
 
-    /// \a onStep gets the value of the first frame at once, of every frame that follows, and last of
-    /// all the end of the course; then \a onFinished is called. What ran before is dropped.
+    /// \a onStep gets the value of the first frame at once, of every frame that follows, and last
+    /// of all the end of the course; then \a onFinished is called. What ran before is dropped.
     void start(const Course &course, std::function<void(double)> onStep,
                std::function<void()> onFinished);
 

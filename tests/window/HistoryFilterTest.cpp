@@ -203,8 +203,9 @@ void HistoryFilterTest::theRuleForOneItemIsTheSame()
 void HistoryFilterTest::typingOnFindsTheSameAsSearchingAfresh()
 {
     const ClipboardItemList items = SampleHistory::corpus(200) + SampleHistory::mixed();
-    const QStringList steps{u"o"_s, u"so"_s, u"sol"_s, u"sol "_s, u"sol k"_s, u"sol"_s, u"sola"_s,
-                            u"İ"_s, u"Mail"_s, u"Maila"_s, u"r"_s, u"Re"_s, u"rem"_s, u""_s, u"w"_s};
+    const QStringList steps{u"o"_s,   u"so"_s,   u"sol"_s, u"sol "_s, u"sol k"_s,
+                            u"sol"_s, u"sola"_s, u"İ"_s,   u"Mail"_s, u"Maila"_s,
+                            u"r"_s,   u"Re"_s,   u"rem"_s, u""_s,     u"w"_s};
     for (const QString &step : steps) {
         m_filter->setSearchText(step);
         HistoryFilter fresh(*m_names);

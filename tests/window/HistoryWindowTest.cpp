@@ -853,7 +853,8 @@ void HistoryWindowTest::draggingTheHeadMovesTheWindow()
     dragBy("windowDragView", QPoint(12, 34));
     QCOMPARE(m_window->panel().geometry(), QRect(52, 84, 680, 400));
     dragBy("windowDragView", QPoint(-900, -900));
-    QCOMPARE(m_window->panel().pos(), QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+    QCOMPARE(m_window->panel().pos(),
+             QGuiApplication::primaryScreen()->availableGeometry().topLeft());
 }
 
 void HistoryWindowTest::theHandlesResize()

@@ -64,8 +64,9 @@ inline ClipboardItemList mixed()
         "org.example.mail", {QStringLiteral("sailing"), QStringLiteral("travel"),
                              QStringLiteral("weather")});
     tides.isFavorite = true;
-    ClipboardItem file = from(item(Type::File, QStringLiteral("Rechnung 2026-114 – Bäckerei Lindner.pdf"),
-                                   1h), "org.example.Files", {QStringLiteral("accounts")});
+    ClipboardItem file =
+        from(item(Type::File, QStringLiteral("Rechnung 2026-114 – Bäckerei Lindner.pdf"), 1h),
+             "org.example.Files", {QStringLiteral("accounts")});
     file.filePath = QStringLiteral("/home/nora/Rechnung 2026-114 – Bäckerei Lindner.pdf");
     ClipboardItem remote = textItem(QStringLiteral("Gate changed: B42 → C17, boarding 18:25"), 2h);
     remote.isRemoteClipboard = true;
@@ -77,16 +78,20 @@ inline ClipboardItemList mixed()
         shared(from(textItem(QStringLiteral(
                         "SELECT tag, count(*) FROM entries GROUP BY tag ORDER BY 2 DESC;")),
                     "org.example.terminal", {QStringLiteral("snippets")})),
-        shared(from(item(Type::Url,
-                         QStringLiteral("https://www.slovenia-trains.example/timetable?from=ljubljana"
-                                        "&to=trieste&day=2026-05-02"), 3min),
-                    "org.example.web", {QStringLiteral("travel")})),
+        shared(
+            from(item(Type::Url,
+                      QStringLiteral("https://www.slovenia-trains.example/timetable?from=ljubljana"
+                                     "&to=trieste&day=2026-05-02"),
+                      3min),
+                 "org.example.web", {QStringLiteral("travel")})),
         shared(image),
         shared(tides),
         shared(file),
         shared(remote),
-        shared(from(textItem(QStringLiteral("周五下午三点在二楼会议室讨论新版设计，请带上打印好的草图。"),
-                             26h), "org.example.chat", {QStringLiteral("Work")})),
+        shared(from(
+            textItem(QStringLiteral("周五下午三点在二楼会议室讨论新版设计，请带上打印好的草图。"),
+                     26h),
+            "org.example.chat", {QStringLiteral("Work")})),
         shared(from(textItem(QStringLiteral("شكراً جزيلاً، وصل الطرد هذا الصباح"), 27h),
                     "org.example.chat")),
         shared(from(item(Type::Mixed, QStringLiteral("Two pictures and a caption"), 50h),
@@ -98,9 +103,9 @@ inline ClipboardItemList mixed()
 /// Texts of random words, 95 % of 50 to 500 bytes and 5 % of 20 to 100 kB; always the same ones.
 inline ClipboardItemList corpus(int count)
 {
-    static const char *const syllables[] = {"ba", "con", "der", "el", "fi", "gor", "hen", "in",
-                                            "jo", "kal", "lum", "mi", "nor", "os", "pra", "qui",
-                                            "ran", "sol", "te", "ur", "ven", "wo", "xe", "yl", "zu"};
+    static const char *const syllables[] = {
+        "ba", "con", "der", "el",  "fi",  "gor", "hen", "in",  "jo", "kal", "lum", "mi", "nor",
+        "os", "pra", "qui", "ran", "sol", "te",  "ur",  "ven", "wo", "xe",  "yl",  "zu"};
     QRandomGenerator random(7);
     ClipboardItemList list;
     list.reserve(count);

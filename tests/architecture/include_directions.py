@@ -38,6 +38,8 @@ SQLITE = re.compile(r"^sqlite3(ext)?\.h$")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)
 COMMENT = re.compile(r"/\*.*?\*/", re.DOTALL)
+LINE_COMMENT = re.compile(r"//[^\n]*")
+DIRECTIVE = re.compile(r"^\s*#.*$", re.MULTILINE)
 
 
 @dataclass(frozen=True)
@@ -64,11 +66,18 @@ def includes_of(text):
     return found
 
 
+def wraps_a_native_header(text):
+    """Whether a header declares nothing itself, and only makes a native one fit to be included."""
+    rest = DIRECTIVE.sub("", LINE_COMMENT.sub("", COMMENT.sub("", text)))
+    return not rest.strip() and any(NATIVE.match(include) for include, _ in includes_of(text))
+
+
 class Rules:
     """widget_headers are the names under which the widgets can be included."""
 
     def __init__(self, widget_headers):
         self.widget_headers = set(widget_headers)
+        self.wrappers = set()  # Headers of ours that count as native ones.
 
     def violations(self, file, text):
         """What is wrong with the includes of one file, named by its path below the sources."""
@@ -85,6 +94,8 @@ class Rules:
         folder = folder_of(file)
         if folder not in MAY_INCLUDE:
             return f"the folder {folder or 'src'} has no place in the table"
+        if include in self.wrappers and file.endswith(".h"):
+            return "native headers appear in .cpp files only"
         if is_ours:
             return self.reason_against_ours(folder, include)
         return self.reason_against_system(folder, file, include)
@@ -111,7 +122,8 @@ class Rules:
         if NATIVE.match(include):
             if not folder.startswith("platform/"):
                 return "the desktop is behind platform/"
-            if file.endswith(".h") and not include.startswith(("QDBus", "QtDBus")):
+            if (file.endswith(".h") and file not in self.wrappers
+                    and not include.startswith(("QDBus", "QtDBus"))):
                 return "native headers appear in .cpp files only"
         if SQLITE.match(include):
             if folder != "persistence":
@@ -125,14 +137,20 @@ class Rules:
         return None
 
     def violations_below(self, sources):
-        found = []
-        for directory, _, names in os.walk(sources):
-            for name in sorted(names):
-                if name.endswith((".h", ".cpp")):
-                    path = os.path.join(directory, name)
-                    with open(path, encoding="utf-8") as file:
-                        found += self.violations(os.path.relpath(path, sources), file.read())
-        return found
+        texts = dict(texts_below(sources))
+        self.wrappers = {file for file, text in texts.items()
+                         if file.endswith(".h") and wraps_a_native_header(text)}
+        return [one for file, text in sorted(texts.items()) for one in self.violations(file, text)]
+
+
+def texts_below(sources):
+    """Pairs of a path below the sources and what the file holds."""
+    for directory, _, names in os.walk(sources):
+        for name in names:
+            if name.endswith((".h", ".cpp")):
+                path = os.path.join(directory, name)
+                with open(path, encoding="utf-8") as file:
+                    yield os.path.relpath(path, sources), file.read()
 
 
 def widget_headers(qt_headers):

@@ -1,7 +1,9 @@
 #!/usr/bin/python3
 """The sources keep to the include directions; and the check that says so finds what breaks them."""
 import argparse
+import os
 import sys
+import tempfile
 import unittest
 
 from include_directions import Rules, widget_headers
@@ -68,6 +70,20 @@ class IncludeDirectionsTest(unittest.TestCase):
         self.assert_refused("core/ClipboardItemManager.cpp", "<sqlite3.h>")
         self.assert_refused("persistence/Store.h", "<sqlite3.h>")
         self.assert_allowed("persistence/Store.cpp", "<sqlite3.h>")
+
+    def test_a_header_that_only_wraps_a_native_one_counts_as_native(self):
+        with tempfile.TemporaryDirectory() as sources:
+            folder = os.path.join(sources, "platform", "x11")
+            os.makedirs(folder)
+            files = {"Wrapper.h": "// Why.\n#pragma once\n#define a b\n#include <xcb/xkb.h>\n",
+                     "Keyboard.cpp": '#include "platform/x11/Wrapper.h"\n',
+                     "Keyboard.h": '#include "platform/x11/Wrapper.h"\n',
+                     "Mouse.h": "#include <xcb/xcb.h>\nclass Mouse;\n"}
+            for name, text in files.items():
+                with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
+                    file.write(text)
+            found = {os.path.basename(one.file) for one in self.rules.violations_below(sources)}
+        self.assertEqual({"Keyboard.h", "Mouse.h"}, found)
 
     def test_the_core_and_what_is_below_know_no_widget(self):
         for include in ("<QWidget>", "<QtWidgets>", "<QtWidgets/QLabel>", "<qlistview.h>"):

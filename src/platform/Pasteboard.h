@@ -81,6 +81,11 @@ public:
     /// The snapshot that belongs to the latest change count. Never waits for another program.
     virtual PasteboardSnapshot snapshot() const = 0;
 
+    /// The snapshots of all changes after \a changeCount, oldest first, so that none is missed when
+    /// several came since the last look. Each is given out once, but for the latest, which
+    /// snapshot() goes on to return. Those nobody asks for are dropped when they become too many.
+    virtual QList<PasteboardSnapshot> takeSnapshotsSince(quint64 changeCount) = 0;
+
     /// Replaces what is on the pasteboard and returns at once. Without entries it is left empty.
     virtual void write(const PasteboardContents &contents) = 0;
 

@@ -14,6 +14,18 @@ public:
         return m_snapshot;
     }
 
+    QList<PasteboardSnapshot> takeSnapshotsSince(quint64 changeCount) override
+    {
+        ++snapshotCount;
+        QList<PasteboardSnapshot> taken;
+        for (const PasteboardSnapshot &snapshot : m_untaken) {
+            if (snapshot.changeCount > changeCount)
+                taken.append(snapshot);
+        }
+        m_untaken = {m_snapshot};
+        return taken;
+    }
+
     void write(const PasteboardContents &contents) override
     {
         written = contents;
@@ -28,6 +40,7 @@ public:
     {
         snapshot.changeCount = m_snapshot.changeCount + 1;
         m_snapshot = std::move(snapshot);
+        m_untaken.append(m_snapshot);
     }
 
     void copyText(const QString &text)
@@ -44,4 +57,5 @@ public:
 
 private:
     PasteboardSnapshot m_snapshot;
+    QList<PasteboardSnapshot> m_untaken;
 };

@@ -1,0 +1,66 @@
+#include "platform/linux/SnapshotQueue.h"
+
+namespace {
+
+constexpr std::size_t kMaxSnapshots = 1024;
+constexpr qsizetype kMaxByteCount = qsizetype(256) << 20;
+
+qsizetype byteCountOf(const PasteboardSnapshot &snapshot)
+{
+    qsizetype byteCount = 0;
+    if (snapshot.string)
+        byteCount += snapshot.string->byteCount();
+    if (snapshot.html)
+        byteCount += snapshot.html->size();
+    if (snapshot.rtf)
+        byteCount += snapshot.rtf->size();
+    if (snapshot.image)
+        byteCount += snapshot.image->tiff.size();
+    return byteCount;
+}
+
+} // namespace
+
+void SnapshotQueue::publish(PasteboardSnapshot snapshot)
+{
+    const std::lock_guard lock(m_mutex);
+    snapshot.changeCount = m_changeCount.load(std::memory_order_relaxed) + 1;
+    const quint64 changeCount = snapshot.changeCount;
+    m_byteCount += byteCountOf(snapshot);
+    m_snapshots.push_back(std::move(snapshot));
+    dropSurplus();
+    m_changeCount.store(changeCount, std::memory_order_release);
+}
+
+PasteboardSnapshot SnapshotQueue::latest() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_snapshots.empty() ? PasteboardSnapshot() : m_snapshots.back();
+}
+
+QList<PasteboardSnapshot> SnapshotQueue::takeSince(quint64 changeCount)
+{
+    const std::lock_guard lock(m_mutex);
+    QList<PasteboardSnapshot> taken;
+    for (const PasteboardSnapshot &snapshot : m_snapshots) {
+        if (snapshot.changeCount > changeCount)
+            taken.append(snapshot);
+    }
+    while (m_snapshots.size() > 1)
+        dropOldest();
+    return taken;
+}
+
+void SnapshotQueue::dropOldest()
+{
+    m_byteCount -= byteCountOf(m_snapshots.front());
+    m_snapshots.pop_front();
+}
+
+/// The latest one stays, however large it is.
+void SnapshotQueue::dropSurplus()
+{
+    while (m_snapshots.size() > 1
+           && (m_snapshots.size() > kMaxSnapshots || m_byteCount > kMaxByteCount))
+        dropOldest();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+#include <atomic>
+#include <deque>
+#include <mutex>
+
+/// The snapshots that a pasteboard has published: one thread adds, another one takes. Any thread.
+///
+/// What was published and not yet taken waits here, so that no copy is lost while the main thread
+/// is busy. Nobody need take anything: old snapshots go when there are too many or too large ones.
+class SnapshotQueue
+{
+public:
+    /// Numbers \a snapshot, keeps it, and only then moves the count.
+    void publish(PasteboardSnapshot snapshot);
+
+    quint64 changeCount() const { return m_changeCount.load(std::memory_order_acquire); }
+    PasteboardSnapshot latest() const;
+
+    /// The snapshots after \a changeCount that are still here, oldest first. Only the latest one is
+    /// kept on.
+    QList<PasteboardSnapshot> takeSince(quint64 changeCount);
+
+private:
+    void dropOldest();
+    void dropSurplus();
+
+    std::atomic<quint64> m_changeCount = 0;
+    mutable std::mutex m_mutex; ///< Guards the fields below.
+    std::deque<PasteboardSnapshot> m_snapshots; ///< Oldest first.
+    qsizetype m_byteCount = 0; ///< Of all snapshots.
+};

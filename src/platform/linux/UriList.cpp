@@ -1,0 +1,35 @@
+#include "platform/linux/UriList.h"
+
+std::optional<QList<QUrl>> UriList::parse(const QByteArray &list)
+{
+    QList<QUrl> urls;
+    bool isFirstLine = true;
+    for (const QByteArray &rawLine : list.split('\n')) {
+        const QByteArray line = rawLine.trimmed();
+        const bool isVerb = isFirstLine && (line == "copy" || line == "cut");
+        isFirstLine = false;
+        if (isVerb || line.isEmpty() || line.startsWith('#'))
+            continue;
+        const QUrl url = QUrl::fromEncoded(line);
+        if (!url.isValid() || url.isRelative())
+            return std::nullopt;
+        urls.append(url);
+    }
+    if (urls.isEmpty())
+        return std::nullopt;
+    return urls;
+}
+
+QByteArray UriList::fromUrls(const QList<QByteArray> &encodedUrls)
+{
+    QByteArray list;
+    for (const QByteArray &url : encodedUrls)
+        list += url + "\r\n";
+    return list;
+}
+
+QByteArray UriList::gnomeCopiedFiles(const QList<QByteArray> &encodedUrls)
+{
+    // The file managers read a line feed at the end as one more file without a name.
+    return "copy\n" + encodedUrls.join('\n');
+}

@@ -1,0 +1,349 @@
+#include "platform/x11/X11SelectionServer.h"
+
+#include "platform/linux/MimeTypes.h"
+#include "platform/linux/UriList.h"
+
+#include <algorithm>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A program that takes no further piece for so long is given up.
+constexpr auto kSilence = 10s;
+/// Larger data go in pieces of this size: a few round trips for a large text, and neither we nor
+/// the server hold a second copy of it.
+constexpr qint64 kPieceBytes = 1 << 20;
+constexpr std::size_t kMaxTransfers = 256;
+constexpr qsizetype kMaxPairs = 256;
+
+/// Whether \a time lies before \a since. The server's clock begins anew every 49 days.
+bool isBefore(X11Time time, X11Time since)
+{
+    return static_cast<qint32>(time - since) < 0;
+}
+
+/// Whether valid \a utf8 has no character above U+00FF.
+bool isLatin1Representable(const QByteArray &utf8)
+{
+    constexpr unsigned char kLastLatin1Lead = 0xC3;
+    return std::all_of(utf8.begin(), utf8.end(), [](char byte) {
+        return static_cast<unsigned char>(byte) <= kLastLatin1Lead;
+    });
+}
+
+QList<QByteArray> fileUrls(const PasteboardContents &contents)
+{
+    QList<QByteArray> urls;
+    for (const PasteboardContents::Entry &entry : contents.entries) {
+        if (entry.type == PasteboardType::kFileUrl)
+            urls.append(entry.data);
+    }
+    return urls;
+}
+
+} // namespace
+
+X11SelectionServer::X11SelectionServer(X11SelectionConnection &connection)
+    : m_connection(connection)
+    , m_window(connection.createWindow())
+    , m_pieceBytes(std::min(kPieceBytes, connection.maxPropertyBytes()))
+{
+}
+
+X11SelectionServer::~X11SelectionServer() = default;
+
+void X11SelectionServer::write(const PasteboardContents &contents)
+{
+    m_pending.push_back({m_connection.atom(u"CLIPBOARD"), contents, {}});
+    m_connection.requestTime(m_window, m_connection.atom(u"TESSARINE_TIME"));
+}
+
+void X11SelectionServer::alsoOwnPrimary(std::function<void(bool)> onDone)
+{
+    m_pending.push_back({m_connection.atom(u"PRIMARY"), {}, std::move(onDone)});
+    m_connection.requestTime(m_window, m_connection.atom(u"TESSARINE_TIME"));
+}
+
+bool X11SelectionServer::handle(const X11Event::PropertyChanged &event, TimePoint now)
+{
+    if (event.window == m_window) {
+        if (event.property != m_connection.atom(u"TESSARINE_TIME") || m_pending.empty())
+            return true;
+        const PendingOwnership pending = std::move(m_pending.front());
+        m_pending.pop_front();
+        if (pending.selection == m_connection.atom(u"PRIMARY"))
+            pending.onDone(takePrimary(event.time));
+        else
+            takeClipboard(pending.contents, event.time);
+        return true;
+    }
+
+    if (!event.isDeleted)
+        return false;
+    // The program has read its piece and wants the next.
+    const auto transfer = std::find_if(m_transfers.begin(), m_transfers.end(),
+                                       [&event](const OutgoingTransfer &each) {
+                                           return each.requestor == event.window
+                                               && each.property == event.property;
+                                       });
+    if (transfer == m_transfers.end())
+        return false;
+    sendNextPiece(*transfer, now);
+    endTransfers([](const OutgoingTransfer &each) { return each.isOver; });
+    return true;
+}
+
+void X11SelectionServer::takeClipboard(const PasteboardContents &contents, X11Time time)
+{
+    const X11Atom clipboard = m_connection.atom(u"CLIPBOARD");
+    const X11Window wanted = contents.isEmpty() ? 0 : m_window;
+    if (m_connection.setOwner(clipboard, wanted, time) != wanted)
+        return; // Another program was quicker, and its copy counts.
+    forget(clipboard);
+    if (wanted != 0)
+        m_ownerships.push_back({clipboard, time, makeForms(contents)});
+    m_announcements.push_back({time, contents});
+}
+
+bool X11SelectionServer::takePrimary(X11Time time)
+{
+    const Ownership *clipboard = find(m_connection.atom(u"CLIPBOARD"));
+    if (clipboard == nullptr)
+        return false;
+    const auto forms = clipboard->forms;
+    const X11Atom primary = m_connection.atom(u"PRIMARY");
+    if (m_connection.setOwner(primary, m_window, time) != m_window)
+        return false;
+    forget(primary);
+    m_ownerships.push_back({primary, time, forms});
+    return true;
+}
+
+std::optional<PasteboardContents>
+X11SelectionServer::takeWritten(const X11Event::OwnerChanged &notice)
+{
+    while (!m_announcements.empty()) {
+        Announcement &first = m_announcements.front();
+        const X11Window owner = first.contents.isEmpty() ? 0 : m_window;
+        if (first.since == notice.ownedSince && owner == notice.owner) {
+            PasteboardContents contents = std::move(first.contents);
+            m_announcements.pop_front();
+            return contents;
+        }
+        if (!isBefore(first.since, notice.ownedSince))
+            return std::nullopt;
+        m_announcements.pop_front(); // Overtaken: its notice will not come any more.
+    }
+    return std::nullopt;
+}
+
+std::shared_ptr<const std::vector<X11SelectionServer::Form>>
+X11SelectionServer::makeForms(const PasteboardContents &contents)
+{
+    auto forms = std::make_shared<std::vector<Form>>();
+    for (const PasteboardContents::Entry &entry : contents.entries)
+        addForms(*forms, contents, entry);
+    return forms;
+}
+
+void X11SelectionServer::addForms(std::vector<Form> &forms, const PasteboardContents &contents,
+                                  const PasteboardContents::Entry &entry)
+{
+    const bool isFile = entry.type == PasteboardType::kFileUrl;
+    for (const QString &target : MimeTypes::targetsToOffer(entry.type)) {
+        if (target == MimeTypes::kUriList)
+            addForm(forms, target, target, UriList::fromUrls(fileUrls(contents)));
+        else if (isFile)
+            addForm(forms, target, target, UriList::gnomeCopiedFiles(fileUrls(contents)));
+        else if (target != "STRING"_L1)
+            addForm(forms, target, target, entry.data);
+    }
+    if (entry.type != PasteboardType::kString)
+        return;
+    addForm(forms, u"TEXT", u"UTF8_STRING", entry.data);
+    if (isLatin1Representable(entry.data)) {
+        addForm(forms, u"STRING", u"STRING", entry.data);
+        forms.back().isLatin1 = true;
+    }
+}
+
+void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, QStringView type,
+                                 const QByteArray &data)
+{
+    const X11Atom atom = m_connection.atom(target);
+    const auto isThere = [atom](const Form &form) { return form.target == atom; };
+    if (std::none_of(forms.begin(), forms.end(), isThere))
+        forms.push_back({atom, m_connection.atom(type), data, false});
+}
+
+X11SelectionServer::Ownership *X11SelectionServer::find(X11Atom selection)
+{
+    for (Ownership &ownership : m_ownerships) {
+        if (ownership.selection == selection)
+            return &ownership;
+    }
+    return nullptr;
+}
+
+void X11SelectionServer::forget(X11Atom selection)
+{
+    std::erase_if(m_ownerships, [selection](const Ownership &ownership) {
+        return ownership.selection == selection;
+    });
+}
+
+void X11SelectionServer::handle(const X11Event::OwnershipLost &event)
+{
+    // The message may be older than our latest taking; the server knows.
+    if (find(event.selection) != nullptr && m_connection.owner(event.selection) != m_window)
+        forget(event.selection);
+}
+
+void X11SelectionServer::handle(const X11Event::ConversionRequested &request, TimePoint now)
+{
+    // Programs of an older time leave the property to us; the target's name is the custom.
+    const X11Atom property = request.property != 0 ? request.property : request.target;
+    const Ownership *ownership = find(request.selection);
+    const bool isOurs = ownership != nullptr
+        && (request.time == 0 || !isBefore(request.time, ownership->since));
+    const bool isMultiple = request.target == m_connection.atom(u"MULTIPLE");
+    bool isDone = false;
+    if (isOurs && isMultiple)
+        isDone = request.property != 0
+            && convertMultiple(*ownership, request.requestor, property, now);
+    else if (isOurs)
+        isDone = convert(*ownership, request.requestor, request.target, property, now);
+    m_connection.answer(request, isDone ? property : 0);
+}
+
+/// Puts what \a target asks for into the property. False if we have no such thing.
+bool X11SelectionServer::convert(const Ownership &ownership, X11Window requestor, X11Atom target,
+                                 X11Atom property, TimePoint now)
+{
+    if (target == m_connection.atom(u"TARGETS")) {
+        offerTargets(ownership, requestor, property);
+        return true;
+    }
+    if (target == m_connection.atom(u"TIMESTAMP")) {
+        m_connection.setProperty(requestor, property, m_connection.atom(u"INTEGER"),
+                                 QList<quint32>{ownership.since});
+        return true;
+    }
+    const auto form = std::find_if(ownership.forms->begin(), ownership.forms->end(),
+                                   [target](const Form &each) { return each.target == target; });
+    return form != ownership.forms->end() && send(requestor, property, *form, now);
+}
+
+void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requestor,
+                                      X11Atom property)
+{
+    QList<X11Atom> targets = m_connection.atoms({u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s});
+    for (const Form &form : *ownership.forms)
+        targets.append(form.target);
+    m_connection.setProperty(requestor, property, m_connection.atom(u"ATOM"), targets);
+}
+
+/// The property lists pairs of a target and a property; those that fail are marked in it.
+bool X11SelectionServer::convertMultiple(const Ownership &ownership, X11Window requestor,
+                                         X11Atom property, TimePoint now)
+{
+    const X11Property request = m_connection.readProperty(
+        requestor, property, kMaxPairs * 2 * qsizetype(sizeof(X11Atom)));
+    if (request.format != 32 || request.isCut)
+        return false;
+    QList<X11Atom> pairs(request.data.size() / qsizetype(sizeof(X11Atom)));
+    std::memcpy(pairs.data(), request.data.constData(), std::size_t(pairs.size()) * sizeof(X11Atom));
+    const X11Atom multiple = m_connection.atom(u"MULTIPLE");
+    for (qsizetype index = 0; index + 1 < pairs.size(); index += 2) {
+        X11Atom &pairProperty = pairs[index + 1];
+        const bool isAllowed = pairs.at(index) != multiple && pairProperty != 0;
+        if (!isAllowed || !convert(ownership, requestor, pairs.at(index), pairProperty, now))
+            pairProperty = 0;
+    }
+    m_connection.setProperty(requestor, property, request.type, pairs);
+    return true;
+}
+
+/// Small data go at once; for large ones the requestor is told to expect pieces.
+bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form &form,
+                              TimePoint now)
+{
+    // A new request for the same place replaces an old one.
+    endTransfers([=](const OutgoingTransfer &each) {
+        return each.requestor == requestor && each.property == property;
+    });
+    const QByteArray data = form.isLatin1 ? QString::fromUtf8(form.data).toLatin1() : form.data;
+    if (data.size() <= m_pieceBytes) {
+        m_connection.setProperty(requestor, property, form.type, data);
+        return true;
+    }
+    if (m_transfers.size() >= kMaxTransfers)
+        return false;
+    m_connection.watch(requestor);
+    m_connection.setProperty(requestor, property, m_connection.atom(u"INCR"),
+                             QList<quint32>{static_cast<quint32>(
+                                 std::min<qsizetype>(data.size(), 0x7fffffff))});
+    m_transfers.push_back({requestor, property, form.type, data, 0, now});
+    return true;
+}
+
+/// After the last byte an empty piece tells the end.
+void X11SelectionServer::sendNextPiece(OutgoingTransfer &transfer, TimePoint now)
+{
+    const qsizetype length = std::min<qsizetype>(m_pieceBytes,
+                                                 transfer.data.size() - transfer.offset);
+    m_connection.setProperty(transfer.requestor, transfer.property, transfer.type,
+                             QByteArrayView(transfer.data).sliced(transfer.offset, length));
+    transfer.offset += length;
+    transfer.isOver = length == 0;
+    transfer.lastProgress = now;
+}
+
+void X11SelectionServer::handle(const X11Event::WindowDestroyed &event)
+{
+    endTransfers([&event](const OutgoingTransfer &transfer) {
+        return transfer.requestor == event.window;
+    });
+}
+
+/// A window is watched as long as one transfer goes to it.
+template <typename Predicate>
+void X11SelectionServer::endTransfers(Predicate isOver)
+{
+    std::vector<X11Window> ended;
+    for (const OutgoingTransfer &transfer : m_transfers) {
+        if (isOver(transfer))
+            ended.push_back(transfer.requestor);
+    }
+    std::erase_if(m_transfers, isOver);
+    for (const X11Window window : ended) {
+        const auto goesThere = [window](const OutgoingTransfer &transfer) {
+            return transfer.requestor == window;
+        };
+        if (std::none_of(m_transfers.begin(), m_transfers.end(), goesThere))
+            m_connection.unwatch(window);
+    }
+}
+
+std::optional<X11SelectionServer::TimePoint> X11SelectionServer::deadline() const
+{
+    std::optional<TimePoint> earliest;
+    for (const OutgoingTransfer &transfer : m_transfers) {
+        const TimePoint end = transfer.lastProgress + kSilence;
+        if (!earliest || end < *earliest)
+            earliest = end;
+    }
+    return earliest;
+}
+
+void X11SelectionServer::expire(TimePoint now)
+{
+    if (m_transfers.empty())
+        return;
+    endTransfers([now](const OutgoingTransfer &transfer) {
+        return transfer.lastProgress + kSilence <= now;
+    });
+}

@@ -1,0 +1,121 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+#include "platform/x11/X11SelectionConnection.h"
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// Owns selections and hands out what we wrote to whoever asks, several programs at a time.
+///
+/// Nothing here waits for another program. The thread of the pasteboard hands in events and calls
+/// expire() in time; that thread alone uses it.
+class X11SelectionServer
+{
+public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    explicit X11SelectionServer(X11SelectionConnection &connection);
+    ~X11SelectionServer();
+
+    /// Takes CLIPBOARD for \a contents, or leaves it without owner if they are empty. Happens when
+    /// the server has told the time.
+    void write(const PasteboardContents &contents);
+
+    /// Takes PRIMARY for what was written last and calls \a onDone with the outcome: false if
+    /// CLIPBOARD is not ours any more, or somebody else is quicker.
+    void alsoOwnPrimary(std::function<void(bool isOwned)> onDone);
+
+    bool isOurs(X11Window owner) const { return owner == m_window; }
+
+    /// What a write of ours put there, or an empty one cleared, if that is what the notice tells
+    /// of; given out once.
+    std::optional<PasteboardContents> takeWritten(const X11Event::OwnerChanged &notice);
+
+    /// False if the event belongs to somebody else.
+    bool handle(const X11Event::PropertyChanged &event, TimePoint now);
+    void handle(const X11Event::ConversionRequested &request, TimePoint now);
+    void handle(const X11Event::OwnershipLost &event);
+    void handle(const X11Event::WindowDestroyed &event);
+
+    /// When expire() wants to be called; absent while no transfer is under way.
+    std::optional<TimePoint> deadline() const;
+    void expire(TimePoint now);
+
+private:
+    /// One target under which contents can be had.
+    struct Form
+    {
+        X11Atom target = 0;
+        X11Atom type = 0;
+        QByteArray data; ///< Shared with all forms of the same content.
+        bool isLatin1 = false; ///< The data are UTF-8 and go out as Latin-1.
+    };
+
+    /// What we offer under one selection, and since when.
+    struct Ownership
+    {
+        X11Atom selection = 0;
+        X11Time since = 0;
+        std::shared_ptr<const std::vector<Form>> forms; ///< Shared by both selections.
+    };
+
+    /// A wish to own that waits for the time.
+    struct PendingOwnership
+    {
+        X11Atom selection = 0;
+        PasteboardContents contents;
+        std::function<void(bool)> onDone;
+    };
+
+    /// A write that is done, but of which the server has not told yet.
+    struct Announcement
+    {
+        X11Time since = 0;
+        PasteboardContents contents;
+    };
+
+    /// Data on their way to a program, piece by piece.
+    struct OutgoingTransfer
+    {
+        X11Window requestor = 0;
+        X11Atom property = 0;
+        X11Atom type = 0;
+        QByteArray data;
+        qsizetype offset = 0;
+        TimePoint lastProgress;
+        bool isOver = false;
+    };
+
+    void takeClipboard(const PasteboardContents &contents, X11Time time);
+    bool takePrimary(X11Time time);
+    std::shared_ptr<const std::vector<Form>> makeForms(const PasteboardContents &contents);
+    void addForms(std::vector<Form> &forms, const PasteboardContents &contents,
+                  const PasteboardContents::Entry &entry);
+    void addForm(std::vector<Form> &forms, QStringView target, QStringView type,
+                 const QByteArray &data);
+    Ownership *find(X11Atom selection);
+    void forget(X11Atom selection);
+
+    bool convert(const Ownership &ownership, X11Window requestor, X11Atom target, X11Atom property,
+                 TimePoint now);
+    bool convertMultiple(const Ownership &ownership, X11Window requestor, X11Atom property,
+                         TimePoint now);
+    void offerTargets(const Ownership &ownership, X11Window requestor, X11Atom property);
+    bool send(X11Window requestor, X11Atom property, const Form &form, TimePoint now);
+    void sendNextPiece(OutgoingTransfer &transfer, TimePoint now);
+    template <typename Predicate>
+    void endTransfers(Predicate isOver);
+
+    X11SelectionConnection &m_connection;
+    X11Window m_window;
+    qint64 m_pieceBytes;
+    std::vector<Ownership> m_ownerships;
+    std::deque<PendingOwnership> m_pending;
+    std::deque<Announcement> m_announcements;
+    std::vector<OutgoingTransfer> m_transfers;
+};

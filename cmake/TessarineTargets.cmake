@@ -9,6 +9,8 @@ function(tessarine_library name)
     target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/src")
     target_link_libraries(${name} PUBLIC tessarine_options ${ARG_LINKS})
     tessarine_precompiled_header(${name} "${ARG_PCH}")
+    # Ninja does not notice that a new source needs moc; each configuration runs it once more.
+    file(REMOVE "${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/timestamp")
 endfunction()
 
 # Shares one of the two precompiled headers with the target.

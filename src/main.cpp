@@ -1,7 +1,113 @@
+#include "app/AppDelegate.h"
+#include "capture/ClipboardMonitor.h"
+#include "capture/PrivacySettingsManager.h"
+#include "core/ClipboardItemManager.h"
+#include "foundation/Log.h"
+#include "foundation/UserDefaults.h"
+#include "persistence/OpenHistoryStore.h"
+#include "platform/linux/DBusSingleInstance.h"
+#include "platform/linux/QtImageCodec.h"
+#include "platform/linux/QtScheduler.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/TerminationSignals.h"
+#include "platform/x11/X11Platform.h"
+#include "settings/HotkeySettingsManager.h"
+#include "window/ApplicationNames.h"
+#include "window/HistoryWindowFactory.h"
+
 #include <QApplication>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString applicationSupportDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tessarine"_s;
+}
+
+/// Something without which nothing can work is missing.
+int fail(const char *reason)
+{
+    std::fprintf(stderr, "tessarine: %s\n", reason);
+    return EXIT_FAILURE;
+}
+
+/// Hands over to the process that runs already.
+int activateOther(SingleInstance &instance)
+{
+    if (instance.activateFirst()) {
+        printLine(u"Tessarine is already running; its window was asked to show"_s);
+        return EXIT_SUCCESS;
+    }
+    return fail("another instance is running, and it does not answer");
+}
+
+int runApplication(QApplication &application, SingleInstance &instance)
+{
+    const SystemClock clock;
+    QtScheduler scheduler;
+    UserDefaults defaults;
+    const QtImageCodec codec;
+    const std::unique_ptr<Platform> platform = makeX11Platform(codec);
+
+    const QString directory = applicationSupportDirectory();
+    ClipboardItemManager itemManager(openHistoryStore(directory, clock),
+                                     ImageStorage(imagesDirectoryIn(directory)), defaults, clock);
+    PrivacySettingsManager privacySettings(defaults);
+    HotkeySettingsManager hotkeySettings(defaults);
+    ClipboardMonitor monitor(platform->pasteboard(), platform->workspace(), scheduler, clock,
+                             itemManager, privacySettings);
+    PastePipeline pastePipeline(platform->pasteboard(), platform->workspace(),
+                                platform->pasteKeystroke(), scheduler, monitor, defaults,
+                                itemManager.imagesDirectory());
+    ApplicationNames applicationNames(platform->workspace());
+    const HistoryWindowCollaborators windowCollaborators{
+        platform->workspace(), platform->pointerMonitor(), platform->appearance(),
+        scheduler,             clock,                      defaults,
+        applicationNames};
+    AppDelegate delegate({itemManager, monitor, pastePipeline, hotkeySettings,
+                          platform->globalHotkey(), platform->workspace(),
+                          [&windowCollaborators](const ClipboardItemList &items) {
+                              return makeHistoryWindow(windowCollaborators, items);
+                          }});
+
+    instance.onActivated = [&delegate] { delegate.applicationDidBecomeActive(); };
+    // Not quit(), which asks every window first.
+    const TerminationSignals termination([] { QCoreApplication::exit(); });
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
+                     &AppDelegate::applicationWillTerminate);
+    delegate.applicationDidFinishLaunching();
+    const int status = QApplication::exec();
+    instance.onActivated = nullptr;
+    return status;
+}
+
+int launch(int argc, char *argv[])
+{
+    requireX11Display();
+    QApplication::setApplicationName(u"tessarine"_s);
+    QApplication::setApplicationDisplayName(u"Tessarine"_s);
+    QApplication::setDesktopFileName(u"tessarine"_s);
+    QApplication application(argc, argv);
+
+    DBusSingleInstance instance;
+    if (instance.claim() == SingleInstance::Role::Second)
+        return activateOther(instance);
+    return runApplication(application, instance);
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
-    const QApplication application(argc, argv);
-    return 0;
+    try {
+        return launch(argc, argv);
+    } catch (const PlatformError &error) {
+        return fail(error.what());
+    }
 }

@@ -67,10 +67,13 @@ void ClipboardMonitor::checkForChanges()
         m_lastChangeCount = changeCount;
         return;
     }
-    const PasteboardSnapshot snapshot = m_pasteboard.snapshot();
-    // The pasteboard may have changed once more since it was asked for its count.
-    m_lastChangeCount = snapshot.changeCount;
-    processClipboardChange(snapshot);
+    // Several programs may have copied since the last look; none of it is to be lost.
+    const QList<PasteboardSnapshot> snapshots = m_pasteboard.takeSnapshotsSince(m_lastChangeCount);
+    m_lastChangeCount = changeCount;
+    for (const PasteboardSnapshot &snapshot : snapshots) {
+        m_lastChangeCount = snapshot.changeCount;
+        processClipboardChange(snapshot);
+    }
 }
 
 void ClipboardMonitor::processClipboardChange(const PasteboardSnapshot &snapshot)

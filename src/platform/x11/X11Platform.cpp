@@ -6,43 +6,28 @@
 #include "platform/x11/X11GlobalHotkey.h"
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11PasteKeystroke.h"
+#include "platform/x11/X11Pasteboard.h"
 #include "platform/x11/X11PointerMonitor.h"
 #include "platform/x11/X11Workspace.h"
 
 namespace {
-
-/// A pasteboard of this process alone.
-class PrivatePasteboard : public Pasteboard
-{
-public:
-    quint64 changeCount() const override { return 0; }
-    PasteboardSnapshot snapshot() const override { return {}; }
-    void write(const PasteboardContents &) override {}
-
-    void alsoOwnPrimary() {}
-};
-
-std::unique_ptr<PrivatePasteboard> makePasteboard(const ImageCodec &)
-{
-    return std::make_unique<PrivatePasteboard>();
-}
 
 class X11Platform : public Platform
 {
 public:
     explicit X11Platform(const ImageCodec &codec)
         : m_keyboard(m_connection)
-        , m_pasteboard(makePasteboard(codec))
+        , m_pasteboard(codec)
         , m_workspace(m_connection, m_entries)
         , m_globalHotkey(m_connection, m_keyboard)
         , m_pasteKeystroke(m_connection, m_keyboard, m_entries,
-                           [this] { m_pasteboard->alsoOwnPrimary(); })
+                           [this] { m_pasteboard.alsoOwnPrimary(); })
         , m_pointerMonitor(m_connection)
         , m_appearance(m_connection)
     {
     }
 
-    Pasteboard &pasteboard() override { return *m_pasteboard; }
+    Pasteboard &pasteboard() override { return m_pasteboard; }
     Workspace &workspace() override { return m_workspace; }
     GlobalHotkey &globalHotkey() override { return m_globalHotkey; }
     PasteKeystroke &pasteKeystroke() override { return m_pasteKeystroke; }
@@ -53,7 +38,7 @@ private:
     X11Connection m_connection;
     DesktopEntries m_entries;
     X11Keyboard m_keyboard;
-    decltype(makePasteboard(std::declval<const ImageCodec &>())) m_pasteboard;
+    X11Pasteboard m_pasteboard;
     X11Workspace m_workspace;
     X11GlobalHotkey m_globalHotkey;
     X11PasteKeystroke m_pasteKeystroke;

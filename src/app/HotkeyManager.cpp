@@ -1,0 +1,56 @@
+#include "app/HotkeyManager.h"
+
+#include "foundation/Log.h"
+#include "platform/GlobalHotkey.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+HotkeyManager::HotkeyManager(GlobalHotkey &hotkey, std::function<void()> callback)
+    : m_hotkey(hotkey)
+    , m_callback(std::move(callback))
+{
+}
+
+HotkeyManager::~HotkeyManager()
+{
+    unregisterHotkey();
+    if (!m_isHandlerInstalled)
+        return;
+    m_hotkey.onPressed = nullptr;
+    printLine(u"Event handler removed"_s);
+}
+
+void HotkeyManager::installEventHandler()
+{
+    m_hotkey.onPressed = [this] {
+        if (m_callback)
+            m_callback();
+    };
+    m_isHandlerInstalled = true;
+    printLine(u"Event handler installed successfully"_s);
+}
+
+void HotkeyManager::registerHotkey(const HotkeySettings &settings)
+{
+    unregisterHotkey();
+    const int status = m_hotkey.assign(settings.keyCode, settings.modifiers);
+    m_isRegistered = status == 0;
+    if (m_isRegistered) {
+        printLine(u"Hotkey registered successfully: keyCode=%1, modifiers=%2"_s
+                      .arg(settings.keyCode)
+                      .arg(settings.modifiers));
+    } else {
+        printLine(u"Failed to register hotkey: %1"_s.arg(status));
+    }
+}
+
+void HotkeyManager::unregisterHotkey()
+{
+    if (!m_isRegistered)
+        return;
+    m_hotkey.release();
+    m_isRegistered = false;
+    printLine(u"Hotkey unregistered"_s);
+}

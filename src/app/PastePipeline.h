@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/ClipboardItem.h"
+#include "platform/Pasteboard.h"
+#include "platform/Workspace.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class ClipboardMonitor;
+class PasteKeystroke;
+class Scheduler;
+class UserDefaults;
+
+/// Brings an entry of the history into the program that the person came from: writes it to the
+/// pasteboard, hides the window, gives the focus back and types the paste command, on a fixed
+/// timeline. Main thread only.
+///
+/// While it runs, and around copies that the program makes itself, capture is paused, so that
+/// nothing of it comes back as a new entry.
+class PastePipeline
+{
+public:
+    /// Everything handed in must outlive the pipeline.
+    PastePipeline(Pasteboard &pasteboard, Workspace &workspace, PasteKeystroke &keystroke,
+                  Scheduler &scheduler, ClipboardMonitor &monitor, const UserDefaults &defaults,
+                  QString imagesDirectory);
+    ~PastePipeline();
+    PastePipeline(const PastePipeline &) = delete;
+    PastePipeline &operator=(const PastePipeline &) = delete;
+
+    /// The program that entries are pasted into, until another is set.
+    void setPreviouslyActiveApp(const RunningApplication &application)
+    {
+        m_previouslyActiveApp = application;
+    }
+
+    /// Starts a run and returns at once. A second run does not wait for the first.
+    void pasteItem(const ClipboardItem &item);
+
+    /// From the first step of a run to its end.
+    bool isPasting() const { return m_isPasting; }
+
+    /// To be called just before this program writes to the pasteboard without pasting.
+    void internalCopyWillWrite();
+
+    /// Hides the history window.
+    std::function<void()> onHideWindow;
+
+private:
+    PasteboardContents contentsOf(const ClipboardItem &item) const;
+    PasteboardContents imageContents(const ClipboardItem &item) const;
+    PasteboardContents fileContents(const ClipboardItem &item) const;
+    void refocus(const std::optional<RunningApplication> &target);
+    void sendKeystroke();
+    bool simulatePasteKeystroke();
+    void finishPaste(std::chrono::milliseconds delay);
+    void later(std::chrono::milliseconds delay, std::function<void()> step);
+
+    Pasteboard &m_pasteboard;
+    Workspace &m_workspace;
+    PasteKeystroke &m_keystroke;
+    Scheduler &m_scheduler;
+    ClipboardMonitor &m_monitor;
+    const UserDefaults &m_defaults;
+    QString m_imagesDirectory;
+    std::optional<RunningApplication> m_previouslyActiveApp;
+    bool m_isPasting = false;
+    /// Steps that are still to come look at it: once it is gone, so is the pipeline.
+    std::shared_ptr<char> m_alive = std::make_shared<char>();
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class QSocketNotifier;
+
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, so that a session that ends
+/// does not cut the program off in the middle. One object in the process.
+class TerminationSignals : public QObject
+{
+public:
+    explicit TerminationSignals(std::function<void()> onTerminate);
+    ~TerminationSignals() override;
+
+private:
+    void handle();
+
+    std::function<void()> m_onTerminate;
+    QSocketNotifier *m_notifier = nullptr; ///< Belongs to this object.
+};

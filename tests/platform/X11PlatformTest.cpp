@@ -1,0 +1,118 @@
+#include "platform/x11/X11Platform.h"
+
+#include "platform/ImageCodec.h"
+#include "tests/platform/PrivateDesktop.h"
+
+#include <QGuiApplication>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class NoCodec : public ImageCodec
+{
+public:
+    std::optional<PasteboardImage> tiffFromPicture(const QByteArray &) const override
+    {
+        return std::nullopt;
+    }
+};
+
+} // namespace
+
+class X11PlatformTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit X11PlatformTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+
+private slots:
+    void cleanup() { qputenv("DISPLAY", m_desktop.displayName()); }
+    void platformOffersEverything();
+    void withoutADisplayThereIsAReason_data();
+    void withoutADisplayThereIsAReason();
+    void serverWithoutExtensionsStillServes();
+
+private:
+    PrivateDesktop &m_desktop;
+    NoCodec m_codec;
+};
+
+void X11PlatformTest::platformOffersEverything()
+{
+    requireX11Display();
+    const std::unique_ptr<Platform> platform = makeX11Platform(m_codec);
+
+    QVERIFY(platform->pasteKeystroke().isPermitted());
+    QVERIFY(!platform->appearance().isComposited());
+    QVERIFY(!platform->workspace().frontmostApplication());
+    int pressCount = 0;
+    platform->globalHotkey().onPressed = [&pressCount] { ++pressCount; };
+    QCOMPARE(platform->globalHotkey().assign(49, 0x800), 0);
+    QPoint place;
+    platform->pointerMonitor().onMousePressed = [&place](QPoint position) { place = position; };
+    platform->pointerMonitor().start();
+    m_desktop.xdotool(u"key alt+space mousemove 7 8 click 1"_s);
+    QTRY_COMPARE(place, QPoint(7, 8));
+    QCOMPARE(pressCount, 1);
+}
+
+void X11PlatformTest::withoutADisplayThereIsAReason_data()
+{
+    QTest::addColumn<QByteArray>("display");
+    QTest::addColumn<QByteArray>("reason");
+
+    QTest::newRow("not set") << QByteArray()
+                             << QByteArray("There is no X11 display: DISPLAY is not set");
+    QTest::newRow("not there") << QByteArray(":4711")
+                               << QByteArray("The X11 display :4711 cannot be reached");
+    QTest::newRow("no name of a display")
+        << QByteArray("nonsense") << QByteArray("The X11 display nonsense cannot be reached");
+    QTest::newRow("no such screen")
+        << m_desktop.displayName() + ".7"
+        << "The X11 display " + m_desktop.displayName() + ".7 cannot be reached";
+}
+
+void X11PlatformTest::withoutADisplayThereIsAReason()
+{
+    QFETCH(QByteArray, display);
+    QFETCH(QByteArray, reason);
+    qputenv("DISPLAY", display);
+
+    try {
+        requireX11Display();
+        QFAIL("There is a display");
+    } catch (const PlatformError &error) {
+        QCOMPARE(QByteArray(error.what()), reason);
+    }
+    QVERIFY_EXCEPTION_THROWN(makeX11Platform(m_codec), PlatformError);
+}
+
+void X11PlatformTest::serverWithoutExtensionsStillServes()
+{
+    PrivateDesktop bare;
+    QVERIFY(bare.start({u"-extension"_s, u"XTEST"_s, u"-extension"_s, u"XFIXES"_s,
+                        u"-extension"_s, u"COMPOSITE"_s}));
+    {
+        const std::unique_ptr<Platform> platform = makeX11Platform(m_codec);
+        QVERIFY(!platform->pasteKeystroke().isPermitted());
+        QVERIFY(!platform->pasteKeystroke().postKeyDown());
+        QVERIFY(!platform->appearance().isComposited());
+        QCOMPARE(platform->globalHotkey().assign(49, 0x800), 0);
+    }
+}
+
+int main(int argc, char *argv[])
+{
+    PrivateDesktop desktop;
+    if (!desktop.start())
+        return EXIT_FAILURE;
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QGuiApplication application(argc, argv);
+    X11PlatformTest test(desktop);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "X11PlatformTest.moc"

@@ -105,15 +105,6 @@ bool isSameImage(const ClipboardItem &one, const ClipboardItem &other)
     return one.imageFileName && other.imageFileName && *one.imageFileName == *other.imageFileName;
 }
 
-bool isDuplicate(const ClipboardItem &element, const ClipboardItem &item)
-{
-    if (element.contentHash == item.contentHash)
-        return true;
-    if (element.contentType != item.contentType)
-        return false;
-    return element.hasSameContent(item);
-}
-
 } // namespace
 
 QString rawValue(ClipboardContentType type)
@@ -209,7 +200,7 @@ std::optional<qsizetype> firstDuplicateIndex(const ClipboardItemList &items,
                                              const ClipboardItem &item)
 {
     const auto found = std::ranges::find_if(
-        items, [&item](const ClipboardItemPointer &element) { return isDuplicate(*element, item); });
+        items, [&item](const ClipboardItemPointer &element) { return element->hasSameContent(item); });
     if (found == items.end())
         return std::nullopt;
     return found - items.begin();

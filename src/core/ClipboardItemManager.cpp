@@ -42,7 +42,7 @@ ClipboardItemManager::~ClipboardItemManager()
 
 ClipboardItemList ClipboardItemManager::items() const
 {
-    return m_isolationQueue.read([this] { return m_items; });
+    return m_isolationQueue.read([this] { return m_items.items(); });
 }
 
 qsizetype ClipboardItemManager::capacity() const
@@ -93,10 +93,10 @@ void ClipboardItemManager::toggleFavorite(const QUuid &id)
 void ClipboardItemManager::updateTags(const QUuid &id, const QStringList &tags)
 {
     m_isolationQueue.barrier([this, id, tags] {
-        const auto index = indexOf(id);
+        const auto index = m_items.indexOf(id);
         if (!index)
             return;
-        ClipboardItem item = *m_items.at(*index);
+        ClipboardItem item = *m_items.items().at(*index);
         item.tags = tags;
         item.markChanged(ClipboardItem::ContentHash::Keep, m_clock.now());
         persistUpsert(u"update tags"_s, replaceAt(*index, std::move(item)), {});
@@ -139,7 +139,7 @@ void ClipboardItemManager::drain()
 void ClipboardItemManager::load()
 {
     try {
-        m_items = m_historyStore->loadItems();
+        m_items.assign(m_historyStore->loadItems());
     } catch (const std::exception &error) {
         printLine(u"Failed to load clipboard history: "_s + QString::fromUtf8(error.what()));
         return;
@@ -150,7 +150,7 @@ void ClipboardItemManager::load()
             store.markItemsDeleted(evictedIds);
         });
     }
-    printLine(u"Loaded %1 items from disk"_s.arg(m_items.size()));
+    printLine(u"Loaded %1 items from disk"_s.arg(m_items.items().size()));
 }
 
 void ClipboardItemManager::persist(const QString &label, StoreWork work)
@@ -190,8 +190,8 @@ void ClipboardItemManager::insert(ClipboardItem item)
 
     QList<QUuid> deletedIds;
     ClipboardItemPointer replacedImage;
-    if (const auto index = firstDuplicateIndex(m_items, item)) {
-        const ClipboardItemPointer old = m_items.at(*index);
+    if (const auto index = m_items.firstDuplicateIndex(item)) {
+        const ClipboardItemPointer old = m_items.items().at(*index);
         deletedIds.append(old->id);
         item.isFavorite = item.isFavorite || old->isFavorite;
         const bool isImage = item.contentType == ClipboardContentType::Image;
@@ -212,7 +212,7 @@ void ClipboardItemManager::insert(ClipboardItem item)
         m_imageStorage.deleteImageFiles(*replacedImage);
 
     auto added = std::make_shared<const ClipboardItem>(std::move(item));
-    m_items.prepend(added);
+    m_items.insert(added);
     deletedIds += applyLimits();
     persistUpsert(u"persist clipboard item"_s, std::move(added), deletedIds);
 }
@@ -232,7 +232,7 @@ void ClipboardItemManager::storeImage(ClipboardItem &item)
 
 QList<QUuid> ClipboardItemManager::applyLimits()
 {
-    const ClipboardItemList evicted = trimToCapacity(m_items, capacity());
+    const ClipboardItemList evicted = m_items.trim(capacity());
     for (const ClipboardItemPointer &item : evicted)
         m_imageStorage.deleteImageFiles(*item);
     return idsOf(evicted);
@@ -240,10 +240,10 @@ QList<QUuid> ClipboardItemManager::applyLimits()
 
 void ClipboardItemManager::remove(const QUuid &id)
 {
-    const auto index = indexOf(id);
+    const auto index = m_items.indexOf(id);
     if (!index)
         return;
-    m_imageStorage.deleteImageFiles(*m_items.at(*index));
+    m_imageStorage.deleteImageFiles(*m_items.items().at(*index));
     m_items.removeAt(*index);
     persist(u"delete clipboard item"_s,
             [id](ClipboardHistoryStore &store) { store.markItemsDeleted({id}); });
@@ -253,13 +253,13 @@ void ClipboardItemManager::clear(Favorites favorites)
 {
     ClipboardItemList deleted;
     ClipboardItemList kept;
-    for (const ClipboardItemPointer &item : std::as_const(m_items)) {
+    for (const ClipboardItemPointer &item : m_items.items()) {
         const bool isKept = favorites == Favorites::Keep && item->isFavorite;
         (isKept ? kept : deleted).append(item);
     }
     for (const ClipboardItemPointer &item : std::as_const(deleted))
         m_imageStorage.deleteImageFiles(*item);
-    m_items = kept;
+    m_items.assign(std::move(kept));
 
     persist(u"delete clipboard items"_s, [this, ids = idsOf(deleted)](ClipboardHistoryStore &store) {
         store.hardDeleteItems(ids);
@@ -276,17 +276,13 @@ void ClipboardItemManager::clear(Favorites favorites)
 
 void ClipboardItemManager::invertFavorite(const QUuid &id)
 {
-    const auto index = indexOf(id);
+    const auto index = m_items.indexOf(id);
     if (!index)
         return;
-    ClipboardItem item = *m_items.at(*index);
+    ClipboardItem item = *m_items.items().at(*index);
     if (!item.isFavorite) {
-        const auto count = std::ranges::count_if(m_items, &ClipboardItem::isFavorite,
-                                                 [](const auto &element) -> const ClipboardItem & {
-                                                     return *element;
-                                                 });
         const qsizetype limit = capacity();
-        if (count >= limit) {
+        if (m_items.favoriteCount() >= limit) {
             complete([this, limit] { emit favoriteLimitReached(limit); });
             return;
         }
@@ -303,10 +299,10 @@ void ClipboardItemManager::invertFavorite(const QUuid &id)
 
 std::optional<ClipboardItem> ClipboardItemManager::replaceText(const QUuid &id, const QString &text)
 {
-    const auto index = indexOf(id);
+    const auto index = m_items.indexOf(id);
     if (!index)
         return std::nullopt;
-    ClipboardItem item = *m_items.at(*index);
+    ClipboardItem item = *m_items.items().at(*index);
     if (item.contentType != ClipboardContentType::Text
         && item.contentType != ClipboardContentType::Url)
         return std::nullopt;
@@ -329,10 +325,10 @@ void ClipboardItemManager::editTags(const QString &label, const QString &name,
                                     const std::function<void(QStringList &)> &edit)
 {
     ClipboardItemList changed;
-    for (qsizetype index = 0; index < m_items.size(); ++index) {
-        if (!m_items.at(index)->tags.contains(name))
+    for (qsizetype index = 0; index < m_items.items().size(); ++index) {
+        if (!m_items.items().at(index)->tags.contains(name))
             continue;
-        ClipboardItem item = *m_items.at(index);
+        ClipboardItem item = *m_items.items().at(index);
         edit(item.tags);
         item.markChanged(ClipboardItem::ContentHash::Keep, m_clock.now());
         changed.append(replaceAt(index, std::move(item)));
@@ -350,18 +346,9 @@ void ClipboardItemManager::editTags(const QString &label, const QString &name,
     });
 }
 
-std::optional<qsizetype> ClipboardItemManager::indexOf(const QUuid &id) const
-{
-    const auto found = std::ranges::find_if(
-        m_items, [&id](const ClipboardItemPointer &item) { return item->id == id; });
-    if (found == m_items.end())
-        return std::nullopt;
-    return found - m_items.begin();
-}
-
 ClipboardItemPointer ClipboardItemManager::replaceAt(qsizetype index, ClipboardItem item)
 {
     auto pointer = std::make_shared<const ClipboardItem>(std::move(item));
-    m_items[index] = pointer;
+    m_items.replaceAt(index, pointer);
     return pointer;
 }

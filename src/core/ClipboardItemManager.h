@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ClipboardHistoryStore.h"
+#include "core/HistoryList.h"
 #include "core/ImageStorage.h"
 #include "foundation/IsolationQueue.h"
 
@@ -95,14 +96,13 @@ private:
     std::optional<ClipboardItem> replaceText(const QUuid &id, const QString &text);
     void editTags(const QString &label, const QString &name,
                   const std::function<void(QStringList &)> &edit);
-    std::optional<qsizetype> indexOf(const QUuid &id) const;
     ClipboardItemPointer replaceAt(qsizetype index, ClipboardItem item);
 
     const UserDefaults &m_defaults;
     const Clock &m_clock;
     ImageStorage m_imageStorage;
     std::unique_ptr<ClipboardHistoryStore> m_historyStore; ///< Belongs to the persistence queue.
-    ClipboardItemList m_items; ///< Belongs to the isolation queue.
+    HistoryList m_items; ///< Belongs to the isolation queue.
     // The queues end before what their work touches.
     mutable SerialQueue m_persistenceQueue{"tessarine.persistence"};
     mutable IsolationQueue m_isolationQueue{"tessarine.isolation"};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ClipboardItem.h"
+#include <QtGlobal>
 
 class UserDefaults;
 
@@ -12,7 +12,3 @@ qsizetype normalizedCapacity(qint64 value);
 
 /// The capacity that the user has chosen; read at each call.
 qsizetype currentCapacity(const UserDefaults &defaults);
-
-/// Sorts \a items newest first, keeping the order of equals, and takes the oldest entries beyond
-/// \a capacity out of it; favourites neither count nor go. Returns what was taken, newest first.
-ClipboardItemList trimToCapacity(ClipboardItemList &items, qsizetype capacity);

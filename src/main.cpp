@@ -22,8 +22,12 @@
 #include <cstdlib>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+/// The start itself is over by then.
+constexpr auto kWarmUpDelay = 300ms;
 
 QString applicationSupportDirectory()
 {
@@ -82,6 +86,7 @@ int runApplication(QApplication &application, SingleInstance &instance)
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
     delegate.applicationDidFinishLaunching();
+    scheduler.runAfter(kWarmUpDelay, [&] { warmUpHistoryWindow(windowCollaborators); });
     const int status = QApplication::exec();
     instance.onActivated = nullptr;
     return status;

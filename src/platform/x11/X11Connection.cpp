@@ -1,5 +1,7 @@
 #include "platform/x11/X11Connection.h"
 
+#include "platform/x11/X11Platform.h"
+
 #include "platform/Platform.h"
 #include "platform/x11/XcbXkb.h"
 
@@ -50,7 +52,26 @@ xcb_screen_t *findScreen(xcb_connection_t *xcb, int screenNumber)
     return nullptr;
 }
 
+/// \throws PlatformError
+xcb_connection_t *openDisplay(const QByteArray &displayName, int *screenNumber)
+{
+    const QByteArray name = displayName.isEmpty() ? qgetenv("DISPLAY") : displayName;
+    if (name.isEmpty())
+        throw PlatformError("There is no X11 display: DISPLAY is not set");
+    xcb_connection_t *xcb = xcb_connect(name.constData(), screenNumber);
+    if (xcb_connection_has_error(xcb) == 0 && findScreen(xcb, *screenNumber))
+        return xcb;
+    xcb_disconnect(xcb);
+    throw PlatformError("The X11 display " + name.toStdString() + " cannot be reached");
+}
+
 } // namespace
+
+void requireX11Display()
+{
+    int screenNumber = 0;
+    xcb_disconnect(openDisplay({}, &screenNumber));
+}
 
 X11Connection::X11Connection(const QByteArray &displayName)
 {
@@ -69,19 +90,9 @@ X11Connection::~X11Connection()
 
 void X11Connection::connectToServer(const QByteArray &displayName)
 {
-    const QByteArray name = displayName.isEmpty() ? qgetenv("DISPLAY") : displayName;
-    if (name.isEmpty())
-        throw PlatformError("There is no X11 display: DISPLAY is not set");
-
     int screenNumber = 0;
-    m_xcb = xcb_connect(name.constData(), &screenNumber);
-    xcb_screen_t *screen = xcb_connection_has_error(m_xcb) == 0 ? findScreen(m_xcb, screenNumber)
-                                                                : nullptr;
-    if (!screen) {
-        xcb_disconnect(m_xcb);
-        throw PlatformError("The X11 display " + name.toStdString() + " cannot be reached");
-    }
-    m_rootWindow = screen->root;
+    m_xcb = openDisplay(displayName, &screenNumber);
+    m_rootWindow = findScreen(m_xcb, screenNumber)->root;
     learnServer(screenNumber);
 }
 

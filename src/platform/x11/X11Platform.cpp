@@ -48,11 +48,6 @@ private:
 
 } // namespace
 
-void requireX11Display()
-{
-    const X11Connection connection;
-}
-
 std::unique_ptr<Platform> makeX11Platform(const ImageCodec &codec)
 {
     return std::make_unique<X11Platform>(codec);

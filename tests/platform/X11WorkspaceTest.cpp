@@ -25,7 +25,10 @@ class X11WorkspaceTest : public QObject
     Q_OBJECT
 
 public:
-    explicit X11WorkspaceTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit X11WorkspaceTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void init();
@@ -41,6 +44,7 @@ private slots:
     void deadWindowIsIgnored_data() { addWindowManagers(); }
     void deadWindowIsIgnored();
     void activationIsAnnouncedOnce();
+    void laterListenerHearsOfTheSameWindow();
     void ownWindowGetsTheFocus_data() { addWindowManagers(); }
     void ownWindowGetsTheFocus();
     void ownWindowIsOurs();
@@ -146,8 +150,7 @@ void X11WorkspaceTest::frontmostApplicationIsDescribed()
     QFETCH(QString, name);
     startWindowManager(windowManager);
 
-    const quint32 window
-        = m_desktop.openWindow(command.first(), command.mid(1), windowClass);
+    const quint32 window = m_desktop.openWindow(command.first(), command.mid(1), windowClass);
     QVERIFY(window != 0);
     if (windowManager.isEmpty())
         m_desktop.xdotool(u"windowfocus %1"_s.arg(window));
@@ -258,6 +261,26 @@ void X11WorkspaceTest::activationIsAnnouncedOnce()
     QTRY_COMPARE(announced, (QList<quint64>{first, second}));
     m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
     QTRY_COMPARE(announced, (QList<quint64>{first, second, first}));
+}
+
+void X11WorkspaceTest::laterListenerHearsOfTheSameWindow()
+{
+    QList<quint64> announced;
+    const auto listen = [&announced](const RunningApplication &application) {
+        announced.append(application.window);
+    };
+    startWindowManager(u"openbox"_s);
+    m_workspace->onApplicationActivated = listen;
+    const quint32 first = openTerminal(u"first"_s);
+    QTRY_COMPARE(announced, QList<quint64>{first});
+
+    m_workspace->onApplicationActivated = nullptr;
+    const quint32 second = openTerminal(u"second"_s);
+    QTRY_VERIFY(isFrontmost(second));
+    QCoreApplication::processEvents();
+    m_workspace->onApplicationActivated = listen;
+    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
+    QTRY_COMPARE(announced, (QList<quint64>{first, first}));
 }
 
 void X11WorkspaceTest::ownWindowGetsTheFocus()

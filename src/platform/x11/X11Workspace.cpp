@@ -18,8 +18,8 @@ constexpr quint32 kSourcePerson = 2;
 /// Qt's own connection; null where Qt does not draw on X11.
 xcb_connection_t *qtConnection()
 {
-    const auto *native = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
-                                 : nullptr;
+    const auto *native =
+        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     return native ? native->connection() : nullptr;
 }
 
@@ -29,7 +29,8 @@ xcb_connection_t *qtConnection()
 class X11Workspace::UserTimeFilter : public QAbstractNativeEventFilter
 {
 public:
-    explicit UserTimeFilter(X11Connection &connection) : m_connection(connection)
+    explicit UserTimeFilter(X11Connection &connection)
+        : m_connection(connection)
     {
         qApp->installNativeEventFilter(this);
     }
@@ -52,8 +53,8 @@ private:
     void notePointerPress(const void *message)
     {
         const auto *event = static_cast<const xcb_input_button_press_event_t *>(message);
-        if (event->extension == m_connection.xinput().majorOpcode
-            && event->event_type == XCB_INPUT_BUTTON_PRESS)
+        if (event->extension == m_connection.xinput().majorOpcode &&
+            event->event_type == XCB_INPUT_BUTTON_PRESS)
             m_connection.noteUserTime(event->time);
     }
 
@@ -96,8 +97,8 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const
 RunningApplication X11Workspace::describe(quint32 window,
                                           const X11Windows::Identity &identity) const
 {
-    const QString key
-        = identity.gtkApplicationId + u'\n' + identity.instanceName + u'\n' + identity.className;
+    const QString key =
+        identity.gtkApplicationId + u'\n' + identity.instanceName + u'\n' + identity.className;
     RunningApplication application = m_known.value(key);
     if (application.bundleIdentifier.isEmpty()) {
         const auto entry = m_entries.findByWindow(identity.gtkApplicationId, identity.instanceName,
@@ -205,12 +206,12 @@ void X11Workspace::focus(quint32 window)
 
 void X11Workspace::handleX11Event(int type, const void *event)
 {
-    if (type == XCB_MAP_NOTIFY && m_windowToFocus != 0
-        && static_cast<const xcb_map_notify_event_t *>(event)->window == m_windowToFocus) {
+    if (type == XCB_MAP_NOTIFY && m_windowToFocus != 0 &&
+        static_cast<const xcb_map_notify_event_t *>(event)->window == m_windowToFocus) {
         focus(m_windowToFocus);
         return;
     }
-    if (type != XCB_PROPERTY_NOTIFY || !onApplicationActivated)
+    if (type != XCB_PROPERTY_NOTIFY)
         return;
     const auto *property = static_cast<const xcb_property_notify_event_t *>(event);
     if (property->atom == m_connection.atom(X11Atom::NetActiveWindow))
@@ -219,6 +220,11 @@ void X11Workspace::handleX11Event(int type, const void *event)
 
 void X11Workspace::announceActivation()
 {
+    if (!onApplicationActivated) {
+        // Whoever listens next has heard of none.
+        m_announcedWindow = 0;
+        return;
+    }
     const std::optional<RunningApplication> application = frontmostApplication();
     // In between no window has the focus; that is no activation.
     if (!application || application->window == m_announcedWindow)

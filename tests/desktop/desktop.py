@@ -89,8 +89,7 @@ class Desktop:
                 self.start_bus()
             self.start_window_manager()
             self.start_compositor()
-            if self.tray:
-                self.spawn(*self.tray.split())
+            self.start_tray()
         except BaseException:
             self.__exit__()
             raise
@@ -144,6 +143,13 @@ class Desktop:
         self.spawn(*self.compositor.split())
         wait_until(lambda: self.is_selection_owned("_NET_WM_CM_S0"),
                    f"{self.compositor} to come up", 15)
+
+    def start_tray(self):
+        if not self.tray:
+            return
+        self.spawn(*self.tray.split())
+        wait_until(lambda: self.is_selection_owned("_NET_SYSTEM_TRAY_S0"),
+                   f"{self.tray} to come up", 15)
 
     def spawn(self, *command, env=None, **options):
         """Starts a program on this desktop; what it prints goes to a log file."""

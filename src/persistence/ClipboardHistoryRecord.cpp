@@ -98,6 +98,24 @@ CREATE INDEX ClipboardHistoryRecord_loadOrder
 PRAGMA user_version = 1;
 )";
 
+// A row whose size changes is written anew as a whole, and a deletion adds a date of eight bytes. So
+// the list of tags of a long live row ends in eight blanks, which mean nothing to JSON; the date
+// takes their place, and the long text stays where it is.
+constexpr QByteArrayView kRoomForDate = "        ";
+constexpr qsizetype kLongRow = 4096;
+
+constexpr auto kMarkDeleted = R"(
+UPDATE ClipboardHistoryRecord
+SET deletedAt = :now, updatedAt = :now,
+    lastSyncTime = CASE WHEN cloudRecordID IS NULL AND syncStatusRaw = 'local'
+                   THEN lastSyncTime END,
+    syncStatusRaw = CASE WHEN cloudRecordID IS NULL AND syncStatusRaw = 'local'
+                    THEN syncStatusRaw ELSE 'pending' END,
+    tagsJSON = CASE WHEN deletedAt IS NULL AND substr(tagsJSON, -8) = x'2020202020202020'
+               THEN substr(tagsJSON, 1, length(tagsJSON) - 8) ELSE tagsJSON END
+WHERE id = :id
+)";
+
 /// "a, b, c", each name put into \a form in place of "%".
 std::string columnList(const std::string &form, size_t firstColumn = 0)
 {
@@ -140,6 +158,14 @@ QStringList listOf(QByteArrayView json)
     return strings;
 }
 
+bool isLong(const ClipboardItem &item)
+{
+    const qsizetype textSize = item.stringValue ? item.stringValue->byteCount() : 0;
+    const qsizetype htmlSize = item.htmlRepresentation ? item.htmlRepresentation->size() : 0;
+    const qsizetype rtfSize = item.rtfRepresentation ? item.rtfRepresentation->size() : 0;
+    return textSize + htmlSize + rtfSize > kLongRow;
+}
+
 /// Sets parameters by column; what is absent stays null.
 class RowBinder
 {
@@ -173,9 +199,9 @@ public:
             number(column, microsecondsSinceEpoch(*value));
     }
 
-    void list(int column, const QStringList &strings)
+    void list(int column, const QStringList &strings, QByteArrayView blanks = {})
     {
-        m_statement.bindBytes(column + 1, jsonOf(strings));
+        m_statement.bindBytes(column + 1, jsonOf(strings).append(blanks));
     }
 
 private:
@@ -227,6 +253,11 @@ std::string upsertSql()
           " ClipboardHistoryRecord.timestamp)";
 }
 
+std::string markDeletedSql()
+{
+    return kMarkDeleted;
+}
+
 void bindItem(SQLiteStatement &statement, const ClipboardItem &item)
 {
     RowBinder row(statement);
@@ -244,7 +275,8 @@ void bindItem(SQLiteStatement &statement, const ClipboardItem &item)
     row.text(Column::filePath, item.filePath);
     row.bytes(Column::fileBookmarkData, item.fileBookmarkData);
     row.list(Column::fileTypesJSON, item.fileTypes);
-    row.list(Column::tagsJSON, item.tags);
+    const bool needsRoom = isLong(item) && !item.deletedAt;
+    row.list(Column::tagsJSON, item.tags, needsRoom ? kRoomForDate : QByteArrayView());
     row.number(Column::isFavorite, item.isFavorite);
     row.text(Column::cloudRecordID, item.cloudRecordID);
     row.utf8(Column::syncStatusRaw, rawValue(item.syncStatus).toUtf8());

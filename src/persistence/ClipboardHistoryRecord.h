@@ -26,6 +26,9 @@ std::string selectLiveSql();
 /// The parameters are those that bindItem() sets.
 std::string upsertSql();
 
+/// Turns the row with the id of parameter 2 into a tombstone of the time in parameter 1.
+std::string markDeletedSql();
+
 /// Sets the parameters of upsertSql(). \a item must stay as it is until the run ends.
 /// \throws StoreError
 void bindItem(SQLiteStatement &statement, const ClipboardItem &item);

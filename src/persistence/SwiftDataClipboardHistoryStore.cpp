@@ -25,16 +25,6 @@ constexpr auto kConfigure = "PRAGMA journal_mode = WAL;"
                             "PRAGMA secure_delete = FAST;"
                             "PRAGMA cache_size = -512;";
 
-constexpr auto kMarkDeleted = R"(
-UPDATE ClipboardHistoryRecord
-SET deletedAt = :now, updatedAt = :now,
-    lastSyncTime = CASE WHEN cloudRecordID IS NULL AND syncStatusRaw = 'local'
-                   THEN lastSyncTime END,
-    syncStatusRaw = CASE WHEN cloudRecordID IS NULL AND syncStatusRaw = 'local'
-                    THEN syncStatusRaw ELSE 'pending' END
-WHERE id = :id
-)";
-
 /// Refuses what is not ours and what a later version wrote.
 void requireKnownSchema(SQLiteConnection &connection)
 {
@@ -81,7 +71,7 @@ struct SwiftDataClipboardHistoryStore::Impl
     std::unique_ptr<SQLiteConnection> connection;
     SQLiteStatement selectLive{*connection, ClipboardHistoryRecord::selectLiveSql()};
     SQLiteStatement upsert{*connection, ClipboardHistoryRecord::upsertSql()};
-    SQLiteStatement markDeleted{*connection, kMarkDeleted};
+    SQLiteStatement markDeleted{*connection, ClipboardHistoryRecord::markDeletedSql()};
     SQLiteStatement hardDelete{*connection, "DELETE FROM ClipboardHistoryRecord WHERE id = :id"};
     SQLiteStatement purgeDeleted{*connection,
                                  "DELETE FROM ClipboardHistoryRecord WHERE deletedAt IS NOT NULL"};

@@ -44,6 +44,7 @@ private slots:
     void aTombstoneOfAnUnknownIdIsARowOfItsOwn();
     void anIdGivenTwiceLeavesOneTombstone();
     void aTombstoneKeepsItsContent();
+    void deletingALongTextDoesNotWriteItAgain();
     void aTombstoneOfASyncedRecordIsPending_data();
     void aTombstoneOfASyncedRecordIsPending();
     void positionIsAlwaysZero();
@@ -352,6 +353,25 @@ void SwiftDataClipboardHistoryStoreTest::aTombstoneKeepsItsContent()
     const QString now = QString::number(microsecondsSinceEpoch(m_clock.now()));
     QCOMPARE(raw("SELECT stringValue, timestamp, updatedAt, deletedAt FROM ClipboardHistoryRecord"),
              (QStringList{u"text"_s, then, now, now}.join(u'|')));
+}
+
+void SwiftDataClipboardHistoryStoreTest::deletingALongTextDoesNotWriteItAgain()
+{
+    ClipboardItem item = textItem(u"long "_s.repeated(100'000), m_clock.now());
+    item.tags = {u"work"_s};
+    m_store->upsertItem(item);
+    QVERIFY(onlyItem() == item);
+    m_store->compactStorage(); // The log begins anew.
+    m_store->markItemsDeleted({item.id});
+    QVERIFY(QFileInfo(path() + u"-wal"_s).size() < 20'000);
+    QCOMPARE(raw("SELECT CAST(tagsJSON AS TEXT), length(stringValue) FROM ClipboardHistoryRecord"),
+             u"[\"work\"]|500000"_s);
+    m_store->markItemsDeleted({item.id});
+    QCOMPARE(raw("SELECT CAST(tagsJSON AS TEXT) FROM ClipboardHistoryRecord"), u"[\"work\"]"_s);
+    // And back to life.
+    item.updatedAt = m_clock.now() + 1s;
+    m_store->upsertItem(item);
+    QVERIFY(onlyItem() == item);
 }
 
 void SwiftDataClipboardHistoryStoreTest::aTombstoneOfASyncedRecordIsPending_data()

@@ -1,0 +1,616 @@
+#include "platform/x11/X11Pasteboard.h"
+
+#include "platform/linux/QtImageCodec.h"
+#include "tests/platform/ForeignOwner.h"
+#include "tests/platform/PrivateDisplay.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype kLargeByteCount = 50 * 1000 * 1000;
+
+/// Text that shows it when pieces are lost or change places.
+QByteArray largeText()
+{
+    QByteArray text;
+    text.reserve(kLargeByteCount);
+    for (int line = 0; text.size() < kLargeByteCount; ++line)
+        text += QByteArray::number(line) + '\n';
+    text.truncate(kLargeByteCount);
+    return text;
+}
+
+QByteArray pngOf(const QImage &image)
+{
+    QByteArray file;
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return file;
+}
+
+QImage smallPicture()
+{
+    QImage image(7, 5, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    image.setPixelColor(3, 2, Qt::blue);
+    return image;
+}
+
+/// Copies by a program that nobody here wrote.
+void xclipCopy(const QByteArray &data, const QString &target = {})
+{
+    QStringList arguments = {u"-selection"_s, u"clipboard"_s};
+    if (!target.isEmpty())
+        arguments << u"-t"_s << target;
+    QProcess xclip;
+    // The copy stays behind in the background, and would keep our pipes open.
+    xclip.setStandardOutputFile(QProcess::nullDevice());
+    xclip.setStandardErrorFile(QProcess::nullDevice());
+    xclip.start(u"xclip"_s, arguments);
+    xclip.write(data);
+    xclip.closeWriteChannel();
+    QVERIFY(xclip.waitForFinished());
+}
+
+QByteArray xclipPaste(const QString &target, const QString &selection = u"clipboard"_s)
+{
+    QProcess xclip;
+    xclip.start(u"xclip"_s, {u"-o"_s, u"-selection"_s, selection, u"-t"_s, target});
+    xclip.waitForFinished(20000);
+    return xclip.exitCode() == 0 ? xclip.readAllStandardOutput() : QByteArray();
+}
+
+/// What hostile_requestor.py says.
+QByteArray ask(const QStringList &arguments)
+{
+    QProcess requestor;
+    requestor.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    requestor.start(u"/usr/bin/python3"_s,
+                    QStringList{QFINDTESTDATA("../desktop/hostile_requestor.py")} + arguments);
+    requestor.waitForFinished();
+    return requestor.readAllStandardOutput();
+}
+
+QStringList offeredTargets()
+{
+    return QString::fromUtf8(xclipPaste(u"TARGETS"_s)).split(u'\n', Qt::SkipEmptyParts);
+}
+
+PasteboardContents plainText(const QByteArray &text)
+{
+    PasteboardContents contents;
+    contents.add(PasteboardType::kString, text);
+    return contents;
+}
+
+} // namespace
+
+class X11PasteboardTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void whatLiesThereAtStartIsNoChange();
+    void textOfAnotherProgramIsRead();
+    void changesAreCalledOutOnTheMainThread();
+    void copiesInQuickSuccessionAreAllKept();
+    void latinTextIsDecoded();
+    void anEmptyTextIsPresent();
+    void richFormsAreReadByteForByte();
+    void aPictureIsRead();
+    void aPictureBesideATextIsNotFetched();
+    void copiesBehindAPictureKeepTheirOrder();
+    void fileListsAreRead();
+    void aLargeTextIsRead();
+    void aSecretIsNeverFetched();
+    void aHarmlessMarkDoesNotHinder();
+    void aMarkThatIsNotTaughtCountsAsSecret();
+    void theNextCopyIsReadAfterATroublesomeOwner_data();
+    void theNextCopyIsReadAfterATroublesomeOwner();
+    void anOwnerThatGoesSilentCostsOnlyWhatItWithholds();
+    void refusedFormsAreAbsent();
+    void anotherKindOfAnswerIsNoText();
+    void aFloodOfTargetsIsCutOff();
+    void aClearedClipboardIsAChange();
+    void anOwnerThatEndsIsNoChange();
+
+    void ownWritesAreMarkedAndNotReadBack();
+    void writtenTextIsServed();
+    void textBeyondLatinIsNotOfferedAsString();
+    void richFormsAreServedByteForByte();
+    void filesAreServedAsFileManagersWantThem();
+    void aLargeTextIsServed();
+    void severalProgramsAreServedAtOnce();
+    void aRequestorThatEndsHalfWayHindersNobody();
+    void severalTargetsAreServedInOneRequest();
+    void programsOfAnOlderTimeAreServed();
+    void whoAsksForAnEarlierTimeIsRefused();
+    void anEmptyWriteClears();
+    void primaryIsServedOnDemand();
+    void primaryIsRefusedWhenTheClipboardIsNotOurs();
+
+private:
+    void verifyNextCopyIsRead();
+
+    QtImageCodec m_codec;
+    std::unique_ptr<X11Pasteboard> m_pasteboard;
+    int m_changeCalls = 0;
+};
+
+void X11PasteboardTest::init()
+{
+    m_changeCalls = 0;
+    m_pasteboard = std::make_unique<X11Pasteboard>(m_codec);
+    m_pasteboard->onChanged = [this] { ++m_changeCalls; };
+}
+
+void X11PasteboardTest::cleanup()
+{
+    m_pasteboard.reset();
+}
+
+/// Another program can still copy, and is read at once.
+void X11PasteboardTest::verifyNextCopyIsRead()
+{
+    const QByteArray text = "next copy " + QByteArray::number(QRandomGenerator::global()->generate());
+    xclipCopy(text);
+    QTRY_COMPARE_WITH_TIMEOUT(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(), text,
+                              1000);
+}
+
+void X11PasteboardTest::whatLiesThereAtStartIsNoChange()
+{
+    ForeignOwner owner(u"honest"_s, {u"UTF8_STRING:=old"_s});
+    QTRY_VERIFY(owner.hasSaid(u"owned"_s));
+    const auto late = std::make_unique<X11Pasteboard>(m_codec);
+    const quint64 atStart = late->changeCount();
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    const qsizetype asked = owner.askedTargets().size();
+
+    owner.retake();
+    QTRY_COMPARE(late->changeCount(), atStart + 1);
+    // Each of the two pasteboards asked for the offer and the text of what came after its start.
+    QTRY_COMPARE(owner.askedTargets().size(), asked + 4);
+}
+
+void X11PasteboardTest::textOfAnotherProgramIsRead()
+{
+    const quint64 before = m_pasteboard->changeCount();
+    xclipCopy("hello w\xC3\xB6rld");
+
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
+    QCOMPARE(snapshot.changeCount, before + 1);
+    QCOMPARE(snapshot.types, QStringList{PasteboardType::kString.toString()});
+    QCOMPARE(snapshot.string.value().utf8(), QByteArray("hello w\xC3\xB6rld"));
+    QVERIFY(!snapshot.html && !snapshot.rtf && !snapshot.fileUrls && !snapshot.image);
+    QVERIFY(!snapshot.isOwnWrite);
+}
+
+void X11PasteboardTest::changesAreCalledOutOnTheMainThread()
+{
+    xclipCopy("call");
+    QThread *callThread = nullptr;
+    m_pasteboard->onChanged = [&] { callThread = QThread::currentThread(); };
+    QTRY_COMPARE(callThread, QThread::currentThread());
+}
+
+void X11PasteboardTest::copiesInQuickSuccessionAreAllKept()
+{
+    constexpr int kCopies = 20;
+    const quint64 before = m_pasteboard->changeCount();
+    for (int number = 1; number <= kCopies; ++number) {
+        xclipCopy(QByteArray::number(number));
+        // The main thread is busy: no event loop runs here, and nothing is taken.
+        QDeadlineTimer deadline(5000);
+        while (m_pasteboard->changeCount() < before + quint64(number) && !deadline.hasExpired())
+            QThread::yieldCurrentThread();
+    }
+
+    const QList<PasteboardSnapshot> taken = m_pasteboard->takeSnapshotsSince(before + 1);
+    QCOMPARE(taken.size(), kCopies - 1);
+    for (int index = 0; index < taken.size(); ++index)
+        QCOMPARE(taken.at(index).string.value().utf8(), QByteArray::number(index + 2));
+    QVERIFY(m_pasteboard->takeSnapshotsSince(taken.last().changeCount).isEmpty());
+    QCOMPARE(m_pasteboard->snapshot().string.value().utf8(), QByteArray::number(kCopies));
+}
+
+void X11PasteboardTest::latinTextIsDecoded()
+{
+    xclipCopy("gr\xFC\xDF", u"STRING"_s);
+    QTRY_COMPARE(m_pasteboard->snapshot().string.value_or(Utf8Text()).toString(), u"grüß"_s);
+}
+
+void X11PasteboardTest::anEmptyTextIsPresent()
+{
+    const ForeignOwner owner(u"honest"_s, {u"UTF8_STRING:="_s, u"text/html:=<b></b>"_s});
+    QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
+    QVERIFY(m_pasteboard->snapshot().string->isEmpty());
+}
+
+void X11PasteboardTest::richFormsAreReadByteForByte()
+{
+    QTemporaryDir directory;
+    const QByteArray html("<p>\xFF\x00\xFEodd bytes\r\n</p>", 21);
+    QFile file(directory.filePath(u"form.html"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(html);
+    file.close();
+    const ForeignOwner owner(u"honest"_s,
+                             {u"text/html:=@"_s + file.fileName(), u"application/rtf:={\\rtf1 a}"_s,
+                              u"text/plain;charset=UTF-8:=a"_s, u"text/markdown:=*a*"_s});
+
+    QTRY_VERIFY(m_pasteboard->snapshot().html.has_value());
+    const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
+    QCOMPARE(snapshot.html.value(), html);
+    QCOMPARE(snapshot.rtf.value(), QByteArray("{\\rtf1 a}"));
+    QCOMPARE(snapshot.string.value().utf8(), QByteArray("a"));
+}
+
+void X11PasteboardTest::aPictureIsRead()
+{
+    xclipCopy(pngOf(smallPicture()), u"image/png"_s);
+
+    QTRY_VERIFY(m_pasteboard->snapshot().image.has_value());
+    const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
+    QCOMPARE(snapshot.types, QStringList{PasteboardType::kPng.toString()});
+    QCOMPARE(snapshot.image->size, QSize(7, 5));
+    QCOMPARE(QImage::fromData(snapshot.image->tiff).convertToFormat(QImage::Format_RGB32),
+             smallPicture());
+}
+
+void X11PasteboardTest::aPictureBesideATextIsNotFetched()
+{
+    ForeignOwner owner(u"honest"_s,
+                       {u"image/png:=not needed"_s, u"UTF8_STRING:=text"_s, u"image/tiff:=no"_s});
+    QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
+    QTRY_COMPARE(owner.askedTargets(), (QStringList{u"TARGETS"_s, u"UTF8_STRING"_s}));
+    QCOMPARE(m_pasteboard->snapshot().types,
+             (QStringList{PasteboardType::kPng.toString(), PasteboardType::kString.toString(),
+                          PasteboardType::kTiff.toString()}));
+}
+
+void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
+{
+    class SlowCodec : public ImageCodec
+    {
+    public:
+        std::optional<PasteboardImage> tiffFromPicture(const QByteArray &) const override
+        {
+            isAsked.release();
+            mayGoOn.acquire();
+            return PasteboardImage{"tiff", QSize(1, 1)};
+        }
+        mutable QSemaphore isAsked;
+        mutable QSemaphore mayGoOn;
+    };
+    SlowCodec codec;
+    X11Pasteboard pasteboard(codec);
+    xclipCopy("picture", u"image/png"_s);
+    QVERIFY(codec.isAsked.tryAcquire(1, 5000));
+    const quint64 before = pasteboard.changeCount();
+    PasteboardContents own = plainText("text");
+    pasteboard.write(own);
+    QTRY_COMPARE(xclipPaste(u"UTF8_STRING"_s), QByteArray("text"));
+    codec.mayGoOn.release();
+
+    QTRY_COMPARE(pasteboard.changeCount(), before + 2);
+    const QList<PasteboardSnapshot> taken = pasteboard.takeSnapshotsSince(before);
+    QVERIFY(taken.at(0).image.has_value());
+    QCOMPARE(taken.at(1).string.value().utf8(), QByteArray("text"));
+}
+
+void X11PasteboardTest::fileListsAreRead()
+{
+    xclipCopy("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n", u"text/uri-list"_s);
+    QTRY_VERIFY(m_pasteboard->snapshot().fileUrls.has_value());
+    QCOMPARE(m_pasteboard->snapshot().fileUrls.value(),
+             (QList<QUrl>{QUrl::fromLocalFile(u"/tmp/one"_s),
+                          QUrl::fromLocalFile(u"/tmp/tw o"_s)}));
+
+    xclipCopy("copy\nfile:///tmp/three", u"x-special/gnome-copied-files"_s);
+    QTRY_COMPARE(m_pasteboard->snapshot().fileUrls.value_or(QList<QUrl>()),
+                 QList<QUrl>{QUrl::fromLocalFile(u"/tmp/three"_s)});
+}
+
+void X11PasteboardTest::aLargeTextIsRead()
+{
+    const QByteArray text = largeText();
+    xclipCopy(text);
+    QTRY_VERIFY_WITH_TIMEOUT(m_pasteboard->snapshot().string.has_value(), 20000);
+    QVERIFY(m_pasteboard->snapshot().string->utf8() == text);
+}
+
+void X11PasteboardTest::aSecretIsNeverFetched()
+{
+    ForeignOwner owner(u"honest"_s, {u"UTF8_STRING:=password"_s, u"text/html:=password"_s,
+                                     u"x-kde-passwordManagerHint:=secret"_s});
+    const quint64 before = m_pasteboard->changeCount();
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
+    QVERIFY(snapshot.types.isEmpty());
+    QVERIFY(!snapshot.string && !snapshot.html);
+
+    verifyNextCopyIsRead();
+    QTRY_VERIFY(owner.hasSaid(u"lost"_s));
+    QCOMPARE(owner.askedTargets(),
+             (QStringList{u"TARGETS"_s, u"x-kde-passwordManagerHint"_s}));
+}
+
+void X11PasteboardTest::aHarmlessMarkDoesNotHinder()
+{
+    const ForeignOwner owner(u"honest"_s,
+                             {u"UTF8_STRING:=user"_s, u"x-kde-passwordManagerHint:=public"_s});
+    QTRY_COMPARE(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(), QByteArray("user"));
+}
+
+void X11PasteboardTest::aMarkThatIsNotTaughtCountsAsSecret()
+{
+    ForeignOwner owner(u"refusing"_s,
+                       {u"UTF8_STRING:=password"_s, u"x-kde-passwordManagerHint:=secret"_s});
+    const quint64 before = m_pasteboard->changeCount();
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    QTRY_VERIFY(owner.askedTargets().contains(u"x-kde-passwordManagerHint"_s));
+    QVERIFY(!owner.askedTargets().contains(u"UTF8_STRING"_s));
+}
+
+void X11PasteboardTest::theNextCopyIsReadAfterATroublesomeOwner_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("lastTarget");
+    QTest::newRow("one that never answers") << u"silent"_s << u"TARGETS"_s;
+    QTest::newRow("one that withholds the data") << u"mute"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that stops half-way") << u"half"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that trickles") << u"trickle"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that dies when asked") << u"dying"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that dies half-way") << u"halfdying"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that answers numbers") << u"wrongtype"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that refuses") << u"refusing"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that offers too much") << u"flood"_s << u"UTF8_STRING"_s;
+}
+
+void X11PasteboardTest::theNextCopyIsReadAfterATroublesomeOwner()
+{
+    QFETCH(QString, mode);
+    QFETCH(QString, lastTarget);
+    ForeignOwner owner(mode, {u"UTF8_STRING:=never"_s, u"text/html:=never"_s});
+    QTRY_VERIFY(owner.askedTargets().contains(lastTarget));
+
+    verifyNextCopyIsRead();
+}
+
+void X11PasteboardTest::anOwnerThatGoesSilentCostsOnlyWhatItWithholds()
+{
+    const ForeignOwner owner(u"half"_s, {u"UTF8_STRING:=never"_s});
+    const quint64 before = m_pasteboard->changeCount();
+    QTRY_COMPARE_WITH_TIMEOUT(m_pasteboard->changeCount(), before + 1, 10000);
+    QVERIFY(m_pasteboard->snapshot().hasType(PasteboardType::kString));
+    QVERIFY(!m_pasteboard->snapshot().string);
+}
+
+void X11PasteboardTest::refusedFormsAreAbsent()
+{
+    ForeignOwner owner(u"refusing"_s, {u"UTF8_STRING:=no"_s, u"text/plain:=no"_s, u"text/html:=no"_s});
+    const quint64 before = m_pasteboard->changeCount();
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    QVERIFY(!m_pasteboard->snapshot().string && !m_pasteboard->snapshot().html);
+    QTRY_VERIFY(owner.askedTargets().contains(u"text/plain"_s));
+}
+
+void X11PasteboardTest::anotherKindOfAnswerIsNoText()
+{
+    const ForeignOwner owner(u"wrongtype"_s, {u"UTF8_STRING:=no"_s, u"text/html:=no"_s});
+    const quint64 before = m_pasteboard->changeCount();
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    QVERIFY(!m_pasteboard->snapshot().string && !m_pasteboard->snapshot().html);
+}
+
+void X11PasteboardTest::aFloodOfTargetsIsCutOff()
+{
+    const ForeignOwner owner(u"flood"_s, {u"UTF8_STRING:=text"_s});
+    QTRY_COMPARE(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(), QByteArray("text"));
+}
+
+void X11PasteboardTest::aClearedClipboardIsAChange()
+{
+    xclipCopy("text");
+    QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
+    const quint64 before = m_pasteboard->changeCount();
+    X11Pasteboard other(m_codec);
+    other.write({});
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    QVERIFY(m_pasteboard->snapshot().types.isEmpty());
+    QVERIFY(!m_pasteboard->snapshot().isOwnWrite);
+}
+
+void X11PasteboardTest::anOwnerThatEndsIsNoChange()
+{
+    auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=kept"_s});
+    QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
+    const quint64 before = m_pasteboard->changeCount();
+    owner.reset();
+    verifyNextCopyIsRead();
+    QCOMPARE(m_pasteboard->changeCount(), before + 1);
+}
+
+void X11PasteboardTest::ownWritesAreMarkedAndNotReadBack()
+{
+    ForeignOwner owner(u"mute"_s, {u"UTF8_STRING:=never"_s});
+    QTRY_VERIFY(owner.askedTargets().contains(u"UTF8_STRING"_s));
+    const quint64 before = m_pasteboard->changeCount();
+    PasteboardContents contents = plainText("mine");
+    contents.add(PasteboardType::kHtml, "<b>mine</b>");
+    m_pasteboard->write(contents);
+
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    QTRY_COMPARE(m_changeCalls, 1);
+    const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
+    QVERIFY(snapshot.isOwnWrite);
+    QCOMPARE(snapshot.types,
+             (QStringList{PasteboardType::kString.toString(), PasteboardType::kHtml.toString()}));
+    QCOMPARE(snapshot.string.value().utf8(), QByteArray("mine"));
+    // Had it been read back, the copy of another program would be the third change.
+    verifyNextCopyIsRead();
+    QCOMPARE(m_pasteboard->changeCount(), before + 2);
+}
+
+void X11PasteboardTest::writtenTextIsServed()
+{
+    m_pasteboard->write(plainText("gr\xC3\xBC\xC3\x9F"));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(offeredTargets(),
+             (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s, u"UTF8_STRING"_s,
+                          u"text/plain;charset=utf-8"_s, u"text/plain"_s, u"TEXT"_s, u"STRING"_s}));
+    QCOMPARE(xclipPaste(u"UTF8_STRING"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
+    QCOMPARE(xclipPaste(u"text/plain"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
+    QCOMPARE(xclipPaste(u"TEXT"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
+    QCOMPARE(xclipPaste(u"STRING"_s), QByteArray("gr\xFC\xDF"));
+    QVERIFY(!xclipPaste(u"TIMESTAMP"_s).isEmpty());
+    QVERIFY(xclipPaste(u"text/html"_s).isEmpty());
+}
+
+void X11PasteboardTest::textBeyondLatinIsNotOfferedAsString()
+{
+    m_pasteboard->write(plainText("\xE4\xBD\xA0\xE5\xA5\xBD"));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QVERIFY(!offeredTargets().contains(u"STRING"_s));
+    QCOMPARE(xclipPaste(u"UTF8_STRING"_s), QByteArray("\xE4\xBD\xA0\xE5\xA5\xBD"));
+}
+
+void X11PasteboardTest::richFormsAreServedByteForByte()
+{
+    const QByteArray html("<p>\xFF\x00\xFE</p>", 10);
+    PasteboardContents contents;
+    contents.add(PasteboardType::kHtml, html);
+    contents.add(PasteboardType::kRtf, "{\\rtf1}");
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
+                                            u"text/html"_s, u"text/rtf"_s, u"application/rtf"_s}));
+    QCOMPARE(xclipPaste(u"text/html"_s), html);
+    QCOMPARE(xclipPaste(u"text/rtf"_s), QByteArray("{\\rtf1}"));
+    QCOMPARE(xclipPaste(u"application/rtf"_s), QByteArray("{\\rtf1}"));
+}
+
+void X11PasteboardTest::filesAreServedAsFileManagersWantThem()
+{
+    PasteboardContents contents;
+    contents.add(PasteboardType::kFileUrl, "file:///tmp/one");
+    contents.add(PasteboardType::kFileUrl, "file:///tmp/tw%20o");
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(xclipPaste(u"text/uri-list"_s),
+             QByteArray("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n"));
+    QCOMPARE(xclipPaste(u"x-special/gnome-copied-files"_s),
+             QByteArray("copy\nfile:///tmp/one\nfile:///tmp/tw%20o"));
+}
+
+void X11PasteboardTest::aLargeTextIsServed()
+{
+    const QByteArray text = largeText();
+    m_pasteboard->write(plainText(text));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QVERIFY(xclipPaste(u"UTF8_STRING"_s) == text);
+}
+
+void X11PasteboardTest::severalProgramsAreServedAtOnce()
+{
+    const QByteArray text = largeText().first(8'000'000);
+    m_pasteboard->write(plainText(text));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    std::array<QProcess, 4> programs;
+    for (QProcess &program : programs)
+        program.start(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s});
+    for (QProcess &program : programs) {
+        QVERIFY(program.waitForFinished());
+        QVERIFY(program.readAllStandardOutput() == text);
+    }
+}
+
+void X11PasteboardTest::aRequestorThatEndsHalfWayHindersNobody()
+{
+    const QByteArray text = largeText();
+    m_pasteboard->write(plainText(text));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(ask({u"half"_s}), QByteArray("half\n"));
+    QVERIFY(xclipPaste(u"UTF8_STRING"_s) == text);
+    verifyNextCopyIsRead();
+}
+
+void X11PasteboardTest::severalTargetsAreServedInOneRequest()
+{
+    m_pasteboard->write(plainText("several"));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(ask({u"multiple"_s, u"UTF8_STRING"_s, u"text/html"_s, u"STRING"_s, u"MULTIPLE"_s}),
+             QByteArray("UTF8_STRING several\ntext/html refused\nSTRING several\n"
+                        "MULTIPLE refused\n"));
+}
+
+void X11PasteboardTest::programsOfAnOlderTimeAreServed()
+{
+    m_pasteboard->write(plainText("old"));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(ask({u"old"_s}), QByteArray("old\n"));
+}
+
+void X11PasteboardTest::whoAsksForAnEarlierTimeIsRefused()
+{
+    m_pasteboard->write(plainText("later"));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(ask({u"early"_s}), QByteArray("refused\n"));
+}
+
+void X11PasteboardTest::anEmptyWriteClears()
+{
+    xclipCopy("something");
+    QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
+    const quint64 before = m_pasteboard->changeCount();
+    m_pasteboard->write({});
+    QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
+    QVERIFY(m_pasteboard->snapshot().isOwnWrite);
+    QVERIFY(m_pasteboard->snapshot().types.isEmpty());
+    QVERIFY(offeredTargets().isEmpty());
+    verifyNextCopyIsRead();
+}
+
+void X11PasteboardTest::primaryIsServedOnDemand()
+{
+    m_pasteboard->write(plainText("for both"));
+    QVERIFY(m_pasteboard->alsoOwnPrimary());
+    QCOMPARE(xclipPaste(u"UTF8_STRING"_s, u"primary"_s), QByteArray("for both"));
+    // What is there goes on to be served when the clipboard has passed to another program.
+    verifyNextCopyIsRead();
+    QCOMPARE(xclipPaste(u"UTF8_STRING"_s, u"primary"_s), QByteArray("for both"));
+}
+
+void X11PasteboardTest::primaryIsRefusedWhenTheClipboardIsNotOurs()
+{
+    verifyNextCopyIsRead();
+    QVERIFY(!m_pasteboard->alsoOwnPrimary());
+}
+
+int main(int argc, char *argv[])
+{
+    // Before there is an application: the server's address is part of the environment.
+    const PrivateDisplay display;
+    if (!display.isRunning())
+        return 1;
+    QCoreApplication application(argc, argv);
+    X11PasteboardTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "X11PasteboardTest.moc"

@@ -5,7 +5,8 @@ std::optional<QList<QUrl>> UriList::parse(const QByteArray &list)
     QList<QUrl> urls;
     bool isFirstLine = true;
     for (const QByteArray &rawLine : list.split('\n')) {
-        const QByteArray line = rawLine.trimmed();
+        // Some programs count the zero that ends their string.
+        const QByteArray line = rawLine.trimmed().replace('\0', QByteArrayView());
         const bool isVerb = isFirstLine && (line == "copy" || line == "cut");
         isFirstLine = false;
         if (isVerb || line.isEmpty() || line.startsWith('#'))

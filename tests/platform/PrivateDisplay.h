@@ -13,10 +13,10 @@ public:
     {
         m_server.setStandardErrorFile(QProcess::nullDevice());
         m_server.start(QStringLiteral("Xvfb"),
-                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                        QStringLiteral("0"), QStringLiteral("640x480x24"),
-                        QStringLiteral("-nolisten"), QStringLiteral("tcp"),
-                        QStringLiteral("-noreset")});
+                       {QStringLiteral("-displayfd"), QStringLiteral("1"),
+                        QStringLiteral("-screen"), QStringLiteral("0"),
+                        QStringLiteral("640x480x24"), QStringLiteral("-nolisten"),
+                        QStringLiteral("tcp"), QStringLiteral("-noreset")});
         QByteArray number;
         while (!number.endsWith('\n') && m_server.waitForReadyRead(10000))
             number += m_server.readAllStandardOutput();

@@ -59,8 +59,8 @@ void SelectionPlanTest::htmlDoesNotBeatAPicture()
 
 void SelectionPlanTest::picturesAreSortedByHowWellWeKnowThem()
 {
-    const auto plan = SelectionPlan::fromTargets({u"image/webp"_s, u"image/bmp"_s, u"image/jpeg"_s,
-                                                  u"image/tiff"_s, u"image/png"_s});
+    const auto plan = SelectionPlan::fromTargets(
+        {u"image/webp"_s, u"image/bmp"_s, u"image/jpeg"_s, u"image/tiff"_s, u"image/png"_s});
     QCOMPARE(plan.pictureTargets, (QStringList{u"image/png"_s, u"image/tiff"_s, u"image/jpeg"_s,
                                                u"image/bmp"_s, u"image/webp"_s}));
 }
@@ -76,8 +76,8 @@ void SelectionPlanTest::privateTypesAreNotAskedFor()
 {
     const auto plan = SelectionPlan::fromTargets(
         {u"GTK_TEXT_BUFFER_CONTENTS"_s, u"application/vnd.portal.files"_s, u"SAVE_TARGETS"_s});
-    QVERIFY(plan.types.isEmpty() && plan.textTargets.isEmpty() && plan.fileTargets.isEmpty()
-            && plan.pictureTargets.isEmpty());
+    QVERIFY(plan.types.isEmpty() && plan.textTargets.isEmpty() && plan.fileTargets.isEmpty() &&
+            plan.pictureTargets.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(SelectionPlanTest)

@@ -165,7 +165,8 @@ void X11PasteboardTest::cleanup()
 /// Another program can still copy, and is read at once.
 void X11PasteboardTest::verifyNextCopyIsRead()
 {
-    const QByteArray text = "next copy " + QByteArray::number(QRandomGenerator::global()->generate());
+    const QByteArray text =
+        "next copy " + QByteArray::number(QRandomGenerator::global()->generate());
     xclipCopy(text);
     QTRY_COMPARE_WITH_TIMEOUT(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(), text,
                               1000);
@@ -317,9 +318,9 @@ void X11PasteboardTest::fileListsAreRead()
 {
     xclipCopy("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n", u"text/uri-list"_s);
     QTRY_VERIFY(m_pasteboard->snapshot().fileUrls.has_value());
-    QCOMPARE(m_pasteboard->snapshot().fileUrls.value(),
-             (QList<QUrl>{QUrl::fromLocalFile(u"/tmp/one"_s),
-                          QUrl::fromLocalFile(u"/tmp/tw o"_s)}));
+    QCOMPARE(
+        m_pasteboard->snapshot().fileUrls.value(),
+        (QList<QUrl>{QUrl::fromLocalFile(u"/tmp/one"_s), QUrl::fromLocalFile(u"/tmp/tw o"_s)}));
 
     xclipCopy("copy\nfile:///tmp/three", u"x-special/gnome-copied-files"_s);
     QTRY_COMPARE(m_pasteboard->snapshot().fileUrls.value_or(QList<QUrl>()),
@@ -346,8 +347,7 @@ void X11PasteboardTest::aSecretIsNeverFetched()
 
     verifyNextCopyIsRead();
     QTRY_VERIFY(owner.hasSaid(u"lost"_s));
-    QCOMPARE(owner.askedTargets(),
-             (QStringList{u"TARGETS"_s, u"x-kde-passwordManagerHint"_s}));
+    QCOMPARE(owner.askedTargets(), (QStringList{u"TARGETS"_s, u"x-kde-passwordManagerHint"_s}));
 }
 
 void X11PasteboardTest::aHarmlessMarkDoesNotHinder()
@@ -403,7 +403,8 @@ void X11PasteboardTest::anOwnerThatGoesSilentCostsOnlyWhatItWithholds()
 
 void X11PasteboardTest::refusedFormsAreAbsent()
 {
-    ForeignOwner owner(u"refusing"_s, {u"UTF8_STRING:=no"_s, u"text/plain:=no"_s, u"text/html:=no"_s});
+    ForeignOwner owner(u"refusing"_s,
+                       {u"UTF8_STRING:=no"_s, u"text/plain:=no"_s, u"text/html:=no"_s});
     const quint64 before = m_pasteboard->changeCount();
     QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
     QVERIFY(!m_pasteboard->snapshot().string && !m_pasteboard->snapshot().html);

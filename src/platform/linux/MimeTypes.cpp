@@ -64,10 +64,10 @@ QStringList MimeTypes::targetsToOffer(QStringView type)
 
 QStringView MimeTypes::typeOf(QStringView target)
 {
-    const auto known = std::find_if(std::begin(kMappings), std::end(kMappings),
-                                    [target](const Mapping &mapping) {
-                                        return isSameTarget(target, mapping.target);
-                                    });
+    const auto known =
+        std::find_if(std::begin(kMappings), std::end(kMappings), [target](const Mapping &mapping) {
+            return isSameTarget(target, mapping.target);
+        });
     if (known != std::end(kMappings))
         return known->type;
     if (target.startsWith(u"image/", Qt::CaseInsensitive))

@@ -20,8 +20,8 @@ bool isReadable(const QImageReader &reader)
 {
     const QSize size = reader.size();
     const QByteArray format = reader.format();
-    return !size.isEmpty() && qint64(size.width()) * size.height() <= kMaxPixels
-        && !format.startsWith("svg");
+    return !size.isEmpty() && qint64(size.width()) * size.height() <= kMaxPixels &&
+           !format.startsWith("svg");
 }
 
 bool isOpaque(const QImage &image)

@@ -14,10 +14,10 @@ QStringList preferred(QStringView type, const QStringList &offered)
     QStringList found;
     const QStringList known = MimeTypes::targetsFor(type);
     for (const QString &target : known) {
-        const auto offer = std::find_if(offered.begin(), offered.end(),
-                                        [&target](const QString &name) {
-                                            return MimeTypes::isSameTarget(name, target);
-                                        });
+        const auto offer =
+            std::find_if(offered.begin(), offered.end(), [&target](const QString &name) {
+                return MimeTypes::isSameTarget(name, target);
+            });
         if (offer != offered.end())
             found.append(*offer);
     }

@@ -60,7 +60,7 @@ void SnapshotQueue::dropOldest()
 /// The latest one stays, however large it is.
 void SnapshotQueue::dropSurplus()
 {
-    while (m_snapshots.size() > 1
-           && (m_snapshots.size() > kMaxSnapshots || m_byteCount > kMaxByteCount))
+    while (m_snapshots.size() > 1 &&
+           (m_snapshots.size() > kMaxSnapshots || m_byteCount > kMaxByteCount))
         dropOldest();
 }

@@ -28,7 +28,7 @@ private:
     void dropSurplus();
 
     std::atomic<quint64> m_changeCount = 0;
-    mutable std::mutex m_mutex; ///< Guards the fields below.
+    mutable std::mutex m_mutex;                 ///< Guards the fields below.
     std::deque<PasteboardSnapshot> m_snapshots; ///< Oldest first.
-    qsizetype m_byteCount = 0; ///< Of all snapshots.
+    qsizetype m_byteCount = 0;                  ///< Of all snapshots.
 };

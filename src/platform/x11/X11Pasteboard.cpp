@@ -45,7 +45,8 @@ struct X11Pasteboard::Impl
     X11PasteboardThread thread;
 };
 
-X11Pasteboard::X11Pasteboard(const ImageCodec &codec) : m_impl(std::make_unique<Impl>(*this, codec))
+X11Pasteboard::X11Pasteboard(const ImageCodec &codec)
+    : m_impl(std::make_unique<Impl>(*this, codec))
 {
 }
 

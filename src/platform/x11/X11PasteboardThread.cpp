@@ -228,8 +228,8 @@ void X11PasteboardThread::sleep() const
         const auto rest = std::chrono::ceil<milliseconds>(*end - std::chrono::steady_clock::now());
         timeout = static_cast<int>(std::max(milliseconds(0), rest).count());
     }
-    std::array<pollfd, 2> descriptors = {{{m_connection.fileDescriptor(), POLLIN, 0},
-                                          {m_wakeDescriptor, POLLIN, 0}}};
+    std::array<pollfd, 2> descriptors = {
+        {{m_connection.fileDescriptor(), POLLIN, 0}, {m_wakeDescriptor, POLLIN, 0}}};
     poll(descriptors.data(), descriptors.size(), timeout);
     if (descriptors[1].revents != 0) {
         eventfd_t count = 0;

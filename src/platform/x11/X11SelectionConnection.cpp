@@ -48,7 +48,8 @@ struct X11SelectionConnection::Impl
     QHash<X11Atom, QString> namesByAtom;
 };
 
-X11SelectionConnection::X11SelectionConnection() : m_impl(std::make_unique<Impl>())
+X11SelectionConnection::X11SelectionConnection()
+    : m_impl(std::make_unique<Impl>())
 {
     int screenNumber = 0;
     xcb_connection_t *connection = xcb_connect(nullptr, &screenNumber);
@@ -163,8 +164,8 @@ QList<X11Atom> X11SelectionConnection::atoms(const QStringList &names)
             continue;
         }
         const QByteArray bytes = name.toLatin1();
-        cookies.emplace_back(xcb_intern_atom(m_impl->connection, 0,
-                                             static_cast<quint16>(bytes.size()), bytes.constData()));
+        cookies.emplace_back(xcb_intern_atom(
+            m_impl->connection, 0, static_cast<quint16>(bytes.size()), bytes.constData()));
     }
 
     QList<X11Atom> atoms;
@@ -219,8 +220,8 @@ X11Window X11SelectionConnection::createWindow()
     const X11Window window = xcb_generate_id(m_impl->connection);
     const quint32 eventMask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(m_impl->connection, XCB_COPY_FROM_PARENT, window, m_impl->rootWindow, -1, -1,
-                      1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-                      XCB_CW_EVENT_MASK, &eventMask);
+                      1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                      &eventMask);
     return window;
 }
 
@@ -244,9 +245,9 @@ void X11SelectionConnection::unwatch(X11Window window)
 void X11SelectionConnection::watchOwner(X11Atom selection)
 {
     xcb_xfixes_select_selection_input(m_impl->connection, m_impl->rootWindow, selection,
-                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
-                                          | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
-                                          | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
 void X11SelectionConnection::convert(X11Atom selection, X11Atom target, X11Window requestor,
@@ -343,7 +344,8 @@ X11Window X11SelectionConnection::owner(X11Atom selection)
 void X11SelectionConnection::answer(const X11Event::ConversionRequested &request, X11Atom property)
 {
     // The server copies the 32 bytes of an event, whatever is used of them.
-    union {
+    union
+    {
         xcb_selection_notify_event_t notify;
         char bytes[32];
     } event = {};

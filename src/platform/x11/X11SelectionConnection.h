@@ -9,8 +9,8 @@
 #include <variant>
 
 using X11Window = quint32; ///< 0 for no window.
-using X11Atom = quint32; ///< 0 for none.
-using X11Time = quint32; ///< Milliseconds of the server; 0 stands for "now".
+using X11Atom = quint32;   ///< 0 for none.
+using X11Time = quint32;   ///< Milliseconds of the server; 0 stands for "now".
 
 /// What the server tells about selections, in our words.
 namespace X11Event {
@@ -66,9 +66,9 @@ using Any = std::variant<OwnerChanged, ConversionAnswered, PropertyChanged, Conv
 /// A property of a window, read to the end.
 struct X11Property
 {
-    X11Atom type = 0; ///< 0 if there is no such property.
-    int format = 0; ///< Bits of one element: 8, 16 or 32.
-    QByteArray data; ///< Elements of 32 bits stand here in 32 bits, in the machine's order.
+    X11Atom type = 0;   ///< 0 if there is no such property.
+    int format = 0;     ///< Bits of one element: 8, 16 or 32.
+    QByteArray data;    ///< Elements of 32 bits stand here in 32 bits, in the machine's order.
     bool isCut = false; ///< There was more than was asked for; it is gone.
 };
 

@@ -154,8 +154,9 @@ void X11SelectionReader::readOffer(const X11IncomingTransfer &offer)
     QStringList targets;
     m_isOfferKnown = isComplete(&offer) && offer.result().format == 32;
     if (m_isOfferKnown) {
-        const QList<X11Atom> atoms = atomsIn(offer.result().data).first(
-            std::min<qsizetype>(kMaxOfferedTargets, offer.result().data.size() / 4));
+        const QList<X11Atom> atoms =
+            atomsIn(offer.result().data)
+                .first(std::min<qsizetype>(kMaxOfferedTargets, offer.result().data.size() / 4));
         targets = m_connection.atomNames(atoms);
     } else {
         // A program that knows nothing of TARGETS knows nothing of secrets, but perhaps of text.
@@ -171,9 +172,9 @@ void X11SelectionReader::readOffer(const X11IncomingTransfer &offer)
 /// A mark that cannot be read is taken for the worst.
 void X11SelectionReader::readMark(const X11IncomingTransfer &mark)
 {
-    const bool isHarmless = isComplete(&mark) && mark.result().format == 8
-        && mark.result().data.size() <= kMaxMarkBytes
-        && mark.result().data.trimmed() != "secret";
+    const bool isHarmless = isComplete(&mark) && mark.result().format == 8 &&
+                            mark.result().data.size() <= kMaxMarkBytes &&
+                            mark.result().data.trimmed() != "secret";
     if (isHarmless)
         return askForContents();
     m_plan = {};
@@ -227,8 +228,8 @@ bool X11SelectionReader::isAnswered(const Wish &wish) const
     if (result.format != 8 || wish.type != PasteboardType::kString)
         return result.format == 8;
     const QString type = typeName(result);
-    return type == "UTF8_STRING"_L1 || type == "STRING"_L1 || type == "TEXT"_L1
-        || type.startsWith("text/plain"_L1, Qt::CaseInsensitive);
+    return type == "UTF8_STRING"_L1 || type == "STRING"_L1 || type == "TEXT"_L1 ||
+           type.startsWith("text/plain"_L1, Qt::CaseInsensitive);
 }
 
 void X11SelectionReader::finish()
@@ -324,7 +325,8 @@ void X11SelectionReader::abandonTransfers()
 {
     for (Wish &wish : m_wishes) {
         if (wish.transfer && wish.transfer->isPending())
-            m_abandoned.push_back({wish.transfer->releaseWindow(), m_lastProgress + kAbandonedLife});
+            m_abandoned.push_back(
+                {wish.transfer->releaseWindow(), m_lastProgress + kAbandonedLife});
     }
     m_wishes.clear();
     while (m_abandoned.size() > kMaxAbandoned) {

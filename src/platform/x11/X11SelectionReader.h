@@ -21,7 +21,7 @@ public:
     struct Copy
     {
         PasteboardSnapshot snapshot; ///< Without image.
-        QByteArray picture; ///< The picture's file as offered; empty if none was read.
+        QByteArray picture;          ///< The picture's file as offered; empty if none was read.
     };
 
     explicit X11SelectionReader(X11SelectionConnection &connection);
@@ -98,6 +98,6 @@ private:
     qint64 m_byteLimit; ///< For all of one copy.
     SelectionPlan m_plan;
     bool m_isOfferKnown = false; ///< Otherwise the plan is a guess.
-    std::vector<Wish> m_wishes; ///< In the earlier stages the only one is the question itself.
+    std::vector<Wish> m_wishes;  ///< In the earlier stages the only one is the question itself.
     std::vector<AbandonedWindow> m_abandoned; ///< Oldest first.
 };

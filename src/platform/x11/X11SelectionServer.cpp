@@ -84,11 +84,10 @@ bool X11SelectionServer::handle(const X11Event::PropertyChanged &event, TimePoin
     if (!event.isDeleted)
         return false;
     // The program has read its piece and wants the next.
-    const auto transfer = std::find_if(m_transfers.begin(), m_transfers.end(),
-                                       [&event](const OutgoingTransfer &each) {
-                                           return each.requestor == event.window
-                                               && each.property == event.property;
-                                       });
+    const auto transfer = std::find_if(
+        m_transfers.begin(), m_transfers.end(), [&event](const OutgoingTransfer &each) {
+            return each.requestor == event.window && each.property == event.property;
+        });
     if (transfer == m_transfers.end())
         return false;
     sendNextPiece(*transfer, now);
@@ -207,13 +206,13 @@ void X11SelectionServer::handle(const X11Event::ConversionRequested &request, Ti
     // Programs of an older time leave the property to us; the target's name is the custom.
     const X11Atom property = request.property != 0 ? request.property : request.target;
     const Ownership *ownership = find(request.selection);
-    const bool isOurs = ownership != nullptr
-        && (request.time == 0 || !isBefore(request.time, ownership->since));
+    const bool isOurs =
+        ownership != nullptr && (request.time == 0 || !isBefore(request.time, ownership->since));
     const bool isMultiple = request.target == m_connection.atom(u"MULTIPLE");
     bool isDone = false;
     if (isOurs && isMultiple)
-        isDone = request.property != 0
-            && convertMultiple(*ownership, request.requestor, property, now);
+        isDone =
+            request.property != 0 && convertMultiple(*ownership, request.requestor, property, now);
     else if (isOurs)
         isDone = convert(*ownership, request.requestor, request.target, property, now);
     m_connection.answer(request, isDone ? property : 0);
@@ -250,12 +249,13 @@ void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requ
 bool X11SelectionServer::convertMultiple(const Ownership &ownership, X11Window requestor,
                                          X11Atom property, TimePoint now)
 {
-    const X11Property request = m_connection.readProperty(
-        requestor, property, kMaxPairs * 2 * qsizetype(sizeof(X11Atom)));
+    const X11Property request =
+        m_connection.readProperty(requestor, property, kMaxPairs * 2 * qsizetype(sizeof(X11Atom)));
     if (request.format != 32 || request.isCut)
         return false;
     QList<X11Atom> pairs(request.data.size() / qsizetype(sizeof(X11Atom)));
-    std::memcpy(pairs.data(), request.data.constData(), std::size_t(pairs.size()) * sizeof(X11Atom));
+    std::memcpy(pairs.data(), request.data.constData(),
+                std::size_t(pairs.size()) * sizeof(X11Atom));
     const X11Atom multiple = m_connection.atom(u"MULTIPLE");
     for (qsizetype index = 0; index + 1 < pairs.size(); index += 2) {
         X11Atom &pairProperty = pairs[index + 1];
@@ -283,9 +283,9 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
     if (m_transfers.size() >= kMaxTransfers)
         return false;
     m_connection.watch(requestor);
-    m_connection.setProperty(requestor, property, m_connection.atom(u"INCR"),
-                             QList<quint32>{static_cast<quint32>(
-                                 std::min<qsizetype>(data.size(), 0x7fffffff))});
+    m_connection.setProperty(
+        requestor, property, m_connection.atom(u"INCR"),
+        QList<quint32>{static_cast<quint32>(std::min<qsizetype>(data.size(), 0x7fffffff))});
     m_transfers.push_back({requestor, property, form.type, data, 0, now});
     return true;
 }
@@ -293,8 +293,8 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
 /// After the last byte an empty piece tells the end.
 void X11SelectionServer::sendNextPiece(OutgoingTransfer &transfer, TimePoint now)
 {
-    const qsizetype length = std::min<qsizetype>(m_pieceBytes,
-                                                 transfer.data.size() - transfer.offset);
+    const qsizetype length =
+        std::min<qsizetype>(m_pieceBytes, transfer.data.size() - transfer.offset);
     m_connection.setProperty(transfer.requestor, transfer.property, transfer.type,
                              QByteArrayView(transfer.data).sliced(transfer.offset, length));
     transfer.offset += length;
@@ -304,9 +304,8 @@ void X11SelectionServer::sendNextPiece(OutgoingTransfer &transfer, TimePoint now
 
 void X11SelectionServer::handle(const X11Event::WindowDestroyed &event)
 {
-    endTransfers([&event](const OutgoingTransfer &transfer) {
-        return transfer.requestor == event.window;
-    });
+    endTransfers(
+        [&event](const OutgoingTransfer &transfer) { return transfer.requestor == event.window; });
 }
 
 /// A window is watched as long as one transfer goes to it.

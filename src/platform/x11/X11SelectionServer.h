@@ -52,7 +52,7 @@ private:
     {
         X11Atom target = 0;
         X11Atom type = 0;
-        QByteArray data; ///< Shared with all forms of the same content.
+        QByteArray data;       ///< Shared with all forms of the same content.
         bool isLatin1 = false; ///< The data are UTF-8 and go out as Latin-1.
     };
 

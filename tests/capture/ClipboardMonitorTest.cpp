@@ -112,6 +112,18 @@ private slots:
         QCOMPARE(m_pasteboard->snapshotCount, 1);
     }
 
+    void changesBetweenTwoPollsAreAllCapturedInOrder()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->copyText(u"one"_s);
+        m_pasteboard->write({});
+        m_pasteboard->copyText(u"two"_s);
+        m_pasteboard->copyText(u"three"_s);
+        m_scheduler->advance(1s);
+        QCOMPARE(texts(), QStringList({u"one"_s, u"two"_s, u"three"_s}));
+        QCOMPARE(m_monitor->lastChangeCount(), m_pasteboard->changeCount());
+    }
+
     void aChangeIsSeenAtTheNextPoll()
     {
         m_monitor->startMonitoring();

@@ -34,6 +34,7 @@ private slots:
     void withoutADisplayThereIsAReason_data();
     void withoutADisplayThereIsAReason();
     void serverWithoutExtensionsStillServes();
+    void serverThatTellsOfNoCopyIsRefusedWithAReason();
 
 private:
     PrivateDesktop &m_desktop;
@@ -93,14 +94,25 @@ void X11PlatformTest::withoutADisplayThereIsAReason()
 void X11PlatformTest::serverWithoutExtensionsStillServes()
 {
     PrivateDesktop bare;
-    QVERIFY(bare.start({u"-extension"_s, u"XTEST"_s, u"-extension"_s, u"XFIXES"_s,
-                        u"-extension"_s, u"COMPOSITE"_s}));
+    QVERIFY(bare.start({u"-extension"_s, u"XTEST"_s, u"-extension"_s, u"COMPOSITE"_s}));
     {
         const std::unique_ptr<Platform> platform = makeX11Platform(m_codec);
         QVERIFY(!platform->pasteKeystroke().isPermitted());
         QVERIFY(!platform->pasteKeystroke().postKeyDown());
         QVERIFY(!platform->appearance().isComposited());
         QCOMPARE(platform->globalHotkey().assign(49, 0x800), 0);
+    }
+}
+
+void X11PlatformTest::serverThatTellsOfNoCopyIsRefusedWithAReason()
+{
+    PrivateDesktop bare;
+    QVERIFY(bare.start({u"-extension"_s, u"XFIXES"_s}));
+    try {
+        makeX11Platform(m_codec);
+        QFAIL("A server without XFixes was accepted");
+    } catch (const PlatformError &error) {
+        QCOMPARE(QByteArray(error.what()), QByteArray("the X server lacks the XFixes extension"));
     }
 }
 

@@ -313,7 +313,7 @@ void X11WorkspaceTest::ownWindowGetsTheFocus()
         };
         m_desktop.xdotool(u"key ctrl+shift+v"_s);
         QTRY_VERIFY(field.isActiveWindow());
-        QVERIFY(isFrontmost(quint32(field.winId())));
+        QTRY_VERIFY(isFrontmost(quint32(field.winId())));
         QVERIFY(m_workspace->isOwnApplication(*m_workspace->frontmostApplication()));
         m_desktop.xdotool(u"type "_s + text);
         QTRY_COMPARE(field.text(), text);

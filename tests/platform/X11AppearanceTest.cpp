@@ -62,8 +62,9 @@ void X11AppearanceTest::withoutABusThereIsNoPreference()
     X11Connection connection(m_desktop.displayName());
     X11Appearance appearance(connection);
     bool isAsked = false;
+    QObject context;
     QMetaObject::invokeMethod(
-        qApp, [&isAsked] { isAsked = true; }, Qt::QueuedConnection);
+        &context, [&isAsked] { isAsked = true; }, Qt::QueuedConnection);
     QTRY_VERIFY(isAsked);
     QVERIFY(!appearance.prefersDark());
 }

@@ -32,7 +32,7 @@ public:
     explicit UserTimeFilter(X11Connection &connection)
         : m_connection(connection)
     {
-        qApp->installNativeEventFilter(this);
+        QCoreApplication::instance()->installNativeEventFilter(this);
     }
 
     bool nativeEventFilter(const QByteArray &, void *message, qintptr *) override

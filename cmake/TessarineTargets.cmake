@@ -38,7 +38,8 @@ function(tessarine_tests)
         tessarine_precompiled_header(${name} widgets)
         add_test(NAME ${name} COMMAND ${name})
         set(environment "QT_LOGGING_RULES=qt.qpa.*=false"
-            "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp"
+            # A test that has started another program may start threads afterwards.
+            "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp:die_after_fork=0"
             "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp"
             "UBSAN_OPTIONS=print_stacktrace=1")
         if(NOT ARG_SCREEN)

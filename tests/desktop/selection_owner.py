@@ -61,9 +61,11 @@ class SelectionOwner:
 
     def serve_until_closing(self):
         while not self.is_closing:
+            # Flushing may read events too, of which the socket tells no more. It comes first, here
+            # as in handle(), so that none is left when we go to sleep.
+            self.connection.flush()
             while self.connection.pending_events():
                 self.handle(self.connection.next_event())
-            self.connection.flush()
             readable, _, _ = select.select([self.connection, self.wake_reading], [], [])
             if self.wake_reading in readable:
                 os.read(self.wake_reading, 4096)

@@ -46,6 +46,7 @@ std::optional<qsizetype> HistoryList::firstDuplicateIndex(const ClipboardItem &i
 
 void HistoryList::insert(const ClipboardItemPointer &item)
 {
+    unshare();
     m_items.insert(firstNotNewerThan(item->timestamp), item);
     noteAdded(*item);
 }
@@ -53,6 +54,7 @@ void HistoryList::insert(const ClipboardItemPointer &item)
 void HistoryList::replaceAt(qsizetype index, const ClipboardItemPointer &item)
 {
     Q_ASSERT(m_items.at(index)->timestamp == item->timestamp);
+    unshare();
     noteRemoved(*m_items.at(index));
     m_items[index] = item;
     noteAdded(*item);
@@ -60,6 +62,7 @@ void HistoryList::replaceAt(qsizetype index, const ClipboardItemPointer &item)
 
 void HistoryList::removeAt(qsizetype index)
 {
+    unshare();
     noteRemoved(*m_items.at(index));
     m_items.removeAt(index);
 }
@@ -78,6 +81,7 @@ ClipboardItemList HistoryList::trim(qsizetype capacity)
     if (begin == m_items.size())
         return evicted;
 
+    unshare();
     const ClipboardItemList tail = m_items.sliced(begin);
     m_items.resize(begin);
     for (const ClipboardItemPointer &item : tail) {
@@ -89,6 +93,17 @@ ClipboardItemList HistoryList::trim(qsizetype capacity)
         }
     }
     return evicted;
+}
+
+/// Makes the list ours alone; to be called before each change. Qt looks at the number of sharers
+/// without ordering: what another thread has read of a copy that it has just given back could come
+/// after the change. Counting one sharer up and down is ordered.
+void HistoryList::unshare()
+{
+    if (m_items.isDetached())
+        const ClipboardItemList sharer = m_items;
+    else
+        m_items = ClipboardItemList(m_items.cbegin(), m_items.cend());
 }
 
 /// Entries of the same time stand together, and there are few of them.

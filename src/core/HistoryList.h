@@ -30,6 +30,7 @@ public:
     ClipboardItemList trim(qsizetype capacity);
 
 private:
+    void unshare();
     qsizetype placeOf(const ClipboardItem &item) const;
     qsizetype firstNotNewerThan(Timestamp time) const;
     void noteAdded(const ClipboardItem &item);

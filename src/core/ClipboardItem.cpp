@@ -199,8 +199,9 @@ QByteArray computeContentHash(const ClipboardItem &item)
 std::optional<qsizetype> firstDuplicateIndex(const ClipboardItemList &items,
                                              const ClipboardItem &item)
 {
-    const auto found = std::ranges::find_if(
-        items, [&item](const ClipboardItemPointer &element) { return element->hasSameContent(item); });
+    const auto found = std::ranges::find_if(items, [&item](const ClipboardItemPointer &element) {
+        return element->hasSameContent(item);
+    });
     if (found == items.end())
         return std::nullopt;
     return found - items.begin();

@@ -261,7 +261,8 @@ void ClipboardItemManager::clear(Favorites favorites)
         m_imageStorage.deleteImageFiles(*item);
     m_items.assign(std::move(kept));
 
-    persist(u"delete clipboard items"_s, [this, ids = idsOf(deleted)](ClipboardHistoryStore &store) {
+    const QList<QUuid> ids = idsOf(deleted);
+    persist(u"delete clipboard items"_s, [this, ids](ClipboardHistoryStore &store) {
         store.hardDeleteItems(ids);
         store.purgeDeletedItems();
         const QStringList fileNames = m_imageStorage.fileNames();

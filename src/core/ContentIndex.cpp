@@ -15,7 +15,8 @@ constexpr qsizetype kSampleSize = 48;
 
 size_t hashOf(QByteArrayView bytes)
 {
-    const size_t hash = qHashMulti(size_t(bytes.size()), bytes.first(std::min(bytes.size(), kSampleSize)));
+    const QByteArrayView head = bytes.first(std::min(bytes.size(), kSampleSize));
+    const size_t hash = qHashMulti(0, bytes.size(), head);
     if (bytes.size() <= kSampleSize)
         return hash;
     return qHashMulti(hash, bytes.last(kSampleSize));
@@ -50,8 +51,12 @@ Keys keysOf(const ClipboardItem &item)
     switch (item.contentType) {
     case ClipboardContentType::Text:
     case ClipboardContentType::Url:
-    case ClipboardContentType::Mixed: keys.append(key(Aspect::Text, hashOf(item.stringValue))); break;
-    case ClipboardContentType::File: keys.append(key(Aspect::Path, hashOf(item.filePath))); break;
+    case ClipboardContentType::Mixed:
+        keys.append(key(Aspect::Text, hashOf(item.stringValue)));
+        break;
+    case ClipboardContentType::File:
+        keys.append(key(Aspect::Path, hashOf(item.filePath)));
+        break;
     case ClipboardContentType::Image:
         // Which of these decides depends on what both entries have.
         if (item.imageDigest)

@@ -12,8 +12,8 @@ QString decoded(const QByteArray &utf8)
 {
     if (!utf8.startsWith("\xEF\xBB\xBF"))
         return QString::fromUtf8(utf8);
-    QStringDecoder decode(QStringDecoder::Utf8,
-                          QStringDecoder::Flag::ConvertInitialBom | QStringDecoder::Flag::Stateless);
+    using Flag = QStringDecoder::Flag;
+    QStringDecoder decode(QStringDecoder::Utf8, Flag::ConvertInitialBom | Flag::Stateless);
     return decode(utf8);
 }
 

@@ -98,9 +98,9 @@ CREATE INDEX ClipboardHistoryRecord_loadOrder
 PRAGMA user_version = 1;
 )";
 
-// A row whose size changes is written anew as a whole, and a deletion adds a date of eight bytes. So
-// the list of tags of a long live row ends in eight blanks, which mean nothing to JSON; the date
-// takes their place, and the long text stays where it is.
+// A row whose size changes is written anew as a whole, and a deletion adds a date of eight bytes.
+// So the list of tags of a long live row ends in eight blanks, which mean nothing to JSON; the
+// date takes their place, and the long text stays where it is.
 constexpr QByteArrayView kRoomForDate = "        ";
 constexpr qsizetype kLongRow = 4096;
 

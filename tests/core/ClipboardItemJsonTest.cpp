@@ -123,7 +123,8 @@ void ClipboardItemJsonTest::fractionsOfASecondAreCut()
 {
     QCOMPARE(toJson(makeItem(ClipboardContentType::Text, kNow + 999'999us))["timestamp"],
              "2026-04-12T13:20:00Z");
-    QCOMPARE(toJson(makeItem(ClipboardContentType::Text, timestampFromMicroseconds(-1)))["timestamp"],
+    const Timestamp beforeTheEpoch = timestampFromMicroseconds(-1);
+    QCOMPARE(toJson(makeItem(ClipboardContentType::Text, beforeTheEpoch))["timestamp"],
              "1969-12-31T23:59:59Z");
 }
 

@@ -33,7 +33,12 @@ void IsolationQueueTest::readersRunInParallel()
     IsolationQueue queue("test");
     std::latch bothInside(2);
     // Each reader waits for the other one: this ends only if both are let in.
-    const auto meet = [&] { return queue.read([&] { return bothInside.arrive_and_wait(), true; }); };
+    const auto meet = [&] {
+        return queue.read([&] {
+            bothInside.arrive_and_wait();
+            return true;
+        });
+    };
     std::atomic<bool> hasMet = false;
     std::jthread other([&] { hasMet = meet(); });
     QVERIFY(meet());

@@ -221,7 +221,8 @@ void JSONClipboardHistoryStoreTest::aDamagedFileIsNeverWrittenOver_data()
     QTest::newRow("no JSON") << QByteArray("\xFF\xFE");
     QTest::newRow("no array") << QByteArray("{}");
     QTest::newRow("one entry without a time")
-        << QByteArray("[{\"id\":\"11111111-2222-3333-4444-555555555555\",\"contentType\":\"text\"}]");
+        << QByteArray("[{\"id\":\"11111111-2222-3333-4444-555555555555\","
+                      "\"contentType\":\"text\"}]");
 }
 
 void JSONClipboardHistoryStoreTest::aDamagedFileIsNeverWrittenOver()

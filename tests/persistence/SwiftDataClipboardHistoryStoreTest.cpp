@@ -291,8 +291,9 @@ void SwiftDataClipboardHistoryStoreTest::repeatedTextsAreHeldOnce()
 void SwiftDataClipboardHistoryStoreTest::operationsWithNothingToChangeWriteNothing_data()
 {
     QTest::addColumn<QString>("operation");
-    for (const char *operation : {"earlier upsert", "deletion of nothing", "hard deletion of nothing",
-                                  "hard deletion of an unknown id", "purge without tombstones"})
+    for (const char *operation :
+         {"earlier upsert", "deletion of nothing", "hard deletion of nothing",
+          "hard deletion of an unknown id", "purge without tombstones"})
         QTest::newRow(operation) << QString::fromLatin1(operation);
 }
 

@@ -69,6 +69,7 @@ private slots:
     void whatIsNoPictureIsAbsent_data();
     void whatIsNoPictureIsAbsent();
     void largePicturesAreRead();
+    void aPngHasTheSamePixels();
 
 private:
     QtImageCodec m_codec;
@@ -203,6 +204,15 @@ void QtImageCodecTest::largePicturesAreRead()
     const auto result = m_codec.tiffFromPicture(fileOf(image, "BMP"));
     QVERIFY(result);
     QCOMPARE(result->size, image.size());
+}
+
+void QtImageCodecTest::aPngHasTheSamePixels()
+{
+    const QImage image = colourful(QImage::Format_RGB32);
+    const auto png = m_codec.pngFromPicture(fileOf(image, "TIFF"));
+    QVERIFY(png);
+    QCOMPARE(QImage::fromData(*png, "PNG").convertToFormat(QImage::Format_RGB32), image);
+    QVERIFY(!m_codec.pngFromPicture("no picture"));
 }
 
 QTEST_GUILESS_MAIN(QtImageCodecTest)

@@ -132,6 +132,8 @@ private slots:
     void textBeyondLatinIsNotOfferedAsString();
     void richFormsAreServedByteForByte();
     void filesAreServedAsFileManagersWantThem();
+    void picturesAreServedAsPngToo();
+    void aPictureThatCannotBecomeAPngIsServedAsItIs();
     void aLargeTextIsServed();
     void severalProgramsAreServedAtOnce();
     void aRequestorThatEndsHalfWayHindersNobody();
@@ -295,6 +297,7 @@ void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
             mayGoOn.acquire();
             return PasteboardImage{"tiff", QSize(1, 1)};
         }
+        std::optional<QByteArray> pngFromPicture(const QByteArray &) const override { return {}; }
         mutable QSemaphore isAsked;
         mutable QSemaphore mayGoOn;
     };
@@ -517,6 +520,32 @@ void X11PasteboardTest::filesAreServedAsFileManagersWantThem()
              QByteArray("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n"));
     QCOMPARE(xclipPaste(u"x-special/gnome-copied-files"_s),
              QByteArray("copy\nfile:///tmp/one\nfile:///tmp/tw%20o"));
+}
+
+void X11PasteboardTest::picturesAreServedAsPngToo()
+{
+    const QByteArray tiff = m_codec.tiffFromPicture(pngOf(smallPicture()))->tiff;
+    PasteboardContents contents;
+    contents.add(PasteboardType::kTiff, tiff);
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
+                                            u"image/tiff"_s, u"image/png"_s}));
+    QCOMPARE(xclipPaste(u"image/tiff"_s), tiff);
+    for (int time = 0; time < 2; ++time) {
+        const QImage pasted = QImage::fromData(xclipPaste(u"image/png"_s), "PNG");
+        QCOMPARE(pasted.convertToFormat(QImage::Format_RGB32), smallPicture());
+    }
+}
+
+void X11PasteboardTest::aPictureThatCannotBecomeAPngIsServedAsItIs()
+{
+    PasteboardContents contents;
+    contents.add(PasteboardType::kTiff, "no TIFF at all");
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QVERIFY(xclipPaste(u"image/png"_s).isEmpty());
+    QCOMPARE(xclipPaste(u"image/tiff"_s), QByteArray("no TIFF at all"));
 }
 
 void X11PasteboardTest::aLargeTextIsServed()

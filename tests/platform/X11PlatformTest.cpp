@@ -17,6 +17,10 @@ public:
     {
         return std::nullopt;
     }
+    std::optional<QByteArray> pngFromPicture(const QByteArray &) const override
+    {
+        return std::nullopt;
+    }
 };
 
 } // namespace

@@ -15,6 +15,9 @@ constexpr qint64 kMaxPixels = 100'000'000;
 constexpr int kDecodingMegabytes = static_cast<int>(kMaxPixels * 8 / (1 << 20)) + 1;
 /// 72 dots per inch; what the source says would make two files of one picture.
 constexpr int kDotsPerMeter = 2835;
+/// In Qt's scale of 0 to 100. The program that pastes waits for a PNG, which lives for a moment.
+constexpr int kNoCompression = 0;
+constexpr int kFastCompression = 11;
 
 bool isReadable(const QImageReader &reader)
 {
@@ -51,14 +54,8 @@ QImage normalised(QImage image)
     return image;
 }
 
-} // namespace
-
-QtImageCodec::QtImageCodec()
-{
-    QImageReader::setAllocationLimit(kDecodingMegabytes);
-}
-
-std::optional<PasteboardImage> QtImageCodec::tiffFromPicture(const QByteArray &file) const
+/// Absent if it is no picture, or one that is refused.
+std::optional<QImage> decoded(const QByteArray &file)
 {
     QBuffer source;
     source.setData(file);
@@ -68,17 +65,44 @@ std::optional<PasteboardImage> QtImageCodec::tiffFromPicture(const QByteArray &f
     reader.setAutoTransform(true);
     if (!isReadable(reader))
         return std::nullopt;
-    QImage decoded = reader.read();
-    if (decoded.isNull())
+    QImage image = reader.read();
+    if (image.isNull())
         return std::nullopt;
-    const QImage image = normalised(std::move(decoded));
+    return normalised(std::move(image));
+}
 
-    PasteboardImage result{{}, image.size()};
-    QBuffer sink(&result.tiff);
+std::optional<QByteArray> encoded(const QImage &image, const QByteArray &format, int compression)
+{
+    QByteArray file;
+    QBuffer sink(&file);
     sink.open(QIODevice::WriteOnly);
-    QImageWriter writer(&sink, "tiff");
-    writer.setCompression(0);
+    QImageWriter writer(&sink, format);
+    writer.setCompression(compression);
     if (!writer.write(image))
         return std::nullopt;
-    return result;
+    return file;
+}
+
+} // namespace
+
+QtImageCodec::QtImageCodec()
+{
+    QImageReader::setAllocationLimit(kDecodingMegabytes);
+}
+
+std::optional<PasteboardImage> QtImageCodec::tiffFromPicture(const QByteArray &file) const
+{
+    const std::optional<QImage> image = decoded(file);
+    if (!image)
+        return std::nullopt;
+    std::optional<QByteArray> tiff = encoded(*image, "tiff", kNoCompression);
+    if (!tiff)
+        return std::nullopt;
+    return PasteboardImage{std::move(*tiff), image->size()};
+}
+
+std::optional<QByteArray> QtImageCodec::pngFromPicture(const QByteArray &file) const
+{
+    const std::optional<QImage> image = decoded(file);
+    return image ? encoded(*image, "png", kFastCompression) : std::nullopt;
 }

@@ -3,16 +3,18 @@
 #include "platform/ImageCodec.h"
 
 /// Pictures by Qt's image plug-ins.
+///
+/// The picture's own statement of its size is looked at first: what claims to have more than 100
+/// million pixels is refused before any memory is taken, and so is what does not tell, and drawings
+/// (SVG), which are programs rather than pictures. The results stand upright, have 8 bits a colour,
+/// an alpha channel only if something shines through, and carry neither texts nor resolution nor
+/// colour profile.
 class QtImageCodec : public ImageCodec
 {
 public:
     /// Sets the limit of memory that Qt grants to one picture, for the whole program.
     QtImageCodec();
 
-    /// Looks at the picture's own statement of its size first: what claims to have more than 100
-    /// million pixels is refused before any memory is taken, and so is what does not tell, and
-    /// drawings (SVG), which are programs rather than pictures. The result stands upright, has 8
-    /// bits a colour, an alpha channel only if something shines through, and carries neither texts
-    /// nor resolution nor colour profile.
     std::optional<PasteboardImage> tiffFromPicture(const QByteArray &file) const override;
+    std::optional<QByteArray> pngFromPicture(const QByteArray &file) const override;
 };

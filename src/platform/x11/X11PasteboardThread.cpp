@@ -48,6 +48,18 @@ PasteboardSnapshot ownSnapshot(const PasteboardContents &contents)
     return snapshot;
 }
 
+/// What \a codec returns; absent if it fails, most likely for want of memory.
+template <typename Codec>
+auto orNothing(Codec codec) -> decltype(codec())
+{
+    try {
+        return codec();
+    } catch (const std::exception &error) {
+        printLine(u"Converting a picture failed: %1"_s.arg(QString::fromUtf8(error.what())));
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 X11PasteboardThread::X11PasteboardThread(const ImageCodec &codec, SnapshotQueue &published,
@@ -56,7 +68,10 @@ X11PasteboardThread::X11PasteboardThread(const ImageCodec &codec, SnapshotQueue 
     , m_published(published)
     , m_onPublished(std::move(onPublished))
     , m_reader(m_connection)
-    , m_server(m_connection)
+    , m_server(m_connection,
+               [this](const QByteArray &picture, X11SelectionServer::PngDone done) {
+                   encodePng(picture, std::move(done));
+               })
     , m_wakeDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
     if (m_wakeDescriptor < 0)
@@ -247,24 +262,36 @@ void X11PasteboardThread::addCopy(X11SelectionReader::Copy copy)
     convertPicture(id, copy.picture);
 }
 
-/// Elsewhere: decoding takes long, and other programs must not wait for our answers meanwhile.
 void X11PasteboardThread::convertPicture(quint64 id, const QByteArray &picture)
+{
+    runElsewhere([this, id, picture] {
+        const std::optional<PasteboardImage> image =
+            orNothing([&] { return m_codec.tiffFromPicture(picture); });
+        post([this, id, image] { addPicture(id, image); });
+    });
+}
+
+void X11PasteboardThread::encodePng(const QByteArray &picture, X11SelectionServer::PngDone done)
+{
+    runElsewhere([this, picture, done = std::move(done)] {
+        const std::optional<QByteArray> png =
+            orNothing([&] { return m_codec.pngFromPicture(picture); });
+        post([png, done] { done(png); });
+    });
+}
+
+/// Pictures take long, and other programs must not wait for our answers meanwhile.
+void X11PasteboardThread::runElsewhere(Task work)
 {
     if (!m_pictureQueue)
         m_pictureQueue = std::make_unique<SerialQueue>("pasteboard.pictures");
-    m_pictureQueue->enqueue([this, id, picture] {
+    m_pictureQueue->enqueue([this, work = std::move(work)] {
         {
             const std::lock_guard lock(m_mutex);
             if (m_isEnding)
                 return;
         }
-        std::optional<PasteboardImage> image;
-        try {
-            image = m_codec.tiffFromPicture(picture);
-        } catch (const std::exception &error) {
-            printLine(u"Decoding a picture failed: %1"_s.arg(QString::fromUtf8(error.what())));
-        }
-        post([this, id, image] { addPicture(id, image); });
+        work();
     });
 }
 

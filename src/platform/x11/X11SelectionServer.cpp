@@ -46,8 +46,9 @@ QList<QByteArray> fileUrls(const PasteboardContents &contents)
 
 } // namespace
 
-X11SelectionServer::X11SelectionServer(X11SelectionConnection &connection)
+X11SelectionServer::X11SelectionServer(X11SelectionConnection &connection, PngEncoder encodePng)
     : m_connection(connection)
+    , m_encodePng(std::move(encodePng))
     , m_window(connection.createWindow())
     , m_pieceBytes(std::min(kPieceBytes, connection.maxPropertyBytes()))
 {
@@ -145,6 +146,8 @@ X11SelectionServer::makeForms(const PasteboardContents &contents)
     auto forms = std::make_shared<std::vector<Form>>();
     for (const PasteboardContents::Entry &entry : contents.entries)
         addForms(*forms, contents, entry);
+    for (const PasteboardContents::Entry &entry : contents.entries)
+        addPng(*forms, entry);
     return forms;
 }
 
@@ -175,7 +178,20 @@ void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, Q
     const X11Atom atom = m_connection.atom(target);
     const auto isThere = [atom](const Form &form) { return form.target == atom; };
     if (std::none_of(forms.begin(), forms.end(), isThere))
-        forms.push_back({atom, m_connection.atom(type), data, false});
+        forms.push_back({atom, m_connection.atom(type), data, false, nullptr});
+}
+
+/// Many programs paste no picture but a PNG.
+void X11SelectionServer::addPng(std::vector<Form> &forms, const PasteboardContents::Entry &entry)
+{
+    if (entry.type != PasteboardType::kTiff && entry.type != PasteboardType::kJpeg)
+        return;
+    const std::size_t formCount = forms.size();
+    addForm(forms, u"image/png", u"image/png", {});
+    if (forms.size() == formCount)
+        return; // There is a real one.
+    forms.back().png = std::make_shared<LazyPng>();
+    forms.back().png->source = entry.data;
 }
 
 X11SelectionServer::Ownership *X11SelectionServer::find(X11Atom selection)
@@ -208,6 +224,8 @@ void X11SelectionServer::handle(const X11Event::ConversionRequested &request, Ti
     const Ownership *ownership = find(request.selection);
     const bool isOurs =
         ownership != nullptr && (request.time == 0 || !isBefore(request.time, ownership->since));
+    if (isOurs && hasToWait(*ownership, request))
+        return;
     const bool isMultiple = request.target == m_connection.atom(u"MULTIPLE");
     bool isDone = false;
     if (isOurs && isMultiple)
@@ -231,9 +249,39 @@ bool X11SelectionServer::convert(const Ownership &ownership, X11Window requestor
                                  QList<quint32>{ownership.since});
         return true;
     }
+    const Form *form = findForm(ownership, target);
+    return form != nullptr && send(requestor, property, *form, now);
+}
+
+const X11SelectionServer::Form *X11SelectionServer::findForm(const Ownership &ownership,
+                                                             X11Atom target) const
+{
     const auto form = std::find_if(ownership.forms->begin(), ownership.forms->end(),
                                    [target](const Form &each) { return each.target == target; });
-    return form != ownership.forms->end() && send(requestor, property, *form, now);
+    return form == ownership.forms->end() ? nullptr : &*form;
+}
+
+/// True if the request will be answered when its picture is made.
+bool X11SelectionServer::hasToWait(const Ownership &ownership,
+                                   const X11Event::ConversionRequested &request)
+{
+    const Form *form = findForm(ownership, request.target);
+    if (form == nullptr || !form->png || form->png->state == LazyPng::State::Done ||
+        form->png->waiting.size() >= kMaxTransfers)
+        return false;
+    const std::shared_ptr<LazyPng> png = form->png;
+    png->waiting.push_back(request);
+    if (png->state == LazyPng::State::UnderWay)
+        return true;
+    png->state = LazyPng::State::UnderWay;
+    m_encodePng(png->source, [this, png](std::optional<QByteArray> data) {
+        png->state = LazyPng::State::Done;
+        png->data = std::move(data).value_or(QByteArray());
+        png->source.clear();
+        for (const auto &waiting : std::exchange(png->waiting, {}))
+            handle(waiting, std::chrono::steady_clock::now());
+    });
+    return true;
 }
 
 void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requestor,
@@ -275,7 +323,10 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
     endTransfers([=](const OutgoingTransfer &each) {
         return each.requestor == requestor && each.property == property;
     });
-    const QByteArray data = form.isLatin1 ? QString::fromUtf8(form.data).toLatin1() : form.data;
+    if (form.png && form.png->data.isEmpty())
+        return false;
+    const QByteArray &stored = form.png ? form.png->data : form.data;
+    const QByteArray data = form.isLatin1 ? QString::fromUtf8(stored).toLatin1() : stored;
     if (data.size() <= m_pieceBytes) {
         m_connection.setProperty(requestor, property, form.type, data);
         return true;

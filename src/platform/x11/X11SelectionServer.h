@@ -19,7 +19,11 @@ class X11SelectionServer
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    explicit X11SelectionServer(X11SelectionConnection &connection);
+    using PngDone = std::function<void(std::optional<QByteArray> png)>;
+    /// Makes a PNG of another picture elsewhere and calls \a done with it later, on our thread.
+    using PngEncoder = std::function<void(const QByteArray &picture, PngDone done)>;
+
+    X11SelectionServer(X11SelectionConnection &connection, PngEncoder encodePng);
     ~X11SelectionServer();
 
     /// Takes CLIPBOARD for \a contents, or leaves it without owner if they are empty. Happens when
@@ -47,13 +51,30 @@ public:
     void expire(TimePoint now);
 
 private:
+    /// The PNG that we offer beside another picture, made when somebody asks for it.
+    struct LazyPng
+    {
+        enum class State
+        {
+            NotAsked,
+            UnderWay,
+            Done ///< Without success if there are no data.
+        };
+
+        QByteArray source;
+        QByteArray data;
+        State state = State::NotAsked;
+        std::vector<X11Event::ConversionRequested> waiting;
+    };
+
     /// One target under which contents can be had.
     struct Form
     {
         X11Atom target = 0;
         X11Atom type = 0;
-        QByteArray data;       ///< Shared with all forms of the same content.
-        bool isLatin1 = false; ///< The data are UTF-8 and go out as Latin-1.
+        QByteArray data;              ///< Shared with all forms of the same content.
+        bool isLatin1 = false;        ///< The data are UTF-8 and go out as Latin-1.
+        std::shared_ptr<LazyPng> png; ///< Shared with the work under way.
     };
 
     /// What we offer under one selection, and since when.
@@ -98,11 +119,14 @@ private:
                   const PasteboardContents::Entry &entry);
     void addForm(std::vector<Form> &forms, QStringView target, QStringView type,
                  const QByteArray &data);
+    void addPng(std::vector<Form> &forms, const PasteboardContents::Entry &entry);
     Ownership *find(X11Atom selection);
     void forget(X11Atom selection);
 
     bool convert(const Ownership &ownership, X11Window requestor, X11Atom target, X11Atom property,
                  TimePoint now);
+    const Form *findForm(const Ownership &ownership, X11Atom target) const;
+    bool hasToWait(const Ownership &ownership, const X11Event::ConversionRequested &request);
     bool convertMultiple(const Ownership &ownership, X11Window requestor, X11Atom property,
                          TimePoint now);
     void offerTargets(const Ownership &ownership, X11Window requestor, X11Atom property);
@@ -112,6 +136,7 @@ private:
     void endTransfers(Predicate isOver);
 
     X11SelectionConnection &m_connection;
+    PngEncoder m_encodePng;
     X11Window m_window;
     qint64 m_pieceBytes;
     std::vector<Ownership> m_ownerships;

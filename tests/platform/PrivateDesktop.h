@@ -151,20 +151,15 @@ public:
     quint32 openWindow(const QString &program, const QStringList &arguments,
                        const QString &windowClass)
     {
-        launch(program, arguments);
-        return findWindow(windowClass);
+        const QProcess &process = launch(program, arguments);
+        return searchWindow(QStringLiteral("--all --pid %1 --class %2")
+                                .arg(process.processId())
+                                .arg(windowClass));
     }
 
     quint32 findWindow(const QString &windowClass) const
     {
-        quint32 window = 0;
-        waitUntil([&] {
-            const QByteArray found = xdotool(QStringLiteral("search --onlyvisible --class ")
-                                             + windowClass);
-            window = found.trimmed().split('\n').last().toUInt();
-            return window != 0;
-        });
-        return window;
+        return searchWindow(QStringLiteral("--class ") + windowClass);
     }
 
     /// Sets the keyboard layouts, as in "us,ru", and makes one of them active.
@@ -222,6 +217,18 @@ public:
     }
 
 private:
+    quint32 searchWindow(const QString &conditions) const
+    {
+        quint32 window = 0;
+        waitUntil([&] {
+            const QByteArray found
+                = xdotool(QStringLiteral("search --onlyvisible ") + conditions);
+            window = found.trimmed().split('\n').last().toUInt();
+            return window != 0;
+        });
+        return window;
+    }
+
     /// What an earlier window manager wrote on the root window may have outlived it, so the window
     /// that is named there is asked too.
     bool isWindowManaged() const

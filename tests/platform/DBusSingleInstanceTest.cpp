@@ -29,7 +29,10 @@ class DBusSingleInstanceTest : public QObject
     Q_OBJECT
 
 public:
-    explicit DBusSingleInstanceTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit DBusSingleInstanceTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void secondStartActivatesTheFirst();

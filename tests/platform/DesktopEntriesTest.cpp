@@ -41,10 +41,10 @@ void DesktopEntriesTest::init()
     m_folder = std::make_unique<QTemporaryDir>();
     QDir(m_folder->path()).mkpath(u"user"_s);
     QDir(m_folder->path()).mkpath(u"system"_s);
-    m_entries = std::make_unique<DesktopEntries>(
-        QStringList{m_folder->filePath(u"user"_s), m_folder->filePath(u"system"_s),
-                    m_folder->filePath(u"missing"_s)},
-        u"de_AT.UTF-8@euro"_s);
+    m_entries = std::make_unique<DesktopEntries>(QStringList{m_folder->filePath(u"user"_s),
+                                                             m_folder->filePath(u"system"_s),
+                                                             m_folder->filePath(u"missing"_s)},
+                                                 u"de_AT.UTF-8@euro"_s);
 }
 
 void DesktopEntriesTest::write(const QString &path, const QByteArray &keys)
@@ -63,8 +63,9 @@ void DesktopEntriesTest::entryIsFoundById()
 
     const auto entry = m_entries->findById(u"org.some.Editor"_s);
     QVERIFY(entry);
-    QCOMPARE(*entry, (DesktopEntry{u"org.some.Editor"_s, u"Editor"_s, u"ed"_s,
-                                   {u"Utility"_s, u"TextEditor"_s}}));
+    QCOMPARE(*entry,
+             (DesktopEntry{
+                 u"org.some.Editor"_s, u"Editor"_s, u"ed"_s, {u"Utility"_s, u"TextEditor"_s}}));
 }
 
 void DesktopEntriesTest::nameIsInTheLanguageOfTheSession_data()

@@ -28,13 +28,13 @@ void PasteChordTest::programsTakeTheirChord_data()
     QTest::newRow("unknown") << QString() << QString() << QStringList() << PasteChord::ControlV;
     QTest::newRow("known terminal") << u"gnome-terminal-server"_s << u"Gnome-terminal"_s
                                     << QStringList() << PasteChord::ControlShiftV;
-    QTest::newRow("terminal by its class") << u"main"_s << u"Alacritty"_s << QStringList()
-                                           << PasteChord::ControlShiftV;
-    QTest::newRow("terminal by its entry") << u"newterm"_s << u"NewTerm"_s << terminal
-                                           << PasteChord::ControlShiftV;
+    QTest::newRow("terminal by its class")
+        << u"main"_s << u"Alacritty"_s << QStringList() << PasteChord::ControlShiftV;
+    QTest::newRow("terminal by its entry")
+        << u"newterm"_s << u"NewTerm"_s << terminal << PasteChord::ControlShiftV;
     QTest::newRow("xterm") << u"xterm"_s << u"XTerm"_s << terminal << PasteChord::ShiftInsert;
-    QTest::newRow("xterm under another name") << u"mutt"_s << u"XTerm"_s << terminal
-                                              << PasteChord::ShiftInsert;
+    QTest::newRow("xterm under another name")
+        << u"mutt"_s << u"XTerm"_s << terminal << PasteChord::ShiftInsert;
     QTest::newRow("urxvt") << u"urxvt"_s << u"URxvt"_s << terminal << PasteChord::ShiftInsert;
 }
 

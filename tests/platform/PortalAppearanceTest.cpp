@@ -29,9 +29,9 @@ public:
 
     void announce(const QString &group, const QString &key, const QVariant &value)
     {
-        QDBusMessage signal = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
-                                                         u"org.freedesktop.portal.Settings"_s,
-                                                         u"SettingChanged"_s);
+        QDBusMessage signal =
+            QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
+                                       u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
         signal << group << key << QVariant::fromValue(QDBusVariant(value));
         m_bus.send(signal);
     }
@@ -60,7 +60,10 @@ class PortalAppearanceTest : public QObject
     Q_OBJECT
 
 public:
-    explicit PortalAppearanceTest(QString busAddress) : m_busAddress(std::move(busAddress)) {}
+    explicit PortalAppearanceTest(QString busAddress)
+        : m_busAddress(std::move(busAddress))
+    {
+    }
 
 private slots:
     void preferenceIsReadOnceTheLoopRuns_data();

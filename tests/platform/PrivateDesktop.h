@@ -21,9 +21,9 @@ public:
     PrivateDesktop()
     {
         m_environment = QProcessEnvironment::systemEnvironment();
-        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
-                                 "SESSION_MANAGER", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
-                                 "XDG_CACHE_HOME", "QT_QPA_PLATFORM"})
+        for (const char *name :
+             {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "SESSION_MANAGER",
+              "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "QT_QPA_PLATFORM"})
             m_environment.remove(QString::fromLatin1(name));
         setVariable("HOME", m_folder.path());
         setVariable("XDG_RUNTIME_DIR", m_folder.path());
@@ -47,13 +47,13 @@ public:
     /// Starts the server and makes it the display of this process. False if that fails.
     bool start(const QStringList &serverArguments = {})
     {
-        QProcess &server
-            = launch(QStringLiteral("Xvfb"),
-                     QStringList{QStringLiteral("-displayfd"), QStringLiteral("1"),
-                                 QStringLiteral("-screen"), QStringLiteral("0"),
-                                 QStringLiteral("1024x768x24"), QStringLiteral("-noreset"),
-                                 QStringLiteral("-nolisten"), QStringLiteral("tcp")}
-                         + serverArguments);
+        QProcess &server =
+            launch(QStringLiteral("Xvfb"),
+                   QStringList{QStringLiteral("-displayfd"), QStringLiteral("1"),
+                               QStringLiteral("-screen"), QStringLiteral("0"),
+                               QStringLiteral("1024x768x24"), QStringLiteral("-noreset"),
+                               QStringLiteral("-nolisten"), QStringLiteral("tcp")} +
+                       serverArguments);
         while (!server.canReadLine()) {
             if (!server.waitForReadyRead(10000))
                 return false;
@@ -68,10 +68,10 @@ public:
     /// this process does not use it by itself.
     QString startBus()
     {
-        QProcess &bus = launch(QStringLiteral("dbus-daemon"),
-                               {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                QStringLiteral("--nopidfile"),
-                                QStringLiteral("--print-address=1")});
+        QProcess &bus =
+            launch(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                    QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
         while (!bus.canReadLine()) {
             if (!bus.waitForReadyRead(10000))
                 return {};
@@ -152,9 +152,8 @@ public:
                        const QString &windowClass)
     {
         const QProcess &process = launch(program, arguments);
-        return searchWindow(QStringLiteral("--all --pid %1 --class %2")
-                                .arg(process.processId())
-                                .arg(windowClass));
+        return searchWindow(
+            QStringLiteral("--all --pid %1 --class %2").arg(process.processId()).arg(windowClass));
     }
 
     quint32 findWindow(const QString &windowClass) const
@@ -192,14 +191,12 @@ public:
         if (file.open(QIODevice::WriteOnly))
             file.write(text);
         file.close();
-        launch(QStringLiteral("xclip"),
-               {QStringLiteral("-quiet"), QStringLiteral("-selection"), selection,
-                QStringLiteral("-i"), file.fileName()});
+        launch(QStringLiteral("xclip"), {QStringLiteral("-quiet"), QStringLiteral("-selection"),
+                                         selection, QStringLiteral("-i"), file.fileName()});
         waitUntil([&] {
             return run(QStringLiteral("timeout"),
                        {QStringLiteral("5"), QStringLiteral("xclip"), QStringLiteral("-o"),
-                        QStringLiteral("-selection"), selection})
-                == text;
+                        QStringLiteral("-selection"), selection}) == text;
         });
     }
 
@@ -221,8 +218,7 @@ private:
     {
         quint32 window = 0;
         waitUntil([&] {
-            const QByteArray found
-                = xdotool(QStringLiteral("search --onlyvisible ") + conditions);
+            const QByteArray found = xdotool(QStringLiteral("search --onlyvisible ") + conditions);
             window = found.trimmed().split('\n').last().toUInt();
             return window != 0;
         });
@@ -235,10 +231,9 @@ private:
     {
         const QString property = QStringLiteral("_NET_SUPPORTING_WM_CHECK");
         const QByteArray answer = run(QStringLiteral("xprop"), {QStringLiteral("-root"), property});
-        const QString window
-            = QString::fromLatin1(answer.mid(answer.indexOf("# ") + 2).trimmed());
-        return answer.contains("window id")
-            && run(QStringLiteral("xprop"), {QStringLiteral("-id"), window, property})
+        const QString window = QString::fromLatin1(answer.mid(answer.indexOf("# ") + 2).trimmed());
+        return answer.contains("window id") &&
+               run(QStringLiteral("xprop"), {QStringLiteral("-id"), window, property})
                    .contains("window id");
     }
 

@@ -12,7 +12,10 @@ class X11AppearanceTest : public QObject
     Q_OBJECT
 
 public:
-    explicit X11AppearanceTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit X11AppearanceTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void cleanup() { m_desktop.endPrograms(); }

@@ -27,7 +27,10 @@ class X11GlobalHotkeyTest : public QObject
     Q_OBJECT
 
 public:
-    explicit X11GlobalHotkeyTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit X11GlobalHotkeyTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void init();
@@ -180,10 +183,9 @@ void X11GlobalHotkeyTest::nothingIsLeftOfARefusedCombination()
     X11GlobalHotkey whole(other, otherKeyboard);
     QProcess &holder = m_desktop.launch(
         u"/usr/bin/python3"_s,
-        {u"-c"_s,
-         u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
-         "d.screen().root.grab_key(65, X.Mod1Mask | X.LockMask, 0, X.GrabModeAsync,"
-         " X.GrabModeAsync)\nd.sync()\ntime.sleep(1000)\n"_s});
+        {u"-c"_s, u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
+                  "d.screen().root.grab_key(65, X.Mod1Mask | X.LockMask, 0, X.GrabModeAsync,"
+                  " X.GrabModeAsync)\nd.sync()\ntime.sleep(1000)\n"_s});
 
     QTRY_VERIFY([this] {
         const int error = m_hotkey->assign(kSpace, kOption);

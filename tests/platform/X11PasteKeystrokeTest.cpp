@@ -30,7 +30,10 @@ class X11PasteKeystrokeTest : public QObject
     Q_OBJECT
 
 public:
-    explicit X11PasteKeystrokeTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit X11PasteKeystrokeTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void init();
@@ -104,8 +107,8 @@ void X11PasteKeystrokeTest::cleanup()
 
 quint32 X11PasteKeystrokeTest::openEditor()
 {
-    const quint32 window
-        = m_desktop.openWindow(u"mousepad"_s, {u"--disable-server"_s}, u"Mousepad"_s);
+    const quint32 window =
+        m_desktop.openWindow(u"mousepad"_s, {u"--disable-server"_s}, u"Mousepad"_s);
     m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(window));
     return window;
 }
@@ -113,8 +116,8 @@ quint32 X11PasteKeystrokeTest::openEditor()
 /// Pastes into \a window as the program does, once it has the focus.
 void X11PasteKeystrokeTest::paste(quint32 window)
 {
-    QTRY_VERIFY(m_workspace->frontmostApplication()
-                && m_workspace->frontmostApplication()->window == window);
+    QTRY_VERIFY(m_workspace->frontmostApplication() &&
+                m_workspace->frontmostApplication()->window == window);
     // What the server has said of the keyboard is taken notice of, as in a program that idles.
     m_keyboard->state();
     QCoreApplication::processEvents();
@@ -128,9 +131,8 @@ void X11PasteKeystrokeTest::paste(quint32 window)
 QByteArray X11PasteKeystrokeTest::textOf(quint32 editor)
 {
     // The editor fetches the text on its own time, and marks its title once it has it.
-    PrivateDesktop::waitUntil([&] {
-        return m_desktop.xdotool(u"getwindowname %1"_s.arg(editor)).startsWith('*');
-    });
+    PrivateDesktop::waitUntil(
+        [&] { return m_desktop.xdotool(u"getwindowname %1"_s.arg(editor)).startsWith('*'); });
     m_desktop.setLayout(u"us"_s);
     m_desktop.own(u"clipboard"_s, "nothing was copied");
     QByteArray text;
@@ -146,9 +148,9 @@ QByteArray X11PasteKeystrokeTest::textOf(quint32 editor)
 
 quint8 X11PasteKeystrokeTest::personsKeyboard()
 {
-    const auto reply = m_connection->reply(
-        xcb_input_xi_query_device_reply,
-        xcb_input_xi_query_device(m_connection->xcb(), XCB_INPUT_DEVICE_ALL));
+    const auto reply =
+        m_connection->reply(xcb_input_xi_query_device_reply,
+                            xcb_input_xi_query_device(m_connection->xcb(), XCB_INPUT_DEVICE_ALL));
     auto infos = xcb_input_xi_query_device_infos_iterator(reply.get());
     for (; infos.rem > 0; xcb_input_xi_device_info_next(&infos)) {
         const QByteArrayView name(xcb_input_xi_device_info_name(infos.data),
@@ -161,8 +163,8 @@ quint8 X11PasteKeystrokeTest::personsKeyboard()
 
 void X11PasteKeystrokeTest::fakeKeyOfPerson(int type, quint8 key)
 {
-    const int eventType
-        = type + m_connection->xinput().firstEvent + XCB_INPUT_DEVICE_KEY_PRESS - XCB_KEY_PRESS;
+    const int eventType =
+        type + m_connection->xinput().firstEvent + XCB_INPUT_DEVICE_KEY_PRESS - XCB_KEY_PRESS;
     const X11Reply<xcb_generic_error_t> error(xcb_request_check(
         m_connection->xcb(),
         xcb_test_fake_input_checked(m_connection->xcb(), quint8(eventType), key, XCB_CURRENT_TIME,
@@ -461,11 +463,11 @@ void X11PasteKeystrokeTest::focusIsSeenInTheTargetOnly()
     const quint32 terminal = m_desktop.openWindow(
         u"xterm"_s, {u"-fa"_s, u"Mono"_s, u"-e"_s, u"sleep"_s, u"1000"_s}, u"XTerm"_s);
     // GTK puts the focus into a small window within the editor's.
-    const quint32 editor
-        = m_desktop.openWindow(u"mousepad"_s, {u"--disable-server"_s}, u"Mousepad"_s);
+    const quint32 editor =
+        m_desktop.openWindow(u"mousepad"_s, {u"--disable-server"_s}, u"Mousepad"_s);
     const auto giveFocus = [&](quint32 window) {
-        m_desktop.xdotool((isManaged ? u"windowactivate --sync %1"_s : u"windowfocus %1"_s)
-                              .arg(window));
+        m_desktop.xdotool(
+            (isManaged ? u"windowactivate --sync %1"_s : u"windowfocus %1"_s).arg(window));
     };
 
     RunningApplication target;
@@ -495,8 +497,8 @@ void X11PasteKeystrokeTest::dialogueOfTheTargetCounts()
 
     m_desktop.xdotool(u"key ctrl+f"_s); // The search dialogue or bar, then the open dialogue.
     m_desktop.xdotool(u"key ctrl+o"_s);
-    QTRY_VERIFY(m_workspace->frontmostApplication()
-                && m_workspace->frontmostApplication()->window != editor);
+    QTRY_VERIFY(m_workspace->frontmostApplication() &&
+                m_workspace->frontmostApplication()->window != editor);
     QVERIFY(m_keystroke->isTargetFocused());
 }
 

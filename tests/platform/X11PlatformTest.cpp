@@ -30,7 +30,10 @@ class X11PlatformTest : public QObject
     Q_OBJECT
 
 public:
-    explicit X11PlatformTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit X11PlatformTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void cleanup() { qputenv("DISPLAY", m_desktop.displayName()); }

@@ -12,7 +12,10 @@ class X11PointerMonitorTest : public QObject
     Q_OBJECT
 
 public:
-    explicit X11PointerMonitorTest(PrivateDesktop &desktop) : m_desktop(desktop) {}
+    explicit X11PointerMonitorTest(PrivateDesktop &desktop)
+        : m_desktop(desktop)
+    {
+    }
 
 private slots:
     void init();
@@ -73,13 +76,12 @@ void X11PointerMonitorTest::pressesInsideAGrabAreTold()
 {
     QProcess &grabber = m_desktop.launch(
         u"/usr/bin/python3"_s,
-        {u"-c"_s,
-         u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
-         "r = d.screen().root\n"
-         "r.grab_pointer(0, X.ButtonPressMask, X.GrabModeAsync, X.GrabModeAsync, 0, 0,"
-         " X.CurrentTime)\nd.sync()\n"
-         "w = r.create_window(0, 0, 1, 1, 0, X.CopyFromParent)\n"
-         "w.set_wm_class('grabber', 'Grabber')\nw.map()\nd.sync()\ntime.sleep(1000)\n"_s});
+        {u"-c"_s, u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
+                  "r = d.screen().root\n"
+                  "r.grab_pointer(0, X.ButtonPressMask, X.GrabModeAsync, X.GrabModeAsync, 0, 0,"
+                  " X.CurrentTime)\nd.sync()\n"
+                  "w = r.create_window(0, 0, 1, 1, 0, X.CopyFromParent)\n"
+                  "w.set_wm_class('grabber', 'Grabber')\nw.map()\nd.sync()\ntime.sleep(1000)\n"_s});
     QVERIFY(m_desktop.findWindow(u"Grabber"_s) != 0);
     m_monitor->start();
     m_desktop.xdotool(u"mousemove 50 60 click 1"_s);
@@ -90,9 +92,9 @@ void X11PointerMonitorTest::pressesInsideAGrabAreTold()
 void X11PointerMonitorTest::pressStillReachesTheWindowBelow()
 {
     m_monitor->start();
-    QProcess &terminal = m_desktop.launch(
-        u"xterm"_s, {u"-fa"_s, u"Mono"_s, u"-geometry"_s, u"80x24+0+0"_s, u"-e"_s, u"sh"_s, u"-c"_s,
-                     u"printf 'chosenword\\n'; sleep 1000"_s});
+    QProcess &terminal =
+        m_desktop.launch(u"xterm"_s, {u"-fa"_s, u"Mono"_s, u"-geometry"_s, u"80x24+0+0"_s, u"-e"_s,
+                                      u"sh"_s, u"-c"_s, u"printf 'chosenword\\n'; sleep 1000"_s});
     QVERIFY(m_desktop.findWindow(u"XTerm"_s) != 0);
     // A double click in an xterm selects the word for PRIMARY.
     QTRY_VERIFY([this] {

@@ -28,7 +28,10 @@ class DBusSingleInstance::Object : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.tessarine.Tessarine")
 
 public:
-    explicit Object(DBusSingleInstance &owner) : m_owner(owner) {}
+    explicit Object(DBusSingleInstance &owner)
+        : m_owner(owner)
+    {
+    }
 
 public slots:
     void Activate() // The name is the bus's.
@@ -41,7 +44,10 @@ private:
     DBusSingleInstance &m_owner;
 };
 
-DBusSingleInstance::DBusSingleInstance() : m_object(std::make_unique<Object>(*this)) {}
+DBusSingleInstance::DBusSingleInstance()
+    : m_object(std::make_unique<Object>(*this))
+{
+}
 
 DBusSingleInstance::~DBusSingleInstance() = default;
 
@@ -57,9 +63,9 @@ SingleInstance::Role DBusSingleInstance::claim()
     bus->registerObject(kObjectPath, m_object.get(), QDBusConnection::ExportAllSlots);
 
     // Asked for directly, because the bus interface would wait 25 seconds for a bus that hangs.
-    QDBusMessage request = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
-        u"RequestName"_s);
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"RequestName"_s);
     request << kServiceName << kDoNotQueue;
     const QDBusMessage reply = bus->call(request, QDBus::Block, kAnswerTimeoutMilliseconds);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
@@ -77,8 +83,8 @@ bool DBusSingleInstance::activateFirst()
     if (!bus)
         return false;
 
-    const QDBusMessage call = QDBusMessage::createMethodCall(kServiceName, kObjectPath,
-                                                             kInterfaceName, u"Activate"_s);
+    const QDBusMessage call =
+        QDBusMessage::createMethodCall(kServiceName, kObjectPath, kInterfaceName, u"Activate"_s);
     const QDBusMessage reply = bus->call(call, QDBus::Block, kAnswerTimeoutMilliseconds);
     return reply.type() == QDBusMessage::ReplyMessage;
 }

@@ -126,7 +126,10 @@ bool isSameClass(const QString &left, const QString &right)
 
 } // namespace
 
-DesktopEntries::DesktopEntries() : DesktopEntries(sessionFolders(), sessionLocale()) {}
+DesktopEntries::DesktopEntries()
+    : DesktopEntries(sessionFolders(), sessionLocale())
+{
+}
 
 DesktopEntries::DesktopEntries(QStringList folders, const QString &locale)
     : m_folders(std::move(folders))

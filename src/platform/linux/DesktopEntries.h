@@ -9,8 +9,8 @@
 /// An installed program, as its desktop entry describes it.
 struct DesktopEntry
 {
-    QString id; ///< The desktop-file id without ".desktop".
-    QString name; ///< In the language of the session.
+    QString id;          ///< The desktop-file id without ".desktop".
+    QString name;        ///< In the language of the session.
     QString windowClass; ///< StartupWMClass; empty if the entry has none.
     QStringList categories;
 
@@ -48,9 +48,9 @@ private:
     };
     struct Index
     {
-        QHash<QString, File> filesById; ///< By the id in lower case.
+        QHash<QString, File> filesById;           ///< By the id in lower case.
         QHash<QString, QString> idsByWindowClass; ///< Both in lower case.
-        QHash<QString, QString> idsByLastName; ///< "editor" of "org.some.editor"; lower case.
+        QHash<QString, QString> idsByLastName;    ///< "editor" of "org.some.editor"; lower case.
         qint64 foldersChangedAt = -1;
     };
 

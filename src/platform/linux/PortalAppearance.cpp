@@ -45,8 +45,8 @@ void PortalAppearance::ask()
     bus->connect({}, kPortalPath, kSettingsInterface, u"SettingChanged"_s, this,
                  SLOT(handleSettingChanged(QString, QString, QDBusVariant)));
 
-    QDBusMessage question
-        = QDBusMessage::createMethodCall(kPortalService, kPortalPath, kSettingsInterface, u"Read"_s);
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(kPortalService, kPortalPath, kSettingsInterface, u"Read"_s);
     question << kAppearanceGroup << kColorSchemeKey;
     auto *watcher = new QDBusPendingCallWatcher(bus->asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

@@ -7,8 +7,8 @@
 /// What a stored virtual key code means on a Linux keyboard.
 struct VirtualKey
 {
-    quint32 code = 0; ///< As it is stored with a key combination.
-    quint32 keysym = 0; ///< The unshifted X keysym of the key's name.
+    quint32 code = 0;     ///< As it is stored with a key combination.
+    quint32 keysym = 0;   ///< The unshifted X keysym of the key's name.
     quint16 position = 0; ///< The kernel's number of that key on a US keyboard (KEY_A is 30).
 
     friend bool operator==(const VirtualKey &, const VirtualKey &) = default;

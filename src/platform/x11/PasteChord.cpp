@@ -11,9 +11,8 @@ namespace {
 
 /// In lower case, as all names here.
 constexpr std::array kOldTerminals{
-    QStringView(u"xterm"), QStringView(u"uxterm"), QStringView(u"urxvt"),
-    QStringView(u"rxvt"),  QStringView(u"aterm"),  QStringView(u"eterm"),
-    QStringView(u"mlterm"),
+    QStringView(u"xterm"), QStringView(u"uxterm"), QStringView(u"urxvt"),  QStringView(u"rxvt"),
+    QStringView(u"aterm"), QStringView(u"eterm"),  QStringView(u"mlterm"),
 };
 
 constexpr std::array kTerminals{
@@ -51,8 +50,8 @@ template <typename Names>
 bool isOneOf(const Names &names, const QString &instanceName, const QString &className)
 {
     return std::ranges::any_of(names, [&](QStringView name) {
-        return name.compare(instanceName, Qt::CaseInsensitive) == 0
-            || name.compare(className, Qt::CaseInsensitive) == 0;
+        return name.compare(instanceName, Qt::CaseInsensitive) == 0 ||
+               name.compare(className, Qt::CaseInsensitive) == 0;
     });
 }
 

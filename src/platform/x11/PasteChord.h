@@ -4,10 +4,11 @@
 #include <QStringList>
 
 /// The keys that a program takes as its paste command.
-enum class PasteChord {
+enum class PasteChord
+{
     ControlV,
     ControlShiftV, ///< Terminals: there Ctrl+V is typed into the program that runs.
-    ShiftInsert, ///< The older terminals; pastes the PRIMARY selection.
+    ShiftInsert,   ///< The older terminals; pastes the PRIMARY selection.
 };
 
 /// The chord of the program whose window is of the class with the parts \a instanceName and

@@ -76,8 +76,8 @@ void requireX11Display()
 X11Connection::X11Connection(const QByteArray &displayName)
 {
     connectToServer(displayName);
-    m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_xcb),
-                                                   QSocketNotifier::Read);
+    m_notifier =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_xcb), QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, &m_context,
                      [this] { processEvents(); });
 }
@@ -99,8 +99,7 @@ void X11Connection::connectToServer(const QByteArray &displayName)
 void X11Connection::learnServer(int screenNumber)
 {
     // Everything is asked for before the first answer is taken: two round trips for all.
-    for (xcb_extension_t *extension :
-         {&xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
+    for (xcb_extension_t *extension : {&xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
         xcb_prefetch_extension_data(m_xcb, extension);
     std::array<xcb_intern_atom_cookie_t, size_t(X11Atom::Count)> atomCookies{};
     std::ranges::transform(atomNames(screenNumber), atomCookies.begin(), [this](const auto &name) {
@@ -113,14 +112,12 @@ void X11Connection::learnServer(int screenNumber)
     m_xtest = learnExtension(m_xcb, &xcb_test_id);
 
     // An extension serves only those who have told it the version they speak.
-    const auto xfixesVersion = m_xfixes.isPresent
-        ? std::optional(xcb_xfixes_query_version(m_xcb, 5, 0))
-        : std::nullopt;
-    const auto xinputVersion = m_xinput.isPresent
-        ? std::optional(xcb_input_xi_query_version(m_xcb, 2, 2))
-        : std::nullopt;
-    const auto xkbVersion = m_xkb.isPresent ? std::optional(xcb_xkb_use_extension(m_xcb, 1, 0))
-                                            : std::nullopt;
+    const auto xfixesVersion =
+        m_xfixes.isPresent ? std::optional(xcb_xfixes_query_version(m_xcb, 5, 0)) : std::nullopt;
+    const auto xinputVersion =
+        m_xinput.isPresent ? std::optional(xcb_input_xi_query_version(m_xcb, 2, 2)) : std::nullopt;
+    const auto xkbVersion =
+        m_xkb.isPresent ? std::optional(xcb_xkb_use_extension(m_xcb, 1, 0)) : std::nullopt;
     for (size_t i = 0; i < m_atoms.size(); ++i) {
         if (const auto atom = reply(xcb_intern_atom_reply, atomCookies[i]))
             m_atoms[i] = atom->atom;

@@ -12,7 +12,8 @@
 struct xcb_connection_t;
 class QSocketNotifier;
 
-enum class X11Atom : quint8 {
+enum class X11Atom : quint8
+{
     CompositorSelection, ///< _NET_WM_CM_S with the number of our screen.
     GtkApplicationId,
     NetActiveWindow,

@@ -20,7 +20,8 @@ constexpr quint32 kSuperRight = 0xffec;
 
 } // namespace
 
-X11Keyboard::X11Keyboard(X11Connection &connection) : m_connection(connection)
+X11Keyboard::X11Keyboard(X11Connection &connection)
+    : m_connection(connection)
 {
     if (!isSupported())
         return;
@@ -35,8 +36,8 @@ X11Keyboard::~X11Keyboard()
 
 void X11Keyboard::selectEvents()
 {
-    constexpr quint16 kEvents
-        = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr quint16 kEvents =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     xcb_xkb_select_events(m_connection.xcb(), kCoreKeyboard, kEvents, 0, kEvents, kMapParts,
                           kMapParts, nullptr);
     m_connection.flush();
@@ -45,8 +46,9 @@ void X11Keyboard::selectEvents()
 void X11Keyboard::handleX11Event(int type, const void *event)
 {
     const auto *generic = static_cast<const xcb_generic_event_t *>(event);
-    const bool isMapEvent = type == m_connection.xkb().firstEvent
-        && (generic->pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || generic->pad0 == XCB_XKB_MAP_NOTIFY);
+    const bool isMapEvent =
+        type == m_connection.xkb().firstEvent &&
+        (generic->pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY || generic->pad0 == XCB_XKB_MAP_NOTIFY);
     if (isMapEvent || type == XCB_MAPPING_NOTIFY)
         noteLayoutChanged();
 }
@@ -81,9 +83,8 @@ void X11Keyboard::load()
     m_keys.assign(256, {});
     m_groupCount = 0;
     const auto reply = m_connection.reply(
-        xcb_xkb_get_map_reply,
-        xcb_xkb_get_map(m_connection.xcb(), kCoreKeyboard, kMapParts, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                        0, 0, 0, 0, 0, 0));
+        xcb_xkb_get_map_reply, xcb_xkb_get_map(m_connection.xcb(), kCoreKeyboard, kMapParts, 0, 0,
+                                               0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
     if (!reply)
         return;
 
@@ -193,8 +194,8 @@ X11Keyboard::State X11Keyboard::state()
 {
     if (!isSupported())
         return {};
-    const auto reply = m_connection.reply(
-        xcb_xkb_get_state_reply, xcb_xkb_get_state(m_connection.xcb(), kCoreKeyboard));
+    const auto reply = m_connection.reply(xcb_xkb_get_state_reply,
+                                          xcb_xkb_get_state(m_connection.xcb(), kCoreKeyboard));
     if (!reply)
         return {};
     return {reply->baseMods, reply->latchedMods, reply->lockedMods, reply->lockedGroup,

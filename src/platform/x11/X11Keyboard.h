@@ -40,7 +40,7 @@ public:
     std::vector<quint8> modifierKeys();
 
     quint8 commandMask(); ///< Super; 0 if the keyboard has none.
-    quint8 optionMask(); ///< Alt.
+    quint8 optionMask();  ///< Alt.
     /// Caps Lock, Num Lock and Scroll Lock.
     quint8 lockMask();
 

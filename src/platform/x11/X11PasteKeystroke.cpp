@@ -61,8 +61,8 @@ void X11PasteKeystroke::prepare(const RunningApplication &target)
 
     // In a terminal Shift+Insert pastes PRIMARY.
     const bool isTerminal = m_wantedChord != PasteChord::ControlV;
-    const bool isShiftInsert
-        = m_wantedChord == PasteChord::ShiftInsert || !findLetterV(m_keyboard.state().lockedGroup);
+    const bool isShiftInsert =
+        m_wantedChord == PasteChord::ShiftInsert || !findLetterV(m_keyboard.state().lockedGroup);
     if (isTerminal && isShiftInsert && m_onPrimaryNeeded)
         m_onPrimaryNeeded();
 }
@@ -136,8 +136,8 @@ bool X11PasteKeystroke::postKeyUp()
 void X11PasteKeystroke::liftHeldModifiers()
 {
     m_liftedKeys.clear();
-    const auto keymap = m_connection.reply(xcb_query_keymap_reply,
-                                           xcb_query_keymap(m_connection.xcb()));
+    const auto keymap =
+        m_connection.reply(xcb_query_keymap_reply, xcb_query_keymap(m_connection.xcb()));
     if (!keymap)
         return;
     const QByteArray held(reinterpret_cast<const char *>(keymap->keys), sizeof keymap->keys);
@@ -164,9 +164,9 @@ std::vector<X11PasteKeystroke::Device> X11PasteKeystroke::keyboards() const
     std::vector<Device> devices;
     if (!m_connection.xinput().isPresent)
         return devices;
-    const auto reply = m_connection.reply(
-        xcb_input_xi_query_device_reply,
-        xcb_input_xi_query_device(m_connection.xcb(), XCB_INPUT_DEVICE_ALL));
+    const auto reply =
+        m_connection.reply(xcb_input_xi_query_device_reply,
+                           xcb_input_xi_query_device(m_connection.xcb(), XCB_INPUT_DEVICE_ALL));
     if (!reply)
         return devices;
     auto infos = xcb_input_xi_query_device_infos_iterator(reply.get());
@@ -197,8 +197,8 @@ std::vector<QByteArray> X11PasteKeystroke::heldKeys(const std::vector<quint8> &d
             if (classes.data->class_id != XCB_INPUT_INPUT_CLASS_KEY)
                 continue;
             const auto *keyState = reinterpret_cast<const xcb_input_key_state_t *>(classes.data);
-            keys = QByteArray(reinterpret_cast<const char *>(keyState->keys),
-                              sizeof keyState->keys);
+            keys =
+                QByteArray(reinterpret_cast<const char *>(keyState->keys), sizeof keyState->keys);
         }
     }
     return held;
@@ -231,8 +231,7 @@ void X11PasteKeystroke::putBackModifiers(bool areOfChord)
 void X11PasteKeystroke::clearStickyModifiers()
 {
     const quint8 stickyLocks = m_earlierState.lockedModifiers & ~m_keyboard.lockMask();
-    if (stickyLocks == 0 && m_earlierState.latchedModifiers == 0
-        && !m_earlierState.hasLatchedGroup)
+    if (stickyLocks == 0 && m_earlierState.latchedModifiers == 0 && !m_earlierState.hasLatchedGroup)
         return;
     xcb_xkb_latch_lock_state(m_connection.xcb(), XCB_XKB_ID_USE_CORE_KBD, stickyLocks, 0, 0, 0,
                              0xff, 1, 0);

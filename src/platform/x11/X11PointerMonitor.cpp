@@ -25,7 +25,10 @@ QPoint deviceIndependent(QPoint native)
 
 } // namespace
 
-X11PointerMonitor::X11PointerMonitor(X11Connection &connection) : m_connection(connection) {}
+X11PointerMonitor::X11PointerMonitor(X11Connection &connection)
+    : m_connection(connection)
+{
+}
 
 X11PointerMonitor::~X11PointerMonitor()
 {
@@ -67,8 +70,8 @@ void X11PointerMonitor::selectPresses(bool isWanted)
 void X11PointerMonitor::handleX11Event(int type, const void *event)
 {
     const auto *press = static_cast<const xcb_input_raw_button_press_event_t *>(event);
-    if (type != XCB_GE_GENERIC || press->extension != m_connection.xinput().majorOpcode
-        || press->event_type != XCB_INPUT_RAW_BUTTON_PRESS)
+    if (type != XCB_GE_GENERIC || press->extension != m_connection.xinput().majorOpcode ||
+        press->event_type != XCB_INPUT_RAW_BUTTON_PRESS)
         return;
     if (press->detail != kLeftButton && press->detail != kRightButton)
         return;

@@ -56,10 +56,10 @@ bool X11Windows::isWindowManagerAlive(const std::optional<quint32> &checkWindow)
 std::optional<X11Windows::Identity> X11Windows::identity(quint32 window)
 {
     const quint32 classRequest = m_connection.requestProperty(window, XCB_ATOM_WM_CLASS);
-    const quint32 gtkRequest
-        = m_connection.requestProperty(window, m_connection.atom(X11Atom::GtkApplicationId));
-    const quint32 pidRequest
-        = m_connection.requestProperty(window, m_connection.atom(X11Atom::NetWmPid));
+    const quint32 gtkRequest =
+        m_connection.requestProperty(window, m_connection.atom(X11Atom::GtkApplicationId));
+    const quint32 pidRequest =
+        m_connection.requestProperty(window, m_connection.atom(X11Atom::NetWmPid));
     const std::optional<QByteArray> windowClass = m_connection.takeProperty(classRequest);
     const std::optional<QByteArray> gtkId = m_connection.takeProperty(gtkRequest);
     const std::optional<QByteArray> pid = m_connection.takeProperty(pidRequest);
@@ -106,16 +106,15 @@ bool X11Windows::isTransientFor(quint32 window, quint32 main)
 
 bool X11Windows::isViewable(quint32 window)
 {
-    const auto attributes
-        = m_connection.reply(xcb_get_window_attributes_reply,
-                             xcb_get_window_attributes(m_connection.xcb(), window));
+    const auto attributes = m_connection.reply(
+        xcb_get_window_attributes_reply, xcb_get_window_attributes(m_connection.xcb(), window));
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 quint32 X11Windows::focusWindow()
 {
-    const auto focus = m_connection.reply(xcb_get_input_focus_reply,
-                                          xcb_get_input_focus(m_connection.xcb()));
+    const auto focus =
+        m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.xcb()));
     if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE)
         return 0;
     if (focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT || focus->focus == m_connection.rootWindow())
@@ -126,15 +125,14 @@ quint32 X11Windows::focusWindow()
 quint32 X11Windows::windowUnderPointer()
 {
     const auto pointer = m_connection.reply(
-        xcb_query_pointer_reply,
-        xcb_query_pointer(m_connection.xcb(), m_connection.rootWindow()));
+        xcb_query_pointer_reply, xcb_query_pointer(m_connection.xcb(), m_connection.rootWindow()));
     return pointer ? pointer->child : 0;
 }
 
 quint32 X11Windows::parent(quint32 window)
 {
-    const auto tree
-        = m_connection.reply(xcb_query_tree_reply, xcb_query_tree(m_connection.xcb(), window));
+    const auto tree =
+        m_connection.reply(xcb_query_tree_reply, xcb_query_tree(m_connection.xcb(), window));
     return tree && tree->parent != m_connection.rootWindow() ? tree->parent : 0;
 }
 

@@ -23,7 +23,10 @@ public:
         friend bool operator==(const Identity &, const Identity &) = default;
     };
 
-    explicit X11Windows(X11Connection &connection) : m_connection(connection) {}
+    explicit X11Windows(X11Connection &connection)
+        : m_connection(connection)
+    {
+    }
 
     /// The top-level window that has the focus: as the window manager says, else as the server
     /// says. 0 if there is none.

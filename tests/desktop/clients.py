@@ -78,9 +78,9 @@ class Client:
 class FileEditor(Client):
     """An editor that shows one file, and saves it by Ctrl+S."""
 
-    def __init__(self, desktop, display, content=""):
+    def __init__(self, desktop, display, content="", name=None):
         super().__init__(desktop, display)
-        self.file_path = desktop.path(f"{self.window_class}-{os.urandom(4).hex()}.txt")
+        self.file_path = desktop.path("home", name or f"{os.urandom(4).hex()}.txt")
         with open(self.file_path, "w", encoding="utf-8", newline="") as file:
             file.write(content)
         self.content = content

@@ -132,8 +132,11 @@ class Display:
         self.message(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0])
         self.wait_until_active(window)
 
-    def close_window(self, window):
-        self.message(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2, 0, 0, 0])
+    def move(self, window, x, y, width, height):
+        """Asks the window manager to put the window there, frame and all."""
+        all_four_are_given, asked_by_a_pager = 0b1111 << 8, 2 << 12
+        self.message(window, "_NET_MOVERESIZE_WINDOW",
+                     [all_four_are_given | asked_by_a_pager, x, y, width, height])
 
     def message(self, window, kind, data):
         from Xlib.protocol import event

@@ -52,8 +52,9 @@ class Tour:
         self.program.start()
         self.tell("Tessarine runs; it says: " + self.program.lines[-1].text)
         self.copy_five_things()
-        with Mousepad(self.desktop, self.display) as editor:
-            self.tell("An empty editor has the focus: " + self.display.title(editor.window))
+        with Mousepad(self.desktop, self.display, name="notes.txt") as editor:
+            self.display.move(editor.window, 70, 60, 700, 460)
+            self.tell("An empty editor has the focus")
             self.find_and_choose()
             return self.compare(editor)
 
@@ -75,7 +76,7 @@ class Tour:
                                   columns="contentTypeRaw, stringValue")
 
     def type_and_copy_text(self):
-        with Mousepad(self.desktop, self.display) as editor:
+        with Mousepad(self.desktop, self.display, name="diary.txt") as editor:
             self.type_until_saved(editor, TYPED)
             editor.select_and_copy()
             self.wait_for_entry("text", TYPED)

@@ -212,16 +212,14 @@ class Bench:
         self.fresh_start()
         self.settle()
         texts = [self.next_text() for _ in range(200)]
-        start = time.monotonic()
-        for number, text in enumerate(texts):
-            delay = start + number * distance - time.monotonic()
-            if delay > 0:
-                time.sleep(delay)
-            self.owner.own_text(text)
-        took = time.monotonic() - start
+        first = last = self.owner.own_text(texts[0])
+        for text in texts[1:]:
+            # From the last one, and not from the first: a stall of ours is not made up for by haste.
+            time.sleep(max(0, last + distance - time.monotonic()))
+            last = self.owner.own_text(text)
         self.settle()
         kept = len(set(texts) & set(self.program.texts()))
-        return f"{kept} of 200 (sent in {took:.2f} s)"
+        return f"{kept} of 200 (sent in {last - first:.2f} s)"
 
     def bytes_written(self):
         self.fresh_start()

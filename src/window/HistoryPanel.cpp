@@ -15,6 +15,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -131,6 +133,17 @@ void HistoryPanel::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
+void HistoryPanel::moveEvent(QMoveEvent *event)
+{
+    QWidget::moveEvent(event);
+    const auto placeWhenShown = std::exchange(m_placeWhenShown, std::nullopt);
+    // A window manager that puts its frame around the window tells of a place within the frame, and
+    // keeps silent once the frame stands where the window was to be. Asking for the place once more
+    // makes it tell the truth (ICCCM 4.1.5).
+    if (placeWhenShown && event->spontaneous() && pos() != *placeWhenShown)
+        move(*placeWhenShown);
+}
+
 void HistoryPanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -215,4 +228,11 @@ void HistoryPanel::cutShape()
     QPainterPath shape;
     shape.addRoundedRect(rect(), m_style.cornerRadius, m_style.cornerRadius);
     setMask(QRegion(shape.toFillPolygon().toPolygon()));
+}
+
+void HistoryPanel::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        m_placeWhenShown = pos();
 }

@@ -52,8 +52,10 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void buildHead(Scheduler &scheduler);
@@ -65,6 +67,8 @@ private:
     HistoryWindowStyle m_style;
     SystemColors m_colors;
     bool m_isPinButtonShown = true;
+    /// Where the window was shown, until the first news of a move.
+    std::optional<QPoint> m_placeWhenShown;
 
     WindowDragView *m_dragView = nullptr;
     SymbolView *m_searchIcon = nullptr;

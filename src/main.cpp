@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QStandardPaths>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -110,6 +111,8 @@ int launch(int argc, char *argv[])
 
 int main(int argc, char *argv[])
 {
+    // Who reads our output may go; the history goes on.
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return launch(argc, argv);
     } catch (const PlatformError &error) {

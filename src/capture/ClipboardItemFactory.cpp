@@ -71,7 +71,8 @@ std::optional<QList<QUrl>> existingFiles(const PasteboardSnapshot &snapshot)
 std::optional<PasteboardImage> readableImage(const PasteboardSnapshot &snapshot)
 {
     const bool isOffered = snapshot.hasType(PasteboardType::kTiff)
-        || snapshot.hasType(PasteboardType::kPng) || snapshot.hasType(PasteboardType::kImage);
+        || snapshot.hasType(PasteboardType::kPng) || snapshot.hasType(PasteboardType::kJpeg)
+        || snapshot.hasType(PasteboardType::kImage);
     if (!isOffered || !snapshot.image || snapshot.image->size.isEmpty())
         return std::nullopt;
     return snapshot.image;

@@ -63,17 +63,14 @@ void ClipboardMonitor::checkForChanges()
     const quint64 changeCount = m_pasteboard.changeCount();
     if (changeCount == m_lastChangeCount)
         return;
-    if (m_isPaused || m_isUserPaused) {
-        m_lastChangeCount = changeCount;
-        return;
-    }
-    // Several programs may have copied since the last look; none of it is to be lost.
+    // Several programs may have copied since the last look; none of it is to be lost. They are
+    // taken while paused too, or what nobody is to see would wait there.
     const QList<PasteboardSnapshot> snapshots = m_pasteboard.takeSnapshotsSince(m_lastChangeCount);
-    m_lastChangeCount = changeCount;
-    for (const PasteboardSnapshot &snapshot : snapshots) {
-        m_lastChangeCount = snapshot.changeCount;
+    m_lastChangeCount = snapshots.isEmpty() ? changeCount : snapshots.last().changeCount;
+    if (m_isPaused || m_isUserPaused)
+        return;
+    for (const PasteboardSnapshot &snapshot : snapshots)
         processClipboardChange(snapshot);
-    }
 }
 
 void ClipboardMonitor::processClipboardChange(const PasteboardSnapshot &snapshot)

@@ -129,7 +129,8 @@ std::optional<SyncStatus> syncStatusFromRaw(QStringView raw)
 
 bool ClipboardItem::hasSameContent(const ClipboardItem &other) const
 {
-    if (contentHash == other.contentHash)
+    // An entry that was not inserted yet may have no hash; two of them have nothing in common.
+    if (!contentHash.isEmpty() && contentHash == other.contentHash)
         return true;
     if (contentType != other.contentType)
         return false;

@@ -428,6 +428,7 @@ private slots:
         QTest::addColumn<QString>("type");
         QTest::newRow("tiff") << PasteboardType::kTiff.toString();
         QTest::newRow("png") << PasteboardType::kPng.toString();
+        QTest::newRow("jpeg") << PasteboardType::kJpeg.toString();
         QTest::newRow("any other") << PasteboardType::kImage.toString();
     }
 

@@ -59,6 +59,19 @@ class WindowTest(DesktopTest):
         self.display.press("Escape")
         self.wait_until_closed()
 
+    def test_it_opens_again_where_it_stood(self):
+        first = self.display.place(self.open_window())
+        self.display.press("Escape")
+        self.wait_until_closed()
+        self.assertEqual(first, self.display.place(self.open_window()))
+
+    def test_a_click_inside_leaves_it_open(self):
+        window = self.open_window()
+        x, y, width, _ = self.display.place(window)
+        self.display.click(x + width // 2, y + 140)
+        self.display.type("still here")
+        self.assertIsNotNone(self.display.find_window(title="Clipboard History"))
+
     def test_a_click_outside_closes(self):
         window = self.open_window()
         x, y, _, _ = self.display.place(window)

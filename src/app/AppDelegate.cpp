@@ -144,6 +144,8 @@ void AppDelegate::recordPreviouslyActiveApp()
 
 void AppDelegate::createWindow(const ClipboardItemList &items)
 {
+    // Two windows at a time would listen to the desktop in each other's way.
+    m_endingWindow.reset();
     m_searchWindow = m_with.makeWindow(items);
     m_searchWindow->onPasteSelected
         = [this](const ClipboardItemPointer &item) { m_with.pastePipeline.pasteItem(*item); };
@@ -155,6 +157,6 @@ void AppDelegate::createWindow(const ClipboardItemList &items)
 void AppDelegate::dropWindow()
 {
     // The window is still running its own code; it ends on the next turn of the event loop.
-    const std::shared_ptr<ClipboardSearchWindowProtocol> ending = std::move(m_searchWindow);
-    QMetaObject::invokeMethod(this, [ending] {}, Qt::QueuedConnection);
+    m_endingWindow = std::move(m_searchWindow);
+    QMetaObject::invokeMethod(this, [this] { m_endingWindow.reset(); }, Qt::QueuedConnection);
 }

@@ -66,4 +66,6 @@ private:
     QAction *m_quitMenuItem = nullptr; ///< Belongs to the menu.
     std::unique_ptr<HotkeyManager> m_hotkeyManager;
     std::unique_ptr<ClipboardSearchWindowProtocol> m_searchWindow;
+    /// Hidden for good, and gone on the next turn of the event loop.
+    std::unique_ptr<ClipboardSearchWindowProtocol> m_endingWindow;
 };

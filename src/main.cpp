@@ -3,6 +3,7 @@
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
 #include "foundation/Log.h"
+#include "foundation/TextTools.h"
 #include "foundation/UserDefaults.h"
 #include "persistence/OpenHistoryStore.h"
 #include "platform/linux/DBusSingleInstance.h"
@@ -35,6 +36,15 @@ QString applicationSupportDirectory()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tessarine"_s;
 }
 
+/// A search text is short and has one line.
+constexpr qsizetype kMaxSearchText = 1000;
+
+QString searchTextOnPasteboard(const Pasteboard &pasteboard)
+{
+    const PasteboardSnapshot snapshot = pasteboard.snapshot();
+    return snapshot.string ? singleLine(snapshot.string->utf8(), kMaxSearchText) : QString();
+}
+
 /// Something without which nothing can work is missing.
 int fail(const char *reason)
 {
@@ -60,6 +70,9 @@ int runApplication(QApplication &application, SingleInstance &instance)
     const QtImageCodec codec;
     const std::unique_ptr<Platform> platform = makeX11Platform(codec);
 
+    if (!platform->appearance().isComposited())
+        printLine(u"No compositor runs: the history window is opaque"_s);
+
     const QString directory = applicationSupportDirectory();
     ClipboardItemManager itemManager(openHistoryStore(directory, clock),
                                      ImageStorage(imagesDirectoryIn(directory)), defaults, clock);
@@ -74,7 +87,8 @@ int runApplication(QApplication &application, SingleInstance &instance)
     const HistoryWindowCollaborators windowCollaborators{
         platform->workspace(), platform->pointerMonitor(), platform->appearance(),
         scheduler,             clock,                      defaults,
-        applicationNames};
+        applicationNames,
+        [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
     AppDelegate delegate({itemManager, monitor, pastePipeline, hotkeySettings,
                           platform->globalHotkey(), platform->workspace(),
                           [&windowCollaborators](const ClipboardItemList &items) {
@@ -96,8 +110,10 @@ int runApplication(QApplication &application, SingleInstance &instance)
 int launch(int argc, char *argv[])
 {
     requireX11Display();
+    // In a session with Wayland Qt might draw there, and the rest of the program is on X11.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setApplicationName(u"tessarine"_s);
-    QApplication::setApplicationDisplayName(u"Tessarine"_s);
     QApplication::setDesktopFileName(u"tessarine"_s);
     QApplication application(argc, argv);
 
@@ -115,7 +131,7 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     try {
         return launch(argc, argv);
-    } catch (const PlatformError &error) {
+    } catch (const std::exception &error) {
         return fail(error.what());
     }
 }

@@ -87,6 +87,17 @@ ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) c
 
 void ClipboardTableView::keyPressEvent(QKeyEvent *event)
 {
+    // The base class would put the words of the row on the clipboard, not the entry.
+    if (event->matches(QKeySequence::Copy)) {
+        event->ignore();
+        return;
+    }
+    const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+    if (isArrow && selectedRow() < 0 && model()->rowCount() > 0) {
+        // The focus alone makes the first row current, and the base class would go on from there.
+        setCurrentIndex(model()->index(0, 0));
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter: emit enterPressed(); return;

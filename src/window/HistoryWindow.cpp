@@ -172,6 +172,10 @@ void HistoryWindow::connectSearchField()
                      });
     QObject::connect(field, &SearchField::newlinePressed, controller,
                      &ClipboardTableViewController::pasteSelectedOrFirst);
+    QObject::connect(field, &SearchField::pastePressed, controller, [this, field] {
+        if (m_collaborators.pasteboardText)
+            field->insert(m_collaborators.pasteboardText());
+    });
     QObject::connect(field, &SearchField::moveDownPressed, controller,
                      &ClipboardTableViewController::selectNextRow);
     QObject::connect(field, &SearchField::moveUpPressed, controller,

@@ -23,6 +23,8 @@ struct HistoryWindowCollaborators
     const Clock &clock;
     UserDefaults &defaults;
     ApplicationNames &applicationNames;
+    /// The text on the pasteboard, for the search field; never waits for another program.
+    std::function<QString()> pasteboardText = {};
 };
 
 /// The history window with everything that its two kinds share. It opens where it last stood, and

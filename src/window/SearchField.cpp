@@ -37,6 +37,8 @@ SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
     , m_scheduler(scheduler)
     , m_style(std::make_unique<CaretlessStyle>())
 {
+    // Qt's menu looks at the clipboard, and waits for its owner.
+    setContextMenuPolicy(Qt::NoContextMenu);
     setStyle(m_style.get());
     setFrame(false);
     setFont(interfaceFont(kTextSize, QFont::Light));
@@ -81,10 +83,24 @@ void SearchField::focusOutEvent(QFocusEvent *event)
 void SearchField::keyPressEvent(QKeyEvent *event)
 {
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isPlain && announceKey(event->key()))
+    if (isPlain && announceKey(event->key())) {
+        event->accept();
+    } else if (event->matches(QKeySequence::Paste)) {
+        // Qt would wait for the owner of the clipboard here, for seconds if it is silent.
+        emit pastePressed();
+        event->accept();
+    } else {
+        QLineEdit::keyPressEvent(event);
+    }
+}
+
+void SearchField::mouseReleaseEvent(QMouseEvent *event)
+{
+    // The middle button would paste, and wait for the owner of the selection.
+    if (event->button() == Qt::MiddleButton)
         event->accept();
     else
-        QLineEdit::keyPressEvent(event);
+        QLineEdit::mouseReleaseEvent(event);
 }
 
 void SearchField::paintEvent(QPaintEvent *event)

@@ -28,11 +28,13 @@ signals:
     void moveDownPressed();
     void moveUpPressed();
     void pageKeyPressed(int key); ///< Qt::Key_PageUp or Qt::Key_PageDown.
+    void pastePressed(); ///< The field does not ask for the clipboard itself.
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QScrollBar>
+#include <QClipboard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
@@ -78,6 +79,10 @@ private slots:
     void spaceInTheFieldIsText();
     void returnInTheFieldPastesAndHides();
     void returnOnAnEmptyListKeepsTheWindow();
+    void pasteInTheFieldTakesTheTextAtHand();
+    void theFieldNeverAsksTheClipboardItself();
+    void copyInTheListLeavesTheClipboardAlone();
+    void theFirstDownInTheListSelectsTheFirstRow();
     void upAndDownInTheFieldMoveTheSelection();
     void pageKeysInTheFieldMoveTheSelection();
     void escapeClearsTheFieldFirst();
@@ -178,7 +183,8 @@ void HistoryWindowTest::cleanup()
 
 HistoryWindowCollaborators HistoryWindowTest::collaborators()
 {
-    return {*m_workspace, *m_pointer, *m_appearance, *m_scheduler, *m_clock, *m_defaults, *m_names};
+    return {*m_workspace, *m_pointer, *m_appearance, *m_scheduler,
+            *m_clock,     *m_defaults, *m_names,      [] { return u"tide"_s; }};
 }
 
 void HistoryWindowTest::make(const ClipboardItemList &items)
@@ -421,6 +427,49 @@ void HistoryWindowTest::returnOnAnEmptyListKeepsTheWindow()
     QTest::keyClick(field(), Qt::Key_Return);
     QVERIFY(m_pasted.isEmpty());
     QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::pasteInTheFieldTakesTheTextAtHand()
+{
+    make();
+    openWholly();
+    const int wholeCount = rowCount();
+    QTest::keySequence(field(), QKeySequence(QKeySequence::Paste));
+    QCOMPARE(field()->text(), u"tide"_s);
+    QVERIFY(rowCount() < wholeCount);
+}
+
+void HistoryWindowTest::theFieldNeverAsksTheClipboardItself()
+{
+    make();
+    openWholly();
+    QGuiApplication::clipboard()->setText(u"from the clipboard"_s, QClipboard::Clipboard);
+    QTest::mouseClick(field(), Qt::MiddleButton);
+    QTest::keyClick(field(), Qt::Key_Insert, Qt::ShiftModifier);
+    QVERIFY(!field()->text().contains(u"clipboard"_s));
+    QCOMPARE(field()->contextMenuPolicy(), Qt::NoContextMenu);
+}
+
+void HistoryWindowTest::copyInTheListLeavesTheClipboardAlone()
+{
+    make();
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Down);
+    QGuiApplication::clipboard()->setText(u"untouched"_s);
+    table()->setFocus();
+    QTest::keySequence(table(), QKeySequence(QKeySequence::Copy));
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"untouched"_s);
+}
+
+void HistoryWindowTest::theFirstDownInTheListSelectsTheFirstRow()
+{
+    make();
+    openWholly();
+    table()->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(table(), Qt::Key_Down);
+    QCOMPARE(table()->selectedRow(), 0);
+    QTest::keyClick(table(), Qt::Key_Down);
+    QCOMPARE(table()->selectedRow(), 1);
 }
 
 void HistoryWindowTest::upAndDownInTheFieldMoveTheSelection()

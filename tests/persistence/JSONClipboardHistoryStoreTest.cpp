@@ -25,6 +25,7 @@ private slots:
     void loadingAMissingFileCreatesNone();
     void theFileIsOneArrayOnOneLine();
     void anEarlierUpsertLeavesTheFileAsItIs();
+    void loadingARecordWithoutHashDoesNotRewriteTheFile();
     void aReplacedRecordKeepsItsPlace();
     void datesLoseWhatIsFinerThanASecond();
     void aTombstoneOfAnUnknownIdIsAppended();
@@ -108,6 +109,17 @@ void JSONClipboardHistoryStoreTest::anEarlierUpsertLeavesTheFileAsItIs()
     item.updatedAt -= 1s;
     item.stringValue = Utf8Text(u"too late"_s);
     m_store->upsertItem(item);
+    QCOMPARE(content(), before);
+}
+
+void JSONClipboardHistoryStoreTest::loadingARecordWithoutHashDoesNotRewriteTheFile()
+{
+    const ClipboardItem item = stored(u"text"_s);
+    write(content().replace("\"contentHash\":\"" + item.contentHash + "\"",
+                            "\"contentHash\":\"\""));
+    const QByteArray before = content();
+    QVERIFY(!before.contains(item.contentHash));
+    QCOMPARE(m_store->loadItems().first()->contentHash, item.contentHash);
     QCOMPARE(content(), before);
 }
 

@@ -27,6 +27,7 @@ private slots:
     void theColumnsCarryTheNamesOfTheAttributes();
     void aRowHoldsTheValuesInTheirStoredForm();
     void theNewestEntryIsLoadedFirst();
+    void rowsOfTheSameTimeAllLoad();
     void aMixedEntryLoads();
     void aRowOfAnUnknownTypeIsSkippedAndStays();
     void aRowWithoutUpdateTimeTakesItsTimestamp();
@@ -179,6 +180,13 @@ void SwiftDataClipboardHistoryStoreTest::aMixedEntryLoads()
     stored(u"text"_s);
     raw("UPDATE ClipboardHistoryRecord SET contentTypeRaw = 'mixed'");
     QCOMPARE(onlyItem().contentType, ClipboardContentType::Mixed);
+}
+
+void SwiftDataClipboardHistoryStoreTest::rowsOfTheSameTimeAllLoad()
+{
+    m_store->upsertItem(textItem(u"one"_s, m_clock.now()));
+    m_store->upsertItem(textItem(u"other"_s, m_clock.now()));
+    QCOMPARE(m_store->loadItems().size(), 2);
 }
 
 void SwiftDataClipboardHistoryStoreTest::aRowOfAnUnknownTypeIsSkippedAndStays()

@@ -1,5 +1,6 @@
 #!/usr/bin/python3
 """The window opens and closes by the keys that people press, whatever program has the focus."""
+import os
 import subprocess
 
 from case import HOT_KEY, DesktopTest, main
@@ -37,6 +38,15 @@ class WindowTest(DesktopTest):
                 finally:
                     for lock in locks:
                         self.display.press(lock)
+
+    def test_another_hot_key_from_the_settings_file(self):
+        self.program.end()
+        os.makedirs(os.path.dirname(self.program.settings_path), exist_ok=True)
+        with open(self.program.settings_path, "w", encoding="utf-8") as file:
+            file.write('[General]\nHotkeySettings="{\\"keyCode\\":9,\\"modifiers\\":6144}"\n')
+        self.program.start()
+        self.display.press("ctrl+alt+v")
+        self.wait_for_history_window()
 
     def test_the_window_is_made_anew_each_time(self):
         self.copy("an entry")

@@ -17,14 +17,9 @@ namespace {
 
 constexpr qsizetype kPrintedCharacters = 50;
 
-/// As many bytes hold the printed characters of any ordinary text; no more is decoded.
-constexpr qsizetype kPrintedBytes = 4096;
-
 QString printedBeginning(const Utf8Text &text)
 {
-    return firstCharacters(QString::fromUtf8(text.utf8().first(
-                               std::min(text.byteCount(), kPrintedBytes))),
-                           kPrintedCharacters);
+    return firstCharacters(QString::fromUtf8(text.start()), kPrintedCharacters);
 }
 
 QString remoteSuffix(bool isRemote)
@@ -80,7 +75,7 @@ std::optional<PasteboardImage> readableImage(const PasteboardSnapshot &snapshot)
 
 bool isWebAddress(const Utf8Text &text)
 {
-    return text.utf8().startsWith("http://") || text.utf8().startsWith("https://");
+    return text.start().startsWith("http://") || text.start().startsWith("https://");
 }
 
 } // namespace

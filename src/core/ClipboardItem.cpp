@@ -50,9 +50,9 @@ auto valueOf(const Table &table, QStringView name) -> std::optional<decltype(tab
 }
 
 /// Absent or empty bytes stand for nothing.
-QByteArray digestOrNothing(const std::optional<QByteArray> &bytes)
+QByteArray digestOrNothing(const std::optional<LazyBytes> &bytes)
 {
-    return bytes && !bytes->isEmpty() ? sha256Hex(*bytes) : QByteArray();
+    return bytes && !bytes->isEmpty() ? sha256Hex(bytes->bytes()) : QByteArray();
 }
 
 QByteArray textHash(QByteArrayView typeName, const ClipboardItem &item)
@@ -94,6 +94,16 @@ QByteArray mixedHash(const ClipboardItem &item)
 {
     const QByteArray text = item.stringValue ? item.stringValue->utf8() : QByteArray();
     return sha256Hex("mixed|" + text + '|' + item.filePath.value_or(QString()).toUtf8());
+}
+
+QString lineOf(const Utf8Text &text, qsizetype limit)
+{
+    if (!text.isLong())
+        return singleLine(text.start(), limit);
+    // Rows are drawn from the start alone, but for texts that begin with a page of blanks.
+    if (const auto line = singleLineOfStart(text.start(), limit))
+        return *line;
+    return singleLine(text.utf8(), limit);
 }
 
 bool isSameImage(const ClipboardItem &one, const ClipboardItem &other)
@@ -151,7 +161,7 @@ std::optional<QString> ClipboardItem::singleLinePreview(qsizetype limit) const
 {
     if (!stringValue)
         return std::nullopt;
-    const QString line = singleLine(stringValue->utf8(), limit);
+    const QString line = lineOf(*stringValue, limit);
     if (line.isEmpty())
         return std::nullopt;
     return line;

@@ -31,8 +31,8 @@ struct ClipboardItem
     Timestamp timestamp; ///< When it was copied; the history is ordered by this.
     ClipboardContentType contentType = ClipboardContentType::Text;
     std::optional<Utf8Text> stringValue; ///< For files the names, joined by ", ".
-    std::optional<QByteArray> htmlRepresentation; ///< As it was copied, byte for byte.
-    std::optional<QByteArray> rtfRepresentation; ///< As it was copied, byte for byte.
+    std::optional<LazyBytes> htmlRepresentation; ///< As it was copied, byte for byte.
+    std::optional<LazyBytes> rtfRepresentation; ///< As it was copied, byte for byte.
     /// TIFF of a picture that has no file yet. In memory only.
     std::optional<QByteArray> imageRepresentation;
     std::optional<QString> imageFileName; ///< Inside the images directory.

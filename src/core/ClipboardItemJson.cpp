@@ -1,6 +1,6 @@
 #include "core/ClipboardItemJson.h"
 
-#include "core/StoreError.h"
+#include "core/ReadBack.h"
 
 #include <QDateTime>
 
@@ -44,6 +44,12 @@ void addBytes(Json &object, const char *key, const std::optional<QByteArray> &va
 {
     if (value)
         object[key] = value->toBase64().toStdString();
+}
+
+void addBytes(Json &object, const char *key, const std::optional<LazyBytes> &value)
+{
+    if (value)
+        object[key] = readBack(*value).toBase64().toStdString();
 }
 
 void addDate(Json &object, const char *key, const std::optional<Timestamp> &value)
@@ -240,7 +246,7 @@ Json toJson(const ClipboardItem &item)
     object["timestamp"] = date(item.timestamp);
     object["contentType"] = text(rawValue(item.contentType));
     if (item.stringValue)
-        object["stringValue"] = item.stringValue->utf8().toStdString();
+        object["stringValue"] = readBack(*item.stringValue).toStdString();
     addBytes(object, "htmlRepresentation", item.htmlRepresentation);
     addBytes(object, "rtfRepresentation", item.rtfRepresentation);
     addText(object, "imageFileName", item.imageFileName);

@@ -9,17 +9,13 @@ namespace {
 /// What a key stands for; it enters the key, so that a digest is never taken for a file name.
 enum class Aspect { Hash, Text, Path, Digest, Picture, FileName };
 
-/// As many bytes of each end of a long value enter its key. More would have the whole history read
-/// from memory at each start; what has the same ends by chance is told apart by a comparison.
-constexpr qsizetype kSampleSize = 48;
+/// As many bytes of a long value enter its key, and its size. More would have the whole history read
+/// from memory at each start; what begins alike by chance is told apart by a comparison.
+constexpr qsizetype kSampleSize = 96;
 
 size_t hashOf(QByteArrayView bytes)
 {
-    const QByteArrayView head = bytes.first(std::min(bytes.size(), kSampleSize));
-    const size_t hash = qHashMulti(0, bytes.size(), head);
-    if (bytes.size() <= kSampleSize)
-        return hash;
-    return qHashMulti(hash, bytes.last(kSampleSize));
+    return qHashMulti(0, bytes.size(), bytes.first(std::min(bytes.size(), kSampleSize)));
 }
 
 size_t hashOf(const std::optional<QByteArray> &bytes)
@@ -29,7 +25,7 @@ size_t hashOf(const std::optional<QByteArray> &bytes)
 
 size_t hashOf(const std::optional<Utf8Text> &text)
 {
-    return text ? hashOf(QByteArrayView(text->utf8())) : 0;
+    return text ? qHashMulti(0, text->byteCount(), hashOf(QByteArrayView(text->start()))) : 0;
 }
 
 size_t hashOf(const std::optional<QString> &string)

@@ -1,5 +1,7 @@
 #include "foundation/LoweredQuery.h"
 
+#include "foundation/TextTools.h"
+
 #include <cstring>
 #include <string_view>
 
@@ -118,19 +120,26 @@ LoweredQuery::LoweredQuery(const QString &query)
 
 bool LoweredQuery::isContainedIn(const Utf8Text &text) const
 {
+    // A long text need not be read back for what is in its start.
+    if (isContainedInUtf8(text.start()))
+        return true;
+    return text.isLong() && isContainedInUtf8(text.utf8());
+}
+
+bool LoweredQuery::isContainedInUtf8(const QByteArray &text) const
+{
     if (isEmpty())
         return true;
-    const QByteArrayView bytes = text.utf8();
     if (!m_hasUtf8)
-        return isContainedIn(text.toString());
-    if (isFoundBytewise(bytes))
+        return isContainedIn(decodedUtf8(text));
+    if (isFoundBytewise(text))
         return true;
     if (m_isBytewiseExact && !m_hasForeignCapitals)
         return false;
     // What is left to find are capitals outside ASCII.
-    if (isAscii(bytes) || (m_isBytewiseExact && !hasForeignCapital(bytes)))
+    if (isAscii(text) || (m_isBytewiseExact && !hasForeignCapital(text)))
         return false;
-    return isContainedIn(text.toString());
+    return isContainedIn(decodedUtf8(text));
 }
 
 bool LoweredQuery::isContainedIn(const QString &text) const

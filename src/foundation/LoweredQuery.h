@@ -16,6 +16,7 @@ public:
 
     /// True for every text if the query is empty.
     bool isContainedIn(const Utf8Text &text) const;
+    bool isContainedInUtf8(const QByteArray &text) const; ///< Valid UTF-8.
     bool isContainedIn(const QString &text) const;
 
 private:

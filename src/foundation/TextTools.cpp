@@ -14,11 +14,6 @@ struct CodePoint
     int byteCount = 0;
 };
 
-bool isContinuation(char byte)
-{
-    return (uchar(byte) & 0xC0) == 0x80;
-}
-
 /// The code point at \a position of valid UTF-8.
 CodePoint codePointAt(QByteArrayView utf8, qsizetype position)
 {
@@ -92,7 +87,49 @@ private:
     bool m_wasCarriageReturn = false;
 };
 
+struct FoldedText
+{
+    QString line;
+    bool isDecided = false; ///< Nothing that follows can change what is shown.
+};
+
+FoldedText folded(QByteArrayView utf8, qsizetype limit)
+{
+    LineFolder folder;
+    qsizetype nextCheck = limit + 1;
+    for (qsizetype position = 0; position < utf8.size();) {
+        const CodePoint point = codePointAt(utf8, position);
+        position += point.byteCount;
+        folder.add(point.value);
+        // A character may be many code points. Looking again only when the line has doubled keeps
+        // the effort in proportion to the text, whatever it is made of.
+        if (folder.line().size() >= nextCheck) {
+            // Two more than the limit, since what follows may still join the last one.
+            if (characterCount(folder.line(), limit + 2) == limit + 2)
+                return {folder.line(), true};
+            nextCheck = 2 * folder.line().size();
+        }
+    }
+    return {folder.line(), false};
+}
+
+QString cut(const QString &line, qsizetype limit)
+{
+    const QString shown = firstCharacters(line, limit);
+    return shown.size() < line.size() ? shown + u"..."_s : shown;
+}
+
 } // namespace
+
+QString decodedUtf8(const QByteArray &utf8)
+{
+    if (!utf8.startsWith("\xEF\xBB\xBF"))
+        return QString::fromUtf8(utf8);
+    // fromUtf8() would drop the mark.
+    using Flag = QStringDecoder::Flag;
+    QStringDecoder decode(QStringDecoder::Utf8, Flag::ConvertInitialBom | Flag::Stateless);
+    return decode(utf8);
+}
 
 QByteArrayView trimmedUtf8(QByteArrayView utf8)
 {
@@ -106,7 +143,7 @@ QByteArrayView trimmedUtf8(QByteArrayView utf8)
     qsizetype end = utf8.size();
     while (end > begin) {
         qsizetype start = end - 1;
-        while (start > begin && isContinuation(utf8[start]))
+        while (start > begin && isUtf8Continuation(utf8[start]))
             --start;
         if (!QChar::isSpace(codePointAt(utf8, start).value))
             break;
@@ -140,22 +177,13 @@ QString firstCharacters(const QString &text, qsizetype limit)
 
 QString singleLine(QByteArrayView utf8, qsizetype limit)
 {
-    LineFolder folder;
-    qsizetype nextCheck = limit + 1;
-    for (qsizetype position = 0; position < utf8.size();) {
-        const CodePoint point = codePointAt(utf8, position);
-        position += point.byteCount;
-        folder.add(point.value);
-        // A character may be many code points. Looking again only when the line has doubled keeps
-        // the effort in proportion to the text, whatever it is made of.
-        if (folder.line().size() >= nextCheck) {
-            // Two more than the limit, since what follows may still join the last one.
-            if (characterCount(folder.line(), limit + 2) == limit + 2)
-                break;
-            nextCheck = 2 * folder.line().size();
-        }
-    }
-    const QString &line = folder.line();
-    const QString shown = firstCharacters(line, limit);
-    return shown.size() < line.size() ? shown + u"..."_s : shown;
+    return cut(folded(utf8, limit).line, limit);
+}
+
+std::optional<QString> singleLineOfStart(QByteArrayView start, qsizetype limit)
+{
+    const FoldedText text = folded(start, limit);
+    if (!text.isDecided)
+        return std::nullopt;
+    return cut(text.line, limit);
 }

@@ -4,6 +4,18 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <optional>
+
+/// Whether \a byte of UTF-8 goes on with the character that began before it.
+inline bool isUtf8Continuation(char byte)
+{
+    return (uchar(byte) & 0xC0) == 0x80;
+}
+
+/// \a utf8 as it is, with a byte order mark in front if there is one, which is a character of a text
+/// like any other. Malformed sequences become U+FFFD.
+QString decodedUtf8(const QByteArray &utf8);
+
 /// \a utf8 without white space and line separators (Unicode White_Space) at both ends. The view
 /// stays valid as long as the bytes of \a utf8.
 QByteArrayView trimmedUtf8(QByteArrayView utf8);
@@ -20,3 +32,6 @@ QString firstCharacters(const QString &text, qsizetype limit);
 ///
 /// Looks no further into the text than the result needs.
 QString singleLine(QByteArrayView utf8, qsizetype limit);
+
+/// The singleLine() of a text of which \a start is known; absent if the rest could change it.
+std::optional<QString> singleLineOfStart(QByteArrayView start, qsizetype limit);

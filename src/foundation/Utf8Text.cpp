@@ -2,53 +2,70 @@
 
 #include "foundation/TextTools.h"
 
-#include <QStringDecoder>
-
 namespace {
 
-/// A byte order mark in front is a character of the text like any other; QString::fromUtf8() would
-/// drop it.
-QString decoded(const QByteArray &utf8)
-{
-    if (!utf8.startsWith("\xEF\xBB\xBF"))
-        return QString::fromUtf8(utf8);
-    using Flag = QStringDecoder::Flag;
-    QStringDecoder decode(QStringDecoder::Utf8, Flag::ConvertInitialBom | Flag::Stateless);
-    return decode(utf8);
-}
+/// As much of a long text stays in memory: more than a row shows, and enough to find most short
+/// search texts.
+constexpr qsizetype kStartSize = 1024;
 
-/// Conversions reserve for the worst case, three bytes for each unit of UTF-16, and texts stay in
-/// memory for as long as the history does.
-QByteArray withoutReserve(QByteArray bytes)
+/// The first bytes of a long text, cut between two characters.
+QByteArray startOf(QByteArrayView utf8)
 {
-    bytes.squeeze();
-    return bytes;
+    qsizetype size = kStartSize;
+    while (isUtf8Continuation(utf8[size]))
+        --size;
+    return utf8.first(size).toByteArray();
 }
 
 } // namespace
 
-Utf8Text::Utf8Text(const QString &text) : m_utf8(withoutReserve(text.toUtf8())) {}
+Utf8Text::Utf8Text(const QString &text) : Utf8Text(fromValid(text.toUtf8())) {}
 
 Utf8Text Utf8Text::fromUtf8(QByteArray bytes)
 {
+    return fromValid(bytes.isValidUtf8() ? std::move(bytes) : decodedUtf8(bytes).toUtf8());
+}
+
+Utf8Text Utf8Text::elsewhere(QByteArrayView utf8, std::shared_ptr<const ByteSource> source)
+{
+    Q_ASSERT(utf8.size() > kLongText && utf8.isValidUtf8());
     Utf8Text text;
-    text.m_utf8 = withoutReserve(bytes.isValidUtf8() ? std::move(bytes)
-                                                     : decoded(bytes).toUtf8());
+    text.m_start = startOf(utf8);
+    text.m_long = LazyBytes::elsewhere(utf8.size(), std::move(source));
+    return text;
+}
+
+Utf8Text Utf8Text::fromValid(QByteArray utf8)
+{
+    // Conversions reserve for the worst case, three bytes for each unit of UTF-16, and texts stay
+    // in memory for as long as the history does.
+    utf8.squeeze();
+    Utf8Text text;
+    if (utf8.size() > kLongText) {
+        text.m_start = startOf(utf8);
+        text.m_long = std::move(utf8);
+    } else {
+        text.m_start = std::move(utf8);
+    }
     return text;
 }
 
 Utf8Text Utf8Text::trimmed() const
 {
-    const QByteArrayView view = trimmedUtf8(m_utf8);
-    if (view.size() == m_utf8.size())
+    const QByteArray whole = utf8();
+    const QByteArrayView view = trimmedUtf8(whole);
+    if (view.size() == whole.size())
         return *this;
     // Nothing but whole characters was taken away: what is left need not be checked again.
-    Utf8Text text;
-    text.m_utf8 = view.toByteArray();
-    return text;
+    return fromValid(view.toByteArray());
+}
+
+std::optional<QByteArray> Utf8Text::read() const
+{
+    return isLong() ? m_long.read() : m_start;
 }
 
 QString Utf8Text::toString() const
 {
-    return decoded(m_utf8);
+    return decodedUtf8(utf8());
 }

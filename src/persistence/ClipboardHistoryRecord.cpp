@@ -1,6 +1,8 @@
 #include "persistence/ClipboardHistoryRecord.h"
 
+#include "core/ReadBack.h"
 #include "persistence/SQLiteConnection.h"
+#include "persistence/StoredParts.h"
 
 #include <array>
 
@@ -17,9 +19,6 @@ enum : int {
     position,
     timestamp,
     contentTypeRaw,
-    stringValue,
-    htmlRepresentation,
-    rtfRepresentation,
     imageFileName,
     imageThumbnailFileName,
     imageDigest,
@@ -36,6 +35,9 @@ enum : int {
     updatedAt,
     contentHash,
     deletedAt,
+    stringValue,
+    htmlRepresentation,
+    rtfRepresentation,
 };
 } // namespace Column
 
@@ -44,9 +46,6 @@ constexpr std::array kColumnNames{
     "position",
     "timestamp",
     "contentTypeRaw",
-    "stringValue",
-    "htmlRepresentation",
-    "rtfRepresentation",
     "imageFileName",
     "imageThumbnailFileName",
     "imageDigest",
@@ -63,19 +62,20 @@ constexpr std::array kColumnNames{
     "updatedAt",
     "contentHash",
     "deletedAt",
+    "stringValue",
+    "htmlRepresentation",
+    "rtfRepresentation",
 };
-static_assert(kColumnNames.size() == Column::deletedAt + 1);
+static_assert(kColumnNames.size() == Column::rtfRepresentation + 1);
 
 static_assert(ClipboardHistoryRecord::kSchemaVersion == 1);
+// What may be long comes last, so that the rest of a row is read without passing through it.
 constexpr auto kCreateTable = R"(
 CREATE TABLE ClipboardHistoryRecord (
     id TEXT NOT NULL UNIQUE,
     position INTEGER NOT NULL,
     timestamp INTEGER NOT NULL,
     contentTypeRaw TEXT NOT NULL,
-    stringValue TEXT,
-    htmlRepresentation BLOB,
-    rtfRepresentation BLOB,
     imageFileName TEXT,
     imageThumbnailFileName TEXT,
     imageDigest TEXT,
@@ -91,7 +91,10 @@ CREATE TABLE ClipboardHistoryRecord (
     isRemoteClipboard INTEGER,
     updatedAt INTEGER,
     contentHash TEXT,
-    deletedAt INTEGER
+    deletedAt INTEGER,
+    stringValue TEXT,
+    htmlRepresentation BLOB,
+    rtfRepresentation BLOB
 );
 CREATE INDEX ClipboardHistoryRecord_loadOrder
     ON ClipboardHistoryRecord (timestamp) WHERE deletedAt IS NULL;
@@ -117,10 +120,11 @@ WHERE id = :id
 )";
 
 /// "a, b, c", each name put into \a form in place of "%".
-std::string columnList(const std::string &form, size_t firstColumn = 0)
+std::string columnList(const std::string &form, size_t firstColumn = 0,
+                       size_t endColumn = kColumnNames.size())
 {
     std::string list;
-    for (size_t column = firstColumn; column < kColumnNames.size(); ++column) {
+    for (size_t column = firstColumn; column < endColumn; ++column) {
         if (!list.empty())
             list += ", ";
         for (const char character : form) {
@@ -166,6 +170,14 @@ bool isLong(const ClipboardItem &item)
     return textSize + htmlSize + rtfSize > kLongRow;
 }
 
+/// The bytes of \a column, or their number in place of many: that is known without reading them.
+std::string bytesOrSizeSql(const std::string &column)
+{
+    return "CASE WHEN typeof(" + column + ") = 'blob' AND length(" + column + ") > "
+        + std::to_string(kLongRichData) + " THEN length(" + column + ") ELSE CAST(" + column
+        + " AS BLOB) END";
+}
+
 /// Sets parameters by column; what is absent stays null.
 class RowBinder
 {
@@ -173,7 +185,7 @@ public:
     explicit RowBinder(SQLiteStatement &statement) : m_statement(statement) {}
 
     void number(int column, qint64 value) { m_statement.bind(column + 1, value); }
-    void utf8(int column, QByteArrayView text) { m_statement.bindText(column + 1, text); }
+    void utf8(int column, const QByteArray &text) { m_statement.bindText(column + 1, text); }
 
     void text(int column, const std::optional<QString> &value)
     {
@@ -184,13 +196,19 @@ public:
     void text(int column, const std::optional<Utf8Text> &value)
     {
         if (value)
-            m_statement.bindKeptText(column + 1, value->utf8());
+            m_statement.bindText(column + 1, readBack(*value));
     }
 
     void bytes(int column, const std::optional<QByteArray> &value)
     {
         if (value)
-            m_statement.bindKeptBytes(column + 1, *value);
+            m_statement.bindBytes(column + 1, *value);
+    }
+
+    void bytes(int column, const std::optional<LazyBytes> &value)
+    {
+        if (value)
+            m_statement.bindBytes(column + 1, readBack(*value));
     }
 
     void date(int column, const std::optional<Timestamp> &value)
@@ -229,6 +247,16 @@ std::optional<Timestamp> optionalDate(const SQLiteStatement &row, int column)
     return timestampFromMicroseconds(row.integer(column));
 }
 
+int columnOf(StoredPart part)
+{
+    switch (part) {
+    case StoredPart::Text: return Column::stringValue;
+    case StoredPart::Html: return Column::htmlRepresentation;
+    case StoredPart::Rtf: return Column::rtfRepresentation;
+    }
+    return -1;
+}
+
 } // namespace
 
 namespace ClipboardHistoryRecord {
@@ -240,8 +268,17 @@ void createTable(SQLiteConnection &connection)
 
 std::string selectLiveSql()
 {
-    return "SELECT " + columnList("%")
+    return "SELECT " + columnList("%", 0, Column::htmlRepresentation) + ", "
+        + bytesOrSizeSql(kColumnNames[Column::htmlRepresentation]) + ", "
+        + bytesOrSizeSql(kColumnNames[Column::rtfRepresentation])
         + " FROM ClipboardHistoryRecord WHERE deletedAt IS NULL ORDER BY timestamp DESC";
+}
+
+std::string selectPartSql(StoredPart part)
+{
+    const auto column = std::string(kColumnNames[columnOf(part)]);
+    return "SELECT " + column + " FROM ClipboardHistoryRecord"
+        " WHERE id = :id AND (:contentHash IS NULL OR contentHash = :contentHash)";
 }
 
 std::string upsertSql()
@@ -304,10 +341,6 @@ ClipboardItemPointer RowReader::item(const SQLiteStatement &row)
     item->id = id;
     item->timestamp = timestampFromMicroseconds(row.integer(Column::timestamp));
     item->contentType = *type;
-    if (auto text = optionalBytes(row, Column::stringValue))
-        item->stringValue = Utf8Text::fromUtf8(*std::move(text));
-    item->htmlRepresentation = optionalBytes(row, Column::htmlRepresentation);
-    item->rtfRepresentation = optionalBytes(row, Column::rtfRepresentation);
     item->imageFileName = optionalText(row, Column::imageFileName);
     item->imageThumbnailFileName = optionalText(row, Column::imageThumbnailFileName);
     item->imageDigest = optionalBytes(row, Column::imageDigest);
@@ -326,9 +359,30 @@ ClipboardItemPointer RowReader::item(const SQLiteStatement &row)
     item->updatedAt = optionalDate(row, Column::updatedAt).value_or(item->timestamp);
     item->deletedAt = optionalDate(row, Column::deletedAt);
     item->contentHash = row.bytes(Column::contentHash).toByteArray();
+    readParts(row, *item);
     if (item->contentHash.isEmpty())
         item->contentHash = computeContentHash(*item);
     return item;
+}
+
+void RowReader::readParts(const SQLiteStatement &row, ClipboardItem &item) const
+{
+    if (!row.isNull(Column::stringValue)) {
+        const QByteArrayView utf8 = row.bytes(Column::stringValue);
+        if (utf8.size() > Utf8Text::kLongText && utf8.isValidUtf8())
+            item.stringValue = Utf8Text::elsewhere(utf8, m_parts->source(item, StoredPart::Text));
+        else
+            item.stringValue = Utf8Text::fromUtf8(utf8.toByteArray());
+    }
+    const auto richData = [&](StoredPart part) -> std::optional<LazyBytes> {
+        const int column = columnOf(part);
+        if (row.isInteger(column))
+            return LazyBytes::elsewhere(qsizetype(row.integer(column)),
+                                        m_parts->source(item, part));
+        return optionalBytes(row, column);
+    };
+    item.htmlRepresentation = richData(StoredPart::Html);
+    item.rtfRepresentation = richData(StoredPart::Rtf);
 }
 
 std::optional<QString> RowReader::sharedText(const SQLiteStatement &row, int column)

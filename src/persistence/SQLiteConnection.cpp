@@ -78,28 +78,18 @@ void SQLiteStatement::bind(int parameter, qint64 value)
     require(sqlite3_bind_int64(m_handle.get(), parameter, value));
 }
 
-void SQLiteStatement::bindText(int parameter, QByteArrayView utf8)
-{
-    require(sqlite3_bind_text64(m_handle.get(), parameter, dataOf(utf8),
-                                sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8));
-}
-
-void SQLiteStatement::bindBytes(int parameter, QByteArrayView bytes)
-{
-    require(sqlite3_bind_blob64(m_handle.get(), parameter, dataOf(bytes),
-                                sqlite3_uint64(bytes.size()), SQLITE_TRANSIENT));
-}
-
-void SQLiteStatement::bindKeptText(int parameter, QByteArrayView utf8)
+void SQLiteStatement::bindText(int parameter, QByteArray utf8)
 {
     require(sqlite3_bind_text64(m_handle.get(), parameter, dataOf(utf8),
                                 sqlite3_uint64(utf8.size()), SQLITE_STATIC, SQLITE_UTF8));
+    m_boundBytes.append(std::move(utf8));
 }
 
-void SQLiteStatement::bindKeptBytes(int parameter, QByteArrayView bytes)
+void SQLiteStatement::bindBytes(int parameter, QByteArray bytes)
 {
     require(sqlite3_bind_blob64(m_handle.get(), parameter, dataOf(bytes),
                                 sqlite3_uint64(bytes.size()), SQLITE_STATIC));
+    m_boundBytes.append(std::move(bytes));
 }
 
 bool SQLiteStatement::step()
@@ -114,6 +104,11 @@ bool SQLiteStatement::step()
 bool SQLiteStatement::isNull(int column) const
 {
     return sqlite3_column_type(m_handle.get(), column) == SQLITE_NULL;
+}
+
+bool SQLiteStatement::isInteger(int column) const
+{
+    return sqlite3_column_type(m_handle.get(), column) == SQLITE_INTEGER;
 }
 
 qint64 SQLiteStatement::integer(int column) const
@@ -132,6 +127,7 @@ void SQLiteStatement::reset()
 {
     sqlite3_reset(m_handle.get());
     sqlite3_clear_bindings(m_handle.get());
+    m_boundBytes.clear();
 }
 
 void SQLiteStatement::require(int result) const

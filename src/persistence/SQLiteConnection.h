@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -55,18 +56,15 @@ public:
     SQLiteStatement(SQLiteConnection &connection, const std::string &sql);
 
     void bind(int parameter, qint64 value);
-    void bindText(int parameter, QByteArrayView utf8);
-    void bindBytes(int parameter, QByteArrayView bytes);
-    /// Without a copy: the text must stay as it is until the run ends.
-    void bindKeptText(int parameter, QByteArrayView utf8);
-    /// Without a copy: the bytes must stay as they are until the run ends.
-    void bindKeptBytes(int parameter, QByteArrayView bytes);
+    void bindText(int parameter, QByteArray utf8);
+    void bindBytes(int parameter, QByteArray bytes);
 
     /// True if there is a row to read. Statements that give no rows have done their work then.
     /// \throws StoreError
     bool step();
 
     bool isNull(int column) const;
+    bool isInteger(int column) const;
     qint64 integer(int column) const;
     /// What a text or blob column holds; valid until the next step.
     QByteArrayView bytes(int column) const;
@@ -83,6 +81,7 @@ private:
     void require(int result) const;
 
     SQLiteConnection &m_connection;
+    QList<QByteArray> m_boundBytes; ///< The library reads them where they lie.
     std::unique_ptr<sqlite3_stmt, Finalize> m_handle;
 };
 

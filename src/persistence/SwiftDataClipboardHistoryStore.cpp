@@ -4,6 +4,7 @@
 #include "persistence/ClipboardHistoryRecord.h"
 #include "persistence/SQLiteConnection.h"
 #include "persistence/SQLiteMaintenance.h"
+#include "persistence/StoredParts.h"
 #include "platform/Clock.h"
 
 using namespace Qt::StringLiterals;
@@ -66,9 +67,14 @@ std::unique_ptr<SQLiteConnection> openDatabase(const QString &path)
 /// The connection with what is prepared on it.
 struct SwiftDataClipboardHistoryStore::Impl
 {
-    explicit Impl(std::unique_ptr<SQLiteConnection> opened) : connection(std::move(opened)) {}
+    explicit Impl(const QString &storePath)
+        : connection(openDatabase(storePath))
+        , parts(std::make_shared<StoredParts>(storePath))
+    {
+    }
 
     std::unique_ptr<SQLiteConnection> connection;
+    std::shared_ptr<StoredParts> parts;
     SQLiteStatement selectLive{*connection, ClipboardHistoryRecord::selectLiveSql()};
     SQLiteStatement upsert{*connection, ClipboardHistoryRecord::upsertSql()};
     SQLiteStatement markDeleted{*connection, ClipboardHistoryRecord::markDeletedSql()};
@@ -76,11 +82,13 @@ struct SwiftDataClipboardHistoryStore::Impl
     SQLiteStatement purgeDeleted{*connection,
                                  "DELETE FROM ClipboardHistoryRecord WHERE deletedAt IS NOT NULL"};
 
-    void store(const ClipboardItem &item)
+    /// False if the row was updated later than \a item.
+    bool store(const ClipboardItem &item)
     {
         const SQLiteRun run(upsert);
         ClipboardHistoryRecord::bindItem(upsert, item);
         upsert.step();
+        return connection->changedRowCount() > 0;
     }
 
     /// False if there is no such row.
@@ -107,7 +115,7 @@ SwiftDataClipboardHistoryStore::SwiftDataClipboardHistoryStore(const QString &st
     , m_clock(clock)
 {
     try {
-        m_impl = std::make_unique<Impl>(openDatabase(storePath));
+        m_impl = std::make_unique<Impl>(storePath);
     } catch (const StoreError &error) {
         throw StoreError("Failed to open the history " + storePath.toStdString() + ": "
                          + error.what());
@@ -122,7 +130,7 @@ ClipboardItemList SwiftDataClipboardHistoryStore::loadItems()
     {
         SQLiteStatement &row = m_impl->selectLive;
         const SQLiteRun run(row);
-        ClipboardHistoryRecord::RowReader reader;
+        ClipboardHistoryRecord::RowReader reader(m_impl->parts);
         while (row.step()) {
             if (ClipboardItemPointer item = reader.item(row))
                 items.append(std::move(item));
@@ -135,7 +143,9 @@ ClipboardItemList SwiftDataClipboardHistoryStore::loadItems()
 
 void SwiftDataClipboardHistoryStore::upsertItem(const ClipboardItem &item)
 {
-    m_impl->store(item); // One statement is a transaction of its own.
+    // One statement is a transaction of its own.
+    if (m_impl->store(item))
+        m_impl->parts->takeOver(item);
 }
 
 void SwiftDataClipboardHistoryStore::markItemsDeleted(const QList<QUuid> &ids)

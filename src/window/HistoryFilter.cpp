@@ -1,5 +1,6 @@
 #include "window/HistoryFilter.h"
 
+#include "foundation/FreeMemory.h"
 #include "window/ApplicationNames.h"
 
 #include <algorithm>
@@ -17,6 +18,16 @@ constexpr std::array kRemoteWords{
 };
 
 } // namespace
+
+HistoryFilter::~HistoryFilter()
+{
+    if (m_heldTexts.empty())
+        return;
+    m_heldTexts.clear();
+    m_lastItems.clear();
+    m_lastMatches.clear();
+    returnFreeMemory();
+}
 
 void HistoryFilter::setCategory(const FilterCategory &category)
 {
@@ -80,7 +91,21 @@ bool HistoryFilter::isFound(const ClipboardItem &item)
     if (item.sourceAppBundleID && !item.sourceAppBundleID->isEmpty()
         && isSourceFound(*item.sourceAppBundleID))
         return true;
-    return item.stringValue && m_query.isContainedIn(*item.stringValue);
+    return item.stringValue && isTextFound(*item.stringValue);
+}
+
+bool HistoryFilter::isTextFound(const Utf8Text &text)
+{
+    if (m_query.isContainedInUtf8(text.start()))
+        return true;
+    if (!text.isLong())
+        return false;
+    // The next letter will ask for it again.
+    const auto bytes = text.longBytes().hold();
+    if (!bytes)
+        return false;
+    m_heldTexts.insert(bytes);
+    return m_query.isContainedInUtf8(*bytes);
 }
 
 bool HistoryFilter::isSourceFound(const QString &bundleID)

@@ -3,6 +3,8 @@
 #include "foundation/LoweredQuery.h"
 #include "window/FilterCategory.h"
 
+#include <unordered_set>
+
 class ApplicationNames;
 
 /// Which entries of the history the list shows.
@@ -14,6 +16,9 @@ class HistoryFilter
 public:
     /// \a names must outlive the filter.
     explicit HistoryFilter(ApplicationNames &names) : m_names(names) {}
+    ~HistoryFilter();
+    HistoryFilter(const HistoryFilter &) = delete;
+    HistoryFilter &operator=(const HistoryFilter &) = delete;
 
     const FilterCategory &category() const { return m_category; }
     const QString &searchText() const { return m_searchText; }
@@ -31,6 +36,7 @@ private:
     bool isInCategory(const ClipboardItem &item) const;
     bool isFound(const ClipboardItem &item);
     bool isSourceFound(const QString &bundleID);
+    bool isTextFound(const Utf8Text &text);
 
     ApplicationNames &m_names;
     FilterCategory m_category;
@@ -38,6 +44,7 @@ private:
     LoweredQuery m_query{QString()};
     bool m_isRemoteWordFound = false;
     QHash<QString, bool> m_foundSources; ///< What isSourceFound() gave for the present query.
+    std::unordered_set<std::shared_ptr<const QByteArray>> m_heldTexts; ///< Read back to be searched.
 
     // The last pass. Holding the lists keeps their buffers from being used for others.
     ClipboardItemList m_lastItems;

@@ -546,7 +546,7 @@ void ClipboardItemManagerTest::anEditThatChangesNothingIsNotStamped()
 void ClipboardItemManagerTest::anEditWithTheSameTextDropsRichData()
 {
     ClipboardItem rich = textItem(u"a"_s, m_clock.now());
-    rich.htmlRepresentation = "<b>a</b>";
+    rich.htmlRepresentation = "<b>a</b>"_ba;
     rich.contentHash = computeContentHash(rich);
     stored(rich);
     m_manager->updateTextContent(rich.id, u"a"_s, {});

@@ -133,8 +133,8 @@ void ClipboardItemTest::theHashOfATextCoversItsPayload()
     QCOMPARE(withText(ClipboardContentType::Url, u"https://a.org"_s).contentHash,
              sha256Hex("url|https://a.org||"));
     ClipboardItem rich = withText(ClipboardContentType::Text, u"a"_s);
-    rich.htmlRepresentation = "<b>a</b>";
-    rich.rtfRepresentation = "{\\rtf1 a}";
+    rich.htmlRepresentation = "<b>a</b>"_ba;
+    rich.rtfRepresentation = "{\\rtf1 a}"_ba;
     QCOMPARE(computeContentHash(rich), sha256Hex("text|a|" + sha256Hex("<b>a</b>") + '|'
                                                  + sha256Hex("{\\rtf1 a}")));
 }
@@ -163,7 +163,7 @@ void ClipboardItemTest::aLinkAndATextOfTheSameCharactersDiffer()
 void ClipboardItemTest::richDataChangesTheHash()
 {
     ClipboardItem rich = withText(ClipboardContentType::Text, u"a"_s);
-    rich.htmlRepresentation = "same";
+    rich.htmlRepresentation = "same"_ba;
     const QByteArray withHtml = computeContentHash(rich);
     std::swap(rich.htmlRepresentation, rich.rtfRepresentation);
     QVERIFY(withHtml != computeContentHash(rich));
@@ -263,7 +263,7 @@ void ClipboardItemTest::richDataAreCompared()
     QVERIFY(!one.hasSameContent(other));
     one.htmlRepresentation = QByteArray();
     QVERIFY(one.hasSameContent(other));
-    other.rtfRepresentation = "x";
+    other.rtfRepresentation = "x"_ba;
     QVERIFY(!one.hasSameContent(other));
 }
 

@@ -36,8 +36,8 @@ private slots:
         item.rtfRepresentation = "{\\rtf1 a"_ba;
         QCOMPARE(textFamilyContents(item).entries,
                  QList({entry(PasteboardType::kString, "a"_ba),
-                        entry(PasteboardType::kHtml, *item.htmlRepresentation),
-                        entry(PasteboardType::kRtf, *item.rtfRepresentation)}));
+                        entry(PasteboardType::kHtml, item.htmlRepresentation->bytes()),
+                        entry(PasteboardType::kRtf, item.rtfRepresentation->bytes())}));
     }
 
     void richFormsGoOutWithoutAText()
@@ -45,7 +45,7 @@ private slots:
         ClipboardItem item = textItem(ClipboardContentType::Url, std::nullopt);
         item.htmlRepresentation = "<b>a</b>"_ba;
         QCOMPARE(textFamilyContents(item).entries,
-                 QList({entry(PasteboardType::kHtml, *item.htmlRepresentation)}));
+                 QList({entry(PasteboardType::kHtml, item.htmlRepresentation->bytes())}));
     }
 
     void aLinkIsOfferedAsUrlToo()

@@ -21,6 +21,7 @@ private slots:
     void foldsATextIntoOneLine();
     void cutsALongLine();
     void agreesWithTheRuleWrittenOut();
+    void theStartOfATextDecidesOnlyWhatTheRestCannotChange();
     void looksNoFurtherThanItNeeds();
 };
 
@@ -137,6 +138,28 @@ void TextToolsTest::agreesWithTheRuleWrittenOut()
         if (singleLine(text.toUtf8(), 7) != expected)
             QFAIL(text.toUtf8().toPercentEncoding().constData());
     }
+}
+
+void TextToolsTest::theStartOfATextDecidesOnlyWhatTheRestCannotChange()
+{
+    const QStringList parts{u"\r"_s, u"\n"_s, u"\t"_s,     u" "_s,          u"a"_s,
+                            u"文"_s, u"e"_s,  u"\u0301"_s, u"\U0001F1E6"_s, u"\u200D\U0001F600"_s};
+    QRandomGenerator random(12);
+    int decided = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        QString text;
+        for (int count = random.bounded(30); count > 0; --count)
+            text += parts.at(random.bounded(parts.size()));
+        const QByteArray utf8 = text.toUtf8();
+        qsizetype size = random.bounded(int(utf8.size()) + 1);
+        while (size < utf8.size() && isUtf8Continuation(utf8[size]))
+            --size;
+        const auto line = singleLineOfStart(utf8.first(size), 5);
+        decided += line.has_value();
+        if (line && *line != singleLine(utf8, 5))
+            QFAIL(utf8.toPercentEncoding().constData());
+    }
+    QVERIFY(decided > 1000);
 }
 
 void TextToolsTest::looksNoFurtherThanItNeeds()

@@ -1,4 +1,5 @@
 #include "foundation/Utf8Text.h"
+#include "tests/fakes/CountingSource.h"
 
 #include <QTest>
 
@@ -16,6 +17,10 @@ private slots:
     void validBytesAreTakenWithoutACopy();
     void holdsNoReserve();
     void isCountedInBytes();
+    void ofALongTextTheStartStaysAtHand();
+    void theStartEndsBetweenCharacters();
+    void aLongTextElsewhereIsReadBack();
+    void longTextsAreComparedToTheEnd();
 };
 
 void Utf8TextTest::comesBackAsItWas_data()
@@ -81,6 +86,55 @@ void Utf8TextTest::isCountedInBytes()
     QCOMPARE(Utf8Text(u"ä文"_s).byteCount(), 5);
     QVERIFY(Utf8Text().isEmpty());
     QVERIFY(!Utf8Text(u" "_s).isEmpty());
+}
+
+void Utf8TextTest::ofALongTextTheStartStaysAtHand()
+{
+    const Utf8Text shortText(u"x"_s.repeated(Utf8Text::kLongText));
+    QVERIFY(!shortText.isLong());
+    QCOMPARE(shortText.start(), shortText.utf8());
+
+    const QString string = u"x"_s.repeated(Utf8Text::kLongText) + u"y"_s;
+    const Utf8Text text(string);
+    QVERIFY(text.isLong());
+    QCOMPARE(text.byteCount(), Utf8Text::kLongText + 1);
+    QVERIFY(text.start().size() < text.byteCount());
+    QVERIFY(text.utf8().startsWith(text.start()));
+    QCOMPARE(text.toString(), string);
+    QCOMPARE(text.trimmed(), text);
+    QCOMPARE(Utf8Text(string + u" \n"_s).trimmed(), text);
+}
+
+void Utf8TextTest::theStartEndsBetweenCharacters()
+{
+    for (const QString &character : {u"ä"_s, u"剪"_s, u"\U0001F600"_s}) {
+        for (int offset = 0; offset < 4; ++offset) {
+            const Utf8Text text(u"x"_s.repeated(offset) + character.repeated(2000));
+            QVERIFY(text.start().isValidUtf8());
+            QVERIFY(text.start().size() > 1000);
+        }
+    }
+}
+
+void Utf8TextTest::aLongTextElsewhereIsReadBack()
+{
+    const QByteArray utf8 = QByteArray("剪贴板").repeated(1000);
+    const auto source = std::make_shared<CountingSource>(utf8);
+    const Utf8Text text = Utf8Text::elsewhere(utf8, source);
+    QCOMPARE(text.byteCount(), utf8.size());
+    QVERIFY(utf8.startsWith(text.start()));
+    QCOMPARE(source->readCount, 0);
+    QCOMPARE(text.utf8(), utf8);
+    QCOMPARE(source->readCount, 1);
+    QCOMPARE(text, Utf8Text::fromUtf8(utf8));
+}
+
+void Utf8TextTest::longTextsAreComparedToTheEnd()
+{
+    const QString begin = u"x"_s.repeated(5000);
+    QCOMPARE(Utf8Text(begin + u"a"_s), Utf8Text(begin + u"a"_s));
+    QVERIFY(Utf8Text(begin + u"a"_s) != Utf8Text(begin + u"b"_s));
+    QVERIFY(Utf8Text(begin + u"a"_s) != Utf8Text(begin));
 }
 
 QTEST_APPLESS_MAIN(Utf8TextTest)

@@ -130,12 +130,12 @@ ClipboardItem SwiftDataClipboardHistoryStoreTest::onlyItem()
 void SwiftDataClipboardHistoryStoreTest::theColumnsCarryTheNamesOfTheAttributes()
 {
     const QStringList expected{
-        u"id"_s, u"position"_s, u"timestamp"_s, u"contentTypeRaw"_s, u"stringValue"_s,
-        u"htmlRepresentation"_s, u"rtfRepresentation"_s, u"imageFileName"_s,
+        u"id"_s, u"position"_s, u"timestamp"_s, u"contentTypeRaw"_s, u"imageFileName"_s,
         u"imageThumbnailFileName"_s, u"imageDigest"_s, u"filePath"_s, u"fileBookmarkData"_s,
         u"fileTypesJSON"_s, u"tagsJSON"_s, u"isFavorite"_s, u"cloudRecordID"_s,
         u"syncStatusRaw"_s, u"lastSyncTime"_s, u"sourceAppBundleID"_s, u"isRemoteClipboard"_s,
-        u"updatedAt"_s, u"contentHash"_s, u"deletedAt"_s};
+        u"updatedAt"_s, u"contentHash"_s, u"deletedAt"_s, u"stringValue"_s,
+        u"htmlRepresentation"_s, u"rtfRepresentation"_s};
     QCOMPARE(RawDatabase(path()).rows("SELECT name FROM pragma_table_info("
                                       "'ClipboardHistoryRecord')"),
              expected);

@@ -1,3 +1,4 @@
+#include "tests/fakes/CountingSource.h"
 #include "tests/fakes/FakeWorkspace.h"
 #include "tests/window/SampleHistory.h"
 
@@ -37,6 +38,9 @@ private slots:
     void typingOnFindsTheSameAsSearchingAfresh();
     void aNewListIsSearchedWhole();
     void anotherCategoryIsSearchedWhole();
+    void aLongTextIsSearchedToItsEnd();
+    void whatWasReadToBeSearchedIsReadOnce();
+    void aLongTextThatCannotBeReadIsNotFound();
 
 private:
     bool finds(const ClipboardItem &entry, const QString &query);
@@ -139,8 +143,8 @@ void HistoryFilterTest::withoutTextAndSourceNothingIsFound()
 void HistoryFilterTest::formattedTextTagsAndPathsAreNotSearched()
 {
     ClipboardItem entry = textItem(u"plain"_s);
-    entry.htmlRepresentation = "needle";
-    entry.rtfRepresentation = "needle";
+    entry.htmlRepresentation = "needle"_ba;
+    entry.rtfRepresentation = "needle"_ba;
     entry.tags = {u"needle"_s};
     entry.filePath = u"/needle"_s;
     QVERIFY(!finds(entry, u"needle"_s));
@@ -232,6 +236,44 @@ void HistoryFilterTest::anotherCategoryIsSearchedWhole()
     m_filter->setSearchText(u"ti"_s);
     // The tides, the link's timetable and the pictures' caption.
     QCOMPARE(m_filter->matchesIn(items).size(), 3);
+}
+
+void HistoryFilterTest::aLongTextIsSearchedToItsEnd()
+{
+    const QString text = u"a "_s.repeated(50'000) + u"Needle"_s;
+    QVERIFY(finds(textItem(text), u"needle"_s));
+    // Half of it lies behind what stays in memory, wherever that ends.
+    for (qsizetype before = 1000; before < 1100; ++before) {
+        const QString split = u"x"_s.repeated(before) + u"ÄGYPTEN"_s + u"y"_s.repeated(5000);
+        QVERIFY(finds(textItem(split), u"ägypten"_s));
+    }
+    QVERIFY(!finds(textItem(text), u"needles"_s));
+}
+
+void HistoryFilterTest::whatWasReadToBeSearchedIsReadOnce()
+{
+    const QByteArray text = QByteArray("a ").repeated(5000) + "needle";
+    const auto source = std::make_shared<CountingSource>(text);
+    ClipboardItem entry = textItem(u""_s);
+    entry.stringValue = Utf8Text::elsewhere(text, source);
+    QVERIFY(finds(entry, u"a"_s));
+    QCOMPARE(source->readCount, 0);
+    QVERIFY(finds(entry, u"n"_s));
+    QVERIFY(finds(entry, u"needle"_s));
+    QCOMPARE(source->readCount, 1);
+    m_filter.reset();
+    QCOMPARE(entry.stringValue->utf8(), text);
+    QCOMPARE(source->readCount, 2);
+}
+
+void HistoryFilterTest::aLongTextThatCannotBeReadIsNotFound()
+{
+    const QByteArray text = QByteArray("a ").repeated(5000) + "needle";
+    ClipboardItem entry = textItem(u""_s);
+    entry.stringValue
+        = Utf8Text::elsewhere(text, std::make_shared<CountingSource>(std::nullopt));
+    QVERIFY(finds(entry, u"a a"_s));
+    QVERIFY(!finds(entry, u"needle"_s));
 }
 
 QTEST_GUILESS_MAIN(HistoryFilterTest)

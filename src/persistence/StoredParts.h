@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/ClipboardItem.h"
+
+#include <memory>
+#include <mutex>
+
+/// The parts of a record that need not be in memory.
+enum class StoredPart { Text, Html, Rtf };
+
+/// Rich data of more bytes is read back from the database where it is asked for.
+inline constexpr qsizetype kLongRichData = 256;
+
+/// Reads long texts and rich data back from the database. Any thread.
+///
+/// It has a connection of its own, so that nobody who reads waits for a commit, and it outlives the
+/// store for as long as an entry needs it.
+class StoredParts : public std::enable_shared_from_this<StoredParts>
+{
+public:
+    /// \throws StoreError if the database cannot be opened.
+    explicit StoredParts(const QString &storePath);
+    ~StoredParts();
+
+    /// Where \a part of the record of \a item lies, as long as it is what \a item holds.
+    std::shared_ptr<const ByteSource> source(const ClipboardItem &item, StoredPart part);
+
+    /// Has the long parts of \a item leave memory, in all copies. Its record must be committed.
+    void takeOver(const ClipboardItem &item);
+
+    /// Absent if the record has gone, or has another hash than \a contentHash and that is not empty.
+    std::optional<QByteArray> read(const QUuid &id, StoredPart part, const QByteArray &contentHash);
+
+private:
+    struct Impl;
+
+    std::mutex m_mutex;
+    std::unique_ptr<Impl> m_impl; ///< Used by who has the mutex.
+};

@@ -1,0 +1,140 @@
+#include "foundation/LazyBytes.h"
+#include "tests/fakes/CountingSource.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class LazyBytesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void bytesInMemoryAreGivenWithoutACopy();
+    void bytesElsewhereAreReadEachTime();
+    void movedBytesLeaveMemoryInEveryCopy();
+    void heldBytesAreReadOnce();
+    void ofBytesThatWereNeverInMemoryTheSizeIsKnown();
+    void whatTheSourceDoesNotGiveIsAbsent();
+    void aSourceThatGivesAnotherSizeGivesNothing();
+    void noBytesNeedNoSource();
+    void copiesAreEqualWithoutReading();
+    void anotherSizeIsUnequalWithoutReading();
+    void equalityReadsWhatItHasTo();
+    void whatCannotBeReadEqualsNothingElse();
+};
+
+void LazyBytesTest::bytesInMemoryAreGivenWithoutACopy()
+{
+    const QByteArray bytes = "some bytes"_ba;
+    const LazyBytes lazy(bytes);
+    QVERIFY(lazy.isInMemory());
+    QCOMPARE(lazy.bytes().constData(), bytes.constData());
+}
+
+void LazyBytesTest::bytesElsewhereAreReadEachTime()
+{
+    const auto source = std::make_shared<CountingSource>("abc"_ba);
+    const LazyBytes lazy = LazyBytes::elsewhere(3, source);
+    QVERIFY(!lazy.isInMemory());
+    QCOMPARE(lazy.bytes(), "abc"_ba);
+    QCOMPARE(lazy.read(), std::optional("abc"_ba));
+    QCOMPARE(source->readCount, 2);
+}
+
+void LazyBytesTest::movedBytesLeaveMemoryInEveryCopy()
+{
+    const LazyBytes lazy("abc"_ba);
+    const LazyBytes copy = lazy;
+    const auto source = std::make_shared<CountingSource>("abc"_ba);
+    copy.moveTo(source);
+    QVERIFY(!lazy.isInMemory());
+    QCOMPARE(lazy.bytes(), "abc"_ba);
+    QCOMPARE(source->readCount, 1);
+}
+
+void LazyBytesTest::heldBytesAreReadOnce()
+{
+    const auto source = std::make_shared<CountingSource>("abc"_ba);
+    const LazyBytes lazy = LazyBytes::elsewhere(3, source);
+    auto held = lazy.hold();
+    QCOMPARE(*held, "abc"_ba);
+    QCOMPARE(lazy.bytes(), "abc"_ba);
+    QCOMPARE(lazy.hold(), held);
+    QCOMPARE(source->readCount, 1);
+
+    held.reset();
+    QCOMPARE(lazy.bytes(), "abc"_ba);
+    QCOMPARE(source->readCount, 2);
+}
+
+void LazyBytesTest::ofBytesThatWereNeverInMemoryTheSizeIsKnown()
+{
+    const auto source = std::make_shared<CountingSource>("abc"_ba);
+    const LazyBytes lazy = LazyBytes::elsewhere(3, source);
+    QCOMPARE(lazy.size(), 3);
+    QVERIFY(!lazy.isEmpty());
+    QCOMPARE(source->readCount, 0);
+}
+
+void LazyBytesTest::whatTheSourceDoesNotGiveIsAbsent()
+{
+    const LazyBytes lazy
+        = LazyBytes::elsewhere(3, std::make_shared<CountingSource>(std::nullopt));
+    QVERIFY(!lazy.read());
+    QVERIFY(!lazy.hold());
+    QCOMPARE(lazy.bytes(), QByteArray());
+}
+
+void LazyBytesTest::aSourceThatGivesAnotherSizeGivesNothing()
+{
+    const LazyBytes lazy = LazyBytes::elsewhere(3, std::make_shared<CountingSource>("abcd"_ba));
+    QVERIFY(!lazy.read());
+}
+
+void LazyBytesTest::noBytesNeedNoSource()
+{
+    for (const LazyBytes &lazy : {LazyBytes(), LazyBytes(""_ba), LazyBytes::elsewhere(0, nullptr)}) {
+        QVERIFY(lazy.isEmpty());
+        QVERIFY(lazy.isInMemory());
+        QCOMPARE(lazy.read(), std::optional(QByteArray()));
+        QVERIFY(lazy.hold()->isEmpty());
+        lazy.moveTo(nullptr);
+        QCOMPARE(lazy, LazyBytes());
+    }
+}
+
+void LazyBytesTest::copiesAreEqualWithoutReading()
+{
+    const auto source = std::make_shared<CountingSource>("abc"_ba);
+    const LazyBytes lazy = LazyBytes::elsewhere(3, source);
+    const LazyBytes copy = lazy;
+    QVERIFY(copy == lazy);
+    QCOMPARE(source->readCount, 0);
+}
+
+void LazyBytesTest::anotherSizeIsUnequalWithoutReading()
+{
+    const auto source = std::make_shared<CountingSource>("abc"_ba);
+    QVERIFY(!(LazyBytes::elsewhere(3, source) == LazyBytes("ab"_ba)));
+    QCOMPARE(source->readCount, 0);
+}
+
+void LazyBytesTest::equalityReadsWhatItHasTo()
+{
+    const LazyBytes lazy = LazyBytes::elsewhere(3, std::make_shared<CountingSource>("abc"_ba));
+    QVERIFY(lazy == LazyBytes("abc"_ba));
+    QVERIFY(!(lazy == LazyBytes("abd"_ba)));
+}
+
+void LazyBytesTest::whatCannotBeReadEqualsNothingElse()
+{
+    const auto nothing = std::make_shared<CountingSource>(std::nullopt);
+    const LazyBytes lazy = LazyBytes::elsewhere(3, nothing);
+    QVERIFY(lazy == lazy);
+    QVERIFY(!(lazy == LazyBytes::elsewhere(3, nothing)));
+    QVERIFY(!(lazy == LazyBytes("abc"_ba)));
+}
+
+QTEST_GUILESS_MAIN(LazyBytesTest)
+#include "LazyBytesTest.moc"

@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -13,20 +12,6 @@ namespace {
 QString derivedThumbnailName(const QString &imageFileName)
 {
     return QFileInfo(imageFileName).completeBaseName() + u"_thumb.jpg"_s;
-}
-
-QSet<QString> referencedNames(const ClipboardItemList &items)
-{
-    QSet<QString> names;
-    for (const ClipboardItemPointer &item : items) {
-        if (item->imageFileName) {
-            names.insert(*item->imageFileName);
-            names.insert(derivedThumbnailName(*item->imageFileName));
-        }
-        if (item->imageThumbnailFileName)
-            names.insert(*item->imageThumbnailFileName);
-    }
-    return names;
 }
 
 } // namespace
@@ -51,7 +36,7 @@ void ImageStorage::removeUnreferencedFiles(const QStringList &fileNames,
                                            const ClipboardItemList &items) const
 {
     const QDir directory(m_directory);
-    const QSet<QString> referenced = referencedNames(items);
+    const QSet<QString> referenced = imageFileNames(items);
     for (const QString &name : fileNames) {
         if (!name.startsWith(u'.') && !referenced.contains(name))
             QFile::remove(directory.filePath(name));
@@ -61,4 +46,18 @@ void ImageStorage::removeUnreferencedFiles(const QStringList &fileNames,
 QStringList ImageStorage::fileNames() const
 {
     return QDir(m_directory).entryList(QDir::Files | QDir::System);
+}
+
+QSet<QString> imageFileNames(const ClipboardItemList &items)
+{
+    QSet<QString> names;
+    for (const ClipboardItemPointer &item : items) {
+        if (item->imageFileName) {
+            names.insert(*item->imageFileName);
+            names.insert(derivedThumbnailName(*item->imageFileName));
+        }
+        if (item->imageThumbnailFileName)
+            names.insert(*item->imageThumbnailFileName);
+    }
+    return names;
 }

@@ -2,6 +2,8 @@
 
 #include "core/ClipboardItem.h"
 
+#include <QSet>
+
 /// The image files of the history: one flat directory that holds nothing else.
 class ImageStorage
 {
@@ -33,3 +35,7 @@ public:
 private:
     QString m_directory;
 };
+
+/// The names of all files that belong to \a items: pictures, thumbnails, and the thumbnails that
+/// follow from the name of a picture whether the record names them or not.
+QSet<QString> imageFileNames(const ClipboardItemList &items);

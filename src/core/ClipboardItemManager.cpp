@@ -1,5 +1,6 @@
 #include "core/ClipboardItemManager.h"
 
+#include "core/DiskUsage.h"
 #include "core/HistoryCapacity.h"
 #include "foundation/Digest.h"
 #include "foundation/Log.h"
@@ -48,6 +49,11 @@ ClipboardItemList ClipboardItemManager::items() const
 qsizetype ClipboardItemManager::capacity() const
 {
     return currentCapacity(m_defaults);
+}
+
+qint64 ClipboardItemManager::diskUsageBytes() const
+{
+    return ::diskUsageBytes(items(), imagesDirectory());
 }
 
 void ClipboardItemManager::addItem(ClipboardItem item)

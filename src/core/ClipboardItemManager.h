@@ -42,6 +42,10 @@ public:
     /// How many entries that are no favourites are kept; favourites come on top, up to as many.
     qsizetype capacity() const;
 
+    /// How many bytes the history holds, without what the store adds to them. Asks the disk for the
+    /// size of every image file.
+    qint64 diskUsageBytes() const;
+
     /// Puts \a item at the front. An entry with the same content goes; of it the new one keeps
     /// nothing but being a favourite. The hash of \a item need not be computed.
     void addItem(ClipboardItem item);

@@ -79,6 +79,7 @@ private slots:
 
     void theEndWritesWhatIsQueued();
     void theEndFinishesASweep();
+    void theDiskUsageIsThatOfTheList();
     void readersSeeWholeListsDuringInsertions();
 
 private:
@@ -761,6 +762,18 @@ void ClipboardItemManagerTest::readersSeeWholeListsDuringInsertions()
     QVERIFY(readCount > 0);
     QCOMPARE(m_manager->items().size(), 1'000);
     QCOMPARE(texts().first(), u"9999"_s);
+}
+
+void ClipboardItemManagerTest::theDiskUsageIsThatOfTheList()
+{
+    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock.now());
+    image.imageFileName = u"a.png"_s;
+    image.contentHash = computeContentHash(image);
+    stored(image);
+    writeImage(u"a.png"_s);
+    writeImage(u"stray.png"_s);
+    add(u"ä"_s);
+    QCOMPARE(m_manager->diskUsageBytes(), qstrlen("picture") + 2);
 }
 
 QTEST_GUILESS_MAIN(ClipboardItemManagerTest)

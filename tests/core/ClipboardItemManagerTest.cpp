@@ -15,10 +15,8 @@
 #include <QTest>
 #include <QThread>
 
-#include <atomic>
 #include <optional>
 #include <thread>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -80,7 +78,6 @@ private slots:
     void theEndWritesWhatIsQueued();
     void theEndFinishesASweep();
     void theDiskUsageIsThatOfTheList();
-    void readersSeeWholeListsDuringInsertions();
 
 private:
     void fill(int count, bool areFavourites = false);
@@ -730,38 +727,6 @@ void ClipboardItemManagerTest::theEndFinishesASweep()
         QVERIFY(!QFile::exists(imagePath(u"stray.png"_s)));
         QVERIFY(m_history->records.isEmpty());
     }
-}
-
-void ClipboardItemManagerTest::readersSeeWholeListsDuringInsertions()
-{
-    std::atomic<bool> isWrong = false;
-    std::atomic<int> readCount = 0;
-    {
-        std::vector<std::jthread> readers;
-        for (int i = 0; i < 3; ++i) {
-            readers.emplace_back([&](const std::stop_token &stop) {
-                while (!stop.stop_requested()) {
-                    const ClipboardItemList items = m_manager->items();
-                    ++readCount;
-                    if (items.size() > 1'000)
-                        isWrong = true;
-                    // Texts are numbers that only grow: newest first they go down one by one.
-                    for (qsizetype k = 1; k < std::min<qsizetype>(items.size(), 50); ++k) {
-                        if (items[k]->stringValue->toString().toInt()
-                            != items[k - 1]->stringValue->toString().toInt() - 1)
-                            isWrong = true;
-                    }
-                }
-            });
-        }
-        for (int i = 0; i < 10'000; ++i)
-            add(QString::number(i));
-        m_manager->drain();
-    }
-    QVERIFY(!isWrong);
-    QVERIFY(readCount > 0);
-    QCOMPARE(m_manager->items().size(), 1'000);
-    QCOMPARE(texts().first(), u"9999"_s);
 }
 
 void ClipboardItemManagerTest::theDiskUsageIsThatOfTheList()

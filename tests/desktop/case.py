@@ -10,7 +10,7 @@ import unittest
 from clients import copy_by_xclip
 from desktop import Desktop
 from display import Display
-from program import Program
+from program import Program, connected
 from selection_owner import SelectionOwner
 from waiting import retry_until, wait_until
 
@@ -112,13 +112,21 @@ class DesktopTest(unittest.TestCase):
         self.program.wait_for_line("Item copied to clipboard", since=mark)
         return mark
 
+    def assert_intact(self):
+        with connected(self.program.store_path) as store:
+            self.assertEqual([("ok",)], store.execute("PRAGMA integrity_check").fetchall())
+
     def assert_alive(self):
         self.assertTrue(self.program.is_running(), "the program has ended")
 
 
-def main():
+def main(add_options=None):
+    """Runs the tests of the script; add_options(parser) can declare options of its own, which are
+    in arguments then."""
     global arguments
     parser = argparse.ArgumentParser()
+    if add_options:
+        add_options(parser)
     parser.add_argument("--program", required=True)
     parser.add_argument("--pictures", help="a folder for pictures of failed tests")
     arguments, rest = parser.parse_known_args()

@@ -8,7 +8,6 @@ sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "
 import corpus
 from case import DesktopTest, main
 from clients import Mousepad
-from program import connected
 
 COPIES = 2000
 KILLS = 25
@@ -73,8 +72,7 @@ class EnduranceTest(DesktopTest):
             self.program.kill()
             self.program.end()
             expected.insert(0, text)
-        with connected(self.program.store_path) as store:
-            self.assertEqual([("ok",)], store.execute("PRAGMA integrity_check").fetchall())
+        self.assert_intact()
         self.assertEqual(expected, self.program.texts())
 
 

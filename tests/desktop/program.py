@@ -29,10 +29,15 @@ class Program:
         self.process = None
         self.lines = []
         self.reader = None
+        self.umask = -1  # As it is in the test.
 
     @property
     def store_path(self):
         return os.path.join(self.env["XDG_DATA_HOME"], "tessarine", "clipboard_history.store")
+
+    @property
+    def images_path(self):
+        return os.path.join(os.path.dirname(self.store_path), "images")
 
     @property
     def settings_path(self):
@@ -45,7 +50,7 @@ class Program:
         self.lines = []
         self.process = subprocess.Popen(
             [self.path], env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-            stderr=subprocess.STDOUT, start_new_session=True)
+            stderr=subprocess.STDOUT, start_new_session=True, umask=self.umask)
         self.reader = threading.Thread(target=self.read_lines, args=(self.process, self.lines),
                                        daemon=True)
         self.reader.start()

@@ -2,14 +2,9 @@
 """What was captured is there after the program has ended, however it ended."""
 from case import DesktopTest, main
 from clients import Mousepad, copy_by_xclip
-from program import connected
 
 
 class SurvivalTest(DesktopTest):
-    def assert_intact(self):
-        with connected(self.program.store_path) as store:
-            self.assertEqual([("ok",)], store.execute("PRAGMA integrity_check").fetchall())
-
     def test_a_history_is_there_after_a_restart(self):
         self.program.start()
         for number in range(5):

@@ -3,6 +3,7 @@
 #include "core/StoreError.h"
 
 #include <QFile>
+#include <QUrl>
 
 #include <sqlite3.h>
 
@@ -14,15 +15,24 @@ const char *dataOf(QByteArrayView bytes)
     return bytes.isEmpty() ? "" : bytes.data();
 }
 
+/// The name by which the library takes a file as it is.
+QByteArray immutableName(const QString &path)
+{
+    return QUrl::fromLocalFile(path).toEncoded() + "?immutable=1";
+}
+
 } // namespace
 
-SQLiteConnection::SQLiteConnection(const QString &path)
+SQLiteConnection::SQLiteConnection(const QString &path, SQLiteAccess access)
 {
     sqlite3 *handle = nullptr;
+    const bool isImmutable = access == SQLiteAccess::Immutable;
+    const QByteArray name = isImmutable ? immutableName(path) : QFile::encodeName(path);
     // The file is created beforehand, with the rights it is to have. One thread at a time: the
     // library need not lock.
-    const int result = sqlite3_open_v2(QFile::encodeName(path).constData(), &handle,
-                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int flags = isImmutable ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE;
+    const int result
+        = sqlite3_open_v2(name.constData(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     m_handle.reset(handle); // Even a connection that failed wants to be closed.
     if (result != SQLITE_OK)
         throw StoreError(handle ? sqlite3_errmsg(handle) : sqlite3_errstr(result));
@@ -40,6 +50,11 @@ qint64 SQLiteConnection::integer(const char *sql)
     if (!statement.step())
         throw StoreError("no answer to " + std::string(sql));
     return statement.integer(0);
+}
+
+bool SQLiteConnection::isReadOnly() const
+{
+    return sqlite3_db_readonly(handle(), "main") == 1;
 }
 
 void SQLiteConnection::releaseMemory()

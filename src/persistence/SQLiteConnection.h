@@ -11,13 +11,18 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
+enum class SQLiteAccess {
+    ReadWrite, ///< Reading alone where the file cannot be written.
+    Immutable, ///< Reading a file that nobody changes meanwhile. Nothing beside it is needed or read.
+};
+
 /// An open SQLite database. Used by one thread at a time.
 class SQLiteConnection
 {
 public:
     /// Opens a file that exists.
     /// \throws StoreError if it cannot be opened.
-    explicit SQLiteConnection(const QString &path);
+    explicit SQLiteConnection(const QString &path, SQLiteAccess access = SQLiteAccess::ReadWrite);
     SQLiteConnection(const SQLiteConnection &) = delete;
     SQLiteConnection &operator=(const SQLiteConnection &) = delete;
 
@@ -28,6 +33,8 @@ public:
     /// The first column of the first row that \a sql gives.
     /// \throws StoreError, also if there is no row.
     qint64 integer(const char *sql);
+
+    bool isReadOnly() const;
 
     /// Gives cached pages back.
     void releaseMemory();

@@ -3,7 +3,6 @@
 #include "core/StoreError.h"
 #include "foundation/Log.h"
 #include "persistence/ClipboardHistoryRecord.h"
-#include "persistence/SQLiteConnection.h"
 
 #include <array>
 
@@ -55,7 +54,7 @@ private:
 
 struct StoredParts::Impl
 {
-    explicit Impl(const QString &storePath) : connection(storePath)
+    Impl(const QString &storePath, SQLiteAccess access) : connection(storePath, access)
     {
         connection.execute(kConfigure);
     }
@@ -75,9 +74,19 @@ private:
     std::array<std::optional<SQLiteStatement>, 3> m_selectPart;
 };
 
-StoredParts::StoredParts(const QString &storePath) : m_impl(std::make_unique<Impl>(storePath)) {}
+StoredParts::StoredParts(const QString &storePath, SQLiteAccess access)
+    : m_impl(std::make_unique<Impl>(storePath, access))
+{
+}
 
 StoredParts::~StoredParts() = default;
+
+void StoredParts::reopen(const QString &storePath, SQLiteAccess access)
+{
+    auto opened = std::make_unique<Impl>(storePath, access);
+    const std::lock_guard lock(m_mutex);
+    m_impl = std::move(opened);
+}
 
 std::shared_ptr<const ByteSource> StoredParts::source(const ClipboardItem &item, StoredPart part)
 {

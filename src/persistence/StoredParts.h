@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ClipboardItem.h"
+#include "persistence/SQLiteConnection.h"
 
 #include <memory>
 #include <mutex>
@@ -19,8 +20,12 @@ class StoredParts : public std::enable_shared_from_this<StoredParts>
 {
 public:
     /// \throws StoreError if the database cannot be opened.
-    explicit StoredParts(const QString &storePath);
+    StoredParts(const QString &storePath, SQLiteAccess access);
     ~StoredParts();
+
+    /// Reads from the database as it is at \a storePath now.
+    /// \throws StoreError if it cannot be opened; then everything stays as it was.
+    void reopen(const QString &storePath, SQLiteAccess access);
 
     /// Where \a part of the record of \a item lies, as long as it is what \a item holds.
     std::shared_ptr<const ByteSource> source(const ClipboardItem &item, StoredPart part);

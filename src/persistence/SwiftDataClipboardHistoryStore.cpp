@@ -7,6 +7,8 @@
 #include "persistence/StoredParts.h"
 #include "platform/Clock.h"
 
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -62,19 +64,28 @@ std::unique_ptr<SQLiteConnection> openDatabase(const QString &path)
     return connection;
 }
 
+/// Opens what lies in the file alone, which is the whole history where no log is beside it.
+std::unique_ptr<SQLiteConnection> openUnchangingDatabase(const QString &path)
+{
+    if (QFileInfo(path + u"-wal"_s).size() > 0)
+        throw StoreError("what is in the log cannot be read");
+    auto connection = std::make_unique<SQLiteConnection>(path, SQLiteAccess::Immutable);
+    requireKnownSchema(*connection);
+    return connection;
+}
+
 } // namespace
 
 /// The connection with what is prepared on it.
 struct SwiftDataClipboardHistoryStore::Impl
 {
-    explicit Impl(const QString &storePath)
-        : connection(openDatabase(storePath))
-        , parts(std::make_shared<StoredParts>(storePath))
+    Impl(const QString &storePath, SQLiteAccess access)
+        : connection(access == SQLiteAccess::Immutable ? openUnchangingDatabase(storePath)
+                                                       : openDatabase(storePath))
     {
     }
 
     std::unique_ptr<SQLiteConnection> connection;
-    std::shared_ptr<StoredParts> parts;
     SQLiteStatement selectLive{*connection, ClipboardHistoryRecord::selectLiveSql()};
     SQLiteStatement upsert{*connection, ClipboardHistoryRecord::upsertSql()};
     SQLiteStatement markDeleted{*connection, ClipboardHistoryRecord::markDeletedSql()};
@@ -115,14 +126,42 @@ SwiftDataClipboardHistoryStore::SwiftDataClipboardHistoryStore(const QString &st
     , m_clock(clock)
 {
     try {
-        m_impl = std::make_unique<Impl>(storePath);
+        open(SQLiteAccess::ReadWrite);
     } catch (const StoreError &error) {
-        throw StoreError("Failed to open the history " + storePath.toStdString() + ": "
-                         + error.what());
+        if (!openForReading())
+            throw StoreError("Failed to open the history " + storePath.toStdString() + ": "
+                             + error.what());
     }
 }
 
 SwiftDataClipboardHistoryStore::~SwiftDataClipboardHistoryStore() = default;
+
+void SwiftDataClipboardHistoryStore::open(SQLiteAccess access)
+{
+    auto impl = std::make_unique<Impl>(m_storePath, access);
+    if (m_parts)
+        m_parts->reopen(m_storePath, access);
+    else
+        m_parts = std::make_shared<StoredParts>(m_storePath, access);
+    m_impl = std::move(impl);
+}
+
+bool SwiftDataClipboardHistoryStore::openForReading()
+{
+    try {
+        open(SQLiteAccess::Immutable);
+        return true;
+    } catch (const StoreError &) {
+        return false; // The reason why it could not be opened for writing is the one to tell.
+    }
+}
+
+SwiftDataClipboardHistoryStore::Impl &SwiftDataClipboardHistoryStore::writable()
+{
+    if (m_impl->connection->isReadOnly())
+        open(SQLiteAccess::ReadWrite);
+    return *m_impl;
+}
 
 ClipboardItemList SwiftDataClipboardHistoryStore::loadItems()
 {
@@ -130,7 +169,7 @@ ClipboardItemList SwiftDataClipboardHistoryStore::loadItems()
     {
         SQLiteStatement &row = m_impl->selectLive;
         const SQLiteRun run(row);
-        ClipboardHistoryRecord::RowReader reader(m_impl->parts);
+        ClipboardHistoryRecord::RowReader reader(m_parts);
         while (row.step()) {
             if (ClipboardItemPointer item = reader.item(row))
                 items.append(std::move(item));
@@ -144,8 +183,8 @@ ClipboardItemList SwiftDataClipboardHistoryStore::loadItems()
 void SwiftDataClipboardHistoryStore::upsertItem(const ClipboardItem &item)
 {
     // One statement is a transaction of its own.
-    if (m_impl->store(item))
-        m_impl->parts->takeOver(item);
+    if (writable().store(item))
+        m_parts->takeOver(item);
 }
 
 void SwiftDataClipboardHistoryStore::markItemsDeleted(const QList<QUuid> &ids)
@@ -153,10 +192,11 @@ void SwiftDataClipboardHistoryStore::markItemsDeleted(const QList<QUuid> &ids)
     if (ids.isEmpty())
         return;
     const Timestamp now = m_clock.now();
-    SQLiteTransaction transaction(*m_impl->connection);
+    Impl &impl = writable();
+    SQLiteTransaction transaction(*impl.connection);
     for (const QUuid &id : ids) {
-        if (!m_impl->markRowDeleted(id, now))
-            m_impl->store(makeTombstone(id, now));
+        if (!impl.markRowDeleted(id, now))
+            impl.store(makeTombstone(id, now));
     }
     transaction.commit();
 }
@@ -165,16 +205,18 @@ void SwiftDataClipboardHistoryStore::hardDeleteItems(const QList<QUuid> &ids)
 {
     if (ids.isEmpty())
         return;
-    SQLiteTransaction transaction(*m_impl->connection);
+    Impl &impl = writable();
+    SQLiteTransaction transaction(*impl.connection);
     for (const QUuid &id : ids)
-        m_impl->deleteRow(id);
+        impl.deleteRow(id);
     transaction.commit();
 }
 
 void SwiftDataClipboardHistoryStore::purgeDeletedItems()
 {
-    const SQLiteRun run(m_impl->purgeDeleted);
-    m_impl->purgeDeleted.step();
+    SQLiteStatement &purgeDeleted = writable().purgeDeleted;
+    const SQLiteRun run(purgeDeleted);
+    purgeDeleted.step();
 }
 
 void SwiftDataClipboardHistoryStore::compactStorage()

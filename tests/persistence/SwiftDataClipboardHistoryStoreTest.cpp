@@ -61,6 +61,9 @@ private slots:
     void aNewerSchemaIsRefusedAndKept();
     void aMissingDirectoryIsRefused();
     void aTableWithoutItsColumnsIsRefused();
+    void aHistoryThatCannotBeWrittenIsLoaded();
+    void aHistoryIsWrittenAgainOnceThatIsPossible();
+    void aHistoryWithALogThatCannotBeReadIsRefused();
 
 private:
     QString path() const { return m_directory->filePath(u"clipboard_history.store"_s); }
@@ -68,6 +71,7 @@ private:
     QString raw(const QByteArray &sql) { return RawDatabase(path()).value(sql); }
     ClipboardItem stored(const QString &text);
     ClipboardItem onlyItem();
+    void preventWriting();
 
     std::optional<QTemporaryDir> m_directory;
     FakeClock m_clock;
@@ -580,6 +584,53 @@ void SwiftDataClipboardHistoryStoreTest::aTableWithoutItsColumnsIsRefused()
     m_store.reset();
     raw("ALTER TABLE ClipboardHistoryRecord DROP COLUMN tagsJSON");
     QVERIFY_EXCEPTION_THROWN(open(), StoreError);
+}
+
+/// The log cannot be used without its shared memory, which links are not taken for.
+void SwiftDataClipboardHistoryStoreTest::preventWriting()
+{
+    m_store.reset();
+    QVERIFY(!QFileInfo::exists(path() + u"-shm"_s));
+    QVERIFY(QFile::link(m_directory->filePath(u"nothing"_s), path() + u"-shm"_s));
+}
+
+void SwiftDataClipboardHistoryStoreTest::aHistoryThatCannotBeWrittenIsLoaded()
+{
+    const ClipboardItem one = stored(u"one"_s);
+    preventWriting();
+    open();
+    QCOMPARE(onlyItem().stringValue, Utf8Text(u"one"_s));
+    QVERIFY_EXCEPTION_THROWN(stored(u"two"_s), StoreError);
+    QVERIFY_EXCEPTION_THROWN(m_store->markItemsDeleted({one.id}), StoreError);
+    QVERIFY_EXCEPTION_THROWN(m_store->hardDeleteItems({one.id}), StoreError);
+    QVERIFY_EXCEPTION_THROWN(m_store->purgeDeletedItems(), StoreError);
+    QCOMPARE(onlyItem().stringValue, Utf8Text(u"one"_s));
+}
+
+void SwiftDataClipboardHistoryStoreTest::aHistoryIsWrittenAgainOnceThatIsPossible()
+{
+    const QString longText = u"long "_s.repeated(50'000);
+    stored(longText);
+    preventWriting();
+    open();
+    const ClipboardItem loaded = onlyItem();
+    QVERIFY(QFile::remove(path() + u"-shm"_s));
+
+    stored(u"two"_s);
+    QCOMPARE(m_store->loadItems().size(), 2);
+    // What was loaded before is read back from where it is now.
+    QCOMPARE(loaded.stringValue, Utf8Text(longText));
+    m_store->markItemsDeleted({loaded.id});
+    QCOMPARE(onlyItem().stringValue, Utf8Text(u"two"_s));
+}
+
+void SwiftDataClipboardHistoryStoreTest::aHistoryWithALogThatCannotBeReadIsRefused()
+{
+    stored(u"one"_s);
+    preventWriting();
+    write(path() + u"-wal"_s, "the latest copies");
+    QVERIFY_EXCEPTION_THROWN(open(), StoreError);
+    QCOMPARE(contentOf(path() + u"-wal"_s), "the latest copies");
 }
 
 QTEST_APPLESS_MAIN(SwiftDataClipboardHistoryStoreTest)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/platform/EndWithParent.h"
+
 #include <QByteArray>
 #include <QDeadlineTimer>
 #include <QFile>
@@ -97,6 +99,7 @@ public:
         if (program != QLatin1String("Xvfb") && program != QLatin1String("dbus-daemon"))
             process->setStandardOutputFile(QProcess::nullDevice());
         process->setStandardErrorFile(QProcess::nullDevice());
+        process->setChildProcessModifier(endWithParent);
         process->start(program, arguments);
         process->waitForStarted();
         m_processes.push_back(std::move(process));
@@ -159,6 +162,18 @@ public:
     quint32 findWindow(const QString &windowClass) const
     {
         return searchWindow(QStringLiteral("--class ") + windowClass);
+    }
+
+    /// Brings a window to the front. A window manager that has not taken charge of a new window yet
+    /// does not listen, so it is asked again and again.
+    bool activate(quint32 window) const
+    {
+        return waitUntil(
+            [&] {
+                xdotool(QStringLiteral("windowactivate %1").arg(window));
+                return xdotool(QStringLiteral("getactivewindow")).trimmed().toUInt() == window;
+            },
+            30);
     }
 
     /// Sets the keyboard layouts, as in "us,ru", and makes one of them active.

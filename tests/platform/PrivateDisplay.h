@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/platform/EndWithParent.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
@@ -12,6 +14,7 @@ public:
     PrivateDisplay()
     {
         m_server.setStandardErrorFile(QProcess::nullDevice());
+        m_server.setChildProcessModifier(endWithParent);
         m_server.start(QStringLiteral("Xvfb"),
                        {QStringLiteral("-displayfd"), QStringLiteral("1"),
                         QStringLiteral("-screen"), QStringLiteral("0"),

@@ -21,6 +21,9 @@ constexpr quint8 kShiftKey = 50;
 constexpr quint8 kControlKey = 37;
 constexpr quint8 kAltKey = 64;
 
+/// In milliseconds, for other programs on a machine that is busy elsewhere.
+constexpr int kPatience = 30'000;
+
 } // namespace
 
 /// Pastes into real programs. The person's keyboard is the server's own, apart from XTEST's, which
@@ -109,20 +112,21 @@ quint32 X11PasteKeystrokeTest::openEditor()
 {
     const quint32 window =
         m_desktop.openWindow(u"mousepad"_s, {u"--disable-server"_s}, u"Mousepad"_s);
-    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(window));
+    m_desktop.activate(window);
     return window;
 }
 
 /// Pastes into \a window as the program does, once it has the focus.
 void X11PasteKeystrokeTest::paste(quint32 window)
 {
-    QTRY_VERIFY(m_workspace->frontmostApplication() &&
-                m_workspace->frontmostApplication()->window == window);
+    QTRY_VERIFY_WITH_TIMEOUT(m_workspace->frontmostApplication() &&
+                                 m_workspace->frontmostApplication()->window == window,
+                             kPatience);
     // What the server has said of the keyboard is taken notice of, as in a program that idles.
     m_keyboard->state();
     QCoreApplication::processEvents();
     m_keystroke->prepare(*m_workspace->frontmostApplication());
-    QTRY_VERIFY(m_keystroke->isTargetFocused());
+    QTRY_VERIFY_WITH_TIMEOUT(m_keystroke->isTargetFocused(), kPatience);
     QVERIFY(m_keystroke->postKeyDown());
     QVERIFY(m_keystroke->postKeyUp());
 }
@@ -297,7 +301,7 @@ void X11PasteKeystrokeTest::terminalGetsPrimary()
         u"xterm"_s,
         {u"-fa"_s, u"Mono"_s, u"-e"_s, u"sh"_s, u"-c"_s, u"stty -icanon; head -c 16 > "_s + path},
         u"XTerm"_s);
-    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(window));
+    m_desktop.activate(window);
     m_desktop.setLayout(layouts, group);
 
     paste(window);
@@ -328,16 +332,18 @@ void X11PasteKeystrokeTest::terminalGetsItsOwnChord()
          "    if e.type == X.KeyPress: print(e.detail, e.state, file=f, flush=True)\n"_s,
          path});
     const quint32 window = m_desktop.findWindow(u"konsole"_s);
-    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(window));
+    m_desktop.activate(window);
 
     paste(window);
     QCOMPARE(m_primaryCount, 0);
     QByteArray keys;
-    QTRY_VERIFY([&] {
-        QFile file(path);
-        keys = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        return keys.count('\n') >= 3;
-    }());
+    QTRY_VERIFY_WITH_TIMEOUT(
+        [&] {
+            QFile file(path);
+            keys = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            return keys.count('\n') >= 3;
+        }(),
+        kPatience);
     // Control, then Shift with Control held, then V with both.
     QCOMPARE(keys, "37 0\n50 4\n55 5\n");
 }

@@ -120,6 +120,10 @@ class DesktopTest(unittest.TestCase):
         self.assertTrue(self.program.is_running(), "the program has ended")
 
 
+def add_upkeep_option(parser):
+    parser.add_argument("--upkeep", required=True, help="the program HistoryUpkeep")
+
+
 def main(add_options=None):
     """Runs the tests of the script; add_options(parser) can declare options of its own, which are
     in arguments then."""

@@ -8,7 +8,6 @@ import os
 import random
 import sqlite3
 import statistics
-import subprocess
 import sys
 import time
 
@@ -16,7 +15,7 @@ sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "
 
 import case
 import corpus
-from case import DesktopTest, main
+from case import DesktopTest, add_upkeep_option, main
 from pictures import noise_png
 from store_watch import StoreWatch
 from stored_history import StoredHistory
@@ -169,9 +168,7 @@ class CrashTest(DesktopTest):
         self.assertEqual([], failures)
 
     def assert_sweep_leaves_only_named_files(self):
-        subprocess.run([case.arguments.sweep, os.path.dirname(self.program.store_path),
-                        self.program.settings_path], check=True, timeout=60,
-                       stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+        self.program.do_upkeep(case.arguments.upkeep, "limit")
         history = StoredHistory.of(self.program)
         self.assertEqual(set(), history.missing_files(), "the sweep removed files that rows name")
         self.assertEqual(set(), history.unnamed_files(), "files that no row names outlive a sweep")
@@ -201,7 +198,7 @@ class CrashTest(DesktopTest):
 
 
 def add_options(parser):
-    parser.add_argument("--sweep", required=True, help="the program HistorySweep")
+    add_upkeep_option(parser)
     parser.add_argument("--rounds", type=int, default=20)
     parser.add_argument("--captures", type=int, default=1000, help="the most in one round")
     parser.add_argument("--seed", type=int, help="repeats the contents and moments of a run")

@@ -147,6 +147,13 @@ class Program:
     def wait_for_text(self, text, seconds=10.0):
         return self.wait_for_row(lambda stored: stored == text, repr(text[:60]), seconds=seconds)
 
+    def do_upkeep(self, upkeep, task):
+        """Has the helper of that path do with the history what the settings offer: "limit" or
+        "clear"."""
+        subprocess.run([upkeep, task, os.path.dirname(self.store_path), self.settings_path],
+                       check=True, timeout=60, umask=self.umask, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL)
+
     # What it costs
 
     def status_number(self, file, name):

@@ -42,16 +42,38 @@ class SurvivalTest(DesktopTest):
             self.assertEqual(0, self.program.end())
             self.assertEqual(f"copied just before the end {number}", self.program.texts()[0])
 
+    def capture_many(self):
+        """Has texts captured as fast as they are taken; returns them, the newest first."""
+        owner = self.owner()
+        texts = [f"one of many: {number} " + "and so on " * 100 + "end" for number in range(50)]
+        for text in texts:
+            mark = self.program.mark()
+            owner.own_text(text)
+            self.program.wait_for_line("New clipboard item: text", since=mark)
+        return texts[::-1]
+
     def test_many_copies_in_a_row_are_all_kept(self):
         self.program.start()
-        owner = self.owner()
-        for number in range(50):
-            mark = self.program.mark()
-            owner.own_text(f"one of many: {number}")
-            self.program.wait_for_line("New clipboard item: text", since=mark)
-        self.program.wait_for_text("one of many: 49")
-        self.assertEqual([f"one of many: {number}" for number in reversed(range(50))],
-                         self.program.texts())
+        texts = self.capture_many()
+        self.program.wait_for_text(texts[0])
+        self.assertEqual(texts, self.program.texts())
+
+    def test_the_end_right_behind_many_copies_loses_none(self):
+        self.program.start()
+        texts = self.capture_many()
+        self.assertEqual(0, self.program.end())
+        self.assertEqual(texts, self.program.texts())
+        self.assert_intact()
+
+    def test_the_end_right_behind_a_large_copy_loses_nothing(self):
+        self.program.start()
+        text = "much text that takes its time to be written; " * 500_000 + "end"
+        mark = self.program.mark()
+        copy_by_xclip(self.desktop, text.encode())
+        self.program.wait_for_line("New clipboard item: text", since=mark, seconds=60)
+        self.assertEqual(0, self.program.end())
+        self.assertTrue([text] == self.program.texts(), "the large text is not in the store")
+        self.assert_intact()
 
 
 if __name__ == "__main__":

@@ -2,7 +2,6 @@
 """A desktop that lacks something, and a disk that does not do as it should: one clear line, and the
 program goes on, or ends with a reason where nothing can work."""
 import os
-import stat
 import subprocess
 import unittest
 
@@ -116,16 +115,6 @@ class DiskTest(DesktopTest):
         self.program.wait_for_line("Failed to ")
         self.choose("")
         self.assertEqual(b"kept in memory only", read_by_xclip(self.desktop))
-
-    def test_files_are_for_their_owner_only(self):
-        self.program.start()
-        self.copy("nobody else's business")
-        folder = os.path.dirname(self.program.store_path)
-        self.assertEqual(0o700, stat.S_IMODE(os.stat(folder).st_mode))
-        for name in os.listdir(folder):
-            path = os.path.join(folder, name)
-            if os.path.isfile(path):
-                self.assertEqual(0o600, stat.S_IMODE(os.stat(path).st_mode), name)
 
 
 class WithoutADisplayTest(DesktopTest):

@@ -261,6 +261,13 @@ int columnOf(StoredPart part)
 
 namespace ClipboardHistoryRecord {
 
+bool hasTable(SQLiteConnection &connection)
+{
+    return connection.integer("SELECT count(*) FROM sqlite_schema"
+                              " WHERE name = 'ClipboardHistoryRecord'")
+        > 0;
+}
+
 void createTable(SQLiteConnection &connection)
 {
     connection.execute(kCreateTable);

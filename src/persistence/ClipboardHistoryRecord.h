@@ -17,6 +17,10 @@ namespace ClipboardHistoryRecord {
 /// The number of the schema, kept as the user version of the database.
 inline constexpr qint64 kSchemaVersion = 1;
 
+/// Whether \a connection leads to a database with the table, of whatever version.
+/// \throws StoreError
+bool hasTable(SQLiteConnection &connection);
+
 /// Creates the table in an empty database and notes the version. To be run in a transaction.
 /// \throws StoreError
 void createTable(SQLiteConnection &connection);

@@ -67,8 +67,10 @@ int SQLiteConnection::changedRowCount() const
     return sqlite3_changes(handle());
 }
 
-void SQLiteConnection::throwError() const
+void SQLiteConnection::throwError()
 {
+    const int result = sqlite3_errcode(handle());
+    m_isDamaged = m_isDamaged || result == SQLITE_CORRUPT || result == SQLITE_NOTADB;
     throw StoreError(sqlite3_errmsg(handle()));
 }
 

@@ -42,7 +42,11 @@ public:
     /// The number of rows that the last statement changed.
     int changedRowCount() const;
 
-    [[noreturn]] void throwError() const;
+    /// \throws StoreError with the text of the last failure.
+    [[noreturn]] void throwError();
+
+    /// Whether a failure so far has shown that the file is not whole.
+    bool isDamaged() const { return m_isDamaged; }
 
     sqlite3 *handle() const { return m_handle.get(); }
 
@@ -53,6 +57,7 @@ private:
     };
 
     std::unique_ptr<sqlite3, Close> m_handle;
+    bool m_isDamaged = false;
 };
 
 /// A statement that is prepared once and run often. Parameters count from 1, columns from 0.

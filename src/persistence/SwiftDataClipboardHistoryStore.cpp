@@ -34,7 +34,10 @@ void requireKnownSchema(SQLiteConnection &connection)
     const qint64 version = connection.integer("PRAGMA user_version");
     if (version > ClipboardHistoryRecord::kSchemaVersion)
         throw StoreError("it was written by a newer version of the program");
-    if (version == 0 && connection.integer("SELECT count(*) FROM sqlite_schema") > 0)
+    const bool isOurs = version == 0
+        ? connection.integer("SELECT count(*) FROM sqlite_schema") == 0
+        : version > 0 && ClipboardHistoryRecord::hasTable(connection);
+    if (!isOurs)
         throw StoreError("it is the database of another program");
 }
 
@@ -93,6 +96,13 @@ struct SwiftDataClipboardHistoryStore::Impl
     SQLiteStatement purgeDeleted{*connection,
                                  "DELETE FROM ClipboardHistoryRecord WHERE deletedAt IS NOT NULL"};
 
+    /// A page that cannot be read may be one that a write takes for free.
+    void requireSound() const
+    {
+        if (connection->isDamaged())
+            throw StoreError("the database is damaged, and is left as it is");
+    }
+
     /// False if the row was updated later than \a item.
     bool store(const ClipboardItem &item)
     {
@@ -148,6 +158,10 @@ void SwiftDataClipboardHistoryStore::open(SQLiteAccess access)
 
 bool SwiftDataClipboardHistoryStore::openForReading()
 {
+    // Where something can be written, another program may be about to.
+    const QFileInfo file(m_storePath);
+    if (file.isWritable() && QFileInfo(file.absolutePath()).isWritable())
+        return false;
     try {
         open(SQLiteAccess::Immutable);
         return true;
@@ -160,6 +174,7 @@ SwiftDataClipboardHistoryStore::Impl &SwiftDataClipboardHistoryStore::writable()
 {
     if (m_impl->connection->isReadOnly())
         open(SQLiteAccess::ReadWrite);
+    m_impl->requireSound();
     return *m_impl;
 }
 
@@ -221,6 +236,7 @@ void SwiftDataClipboardHistoryStore::purgeDeletedItems()
 
 void SwiftDataClipboardHistoryStore::compactStorage()
 {
+    m_impl->requireSound();
     compactDatabase(m_storePath);
     try {
         // The rebuilt file is in the log until now; only this makes the file itself small.

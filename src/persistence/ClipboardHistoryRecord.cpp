@@ -4,6 +4,7 @@
 #include "persistence/SQLiteConnection.h"
 #include "persistence/StoredParts.h"
 
+#include <algorithm>
 #include <array>
 
 #include <nlohmann/json.hpp>
@@ -240,11 +241,20 @@ std::optional<QString> optionalText(const SQLiteStatement &row, int column)
     return QString::fromUtf8(row.bytes(column));
 }
 
+/// Within the calendar, so that nobody who reckons with it gets beyond the range of the type.
+Timestamp date(const SQLiteStatement &row, int column)
+{
+    constexpr Timestamp kFirst = std::chrono::sys_days(std::chrono::year(0) / 1 / 1);
+    constexpr Timestamp kEnd = std::chrono::sys_days(std::chrono::year(10'000) / 1 / 1);
+    return std::clamp(timestampFromMicroseconds(row.integer(column)), kFirst,
+                      kEnd - std::chrono::microseconds(1));
+}
+
 std::optional<Timestamp> optionalDate(const SQLiteStatement &row, int column)
 {
     if (row.isNull(column))
         return std::nullopt;
-    return timestampFromMicroseconds(row.integer(column));
+    return date(row, column);
 }
 
 int columnOf(StoredPart part)
@@ -293,8 +303,8 @@ std::string upsertSql()
     return "INSERT INTO ClipboardHistoryRecord (" + columnList("%") + ") VALUES ("
         + columnList(":%") + ") ON CONFLICT (id) DO UPDATE SET "
         + columnList("% = excluded.%", Column::position)
-        + " WHERE excluded.updatedAt >= coalesce(ClipboardHistoryRecord.updatedAt,"
-          " ClipboardHistoryRecord.timestamp)";
+        + " WHERE excluded.updatedAt >= CAST(coalesce(ClipboardHistoryRecord.updatedAt,"
+          " ClipboardHistoryRecord.timestamp) AS INTEGER)";
 }
 
 std::string markDeletedSql()
@@ -346,7 +356,7 @@ ClipboardItemPointer RowReader::item(const SQLiteStatement &row)
 
     const auto item = std::make_shared<ClipboardItem>();
     item->id = id;
-    item->timestamp = timestampFromMicroseconds(row.integer(Column::timestamp));
+    item->timestamp = date(row, Column::timestamp);
     item->contentType = *type;
     item->imageFileName = optionalText(row, Column::imageFileName);
     item->imageThumbnailFileName = optionalText(row, Column::imageThumbnailFileName);

@@ -38,6 +38,8 @@ private slots:
     void aLockedDatabaseLoadsAndMissesOnlyWhatIsCopiedMeanwhile();
     void aCommitNextDoorIsWaitedFor();
     void aDatabaseThatAnotherProgramKeepsIsLeftAlone();
+    void oddValuesKeepNoRowFromLoading_data();
+    void oddValuesKeepNoRowFromLoading();
 
 private:
     QString base() const { return m_directory->path(); }
@@ -61,6 +63,7 @@ private:
 namespace {
 
 constexpr qint64 kPageSize = 1024;
+constexpr auto kYear = std::chrono::hours(24 * 365);
 
 QString textOf(int number)
 {
@@ -325,6 +328,73 @@ void DamagedHistoryTest::aDatabaseThatAnotherProgramKeepsIsLeftAlone()
     start();
     QCOMPARE(m_manager->items().size(), 3);
     QVERIFY(!texts().contains(u"meanwhile"_s));
+}
+
+void DamagedHistoryTest::oddValuesKeepNoRowFromLoading_data()
+{
+    QTest::addColumn<QByteArrayList>("values");
+    QTest::addColumn<bool>("areLoaded");
+    for (const char *column : {"id", "contentTypeRaw"})
+        QTest::newRow(column) << QByteArrayList{"NULL", "''", "7", "'x'", "x'FF00'"} << false;
+    for (const char *column : {"position", "timestamp", "isFavorite", "lastSyncTime",
+                               "isRemoteClipboard", "updatedAt"})
+        QTest::newRow(column) << QByteArrayList{"NULL",  "'long ago'", "x'FF00'",
+                                                "1.5",   "-1e300",     "-9223372036854775808"}
+                              << true;
+    // A later update time would have every change turned away, as it should.
+    QTest::newRow("timestamp") << QByteArrayList{"1e300", "9223372036854775807"} << true;
+    for (const char *column :
+         {"imageFileName", "imageThumbnailFileName", "imageDigest", "filePath", "fileBookmarkData",
+          "fileTypesJSON", "tagsJSON", "cloudRecordID", "syncStatusRaw", "sourceAppBundleID",
+          "contentHash", "stringValue", "htmlRepresentation", "rtfRepresentation"})
+        QTest::newRow(column) << QByteArrayList{"NULL",
+                                                "7",
+                                                "1.5",
+                                                "x'FF80'",
+                                                "CAST(x'41FFC3' AS TEXT)",
+                                                "randomblob(5000)",
+                                                "CAST(randomblob(5000) AS TEXT)"}
+                              << true;
+}
+
+void DamagedHistoryTest::oddValuesKeepNoRowFromLoading()
+{
+    const QByteArray column = QTest::currentDataTag();
+    QFETCH(const QByteArrayList, values);
+    QFETCH(const bool, areLoaded);
+    fill(1 + int(values.size()));
+    {
+        RawDatabase database(databasePath());
+        database.rows("PRAGMA writable_schema = ON; UPDATE sqlite_schema"
+                      " SET sql = replace(sql, 'NOT NULL', '')");
+        database.rows("PRAGMA writable_schema = RESET");
+        for (qsizetype i = 0; i < values.size(); ++i) {
+            const QByteArray row = QByteArray::number(i + 2);
+            const QByteArray change = "UPDATE ClipboardHistoryRecord SET " + column + " = "
+                + values.at(i) + " WHERE rowid = " + row + " RETURNING 'done'";
+            QCOMPARE(database.value(change), u"done"_s);
+        }
+    }
+
+    start();
+    const ClipboardItemList loaded = m_manager->items();
+    QCOMPARE(loaded.size(), areLoaded ? 1 + values.size() : 1);
+    QVERIFY(texts().contains(textOf(0)));
+    // Whatever it holds, it can be shown and changed like any other.
+    for (const ClipboardItemPointer &item : loaded) {
+        item->singleLinePreview(80);
+        QVERIFY(std::chrono::abs(item->timestamp - m_clock.now()) < 10'000 * kYear);
+        m_clock.advance(1s);
+        m_manager->toggleFavorite(item->id);
+        m_manager->updateTags(item->id, {u"work"_s});
+    }
+    QVERIFY(m_manager->diskUsageBytes() > 0);
+    end();
+    QCOMPARE(m_printed->lines().size(), 1);
+    start();
+    QCOMPARE(m_manager->items().size(), loaded.size());
+    for (const ClipboardItemPointer &item : m_manager->items())
+        QCOMPARE(item->tags, QStringList{u"work"_s});
 }
 
 QTEST_APPLESS_MAIN(DamagedHistoryTest)

@@ -1,6 +1,7 @@
 #include "core/ClipboardItemJson.h"
 
 #include "core/ReadBack.h"
+#include "foundation/TextTools.h"
 
 #include <QDateTime>
 
@@ -141,7 +142,7 @@ public:
     std::optional<QString> string(const char *key) const
     {
         const auto bytes = utf8(key);
-        return bytes ? std::optional(QString::fromUtf8(*bytes)) : std::nullopt;
+        return bytes ? std::optional(decodedUtf8(*bytes)) : std::nullopt;
     }
 
     std::optional<QByteArray> bytes(const char *key) const
@@ -188,7 +189,7 @@ public:
         for (const Json &element : *value) {
             if (!element.is_string())
                 refuse(key, "holds something that is no string");
-            strings.append(QString::fromStdString(element.get_ref<const std::string &>()));
+            strings.append(decodedUtf8(QByteArray::fromStdString(element.get<std::string>())));
         }
         return strings;
     }

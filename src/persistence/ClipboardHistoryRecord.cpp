@@ -1,6 +1,7 @@
 #include "persistence/ClipboardHistoryRecord.h"
 
 #include "core/ReadBack.h"
+#include "foundation/TextTools.h"
 #include "persistence/SQLiteConnection.h"
 #include "persistence/StoredParts.h"
 
@@ -158,7 +159,7 @@ QStringList listOf(QByteArrayView json)
     for (const nlohmann::json &element : array) {
         if (!element.is_string())
             return {};
-        strings.append(QString::fromStdString(element.get_ref<const std::string &>()));
+        strings.append(decodedUtf8(QByteArray::fromStdString(element.get<std::string>())));
     }
     return strings;
 }
@@ -238,7 +239,7 @@ std::optional<QString> optionalText(const SQLiteStatement &row, int column)
 {
     if (row.isNull(column))
         return std::nullopt;
-    return QString::fromUtf8(row.bytes(column));
+    return decodedUtf8(row.bytes(column).toByteArray());
 }
 
 /// Within the calendar, so that nobody who reckons with it gets beyond the range of the type.
@@ -410,7 +411,7 @@ std::optional<QString> RowReader::sharedText(const SQLiteStatement &row, int col
     const auto known = m_texts.constFind(QByteArray::fromRawData(utf8.data(), utf8.size()));
     if (known != m_texts.constEnd())
         return *known;
-    return *m_texts.insert(utf8.toByteArray(), QString::fromUtf8(utf8));
+    return *m_texts.insert(utf8.toByteArray(), decodedUtf8(utf8.toByteArray()));
 }
 
 QStringList RowReader::sharedList(const SQLiteStatement &row, int column)

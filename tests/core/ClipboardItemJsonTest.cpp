@@ -49,6 +49,7 @@ private slots:
     void leavesAbsentValuesOut();
     void writesTheForms();
     void everyFieldComesBack();
+    void anyEntryComesBackButForItsFractions();
     void thePictureInMemoryIsLeftOut();
     void fractionsOfASecondAreCut();
     void aDateBeyondTheCalendarIsNotWritten();
@@ -108,6 +109,19 @@ void ClipboardItemJsonTest::everyFieldComesBack()
     item.deletedAt = kNow + 90s;
     const std::string written = toJson(item).dump();
     QVERIFY(clipboardItemFromJson(Json::parse(written)) == item);
+}
+
+void ClipboardItemJsonTest::anyEntryComesBackButForItsFractions()
+{
+    RandomItems items(7);
+    for (int i = 0; i < 300; ++i) {
+        const ClipboardItem item = items.next();
+        const std::string written = toJson(item).dump();
+        QVERIFY(!QByteArrayView(written).contains('\n'));
+        const ClipboardItem read = clipboardItemFromJson(Json::parse(written));
+        QVERIFY2(read == inWholeSeconds(item), written.c_str());
+        QCOMPARE(toJson(read).dump(), written);
+    }
 }
 
 void ClipboardItemJsonTest::thePictureInMemoryIsLeftOut()

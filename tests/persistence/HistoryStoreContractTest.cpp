@@ -23,6 +23,7 @@ private slots:
 
     void aMissingHistoryLoadsEmpty();
     void everyFieldSurvivesReopening();
+    void anyEntriesSurviveReopening();
     void absentFieldsStayAbsent();
     void emptyValuesAreNotAbsentOnes();
     void aTextWithZeroCharactersSurvives();
@@ -123,6 +124,22 @@ void HistoryStoreContractTest::everyFieldSurvivesReopening()
     reopen();
     QCOMPARE(loaded().size(), 1);
     QVERIFY(loaded().first() == item);
+}
+
+void HistoryStoreContractTest::anyEntriesSurviveReopening()
+{
+    QFETCH_GLOBAL(const bool, isDatabase);
+    RandomItems random(7);
+    QHash<QUuid, ClipboardItem> expected;
+    for (int i = 0; i < 60; ++i) {
+        const ClipboardItem item = random.next();
+        m_store->upsertItem(item);
+        expected.insert(item.id, isDatabase ? item : inWholeSeconds(item));
+    }
+    reopen();
+    QCOMPARE(loaded().size(), expected.size());
+    for (const ClipboardItem &item : loaded())
+        QVERIFY2(item == expected.value(item.id), qPrintable(item.id.toString()));
 }
 
 void HistoryStoreContractTest::absentFieldsStayAbsent()

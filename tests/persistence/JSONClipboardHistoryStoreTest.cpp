@@ -2,6 +2,7 @@
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/SampleItems.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -26,6 +27,7 @@ private slots:
     void theFileIsOneArrayOnOneLine();
     void anEarlierUpsertLeavesTheFileAsItIs();
     void loadingARecordWithoutHashDoesNotRewriteTheFile();
+    void theFileIsWrittenOverInPlace();
     void aReplacedRecordKeepsItsPlace();
     void datesLoseWhatIsFinerThanASecond();
     void aTombstoneOfAnUnknownIdIsAppended();
@@ -98,6 +100,7 @@ void JSONClipboardHistoryStoreTest::theFileIsOneArrayOnOneLine()
     QVERIFY(content().startsWith("[{\"id\":\"" + one.id.toByteArray(QUuid::WithoutBraces).toUpper()
                                  + "\",\"timestamp\":\"2026-04-12T13:20:00Z\",\"contentType\":"));
     QVERIFY(!content().contains('\n'));
+    QCOMPARE(content().toStdString(), json().dump()); // No blanks between the values.
     QCOMPARE(json().size(), size_t(2));
     QCOMPARE(json()[1]["stringValue"], "three");
 }
@@ -121,6 +124,20 @@ void JSONClipboardHistoryStoreTest::loadingARecordWithoutHashDoesNotRewriteTheFi
     QVERIFY(!before.contains(item.contentHash));
     QCOMPARE(m_store->loadItems().first()->contentHash, item.contentHash);
     QCOMPARE(content(), before);
+}
+
+void JSONClipboardHistoryStoreTest::theFileIsWrittenOverInPlace()
+{
+    const ClipboardItem item = stored(u"text"_s.repeated(1'000));
+    struct stat before = {};
+    QCOMPARE(stat(QFile::encodeName(path()).constData(), &before), 0);
+    m_store->hardDeleteItems({item.id});
+    struct stat after = {};
+    QCOMPARE(stat(QFile::encodeName(path()).constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
+    QCOMPARE(content(), "[]");
+    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{u"clipboard_history.json"_s});
 }
 
 void JSONClipboardHistoryStoreTest::aReplacedRecordKeepsItsPlace()

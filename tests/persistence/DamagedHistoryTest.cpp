@@ -1,14 +1,7 @@
-#include "core/ClipboardItemManager.h"
-#include "foundation/UserDefaults.h"
-#include "persistence/OpenHistoryStore.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/PrintedLines.h"
-#include "tests/fakes/SampleItems.h"
-#include "tests/persistence/RawDatabase.h"
+#include "tests/persistence/HistoryOnDisk.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <optional>
@@ -24,7 +17,6 @@ class DamagedHistoryTest : public QObject
 
 private slots:
     void init();
-    void cleanup();
 
     void whatIsNoHistoryIsLeftAloneAndTheJsonFileUsed_data();
     void whatIsNoHistoryIsLeftAloneAndTheJsonFileUsed();
@@ -42,22 +34,9 @@ private slots:
     void oddValuesKeepNoRowFromLoading();
 
 private:
-    QString base() const { return m_directory->path(); }
-    QString databasePath() const { return base() + u"/clipboard_history.store"_s; }
-    QString logPath() const { return databasePath() + u"-wal"_s; }
-    QString jsonPath() const { return base() + u"/clipboard_history.json"_s; }
-    void start();
-    void end() { m_manager.reset(); }
-    void add(const QString &text);
     void fill(int count);
-    QStringList texts() const;
-    bool isFallback() const;
 
-    std::optional<QTemporaryDir> m_directory;
-    FakeClock m_clock;
-    std::optional<PrintedLines> m_printed;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<ClipboardItemManager> m_manager;
+    std::optional<HistoryOnDisk> m_history;
 };
 
 namespace {
@@ -87,52 +66,16 @@ void write(const QString &path, const QByteArray &bytes)
 
 void DamagedHistoryTest::init()
 {
-    m_directory.emplace();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));
-}
-
-void DamagedHistoryTest::cleanup()
-{
-    end();
-    m_printed.reset();
-}
-
-void DamagedHistoryTest::start()
-{
-    m_printed.emplace();
-    m_manager = std::make_unique<ClipboardItemManager>(openHistoryStore(base(), m_clock),
-                                                       ImageStorage(imagesDirectoryIn(base())),
-                                                       *m_defaults, m_clock);
-}
-
-void DamagedHistoryTest::add(const QString &text)
-{
-    m_clock.advance(1s);
-    m_manager->addItem(textItem(text, m_clock.now()));
-    m_manager->drain();
+    m_history.emplace();
 }
 
 /// Leaves a history of \a count entries behind, all of them in the database file.
 void DamagedHistoryTest::fill(int count)
 {
-    start();
+    m_history->start();
     for (int i = 0; i < count; ++i)
-        add(textOf(i));
-    end();
-}
-
-QStringList DamagedHistoryTest::texts() const
-{
-    QStringList texts;
-    for (const ClipboardItemPointer &item : m_manager->items())
-        texts.append(item->stringValue ? item->stringValue->toString() : u"-"_s);
-    return texts;
-}
-
-bool DamagedHistoryTest::isFallback() const
-{
-    return m_printed->lines().value(0).startsWith(
-        u"Failed to initialize SwiftData store, fallback to JSON: "_s);
+        m_history->add(textOf(i));
+    m_history->end();
 }
 
 void DamagedHistoryTest::whatIsNoHistoryIsLeftAloneAndTheJsonFileUsed_data()
@@ -153,43 +96,43 @@ void DamagedHistoryTest::whatIsNoHistoryIsLeftAloneAndTheJsonFileUsed()
     QFETCH(const QByteArray, sql);
     fill(10);
     if (sql.isEmpty())
-        write(databasePath(), QByteArray("Dear all, ").repeated(1'000));
+        write(m_history->databasePath(), QByteArray("Dear all, ").repeated(1'000));
     else
-        RawDatabase(databasePath()).rows(sql);
-    const QByteArray before = contentOf(databasePath());
+        RawDatabase(m_history->databasePath()).rows(sql);
+    const QByteArray before = contentOf(m_history->databasePath());
 
-    start();
-    QVERIFY2(isFallback(), qPrintable(m_printed->lines().join(u'\n')));
-    QVERIFY(m_manager->items().isEmpty());
-    add(u"meanwhile"_s);
-    end();
-    start();
-    QVERIFY(isFallback());
-    QCOMPARE(texts(), QStringList{u"meanwhile"_s});
-    end();
-    QCOMPARE(contentOf(databasePath()), before);
+    m_history->start();
+    QVERIFY2(m_history->isFallback(), qPrintable(m_history->printed().join(u'\n')));
+    QVERIFY(m_history->manager().items().isEmpty());
+    m_history->add(u"meanwhile"_s);
+    m_history->end();
+    m_history->start();
+    QVERIFY(m_history->isFallback());
+    QCOMPARE(m_history->texts(), QStringList{u"meanwhile"_s});
+    m_history->end();
+    QCOMPARE(contentOf(m_history->databasePath()), before);
 }
 
 void DamagedHistoryTest::aDirectoryInPlaceOfTheDatabaseIsLeftAlone()
 {
-    QVERIFY(QDir().mkpath(databasePath()));
-    start();
-    QVERIFY(isFallback());
-    add(u"meanwhile"_s);
-    end();
-    QVERIFY(QDir(databasePath()).isEmpty());
-    QVERIFY(contentOf(jsonPath()).contains("meanwhile"));
+    QVERIFY(QDir().mkpath(m_history->databasePath()));
+    m_history->start();
+    QVERIFY(m_history->isFallback());
+    m_history->add(u"meanwhile"_s);
+    m_history->end();
+    QVERIFY(QDir(m_history->databasePath()).isEmpty());
+    QVERIFY(contentOf(m_history->jsonPath()).contains("meanwhile"));
 }
 
 void DamagedHistoryTest::anEmptyFileBecomesADatabase()
 {
-    write(databasePath(), {});
-    start();
-    QCOMPARE(m_printed->lines(), QStringList{u"Loaded 0 items from disk"_s});
-    add(u"text"_s);
-    end();
-    start();
-    QCOMPARE(texts(), QStringList{u"text"_s});
+    write(m_history->databasePath(), {});
+    m_history->start();
+    QCOMPARE(m_history->printed(), QStringList{u"Loaded 0 items from disk"_s});
+    m_history->add(u"text"_s);
+    m_history->end();
+    m_history->start();
+    QCOMPARE(m_history->texts(), QStringList{u"text"_s});
 }
 
 void DamagedHistoryTest::aCutOffDatabaseIsLeftAlone_data()
@@ -203,44 +146,45 @@ void DamagedHistoryTest::aCutOffDatabaseIsLeftAlone()
 {
     QFETCH(const int, percent);
     fill(40);
-    QFile file(databasePath());
+    QFile file(m_history->databasePath());
     QVERIFY(file.size() > 50 * kPageSize);
     QVERIFY(file.resize(file.size() * percent / 100));
-    const QByteArray before = contentOf(databasePath());
+    const QByteArray before = contentOf(m_history->databasePath());
 
-    start();
-    QVERIFY(isFallback());
-    add(u"meanwhile"_s);
-    end();
-    QCOMPARE(contentOf(databasePath()), before);
-    QVERIFY(contentOf(jsonPath()).contains("meanwhile"));
+    m_history->start();
+    QVERIFY(m_history->isFallback());
+    m_history->add(u"meanwhile"_s);
+    m_history->end();
+    QCOMPARE(contentOf(m_history->databasePath()), before);
+    QVERIFY(contentOf(m_history->jsonPath()).contains("meanwhile"));
 }
 
 void DamagedHistoryTest::aDamagedPageLeavesTheDatabaseAlone()
 {
     fill(40);
     const qsizetype page
-        = RawDatabase(databasePath())
+        = RawDatabase(m_history->databasePath())
               .value("SELECT rootpage FROM sqlite_schema WHERE name = 'ClipboardHistoryRecord'")
               .toInt();
-    QByteArray bytes = contentOf(databasePath());
+    QByteArray bytes = contentOf(m_history->databasePath());
     bytes.replace((page - 1) * kPageSize, kPageSize, QByteArray(kPageSize, '\xA5'));
-    write(databasePath(), bytes);
+    write(m_history->databasePath(), bytes);
 
-    start();
-    QCOMPARE(m_printed->lines(),
+    m_history->start();
+    QCOMPARE(m_history->printed(),
              QStringList{u"Failed to load clipboard history: database disk image is malformed"_s});
-    QVERIFY(m_manager->items().isEmpty());
-    add(u"meanwhile"_s);
-    QCOMPARE(texts(), QStringList{u"meanwhile"_s});
-    m_manager->removeItem(m_manager->items().first()->id, {});
-    m_manager->clearHistory(ClipboardItemManager::Favorites::Clear, {});
-    end();
+    QVERIFY(m_history->manager().items().isEmpty());
+    m_history->add(u"meanwhile"_s);
+    QCOMPARE(m_history->texts(), QStringList{u"meanwhile"_s});
+    m_history->manager().removeItem(m_history->manager().items().first()->id, {});
+    m_history->manager().clearHistory(ClipboardItemManager::Favorites::Clear, {});
+    m_history->end();
     const QString reason = u": the database is damaged, and is left as it is"_s;
-    QCOMPARE(m_printed->lines().mid(1), (QStringList{u"Failed to persist clipboard item"_s + reason,
-                                                     u"Failed to delete clipboard item"_s + reason,
-                                                     u"Failed to delete clipboard items"_s + reason}));
-    QCOMPARE(contentOf(databasePath()), bytes);
+    QCOMPARE(m_history->printed().mid(1),
+             (QStringList{u"Failed to persist clipboard item"_s + reason,
+                          u"Failed to delete clipboard item"_s + reason,
+                          u"Failed to delete clipboard items"_s + reason}));
+    QCOMPARE(contentOf(m_history->databasePath()), bytes);
 }
 
 void DamagedHistoryTest::aDamagedLogCostsNoMoreThanTheLog_data()
@@ -258,76 +202,76 @@ void DamagedHistoryTest::aDamagedLogCostsNoMoreThanTheLog()
     QFETCH(const qsizetype, begin);
     QFETCH(const bool, isCut);
     fill(3);
-    start();
-    add(u"in the log"_s);
-    QByteArray log = contentOf(logPath());
+    m_history->start();
+    m_history->add(u"in the log"_s);
+    QByteArray log = contentOf(m_history->logPath());
     QVERIFY(log.size() > begin);
     // What a kill leaves behind: the log, and no end of the connection.
-    const QByteArray database = contentOf(databasePath());
-    end();
-    write(databasePath(), database);
+    const QByteArray database = contentOf(m_history->databasePath());
+    m_history->end();
+    write(m_history->databasePath(), database);
     log.truncate(isCut ? begin : log.size());
     log.replace(begin, log.size() - begin, QByteArray(log.size() - begin, '\xA5'));
-    write(logPath(), log);
+    write(m_history->logPath(), log);
 
-    start();
-    QCOMPARE(m_printed->lines(), QStringList{u"Loaded 3 items from disk"_s});
-    add(u"goes on"_s);
-    end();
-    start();
-    QCOMPARE(m_manager->items().size(), 4);
-    QCOMPARE(RawDatabase(databasePath()).value("PRAGMA integrity_check"), u"ok"_s);
+    m_history->start();
+    QCOMPARE(m_history->printed(), QStringList{u"Loaded 3 items from disk"_s});
+    m_history->add(u"goes on"_s);
+    m_history->end();
+    m_history->start();
+    QCOMPARE(m_history->manager().items().size(), 4);
+    QCOMPARE(RawDatabase(m_history->databasePath()).value("PRAGMA integrity_check"), u"ok"_s);
 }
 
 void DamagedHistoryTest::aLockedDatabaseLoadsAndMissesOnlyWhatIsCopiedMeanwhile()
 {
     fill(3);
-    RawDatabase other(databasePath());
+    RawDatabase other(m_history->databasePath());
     other.rows("BEGIN EXCLUSIVE");
-    start();
-    QCOMPARE(m_printed->lines(), QStringList{u"Loaded 3 items from disk"_s});
-    add(u"meanwhile"_s);
-    QCOMPARE(m_printed->lines().mid(1),
+    m_history->start();
+    QCOMPARE(m_history->printed(), QStringList{u"Loaded 3 items from disk"_s});
+    m_history->add(u"meanwhile"_s);
+    QCOMPARE(m_history->printed().mid(1),
              QStringList{u"Failed to persist clipboard item: database is locked"_s});
-    QCOMPARE(texts().first(), u"meanwhile"_s);
+    QCOMPARE(m_history->texts().first(), u"meanwhile"_s);
     other.rows("COMMIT");
-    add(u"afterwards"_s);
-    end();
-    start();
-    QCOMPARE(texts().first(), u"afterwards"_s);
-    QCOMPARE(texts().size(), 4);
+    m_history->add(u"afterwards"_s);
+    m_history->end();
+    m_history->start();
+    QCOMPARE(m_history->texts().first(), u"afterwards"_s);
+    QCOMPARE(m_history->texts().size(), 4);
 }
 
 void DamagedHistoryTest::aCommitNextDoorIsWaitedFor()
 {
     fill(1);
-    start();
-    RawDatabase other(databasePath());
+    m_history->start();
+    RawDatabase other(m_history->databasePath());
     other.rows("BEGIN EXCLUSIVE");
-    m_manager->addItem(textItem(u"meanwhile"_s, m_clock.now() + 1s));
-    m_manager->items();
+    m_history->manager().addItem(textItem(u"meanwhile"_s, m_history->clock().now() + 1s));
+    m_history->manager().items();
     other.rows("COMMIT");
-    end();
-    start();
-    QCOMPARE(texts().first(), u"meanwhile"_s);
+    m_history->end();
+    m_history->start();
+    QCOMPARE(m_history->texts().first(), u"meanwhile"_s);
 }
 
 void DamagedHistoryTest::aDatabaseThatAnotherProgramKeepsIsLeftAlone()
 {
     fill(3);
     {
-        RawDatabase other(databasePath());
+        RawDatabase other(m_history->databasePath());
         other.rows("PRAGMA locking_mode = EXCLUSIVE");
         other.rows("UPDATE ClipboardHistoryRecord SET isFavorite = 1");
-        start();
-        QVERIFY(isFallback());
-        QVERIFY(m_printed->lines().first().endsWith(u"database is locked"_s));
-        add(u"meanwhile"_s);
-        end();
+        m_history->start();
+        QVERIFY(m_history->isFallback());
+        QVERIFY(m_history->printed().first().endsWith(u"database is locked"_s));
+        m_history->add(u"meanwhile"_s);
+        m_history->end();
     }
-    start();
-    QCOMPARE(m_manager->items().size(), 3);
-    QVERIFY(!texts().contains(u"meanwhile"_s));
+    m_history->start();
+    QCOMPARE(m_history->manager().items().size(), 3);
+    QVERIFY(!m_history->texts().contains(u"meanwhile"_s));
 }
 
 void DamagedHistoryTest::oddValuesKeepNoRowFromLoading_data()
@@ -364,7 +308,7 @@ void DamagedHistoryTest::oddValuesKeepNoRowFromLoading()
     QFETCH(const bool, areLoaded);
     fill(1 + int(values.size()));
     {
-        RawDatabase database(databasePath());
+        RawDatabase database(m_history->databasePath());
         database.rows("PRAGMA writable_schema = ON; UPDATE sqlite_schema"
                       " SET sql = replace(sql, 'NOT NULL', '')");
         database.rows("PRAGMA writable_schema = RESET");
@@ -376,24 +320,24 @@ void DamagedHistoryTest::oddValuesKeepNoRowFromLoading()
         }
     }
 
-    start();
-    const ClipboardItemList loaded = m_manager->items();
+    m_history->start();
+    const ClipboardItemList loaded = m_history->manager().items();
     QCOMPARE(loaded.size(), areLoaded ? 1 + values.size() : 1);
-    QVERIFY(texts().contains(textOf(0)));
+    QVERIFY(m_history->texts().contains(textOf(0)));
     // Whatever it holds, it can be shown and changed like any other.
     for (const ClipboardItemPointer &item : loaded) {
         item->singleLinePreview(80);
-        QVERIFY(std::chrono::abs(item->timestamp - m_clock.now()) < 10'000 * kYear);
-        m_clock.advance(1s);
-        m_manager->toggleFavorite(item->id);
-        m_manager->updateTags(item->id, {u"work"_s});
+        QVERIFY(std::chrono::abs(item->timestamp - m_history->clock().now()) < 10'000 * kYear);
+        m_history->clock().advance(1s);
+        m_history->manager().toggleFavorite(item->id);
+        m_history->manager().updateTags(item->id, {u"work"_s});
     }
-    QVERIFY(m_manager->diskUsageBytes() > 0);
-    end();
-    QCOMPARE(m_printed->lines().size(), 1);
-    start();
-    QCOMPARE(m_manager->items().size(), loaded.size());
-    for (const ClipboardItemPointer &item : m_manager->items())
+    QVERIFY(m_history->manager().diskUsageBytes() > 0);
+    m_history->end();
+    QCOMPARE(m_history->printed().size(), 1);
+    m_history->start();
+    QCOMPARE(m_history->manager().items().size(), loaded.size());
+    for (const ClipboardItemPointer &item : m_history->manager().items())
         QCOMPARE(item->tags, QStringList{u"work"_s});
 }
 

@@ -1,7 +1,5 @@
 #include "persistence/SQLiteConnection.h"
 
-#include "core/StoreError.h"
-
 #include <QFile>
 #include <QUrl>
 
@@ -71,6 +69,8 @@ void SQLiteConnection::throwError()
 {
     const int result = sqlite3_errcode(handle());
     m_isDamaged = m_isDamaged || result == SQLITE_CORRUPT || result == SQLITE_NOTADB;
+    if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
+        throw DatabaseBusyError(sqlite3_errmsg(handle()));
     throw StoreError(sqlite3_errmsg(handle()));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/StoreError.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QList>
@@ -14,6 +16,13 @@ struct sqlite3_stmt;
 enum class SQLiteAccess {
     ReadWrite, ///< Reading alone where the file cannot be written.
     Immutable, ///< Reading a file that nobody changes meanwhile. Nothing beside it is needed or read.
+};
+
+/// Another program has locked the database, and did not let go in time.
+class DatabaseBusyError : public StoreError
+{
+public:
+    using StoreError::StoreError;
 };
 
 /// An open SQLite database. Used by one thread at a time.

@@ -135,12 +135,17 @@ SwiftDataClipboardHistoryStore::SwiftDataClipboardHistoryStore(const QString &st
     : m_storePath(storePath)
     , m_clock(clock)
 {
+    const auto fail = [&storePath](const StoreError &error) {
+        throw StoreError("Failed to open the history " + storePath.toStdString() + ": "
+                         + error.what());
+    };
     try {
         open(SQLiteAccess::ReadWrite);
+    } catch (const DatabaseBusyError &error) {
+        fail(error); // Who reads past the lock of another program may read half of what it writes.
     } catch (const StoreError &error) {
         if (!openForReading())
-            throw StoreError("Failed to open the history " + storePath.toStdString() + ": "
-                             + error.what());
+            fail(error);
     }
 }
 
@@ -158,10 +163,6 @@ void SwiftDataClipboardHistoryStore::open(SQLiteAccess access)
 
 bool SwiftDataClipboardHistoryStore::openForReading()
 {
-    // Where something can be written, another program may be about to.
-    const QFileInfo file(m_storePath);
-    if (file.isWritable() && QFileInfo(file.absolutePath()).isWritable())
-        return false;
     try {
         open(SQLiteAccess::Immutable);
         return true;

@@ -173,9 +173,10 @@ bool SwiftDataClipboardHistoryStore::openForReading()
 
 SwiftDataClipboardHistoryStore::Impl &SwiftDataClipboardHistoryStore::writable()
 {
+    // Before it is opened anew, which forgets what was found.
+    m_impl->requireSound();
     if (m_impl->connection->isReadOnly())
         open(SQLiteAccess::ReadWrite);
-    m_impl->requireSound();
     return *m_impl;
 }
 

@@ -25,6 +25,7 @@ private slots:
     void aCutOffDatabaseIsLeftAlone_data();
     void aCutOffDatabaseIsLeftAlone();
     void aDamagedPageLeavesTheDatabaseAlone();
+    void damageIsNotForgottenWhenWritingBecomesPossible();
     void aDamagedLogCostsNoMoreThanTheLog_data();
     void aDamagedLogCostsNoMoreThanTheLog();
     void aLockedDatabaseLoadsAndMissesOnlyWhatIsCopiedMeanwhile();
@@ -35,6 +36,7 @@ private slots:
 
 private:
     void fill(int count);
+    QByteArray damageTable() const;
 
     std::optional<HistoryOnDisk> m_history;
 };
@@ -159,9 +161,9 @@ void DamagedHistoryTest::aCutOffDatabaseIsLeftAlone()
     QVERIFY(contentOf(m_history->jsonPath()).contains("meanwhile"));
 }
 
-void DamagedHistoryTest::aDamagedPageLeavesTheDatabaseAlone()
+/// Damages the page that all others of the table hang on. Returns what the file holds then.
+QByteArray DamagedHistoryTest::damageTable() const
 {
-    fill(40);
     const qsizetype page
         = RawDatabase(m_history->databasePath())
               .value("SELECT rootpage FROM sqlite_schema WHERE name = 'ClipboardHistoryRecord'")
@@ -169,7 +171,13 @@ void DamagedHistoryTest::aDamagedPageLeavesTheDatabaseAlone()
     QByteArray bytes = contentOf(m_history->databasePath());
     bytes.replace((page - 1) * kPageSize, kPageSize, QByteArray(kPageSize, '\xA5'));
     write(m_history->databasePath(), bytes);
+    return bytes;
+}
 
+void DamagedHistoryTest::aDamagedPageLeavesTheDatabaseAlone()
+{
+    fill(40);
+    const QByteArray bytes = damageTable();
     m_history->start();
     QCOMPARE(m_history->printed(),
              QStringList{u"Failed to load clipboard history: database disk image is malformed"_s});
@@ -184,6 +192,24 @@ void DamagedHistoryTest::aDamagedPageLeavesTheDatabaseAlone()
              (QStringList{u"Failed to persist clipboard item"_s + reason,
                           u"Failed to delete clipboard item"_s + reason,
                           u"Failed to delete clipboard items"_s + reason}));
+    QCOMPARE(contentOf(m_history->databasePath()), bytes);
+}
+
+void DamagedHistoryTest::damageIsNotForgottenWhenWritingBecomesPossible()
+{
+    fill(40);
+    const QByteArray bytes = damageTable();
+    // Keeps the log from being made, and so stands for a disk that cannot be written.
+    const QString indexPath = m_history->databasePath() + u"-shm"_s;
+    QVERIFY(QFile::link(m_history->base() + u"/nothing"_s, indexPath));
+    m_history->start();
+    QCOMPARE(m_history->printed(),
+             QStringList{u"Failed to load clipboard history: database disk image is malformed"_s});
+    QVERIFY(QFile::remove(indexPath));
+    m_history->add(u"meanwhile"_s);
+    QCOMPARE(m_history->printed().last(), u"Failed to persist clipboard item: the database is "
+                                          "damaged, and is left as it is"_s);
+    m_history->end();
     QCOMPARE(contentOf(m_history->databasePath()), bytes);
 }
 

@@ -1,7 +1,7 @@
 #include "tests/persistence/HistoryOnDisk.h"
+#include "tests/persistence/WholeFile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTest>
 
 #include <optional>
@@ -49,19 +49,6 @@ constexpr auto kYear = std::chrono::hours(24 * 365);
 QString textOf(int number)
 {
     return u"entry %1 "_s.arg(number).repeated(200);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/SampleItems.h"
 #include "tests/persistence/RawDatabase.h"
+#include "tests/persistence/WholeFile.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -90,19 +91,6 @@ mode_t modeOf(const QString &path)
     struct stat status = {};
     stat(QFile::encodeName(path).constData(), &status);
     return status.st_mode & 07777;
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
 }
 
 } // namespace

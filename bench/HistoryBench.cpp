@@ -244,6 +244,7 @@ BENCHMARK(memory)->Arg(1'000)->Arg(kMostEntries)->Iterations(1)->Unit(benchmark:
 BENCHMARK(addUntilListed)
     ->ArgNames({"", "list_held"})
     ->Args({1'000, 0})
+    ->Args({1'000, 1})
     ->Args({kMostEntries, 0})
     ->Args({kMostEntries, 1})
     ->UseManualTime()
@@ -257,13 +258,13 @@ BENCHMARK(addUntilCommitted)
     ->UseManualTime()
     ->Iterations(2'000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(itemsCopy)->Arg(kMostEntries);
+BENCHMARK(itemsCopy)->Arg(1'000)->Arg(kMostEntries);
 BENCHMARK_CAPTURE(searchPass, letter, u"e"_s)->Arg(kMostEntries)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(searchPass, rare, u"Zebra"_s)->Arg(kMostEntries)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(searchPass, chinese, u"剪贴板"_s)
     ->Arg(kMostEntries)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(clearHistory)->Arg(kMostEntries)->UseManualTime()->Iterations(5)
+BENCHMARK(clearHistory)->Arg(1'000)->Arg(kMostEntries)->UseManualTime()->Iterations(15)
     ->Unit(benchmark::kMillisecond);
 
 } // namespace

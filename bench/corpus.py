@@ -2,12 +2,13 @@
 """The history that every figure is measured with: texts of random English-like words, written
 straight into a store.
 
-    corpus.py [--count 10000] STORE [SETTINGS]
+    corpus.py [--count 10000] [--html 20000] STORE [SETTINGS]
 
 Of the texts 95 % have 50 to 500 bytes and 5 % have 20 to 100 kB: 1,000 of them are 3 MB and 10,000
-are 34 MB. They are the same at each run.
+are 34 MB. They are the same at each run. With --html each entry has HTML of so many bytes as well.
 """
 import argparse
+import base64
 import hashlib
 import os
 import random
@@ -62,26 +63,37 @@ def corpus(count):
         yield make_text(rng, words, rng.randint(*bounds))
 
 
-def content_hash(text):
-    return hashlib.sha256(f"text|{text}||".encode()).hexdigest()
+def make_html(rng, size):
+    """HTML of so many bytes that is like no other and cannot be compressed to nothing."""
+    frame = b'<div style="%s"></div>'
+    room = size - len(frame) + 2
+    return frame % base64.b64encode(rng.randbytes(room * 3 // 4 + 3))[:room]
 
 
-def write_store(path, count, newest=NEWEST_MICROSECONDS):
+def content_hash(text, html=None):
+    rich = hashlib.sha256(html).hexdigest() if html else ""
+    return hashlib.sha256(f"text|{text.strip()}|{rich}|".encode()).hexdigest()
+
+
+def write_store(path, count, newest=NEWEST_MICROSECONDS, html_bytes=0):
     """Adds the corpus to a store that the program has made; returns the bytes of its texts."""
     store = sqlite3.connect(f"file:{path}?mode=rw", uri=True)
     try:
         rng = random.Random(SEED + 1)
         rows = []
+        html_rng = random.Random(SEED + 2)
         for index, text in enumerate(corpus(count)):
             copied_at = newest - index * STEP_MICROSECONDS
             identity = str(uuid.UUID(int=rng.getrandbits(128), version=4)).upper()
-            rows.append((identity, 0, copied_at, "text", text, b"[]", b"[]", 0, "local", 0,
-                         copied_at, content_hash(text)))
+            html = make_html(html_rng, html_bytes) if html_bytes else None
+            rows.append((identity, 0, copied_at, "text", text, html, b"[]", b"[]", 0, "local", 0,
+                         copied_at, content_hash(text, html)))
         with store:
             store.executemany(
                 "INSERT INTO ClipboardHistoryRecord (id, position, timestamp, contentTypeRaw, "
-                "stringValue, fileTypesJSON, tagsJSON, isFavorite, syncStatusRaw, "
-                "isRemoteClipboard, updatedAt, contentHash) VALUES (?,?,?,?,?,?,?,?,?,?,?,?)",
+                "stringValue, htmlRepresentation, fileTypesJSON, tagsJSON, isFavorite, "
+                "syncStatusRaw, isRemoteClipboard, updatedAt, contentHash) "
+                "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?)",
                 rows)
         store.execute("PRAGMA wal_checkpoint(TRUNCATE)")
     finally:
@@ -99,10 +111,11 @@ def write_settings(path):
 def main():
     parser = argparse.ArgumentParser(description="Writes the corpus into a store.")
     parser.add_argument("--count", type=int, default=10_000)
+    parser.add_argument("--html", type=int, default=0, help="bytes of HTML in each entry")
     parser.add_argument("store", help="made by the program before; it has the schema")
     parser.add_argument("settings", nargs="?")
     options = parser.parse_args()
-    size = write_store(options.store, options.count)
+    size = write_store(options.store, options.count, html_bytes=options.html)
     if options.settings:
         write_settings(options.settings)
     print(f"{options.count} texts, {size / 1e6:.1f} MB")

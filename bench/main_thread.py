@@ -1,0 +1,46 @@
+"""Whether the main thread of another process is at rest, waiting for events, or away from them."""
+import os
+import threading
+import time
+
+POLL = b"7"  # The number of the system call on x86-64.
+SAMPLE_SECONDS = 0.0002
+
+
+class MainThreadWatch:
+    """Use as a context manager; longest is the longest time away seen so far, in seconds.
+
+    At rest the thread waits in poll() for more than one descriptor. Waiting for a lock, or for one
+    answer of the display, is to be away as computing is.
+    """
+
+    def __init__(self, pid):
+        self.file = os.open(f"/proc/{pid}/task/{pid}/syscall", os.O_RDONLY)
+        self.longest = 0.0
+        self.is_ending = False
+        self.thread = threading.Thread(target=self.watch)
+
+    def __enter__(self):
+        self.thread.start()
+        return self
+
+    def __exit__(self, *_):
+        self.is_ending = True
+        self.thread.join()
+        os.close(self.file)
+
+    def watch(self):
+        away_since = None
+        while not self.is_ending:
+            is_at_rest, now = self.is_at_rest(), time.monotonic()
+            if not is_at_rest:
+                away_since = away_since or now
+                self.longest = max(self.longest, now - away_since)
+            elif away_since:
+                self.longest = max(self.longest, now - away_since)
+                away_since = None
+            time.sleep(SAMPLE_SECONDS)
+
+    def is_at_rest(self):
+        fields = os.pread(self.file, 200, 0).split()
+        return len(fields) > 2 and fields[0] == POLL and int(fields[2], 16) > 1

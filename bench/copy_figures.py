@@ -13,6 +13,7 @@ import screenshot
 from main_thread import MainThreadWatch
 from session import milliseconds
 from waiting import wait_until
+from window_figures import WindowFigures
 
 NEWEST = ("SELECT {} FROM ClipboardHistoryRecord WHERE deletedAt IS NULL "
           "ORDER BY timestamp DESC LIMIT 1")
@@ -35,6 +36,7 @@ class CopyFigures:
             ("bytes written per captured 200-byte text (wchar)", "12 kB", self.bytes_written),
             ("screenshot as PNG to entry, file, thumbnail; CPU; main thread away",
              "200 ms; 0.5 s; 10 ms", self.screenshot),
+            ("the same with the window open", "", self.screenshot_with_window),
         )
 
     def copy_to_list(self):
@@ -117,10 +119,21 @@ class CopyFigures:
     # A large picture
 
     def screenshot(self):
+        self.session.fresh_start()
+        return self.screenshot_now()
+
+    def screenshot_with_window(self):
+        self.session.fresh_start()
+        window = WindowFigures(self.session)
+        window.open_and_settle()
+        answer = self.screenshot_now()
+        window.close_window()
+        return answer
+
+    def screenshot_now(self):
         if not self.screenshots:
             self.screenshots = [screenshot.write(self.session.desktop, number)
                                 for number in range(SCREENSHOTS)]
-        self.session.fresh_start()
         with self.reading() as store:
             measured = [self.copy_screenshot(store, path) for path in self.screenshots]
         times, cpu, away, has_files = zip(*measured)

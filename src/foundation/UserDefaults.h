@@ -7,7 +7,8 @@
 
 class QSettings;
 
-/// The user's settings, one file in the user's configuration directory. Any thread.
+/// The user's settings, one file in the user's configuration directory, for the user alone. Any
+/// thread.
 ///
 /// Nothing is cached by its readers: each use asks here. Keys are the dotted names as they are
 /// documented; a dot is no group separator.
@@ -34,7 +35,9 @@ public:
 
 private:
     QVariant value(const QString &key) const;
+    void ensurePrivateTarget();
 
     mutable std::mutex m_mutex; ///< Guards the settings object, which is not safe to share.
     std::unique_ptr<QSettings> m_settings;
+    bool m_isTargetPrivate = false;
 };

@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 #include <optional>
 #include <thread>
 
@@ -24,6 +26,8 @@ private slots:
     void removedKeysAreMissing();
     void anEmptyStringIsNotMissing();
     void otherThreadsMayRead();
+    void whatIsWrittenIsForTheUserAlone();
+    void readingCreatesNothing();
 
 private:
     QString path() const { return m_directory->filePath(u"sub/tessarine.conf"_s); }
@@ -117,6 +121,27 @@ void UserDefaultsTest::otherThreadsMayRead()
     });
     for (int i = 0; i < 500; ++i)
         defaults.set(u"history.limit"_s, i % 2 ? 1'000 : 10'000);
+}
+
+void UserDefaultsTest::whatIsWrittenIsForTheUserAlone()
+{
+    const mode_t before = umask(0);
+    for (int value = 0; value < 2; ++value) {
+        UserDefaults defaults(path());
+        defaults.set(u"a.b"_s, value);
+    }
+    umask(before);
+    const auto ofOthers = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther
+        | QFile::WriteOther | QFile::ExeOther;
+    QVERIFY(QFile::exists(path()));
+    QVERIFY(!(QFile::permissions(path()) & ofOthers));
+    QVERIFY(!(QFile::permissions(m_directory->filePath(u"sub"_s)) & ofOthers));
+}
+
+void UserDefaultsTest::readingCreatesNothing()
+{
+    QVERIFY(!UserDefaults(path()).contains(u"a.b"_s));
+    QVERIFY(!QFile::exists(m_directory->filePath(u"sub"_s)));
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

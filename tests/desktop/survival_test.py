@@ -43,9 +43,9 @@ class SurvivalTest(DesktopTest):
             self.assertEqual(f"copied just before the end {number}", self.program.texts()[0])
 
     def capture_many(self):
-        """Has texts captured as fast as they are taken; returns them, the newest first."""
+        """Has texts captured faster than they are written; returns them, the newest first."""
         owner = self.owner()
-        texts = [f"one of many: {number} " + "and so on " * 100 + "end" for number in range(50)]
+        texts = [f"one of many: {number} " + "and so on " * 20_000 + "end" for number in range(50)]
         for text in texts:
             mark = self.program.mark()
             owner.own_text(text)

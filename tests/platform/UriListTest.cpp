@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class UriListTest : public QObject
 {
     Q_OBJECT
@@ -30,6 +32,11 @@ void UriListTest::listsAreRead_data()
     QTest::newRow("cut in GNOME") << QByteArray("cut\nfile:///tmp/one\n") << QList<QUrl>{one};
     QTest::newRow("not a file") << QByteArray("https://example.org/a\r\n")
                                 << QList<QUrl>{QUrl(QStringLiteral("https://example.org/a"))};
+    QTest::newRow("bytes that are no UTF-8") << "file:///tmp/caf\xE9\r\nfile:///tmp/%FF\r\n"_ba
+                                             << QList<QUrl>{QUrl::fromEncoded("file:///tmp/caf%E9"),
+                                                            QUrl::fromEncoded("file:///tmp/%FF")};
+    QTest::newRow("UTF-8 that is not encoded")
+        << "file:///tmp/tw o \xC3\xA4\r\n"_ba << QList<QUrl>{spaced};
     QTest::newRow("a zero byte at the end")
         << QByteArray("file:///tmp/one\r\n\0", 18) << QList<QUrl>{one};
 }

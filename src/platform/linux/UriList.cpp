@@ -1,5 +1,23 @@
 #include "platform/linux/UriList.h"
 
+namespace {
+
+/// \a line with its bytes outside ASCII encoded, which some programs leave as they are in the name
+/// of a file. They need be no UTF-8, and would be lost.
+QByteArray asciiOf(const QByteArray &line)
+{
+    QByteArray ascii;
+    for (const char byte : line) {
+        if (uchar(byte) < 0x80)
+            ascii += byte;
+        else
+            ascii += '%' + QByteArray::number(uchar(byte), 16).toUpper();
+    }
+    return ascii;
+}
+
+} // namespace
+
 std::optional<QList<QUrl>> UriList::parse(const QByteArray &list)
 {
     QList<QUrl> urls;
@@ -11,7 +29,7 @@ std::optional<QList<QUrl>> UriList::parse(const QByteArray &list)
         isFirstLine = false;
         if (isVerb || line.isEmpty() || line.startsWith('#'))
             continue;
-        const QUrl url = QUrl::fromEncoded(line);
+        const QUrl url = QUrl::fromEncoded(asciiOf(line));
         if (!url.isValid() || url.isRelative())
             return std::nullopt;
         urls.append(url);

@@ -1,5 +1,7 @@
 #include "platform/linux/InodeBookmarks.h"
 
+#include "foundation/FilePath.h"
+
 #include <QList>
 
 #include <cerrno>
@@ -35,20 +37,13 @@ struct FileIdentity
     }
 };
 
-QByteArray pathOf(const QUrl &url)
-{
-    return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
-}
-
-QUrl urlOf(const QByteArray &path)
-{
-    return QUrl::fromEncoded("file://" + path.toPercentEncoding("/"), QUrl::StrictMode);
-}
-
 std::optional<FileIdentity> identityAt(const QByteArray &path)
 {
     struct statx status = {};
-    if (statx(AT_FDCWD, path.constData(), 0, STATX_BASIC_STATS | STATX_BTIME, &status) != 0)
+    // Who copies a symbolic link means the link, which goes on where its target does not answer.
+    if (statx(AT_FDCWD, path.constData(), AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME,
+              &status)
+        != 0)
         return std::nullopt;
     FileIdentity identity;
     identity.path = path;
@@ -146,23 +141,40 @@ private:
     int m_visitedCount = 0;
 };
 
-} // namespace
-
-QByteArray InodeBookmarks::create(const QUrl &url) const
+QByteArray bookmarkOf(const QByteArray &path)
 {
-    const QByteArray path = pathOf(url);
     const auto identity = identityAt(path);
     if (!identity)
         throw BookmarkError(std::strerror(errno));
     return encoded(*identity);
 }
 
+FileBookmarks::Resolved located(const FileIdentity &wanted)
+{
+    if (const auto found = identityAt(wanted.path))
+        return {FilePath::toUrl(wanted.path), !found->isSameFile(wanted)};
+    if (const auto path = InodeSearch(wanted).run())
+        return {FilePath::toUrl(*path), true};
+    throw BookmarkError("The file couldn't be found");
+}
+
+template <typename Answer>
+Answer inTime(std::optional<Answer> answer)
+{
+    if (!answer)
+        throw BookmarkError("The file system does not answer");
+    return *std::move(answer);
+}
+
+} // namespace
+
+QByteArray InodeBookmarks::create(const QUrl &url) const
+{
+    return inTime(
+        m_calls.run<QByteArray>([path = FilePath::bytesOf(url)] { return bookmarkOf(path); }));
+}
+
 FileBookmarks::Resolved InodeBookmarks::resolve(const QByteArray &bookmark) const
 {
-    const FileIdentity wanted = decoded(bookmark);
-    if (const auto found = identityAt(wanted.path))
-        return {urlOf(wanted.path), !found->isSameFile(wanted)};
-    if (const auto path = InodeSearch(wanted).run())
-        return {urlOf(*path), true};
-    throw BookmarkError("The file couldn't be found");
+    return inTime(m_calls.run<Resolved>([wanted = decoded(bookmark)] { return located(wanted); }));
 }

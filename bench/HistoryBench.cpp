@@ -8,6 +8,8 @@
 #include "foundation/UserDefaults.h"
 #include "persistence/OpenHistoryStore.h"
 #include "platform/Clock.h"
+#include "platform/linux/DescriptorFileAccess.h"
+#include "platform/linux/InodeBookmarks.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -100,8 +102,9 @@ public:
 
     std::unique_ptr<ClipboardItemManager> openManager()
     {
-        return std::make_unique<ClipboardItemManager>(
-            openStore(), ImageStorage(imagesDirectoryIn(base())), m_defaults, m_clock);
+        return std::make_unique<ClipboardItemManager>(openStore(),
+                                                      ImageStorage(imagesDirectoryIn(base())),
+                                                      m_fileReferences, m_defaults, m_clock);
     }
 
     ClipboardItem copiedText()
@@ -116,6 +119,9 @@ private:
     WallClock m_clock;
     QTemporaryDir m_directory;
     UserDefaults m_defaults{m_directory.filePath(u"tessarine.conf"_s)};
+    InodeBookmarks m_bookmarks;
+    DescriptorFileAccess m_fileAccess;
+    FileReferences m_fileReferences{m_bookmarks, m_fileAccess, m_defaults};
     Corpus m_copies{2};
 };
 

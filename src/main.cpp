@@ -7,6 +7,8 @@
 #include "foundation/UserDefaults.h"
 #include "persistence/OpenHistoryStore.h"
 #include "platform/linux/DBusSingleInstance.h"
+#include "platform/linux/DescriptorFileAccess.h"
+#include "platform/linux/InodeBookmarks.h"
 #include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
@@ -74,15 +76,20 @@ int runApplication(QApplication &application, SingleInstance &instance)
         printLine(u"No compositor runs: the history window is opaque"_s);
 
     const QString directory = applicationSupportDirectory();
+    const BoundedCalls fileCalls;
+    const InodeBookmarks bookmarks(fileCalls);
+    const DescriptorFileAccess fileAccess(fileCalls);
+    const FileReferences fileReferences(bookmarks, fileAccess, defaults);
     ClipboardItemManager itemManager(openHistoryStore(directory, clock),
-                                     ImageStorage(imagesDirectoryIn(directory)), defaults, clock);
+                                     ImageStorage(imagesDirectoryIn(directory)), fileReferences,
+                                     defaults, clock);
     PrivacySettingsManager privacySettings(defaults);
     HotkeySettingsManager hotkeySettings(defaults);
     ClipboardMonitor monitor(platform->pasteboard(), platform->workspace(), scheduler, clock,
-                             itemManager, privacySettings);
+                             itemManager, privacySettings, fileReferences);
     PastePipeline pastePipeline(platform->pasteboard(), platform->workspace(),
-                                platform->pasteKeystroke(), scheduler, monitor, defaults,
-                                itemManager.imagesDirectory());
+                                platform->pasteKeystroke(), scheduler, monitor, itemManager,
+                                defaults);
     ApplicationNames applicationNames(platform->workspace());
     const HistoryWindowCollaborators windowCollaborators{
         platform->workspace(), platform->pointerMonitor(), platform->appearance(),

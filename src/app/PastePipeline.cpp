@@ -1,7 +1,9 @@
 #include "app/PastePipeline.h"
 
 #include "capture/ClipboardMonitor.h"
+#include "core/ClipboardItemManager.h"
 #include "core/PasteboardWriting.h"
+#include "foundation/FilePath.h"
 #include "foundation/TaggedLog.h"
 #include "platform/PasteKeystroke.h"
 #include "platform/Scheduler.h"
@@ -47,15 +49,15 @@ QString nameOrUnknown(const RunningApplication &application)
 
 PastePipeline::PastePipeline(Pasteboard &pasteboard, Workspace &workspace,
                              PasteKeystroke &keystroke, Scheduler &scheduler,
-                             ClipboardMonitor &monitor, const UserDefaults &defaults,
-                             QString imagesDirectory)
+                             ClipboardMonitor &monitor, ClipboardItemManager &itemManager,
+                             const UserDefaults &defaults)
     : m_pasteboard(pasteboard)
     , m_workspace(workspace)
     , m_keystroke(keystroke)
     , m_scheduler(scheduler)
     , m_monitor(monitor)
+    , m_itemManager(itemManager)
     , m_defaults(defaults)
-    , m_imagesDirectory(std::move(imagesDirectory))
 {
 }
 
@@ -66,8 +68,8 @@ void PastePipeline::pasteItem(const ClipboardItem &item)
     m_isPasting = true;
     m_monitor.setPaused(true);
     logDragPaste(m_defaults, [&] {
-        return u"pasteItem start type=%1 id=%2"_s.arg(
-            rawValue(item.contentType), item.id.toString(QUuid::WithoutBraces).toUpper());
+        return u"pasteItem start type=%1 id=%2"_s.arg(rawValue(item.contentType),
+                                                      uuidString(item.id));
     });
     m_pasteboard.write(contentsOf(item));
     printLine(u"Item copied to clipboard"_s);
@@ -100,7 +102,7 @@ PasteboardContents PastePipeline::imageContents(const ClipboardItem &item) const
     PasteboardContents contents;
     if (item.imageFileName) {
         const QString &name = *item.imageFileName;
-        if (auto bytes = readFile(QDir(m_imagesDirectory).filePath(name))) {
+        if (auto bytes = readFile(QDir(m_itemManager.imagesDirectory()).filePath(name))) {
             const QString extension = QFileInfo(name).suffix().toLower();
             const QStringView type = typeForExtension(extension);
             logDragPaste(m_defaults, [&] {
@@ -125,8 +127,7 @@ PasteboardContents PastePipeline::imageContents(const ClipboardItem &item) const
         return contents;
     }
     logDragPaste(m_defaults, [&] {
-        return u"writeImageToPasteboard exhausted all sources for id=%1"_s.arg(
-            item.id.toString(QUuid::WithoutBraces).toUpper());
+        return u"writeImageToPasteboard exhausted all sources for id=%1"_s.arg(uuidString(item.id));
     });
     printLine(u"Failed to restore image data from history item"_s);
     logDragPaste(m_defaults, [] {
@@ -138,9 +139,19 @@ PasteboardContents PastePipeline::imageContents(const ClipboardItem &item) const
 PasteboardContents PastePipeline::fileContents(const ClipboardItem &item) const
 {
     PasteboardContents contents;
+    if (const auto resolved = m_itemManager.resolveFileURL(item)) {
+        m_itemManager.refreshStaleBookmark(item, resolved->url, resolved->isStale);
+        contents.add(PasteboardType::kFileUrl, resolved->url.toEncoded());
+        // Nothing of ours is open for the program that reads the file.
+        logDragPaste(m_defaults, [&] {
+            return u"pasteItem file writeObjects resolved url=%1 stale=%2 accessing=false"_s.arg(
+                FilePath::of(resolved->url), resolved->isStale ? u"true"_s : u"false"_s);
+        });
+        return contents;
+    }
     if (!item.filePath)
         return contents;
-    contents.add(PasteboardType::kFileUrl, QUrl::fromLocalFile(*item.filePath).toEncoded());
+    contents.add(PasteboardType::kFileUrl, FilePath::toUrl(*item.filePath).toEncoded());
     logDragPaste(m_defaults, [&] {
         return u"pasteItem file writeObjects fallback path=%1"_s.arg(*item.filePath);
     });

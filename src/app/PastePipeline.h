@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+class ClipboardItemManager;
 class ClipboardMonitor;
 class PasteKeystroke;
 class Scheduler;
@@ -25,8 +26,8 @@ class PastePipeline
 public:
     /// Everything handed in must outlive the pipeline.
     PastePipeline(Pasteboard &pasteboard, Workspace &workspace, PasteKeystroke &keystroke,
-                  Scheduler &scheduler, ClipboardMonitor &monitor, const UserDefaults &defaults,
-                  QString imagesDirectory);
+                  Scheduler &scheduler, ClipboardMonitor &monitor,
+                  ClipboardItemManager &itemManager, const UserDefaults &defaults);
     ~PastePipeline();
     PastePipeline(const PastePipeline &) = delete;
     PastePipeline &operator=(const PastePipeline &) = delete;
@@ -64,8 +65,8 @@ private:
     PasteKeystroke &m_keystroke;
     Scheduler &m_scheduler;
     ClipboardMonitor &m_monitor;
+    ClipboardItemManager &m_itemManager;
     const UserDefaults &m_defaults;
-    QString m_imagesDirectory;
     std::optional<RunningApplication> m_previouslyActiveApp;
     bool m_isPasting = false;
     /// Steps that are still to come look at it: once it is gone, so is the pipeline.

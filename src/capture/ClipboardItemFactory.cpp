@@ -2,14 +2,12 @@
 
 #include "capture/PrivacySettingsManager.h"
 #include "capture/RichText.h"
+#include "core/FileReferences.h"
+#include "foundation/FilePath.h"
 #include "foundation/Log.h"
 #include "foundation/TextTools.h"
 #include "platform/Clock.h"
 #include "platform/Workspace.h"
-
-#include <QFileInfo>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -30,7 +28,7 @@ QString remoteSuffix(bool isRemote)
 /// The path without the slashes with which the names of directories may end.
 QString pathOf(const QUrl &url)
 {
-    QString path = url.toLocalFile();
+    QString path = FilePath::of(url);
     while (path.size() > 1 && path.endsWith(u'/'))
         path.chop(1);
     return path;
@@ -47,20 +45,6 @@ QString pathExtension(const QString &path)
     const QString name = lastPathComponent(path);
     const qsizetype dot = name.lastIndexOf(u'.');
     return dot > 0 ? name.sliced(dot + 1) : QString();
-}
-
-bool isExistingFile(const QUrl &url)
-{
-    return url.isLocalFile() && QFileInfo::exists(pathOf(url));
-}
-
-/// The copied files, if all of them are there.
-std::optional<QList<QUrl>> existingFiles(const PasteboardSnapshot &snapshot)
-{
-    if (!snapshot.hasType(PasteboardType::kFileUrl) || !snapshot.fileUrls
-        || snapshot.fileUrls->isEmpty() || !std::ranges::all_of(*snapshot.fileUrls, isExistingFile))
-        return std::nullopt;
-    return snapshot.fileUrls;
 }
 
 std::optional<PasteboardImage> readableImage(const PasteboardSnapshot &snapshot)
@@ -81,10 +65,12 @@ bool isWebAddress(const Utf8Text &text)
 } // namespace
 
 ClipboardItemFactory::ClipboardItemFactory(const Workspace &workspace, const Clock &clock,
-                                           const PrivacySettingsManager &privacySettings)
+                                           const PrivacySettingsManager &privacySettings,
+                                           const FileReferences &fileReferences)
     : m_workspace(workspace)
     , m_clock(clock)
     , m_privacySettings(privacySettings)
+    , m_fileReferences(fileReferences)
 {
 }
 
@@ -96,9 +82,9 @@ ClipboardItemFactory::makeClipboardItem(const PasteboardSnapshot &snapshot) cons
         return std::nullopt;
     const QString remote = remoteSuffix(source.isRemote);
 
-    if (const auto urls = existingFiles(snapshot)) {
-        printLine(u"Detected: File(s) - %1 items"_s.arg(urls->size()) + remote);
-        return createFileItem(*urls, source);
+    if (hasExistingFiles(snapshot)) {
+        printLine(u"Detected: File(s) - %1 items"_s.arg(snapshot.fileUrls->size()) + remote);
+        return createFileItem(*snapshot.fileUrls, source);
     }
     // A blank text ends the search as well, even if there is a picture beside it.
     if (snapshot.string) {
@@ -173,6 +159,12 @@ ClipboardItem ClipboardItemFactory::createImageItem(const PasteboardImage &image
     return item;
 }
 
+bool ClipboardItemFactory::hasExistingFiles(const PasteboardSnapshot &snapshot) const
+{
+    return snapshot.hasType(PasteboardType::kFileUrl) && snapshot.fileUrls
+        && !snapshot.fileUrls->isEmpty() && m_fileReferences.mayExist(*snapshot.fileUrls);
+}
+
 ClipboardItem ClipboardItemFactory::createFileItem(const QList<QUrl> &urls,
                                                    const Source &source) const
 {
@@ -180,10 +172,11 @@ ClipboardItem ClipboardItemFactory::createFileItem(const QList<QUrl> &urls,
     QStringList names;
     for (const QUrl &url : urls) {
         const QString path = pathOf(url);
-        names.append(lastPathComponent(path));
+        names.append(FilePath::readable(lastPathComponent(path)));
         item.fileTypes.append(pathExtension(path));
     }
     item.stringValue = Utf8Text(names.join(u", "_s));
     item.filePath = pathOf(urls.first());
+    item.fileBookmarkData = m_fileReferences.createBookmark(FilePath::toUrl(*item.filePath));
     return item;
 }

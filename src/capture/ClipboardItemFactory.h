@@ -6,6 +6,7 @@
 #include <optional>
 
 class Clock;
+class FileReferences;
 class PrivacySettingsManager;
 class Workspace;
 
@@ -16,7 +17,8 @@ class ClipboardItemFactory
 {
 public:
     ClipboardItemFactory(const Workspace &workspace, const Clock &clock,
-                         const PrivacySettingsManager &privacySettings);
+                         const PrivacySettingsManager &privacySettings,
+                         const FileReferences &fileReferences);
 
     /// Files before text, text before styled text alone, and any text before a picture. Absent if
     /// the program in front is ignored, or if there is nothing that can be kept; a printed line says
@@ -38,9 +40,11 @@ private:
                                                 const PasteboardSnapshot &snapshot,
                                                 const Source &source) const;
     ClipboardItem createImageItem(const PasteboardImage &image, const Source &source) const;
+    bool hasExistingFiles(const PasteboardSnapshot &snapshot) const;
     ClipboardItem createFileItem(const QList<QUrl> &urls, const Source &source) const;
 
     const Workspace &m_workspace;
     const Clock &m_clock;
     const PrivacySettingsManager &m_privacySettings;
+    const FileReferences &m_fileReferences;
 };

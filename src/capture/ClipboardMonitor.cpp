@@ -13,11 +13,12 @@ constexpr auto kCheckInterval = 500ms;
 ClipboardMonitor::ClipboardMonitor(Pasteboard &pasteboard, const Workspace &workspace,
                                    Scheduler &scheduler, const Clock &clock,
                                    ClipboardItemManager &itemManager,
-                                   const PrivacySettingsManager &privacySettings)
+                                   const PrivacySettingsManager &privacySettings,
+                                   const FileReferences &fileReferences)
     : m_pasteboard(pasteboard)
     , m_scheduler(scheduler)
     , m_itemManager(itemManager)
-    , m_itemFactory(workspace, clock, privacySettings)
+    , m_itemFactory(workspace, clock, privacySettings, fileReferences)
 {
 }
 

@@ -21,7 +21,8 @@ public:
     /// Everything handed over must outlive the monitor, which takes Pasteboard::onChanged.
     ClipboardMonitor(Pasteboard &pasteboard, const Workspace &workspace, Scheduler &scheduler,
                      const Clock &clock, ClipboardItemManager &itemManager,
-                     const PrivacySettingsManager &privacySettings);
+                     const PrivacySettingsManager &privacySettings,
+                     const FileReferences &fileReferences);
     ~ClipboardMonitor() override;
 
     /// Looks at the pasteboard twice a second from now on, and at once when it says that it has

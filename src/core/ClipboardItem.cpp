@@ -137,6 +137,11 @@ std::optional<SyncStatus> syncStatusFromRaw(QStringView raw)
     return valueOf(kSyncStatuses, raw);
 }
 
+QString uuidString(const QUuid &id)
+{
+    return id.toString(QUuid::WithoutBraces).toUpper();
+}
+
 bool ClipboardItem::hasSameContent(const ClipboardItem &other) const
 {
     // An entry that was not inserted yet may have no hash; two of them have nothing in common.

@@ -24,6 +24,9 @@ QString rawValue(SyncStatus status);
 std::optional<ClipboardContentType> contentTypeFromRaw(QStringView raw);
 std::optional<SyncStatus> syncStatusFromRaw(QStringView raw);
 
+/// \a id as it is printed and stored: upper case, without braces.
+QString uuidString(const QUuid &id);
+
 /// One entry of the history. Copies are independent of each other.
 struct ClipboardItem
 {
@@ -38,7 +41,7 @@ struct ClipboardItem
     std::optional<QString> imageFileName; ///< Inside the images directory.
     std::optional<QString> imageThumbnailFileName; ///< Inside the images directory.
     std::optional<QByteArray> imageDigest; ///< sha256Hex() of the TIFF as it was copied.
-    std::optional<QString> filePath; ///< Of the first copied file.
+    std::optional<QString> filePath; ///< Of the first copied file; see FilePath.
     std::optional<QByteArray> fileBookmarkData; ///< Of the first copied file.
     QStringList fileTypes; ///< The extension of every file, empty where it has none.
     bool isFavorite = false;

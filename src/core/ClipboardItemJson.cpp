@@ -243,7 +243,7 @@ std::optional<Utf8Text> optionalText(std::optional<QByteArray> utf8)
 Json toJson(const ClipboardItem &item)
 {
     Json object;
-    object["id"] = text(item.id.toString(QUuid::WithoutBraces).toUpper());
+    object["id"] = text(uuidString(item.id));
     object["timestamp"] = date(item.timestamp);
     object["contentType"] = text(rawValue(item.contentType));
     if (item.stringValue)

@@ -3,7 +3,7 @@
 #include "core/DiskUsage.h"
 #include "core/HistoryCapacity.h"
 #include "foundation/Digest.h"
-#include "foundation/Log.h"
+#include "foundation/TaggedLog.h"
 #include "platform/Clock.h"
 
 #include <algorithm>
@@ -25,9 +25,11 @@ QList<QUuid> idsOf(const ClipboardItemList &items)
 } // namespace
 
 ClipboardItemManager::ClipboardItemManager(std::unique_ptr<ClipboardHistoryStore> store,
-                                           ImageStorage imageStorage, const UserDefaults &defaults,
-                                           const Clock &clock)
-    : m_defaults(defaults)
+                                           ImageStorage imageStorage,
+                                           const FileReferences &fileReferences,
+                                           const UserDefaults &defaults, const Clock &clock)
+    : m_fileReferences(fileReferences)
+    , m_defaults(defaults)
     , m_clock(clock)
     , m_imageStorage(std::move(imageStorage))
     , m_historyStore(std::move(store))
@@ -134,6 +136,24 @@ void ClipboardItemManager::renameTag(const QString &oldName, const QString &newN
             tags[tags.indexOf(oldName)] = newName;
         });
     });
+}
+
+std::optional<FileBookmarks::Resolved>
+ClipboardItemManager::resolveFileURL(const ClipboardItem &item) const
+{
+    return m_fileReferences.resolve(item);
+}
+
+void ClipboardItemManager::refreshStaleBookmark(const ClipboardItem &item, const QUrl &url,
+                                                bool isStale)
+{
+    if (!isStale)
+        return;
+    const auto scope = m_fileReferences.startAccess(url);
+    const auto bookmark = m_fileReferences.renewBookmark(item.id, url);
+    if (bookmark)
+        m_isolationQueue.barrier(
+            [this, id = item.id, bookmark] { replaceBookmark(id, *bookmark); });
 }
 
 void ClipboardItemManager::drain()
@@ -326,6 +346,29 @@ std::optional<ClipboardItem> ClipboardItemManager::replaceText(const QUuid &id, 
     item.markChanged(ClipboardItem::ContentHash::Refresh, m_clock.now());
     persistUpsert(u"update text content"_s, replaceAt(*index, item), {});
     return item;
+}
+
+void ClipboardItemManager::replaceBookmark(const QUuid &id, const QByteArray &bookmark)
+{
+    const auto log = [&](const QString &outcome, const QString &detail = {}) {
+        logDragPaste(m_defaults, [&] {
+            return u"refreshStaleBookmark "_s + outcome + u" id="_s + uuidString(id) + detail;
+        });
+    };
+    const auto index = m_items.indexOf(id);
+    if (!index) {
+        log(u"skipped missing item"_s);
+        return;
+    }
+    ClipboardItem item = *m_items.items().at(*index);
+    if (item.fileBookmarkData == bookmark) {
+        log(u"skipped unchanged"_s);
+        return;
+    }
+    item.fileBookmarkData = bookmark;
+    item.markChanged(ClipboardItem::ContentHash::Refresh, m_clock.now());
+    persistUpsert(u"refresh stale file bookmark"_s, replaceAt(*index, std::move(item)), {});
+    log(u"updated"_s, u" bytes="_s + QString::number(bookmark.size()));
 }
 
 void ClipboardItemManager::editTags(const QString &label, const QString &name,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ClipboardHistoryStore.h"
+#include "core/FileReferences.h"
 #include "core/HistoryList.h"
 #include "core/ImageStorage.h"
 #include "foundation/IsolationQueue.h"
@@ -28,9 +29,11 @@ public:
     using ItemCompletion = std::function<void(std::optional<ClipboardItem>)>;
 
     /// Loads the history from \a store before it returns; a history that cannot be read leaves the
-    /// list empty and the store untouched. \a defaults and \a clock must outlive the manager.
+    /// list empty and the store untouched. What is handed over by reference must outlive the
+    /// manager.
     ClipboardItemManager(std::unique_ptr<ClipboardHistoryStore> store, ImageStorage imageStorage,
-                         const UserDefaults &defaults, const Clock &clock);
+                         const FileReferences &fileReferences, const UserDefaults &defaults,
+                         const Clock &clock);
     ~ClipboardItemManager() override;
 
     /// The list, cheap to copy. Waits for the changes queued so far; not for their writing.
@@ -75,6 +78,14 @@ public:
     /// Renames the first occurrence of a tag in every entry that has it.
     void renameTag(const QString &oldName, const QString &newName);
 
+    /// Where the first file of \a item is now, by FileReferences::resolve(). To be asked before any
+    /// use of the file. Waits for the file system, but not for long.
+    std::optional<FileBookmarks::Resolved> resolveFileURL(const ClipboardItem &item) const;
+
+    /// To be told what resolveFileURL() gave: makes a new bookmark if the old one is stale. The
+    /// entry keeps its place.
+    void refreshStaleBookmark(const ClipboardItem &item, const QUrl &url, bool isStale);
+
     /// Waits until every change so far is in the store.
     void drain();
 
@@ -98,10 +109,12 @@ private:
     void clear(Favorites favorites);
     void invertFavorite(const QUuid &id);
     std::optional<ClipboardItem> replaceText(const QUuid &id, const QString &text);
+    void replaceBookmark(const QUuid &id, const QByteArray &bookmark);
     void editTags(const QString &label, const QString &name,
                   const std::function<void(QStringList &)> &edit);
     ClipboardItemPointer replaceAt(qsizetype index, ClipboardItem item);
 
+    const FileReferences &m_fileReferences;
     const UserDefaults &m_defaults;
     const Clock &m_clock;
     ImageStorage m_imageStorage;

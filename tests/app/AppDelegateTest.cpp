@@ -5,6 +5,7 @@
 #include "foundation/UserDefaults.h"
 #include "settings/HotkeySettingsManager.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeFiles.h"
 #include "tests/fakes/FakeGlobalHotkey.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakePasteKeystroke.h"
@@ -95,6 +96,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<FakeFiles> m_files;
     std::unique_ptr<FakeClock> m_clock;
     std::unique_ptr<FakeScheduler> m_scheduler;
     std::unique_ptr<FakePasteboard> m_pasteboard;
@@ -118,6 +120,7 @@ void AppDelegateTest::init()
     m_directory = std::make_unique<QTemporaryDir>();
     m_printed = std::make_unique<PrintedLines>();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
+    m_files = std::make_unique<FakeFiles>(*m_defaults);
     m_clock = std::make_unique<FakeClock>();
     m_scheduler = std::make_unique<FakeScheduler>();
     m_pasteboard = std::make_unique<FakePasteboard>();
@@ -127,14 +130,15 @@ void AppDelegateTest::init()
     m_history = std::make_shared<MemoryHistory>();
     m_manager = std::make_unique<ClipboardItemManager>(
         std::make_unique<MemoryHistoryStore>(m_history), ImageStorage(m_directory->path()),
-        *m_defaults, *m_clock);
+        m_files->references, *m_defaults, *m_clock);
     m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
     m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
     m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                   *m_clock, *m_manager, *m_privacy);
+                                                   *m_clock, *m_manager, *m_privacy,
+                                                   m_files->references);
     m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
-                                                 *m_scheduler, *m_monitor, *m_defaults,
-                                                 m_directory->path());
+                                                 *m_scheduler, *m_monitor, *m_manager,
+                                                 *m_defaults);
     m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_hotkey, *m_workspace,
         [this](const ClipboardItemList &items) {

@@ -5,6 +5,7 @@
 #include "core/ClipboardItemManager.h"
 #include "foundation/UserDefaults.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeFiles.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeScheduler.h"
@@ -49,6 +50,7 @@ private slots:
         m_printed = std::make_unique<PrintedLines>();
         m_directory = std::make_unique<QTemporaryDir>();
         m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
+        m_files = std::make_unique<FakeFiles>(*m_defaults);
         m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
         m_pasteboard = std::make_unique<FakePasteboard>();
         m_workspace = std::make_unique<FakeWorkspace>();
@@ -57,12 +59,13 @@ private slots:
         m_clock = std::make_unique<FakeClock>();
         m_items = std::make_unique<ClipboardItemManager>(
             std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
-            ImageStorage(m_directory->path()), *m_defaults, *m_clock);
+            ImageStorage(m_directory->path()), m_files->references, *m_defaults, *m_clock);
         m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                       *m_clock, *m_items, *m_privacy);
+                                                       *m_clock, *m_items, *m_privacy,
+                                                       m_files->references);
         m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
-                                                     *m_scheduler, *m_monitor, *m_defaults,
-                                                     m_directory->path());
+                                                     *m_scheduler, *m_monitor, *m_items,
+                                                     *m_defaults);
         m_hideCount = 0;
         m_pipeline->onHideWindow = [this] { ++m_hideCount; };
     }
@@ -343,6 +346,35 @@ private slots:
                  Entries{entry(PasteboardType::kFileUrl, "file:///tmp/%C3%BC%20b.txt"_ba)});
     }
 
+    void aFileGoesOutFromWhereItsBookmarkLeads()
+    {
+        const ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, false);
+        paste(item);
+        QCOMPARE(m_pasteboard->written.entries,
+                 Entries{entry(PasteboardType::kFileUrl, "file:///new/b"_ba)});
+        QVERIFY(m_files->access.started.isEmpty());
+    }
+
+    void aStaleBookmarkIsRenewedByThePaste()
+    {
+        ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, true);
+        m_items->addItem(item);
+        paste(item);
+        QCOMPARE(m_pasteboard->written.entries,
+                 Entries{entry(PasteboardType::kFileUrl, "file:///new/b"_ba)});
+        QCOMPARE(m_items->items().first()->fileBookmarkData, "bookmark of file:///new/b"_ba);
+    }
+
+    void aDeadBookmarkGivesWayToThePath()
+    {
+        ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, false);
+        item.fileBookmarkData = "dead"_ba;
+        m_files->access.files = {QUrl(u"file:///old/a"_s)};
+        paste(item);
+        QCOMPARE(m_pasteboard->written.entries,
+                 Entries{entry(PasteboardType::kFileUrl, "file:///old/a"_ba)});
+    }
+
     void aFileWithoutPathLeavesThePasteboardEmpty()
     {
         paste(makeItem(ClipboardContentType::File, Timestamp{}));
@@ -447,7 +479,37 @@ private slots:
                  u"[DragPaste] pasteItem file writeObjects fallback path=/tmp/a b"_s);
     }
 
+    void theTrailTellsWhetherTheBookmarkWasStale_data()
+    {
+        QTest::addColumn<bool>("isStale");
+        QTest::newRow("stale") << true;
+        QTest::newRow("good") << false;
+    }
+
+    void theTrailTellsWhetherTheBookmarkWasStale()
+    {
+        QFETCH(bool, isStale);
+        m_defaults->set(u"debug.drag_paste_logging"_s, true);
+        const ClipboardItem item = bookmarkedFile(u"file:///new/b%20%251"_s, isStale);
+        paste(item);
+        const QString line = u"[DragPaste] pasteItem file writeObjects resolved url=/new/b %1 "
+                             u"stale="_s
+            + (isStale ? u"true"_s : u"false"_s) + u" accessing=false"_s;
+        QVERIFY(trail().contains(line));
+    }
+
 private:
+    /// An entry of /old/a, of which the bookmark leads to \a url.
+    ClipboardItem bookmarkedFile(const QString &url, bool isStale)
+    {
+        ClipboardItem item = makeItem(ClipboardContentType::File, Timestamp{});
+        item.stringValue = Utf8Text(u"a"_s);
+        item.filePath = u"/old/a"_s;
+        item.fileBookmarkData = "bookmark"_ba;
+        m_files->bookmarks.places.insert("bookmark"_ba, {QUrl(url), isStale});
+        return item;
+    }
+
     void advanceTo(std::chrono::milliseconds moment)
     {
         m_scheduler->advance(moment - m_scheduler->now());
@@ -477,6 +539,7 @@ private:
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<FakeFiles> m_files;
     std::unique_ptr<PrivacySettingsManager> m_privacy;
     std::unique_ptr<FakePasteboard> m_pasteboard;
     std::unique_ptr<FakeWorkspace> m_workspace;

@@ -2,7 +2,10 @@
 
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
+#include "foundation/FilePath.h"
 #include "foundation/UserDefaults.h"
+#include "platform/linux/DescriptorFileAccess.h"
+#include "platform/linux/InodeBookmarks.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeScheduler.h"
@@ -13,6 +16,9 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -50,7 +56,7 @@ void addFiles(PasteboardSnapshot &snapshot, const QStringList &paths)
     snapshot.types.append(PasteboardType::kFileUrl.toString());
     QList<QUrl> urls;
     for (const QString &path : paths)
-        urls.append(QUrl::fromLocalFile(path));
+        urls.append(FilePath::toUrl(path));
     snapshot.fileUrls = urls;
 }
 
@@ -66,6 +72,10 @@ private slots:
         m_printed = std::make_unique<PrintedLines>();
         m_directory = std::make_unique<QTemporaryDir>();
         m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
+        m_bookmarks = std::make_unique<InodeBookmarks>(BoundedCalls(1min));
+        m_fileAccess = std::make_unique<DescriptorFileAccess>(BoundedCalls(1min));
+        m_fileReferences
+            = std::make_unique<FileReferences>(*m_bookmarks, *m_fileAccess, *m_defaults);
         m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
         m_pasteboard = std::make_unique<FakePasteboard>();
         m_workspace = std::make_unique<FakeWorkspace>();
@@ -73,9 +83,10 @@ private slots:
         m_clock = std::make_unique<FakeClock>();
         m_items = std::make_unique<ClipboardItemManager>(
             std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
-            ImageStorage(m_directory->path()), *m_defaults, *m_clock);
+            ImageStorage(m_directory->path()), *m_fileReferences, *m_defaults, *m_clock);
         m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                       *m_clock, *m_items, *m_privacy);
+                                                       *m_clock, *m_items, *m_privacy,
+                                                       *m_fileReferences);
         m_captured.clear();
         m_monitor->onNewClipboardItem
             = [this](const ClipboardItem &item) { m_captured.append(item); };
@@ -498,6 +509,61 @@ private slots:
         QCOMPARE(texts(), QStringList{u"some.dir"_s});
         QCOMPARE(m_captured.first().filePath, path);
         QCOMPARE(m_captured.first().fileTypes, QStringList{u"dir"_s});
+        const auto resolved = m_bookmarks->resolve(m_captured.first().fileBookmarkData.value());
+        QCOMPARE(resolved.url, QUrl::fromLocalFile(path));
+    }
+
+    void theFirstOfSeveralFilesHasABookmark()
+    {
+        m_defaults->set(u"debug.drag_paste_logging"_s, true);
+        const QStringList paths{makeFile(u"a b.txt"_s), makeFile(u"c.txt"_s)};
+        PasteboardSnapshot snapshot;
+        addFiles(snapshot, paths);
+        capture(snapshot);
+        const QByteArray bookmark = m_captured.first().fileBookmarkData.value();
+        QCOMPARE(bookmark, m_bookmarks->create(QUrl::fromLocalFile(paths.first())));
+        QVERIFY(m_printed->contains(u"[DragPaste] createFileItem bookmark created path="_s
+                                    + paths.first() + u" bytes="_s
+                                    + QString::number(bookmark.size())
+                                    + u" startedAccessing=true"_s));
+        QCOMPARE(m_items->items().first()->fileBookmarkData, bookmark);
+    }
+
+    void aNameThatIsNotUtf8KeepsItsBytes()
+    {
+        const QString path = makeFile(FilePath::fromBytes("caf\xE9.\xFF"));
+        PasteboardSnapshot snapshot;
+        addFiles(snapshot, {path});
+        capture(snapshot);
+        const ClipboardItem item = m_captured.first();
+        QCOMPARE(item.filePath, path);
+        QCOMPARE(item.stringValue->toString(), u"caf\uFFFD.\uFFFD"_s);
+        const auto resolved = m_bookmarks->resolve(item.fileBookmarkData.value());
+        QVERIFY(resolved.url.toEncoded().endsWith("/caf%E9.%FF"));
+        QCOMPARE(::unlink(FilePath::toBytes(path).constData()), 0);
+    }
+
+    void namesThatDifferInUnreadableBytesAreTwoEntries()
+    {
+        for (const QByteArray &name : {"\xFE"_ba, "\xFF"_ba}) {
+            PasteboardSnapshot snapshot;
+            addFiles(snapshot, {makeFile(FilePath::fromBytes(name))});
+            capture(snapshot);
+        }
+        QCOMPARE(m_items->items().size(), 2);
+        for (const ClipboardItemPointer &item : m_items->items())
+            QCOMPARE(::unlink(FilePath::toBytes(*item->filePath).constData()), 0);
+    }
+
+    void aPipeIsCapturedWithoutWaiting()
+    {
+        const QString path = m_directory->filePath(u"pipe"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        PasteboardSnapshot snapshot;
+        addFiles(snapshot, {path});
+        capture(snapshot);
+        QCOMPARE(m_captured.first().filePath, path);
+        QVERIFY(m_captured.first().fileBookmarkData);
     }
 
     void filesThatDoNotCountGiveWayToTheText_data()
@@ -508,6 +574,7 @@ private slots:
         QTest::newRow("one of two deleted")
             << QList<QUrl>{existing, QUrl::fromLocalFile(u"/no/such/file"_s)};
         QTest::newRow("no file") << QList<QUrl>{existing, QUrl(u"https://example.com"_s)};
+        QTest::newRow("of another machine") << QList<QUrl>{QUrl(u"file://server/"_s)};
         QTest::newRow("an empty list") << QList<QUrl>{};
     }
 
@@ -614,15 +681,18 @@ private:
 
     QString makeFile(const QString &name) const
     {
-        QFile file(m_directory->filePath(name));
-        if (!file.open(QIODevice::WriteOnly))
+        const QString path = m_directory->filePath(name);
+        if (::mknod(FilePath::toBytes(path).constData(), S_IFREG | 0600, 0) != 0)
             qFatal("The file cannot be made.");
-        return file.fileName();
+        return path;
     }
 
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<InodeBookmarks> m_bookmarks;
+    std::unique_ptr<DescriptorFileAccess> m_fileAccess;
+    std::unique_ptr<FileReferences> m_fileReferences;
     std::unique_ptr<PrivacySettingsManager> m_privacy;
     std::unique_ptr<FakePasteboard> m_pasteboard;
     std::unique_ptr<FakeWorkspace> m_workspace;

@@ -4,6 +4,7 @@
 #include "foundation/Digest.h"
 #include "foundation/UserDefaults.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeFiles.h"
 #include "tests/fakes/MemoryHistoryStore.h"
 #include "tests/fakes/PrintedLines.h"
 #include "tests/fakes/SampleItems.h"
@@ -95,6 +96,7 @@ private:
     FakeClock m_clock;
     std::optional<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<FakeFiles> m_files;
     std::shared_ptr<MemoryHistory> m_history;
     std::unique_ptr<ClipboardItemManager> m_manager;
 };
@@ -106,6 +108,7 @@ void ClipboardItemManagerTest::init()
     QVERIFY(QDir().mkpath(m_images));
     m_printed.emplace();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));
+    m_files = std::make_unique<FakeFiles>(*m_defaults);
     m_history = std::make_shared<MemoryHistory>();
     start();
 }
@@ -122,8 +125,8 @@ void ClipboardItemManagerTest::start()
     m_manager.reset();
     m_history->calls.clear();
     m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history), ImageStorage(m_images), *m_defaults,
-        m_clock);
+        std::make_unique<MemoryHistoryStore>(m_history), ImageStorage(m_images),
+        m_files->references, *m_defaults, m_clock);
 }
 
 /// Puts \a count entries into the store, a second apart, the oldest first.

@@ -2,6 +2,7 @@
 
 #include "foundation/UserDefaults.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeFiles.h"
 #include "tests/fakes/MemoryHistoryStore.h"
 #include "tests/fakes/PrintedLines.h"
 
@@ -80,6 +81,7 @@ private:
     FakeClock m_clock;
     std::optional<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<FakeFiles> m_files;
     std::shared_ptr<MemoryHistory> m_history;
     std::unique_ptr<ClipboardItemManager> m_manager;
 
@@ -94,10 +96,12 @@ void ClipboardItemManagerThreadsTest::init()
     m_directory.emplace();
     m_printed.emplace();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));
+    m_files = std::make_unique<FakeFiles>(*m_defaults);
     m_history = std::make_shared<MemoryHistory>();
     m_manager = std::make_unique<ClipboardItemManager>(
         std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_directory->filePath(u"images"_s)), *m_defaults, m_clock);
+        ImageStorage(m_directory->filePath(u"images"_s)), m_files->references, *m_defaults,
+        m_clock);
     m_readCount = 0;
     m_changeCount = 0;
     m_complaints.clear();

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "core/FileReferences.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+/// Bookmarks that lead where the test says.
+class FakeFileBookmarks : public FileBookmarks
+{
+public:
+    QByteArray create(const QUrl &url) const override
+    {
+        if (!creationError.empty())
+            throw BookmarkError(creationError);
+        return "bookmark of " + url.toEncoded();
+    }
+
+    Resolved resolve(const QByteArray &bookmark) const override
+    {
+        if (!places.contains(bookmark))
+            throw BookmarkError("nothing is known of it");
+        return places.value(bookmark);
+    }
+
+    std::string creationError; ///< Creation fails with it unless it is empty.
+    QHash<QByteArray, Resolved> places;
+};
+
+/// Access that the test grants, and files that it says are there.
+class FakeFileAccess : public FileAccess
+{
+public:
+    std::unique_ptr<Scope> start(const QUrl &url) const override
+    {
+        started.append(url);
+        return isGranted ? std::make_unique<CountedScope>(openCount) : nullptr;
+    }
+
+    std::optional<bool> exist(const QList<QUrl> &urls) const override
+    {
+        if (!answers)
+            return std::nullopt;
+        return std::ranges::all_of(urls, [this](const QUrl &url) { return files.contains(url); });
+    }
+
+    bool isGranted = true;
+    bool answers = true;
+    QList<QUrl> files;
+    mutable QList<QUrl> started;
+    mutable int openCount = 0; ///< Accesses that have not ended.
+
+private:
+    class CountedScope : public Scope
+    {
+    public:
+        explicit CountedScope(int &openCount)
+            : m_openCount(++openCount)
+        {
+        }
+        ~CountedScope() override { --m_openCount; }
+
+    private:
+        int &m_openCount;
+    };
+};
+
+/// Both, and what the program makes of them.
+struct FakeFiles
+{
+    explicit FakeFiles(const UserDefaults &defaults)
+        : references(bookmarks, access, defaults)
+    {
+    }
+
+    FakeFileBookmarks bookmarks;
+    FakeFileAccess access;
+    FileReferences references;
+};

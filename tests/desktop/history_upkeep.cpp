@@ -7,6 +7,8 @@
 #include "core/ClipboardItemManager.h"
 #include "foundation/UserDefaults.h"
 #include "persistence/OpenHistoryStore.h"
+#include "platform/linux/DescriptorFileAccess.h"
+#include "platform/linux/InodeBookmarks.h"
 #include "platform/linux/SystemClock.h"
 
 #include <QCoreApplication>
@@ -28,8 +30,12 @@ int main(int argc, char **argv)
     const QString &base = arguments.at(2);
     const UserDefaults defaults(arguments.at(3));
     const SystemClock clock;
+    const InodeBookmarks bookmarks;
+    const DescriptorFileAccess fileAccess;
+    const FileReferences fileReferences(bookmarks, fileAccess, defaults);
     ClipboardItemManager manager(openHistoryStore(base, clock),
-                                 ImageStorage(imagesDirectoryIn(base)), defaults, clock);
+                                 ImageStorage(imagesDirectoryIn(base)), fileReferences, defaults,
+                                 clock);
     if (task == u"clear"_s)
         manager.clearHistory(ClipboardItemManager::Favorites::Clear, {});
     else

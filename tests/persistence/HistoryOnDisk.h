@@ -4,6 +4,7 @@
 #include "foundation/UserDefaults.h"
 #include "persistence/OpenHistoryStore.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeFiles.h"
 #include "tests/fakes/PrintedLines.h"
 #include "tests/fakes/SampleItems.h"
 #include "tests/persistence/RawDatabase.h"
@@ -31,7 +32,7 @@ public:
         m_printed.emplace();
         m_manager = std::make_unique<ClipboardItemManager>(openHistoryStore(base(), m_clock),
                                                            ImageStorage(imagesDirectoryIn(base())),
-                                                           m_defaults, m_clock);
+                                                           m_files.references, m_defaults, m_clock);
     }
 
     /// Ends with everything in the store.
@@ -71,6 +72,7 @@ private:
     QTemporaryDir m_directory;
     FakeClock m_clock;
     UserDefaults m_defaults;
+    FakeFiles m_files{m_defaults};
     std::optional<PrintedLines> m_printed;
     std::unique_ptr<ClipboardItemManager> m_manager;
 };

@@ -43,9 +43,11 @@ class CopyFigures:
         def arrived(_):
             line = self.program.wait_for_line("New clipboard item", since=self.mark, seconds=5)
             return line.time
+        self.session.fresh_start()
         return self.timed_copies(arrived)
 
     def copy_to_row(self):
+        self.session.fresh_start()
         with self.reading() as store:
             return self.timed_copies(lambda text: self.row_at(store, text))
 
@@ -59,8 +61,6 @@ class CopyFigures:
 
     def timed_copies(self, arrived):
         """The median time from a copy to arrived(text), which gives the moment."""
-        self.session.fresh_start()
-
         def once():
             self.mark = self.program.mark()
             text = self.session.next_text()

@@ -3,6 +3,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <system_error>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +15,43 @@ namespace {
 constexpr mode_t kDirectoryMode = 0700;
 constexpr mode_t kFileMode = 0600;
 constexpr mode_t kRightsOfOthers = 0077;
+
+/// An open file or directory.
+class Descriptor
+{
+public:
+    Descriptor(const QByteArray &path, int flags)
+        : m_descriptor(::open(path.constData(), flags | O_CLOEXEC, kFileMode))
+    {
+        require(m_descriptor);
+    }
+    ~Descriptor() { ::close(m_descriptor); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    void closeToOthers() const { require(::fchmod(m_descriptor, kFileMode)); }
+    void bringToDisk() const { require(::fsync(m_descriptor)); }
+
+    void write(QByteArrayView bytes) const
+    {
+        while (!bytes.isEmpty()) {
+            const ssize_t count = ::write(m_descriptor, bytes.data(), size_t(bytes.size()));
+            if (count < 0 && errno == EINTR)
+                continue;
+            require(count);
+            bytes = bytes.sliced(count);
+        }
+    }
+
+private:
+    static void require(ssize_t result)
+    {
+        if (result < 0)
+            throw std::system_error(errno, std::generic_category());
+    }
+
+    int m_descriptor;
+};
 
 } // namespace
 
@@ -44,6 +84,22 @@ bool ensurePrivateFile(const QString &path)
     const bool isPrivate = ::fchmod(file, kFileMode) == 0;
     ::close(file);
     return isPrivate;
+}
+
+void writePrivateFile(const QString &path, QByteArrayView bytes)
+{
+    const QByteArray name = QFile::encodeName(path);
+    const Descriptor file(name, O_WRONLY | O_CREAT | O_EXCL);
+    try {
+        file.closeToOthers();
+        file.write(bytes);
+        file.bringToDisk();
+        const QByteArray directory = QFile::encodeName(QFileInfo(path).absolutePath());
+        Descriptor(directory, O_RDONLY | O_DIRECTORY).bringToDisk();
+    } catch (const std::system_error &) {
+        ::unlink(name.constData());
+        throw;
+    }
 }
 
 void closeToOthers(const QString &path)

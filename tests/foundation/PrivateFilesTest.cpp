@@ -1,11 +1,14 @@
 #include "foundation/PrivateFiles.h"
 
+#include "tests/fakes/FileSizeLimit.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <optional>
+#include <system_error>
 
 #include <sys/stat.h>
 
@@ -38,6 +41,11 @@ private slots:
     void aFileInAMissingDirectoryIsAFailure();
     void anEmptyPathIsAFailure();
     void closingWhatDoesNotExistDoesNothing();
+    void whatIsWrittenIsForTheUserAlone_data();
+    void whatIsWrittenIsForTheUserAlone();
+    void writingLeavesAFileThatExistsAlone();
+    void writingIntoAMissingDirectoryFails();
+    void whatCannotBeWrittenToTheEndIsRemoved();
 
 private:
     QString path(const QString &name) const { return m_directory->filePath(name); }
@@ -128,6 +136,50 @@ void PrivateFilesTest::closingWhatDoesNotExistDoesNothing()
 {
     closeToOthers(path(u"nothing"_s));
     QVERIFY(!QFileInfo::exists(path(u"nothing"_s)));
+}
+
+void PrivateFilesTest::whatIsWrittenIsForTheUserAlone_data()
+{
+    theUmaskDoesNotMatter_data();
+}
+
+void PrivateFilesTest::whatIsWrittenIsForTheUserAlone()
+{
+    QFETCH(const uint, mask);
+    const mode_t before = umask(mask);
+    writePrivateFile(path(u"file"_s), "content");
+    umask(before);
+    QCOMPARE(modeOf(path(u"file"_s)), mode_t(0600));
+    QFile file(path(u"file"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), "content");
+}
+
+void PrivateFilesTest::writingLeavesAFileThatExistsAlone()
+{
+    writePrivateFile(path(u"file"_s), "first");
+    QVERIFY_EXCEPTION_THROWN(writePrivateFile(path(u"file"_s), "second"), std::system_error);
+    QFile file(path(u"file"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), "first");
+}
+
+void PrivateFilesTest::writingIntoAMissingDirectoryFails()
+{
+    try {
+        writePrivateFile(path(u"nowhere/file"_s), "content");
+        QFAIL("It was written.");
+    } catch (const std::system_error &error) {
+        QCOMPARE(error.what(), "No such file or directory");
+    }
+}
+
+void PrivateFilesTest::whatCannotBeWrittenToTheEndIsRemoved()
+{
+    const FileSizeLimit limit(100'000);
+    QVERIFY_EXCEPTION_THROWN(writePrivateFile(path(u"file"_s), QByteArray(200'000, 'x')),
+                             std::system_error);
+    QVERIFY(!QFileInfo::exists(path(u"file"_s)));
 }
 
 QTEST_APPLESS_MAIN(PrivateFilesTest)

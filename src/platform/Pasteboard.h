@@ -83,7 +83,8 @@ public:
 
     /// The snapshots of all changes after \a changeCount, oldest first, so that none is missed when
     /// several came since the last look. Each is given out once, but for the latest, which
-    /// snapshot() goes on to return. Those nobody asks for are dropped when they become too many.
+    /// snapshot() goes on to return, without its picture. Those nobody asks for are dropped when
+    /// they become too many.
     virtual QList<PasteboardSnapshot> takeSnapshotsSince(quint64 changeCount) = 0;
 
     /// Replaces what is on the pasteboard and returns at once. Without entries it is left empty.

@@ -29,6 +29,7 @@ private slots:
     void eachSnapshotMovesTheCount();
     void snapshotsAreTakenOnceAndInOrder();
     void theLatestStaysWhenAllAreTaken();
+    void aPictureIsGivenOutOnce();
     void whatWasPassedOverIsNotGivenOut();
     void theOldestGoWhenTheyAreTooMany();
     void theOldestGoWhenTheyAreTooLarge();
@@ -75,6 +76,18 @@ void SnapshotQueueTest::theLatestStaysWhenAllAreTaken()
     queue.takeSince(0);
     QCOMPARE(textOf(queue.latest()), QByteArray("a"));
     QVERIFY(queue.takeSince(1).isEmpty());
+}
+
+void SnapshotQueueTest::aPictureIsGivenOutOnce()
+{
+    SnapshotQueue queue;
+    PasteboardSnapshot snapshot = textSnapshot("beside it");
+    snapshot.image = PasteboardImage{"tiff", QSize(1, 1)};
+    queue.publish(snapshot);
+    QVERIFY(queue.latest().image.has_value());
+    QVERIFY(queue.takeSince(0).first().image.has_value());
+    QVERIFY(!queue.latest().image);
+    QCOMPARE(textOf(queue.latest()), QByteArray("beside it"));
 }
 
 void SnapshotQueueTest::whatWasPassedOverIsNotGivenOut()

@@ -48,6 +48,7 @@ QList<PasteboardSnapshot> SnapshotQueue::takeSince(quint64 changeCount)
     }
     while (m_snapshots.size() > 1)
         dropOldest();
+    dropPicture();
     return taken;
 }
 
@@ -55,6 +56,15 @@ void SnapshotQueue::dropOldest()
 {
     m_byteCount -= byteCountOf(m_snapshots.front());
     m_snapshots.pop_front();
+}
+
+/// Of the one that is left.
+void SnapshotQueue::dropPicture()
+{
+    if (m_snapshots.empty())
+        return;
+    m_snapshots.back().image.reset();
+    m_byteCount = byteCountOf(m_snapshots.back());
 }
 
 /// The latest one stays, however large it is.

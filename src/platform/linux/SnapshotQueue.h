@@ -20,11 +20,12 @@ public:
     PasteboardSnapshot latest() const;
 
     /// The snapshots after \a changeCount that are still here, oldest first. Only the latest one is
-    /// kept on.
+    /// kept on, without its picture: whoever takes it may need the memory only for a moment.
     QList<PasteboardSnapshot> takeSince(quint64 changeCount);
 
 private:
     void dropOldest();
+    void dropPicture();
     void dropSurplus();
 
     std::atomic<quint64> m_changeCount = 0;

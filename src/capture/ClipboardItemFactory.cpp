@@ -156,6 +156,8 @@ ClipboardItem ClipboardItemFactory::createImageItem(const PasteboardImage &image
 {
     ClipboardItem item = createItem(ClipboardContentType::Image, source);
     item.imageRepresentation = image.tiff;
+    if (!image.digest.isEmpty())
+        item.imageDigest = image.digest;
     return item;
 }
 

@@ -2,6 +2,8 @@
 
 #include "platform/Pasteboard.h"
 
+#include <QImage>
+
 /// Reads and writes picture files. Any thread.
 class ImageCodec
 {
@@ -15,4 +17,13 @@ public:
 
     /// Decodes \a file and writes it as a PNG. Absent like above.
     virtual std::optional<QByteArray> pngFromPicture(const QByteArray &file) const = 0;
+
+    /// The pixels of \a file, upright. Absent like above.
+    virtual std::optional<QImage> imageFromPicture(const QByteArray &file) const = 0;
+
+    /// A JPEG; \a quality goes from 0 to 1. What shines through stands before white.
+    virtual std::optional<QByteArray> jpegFromImage(const QImage &image, double quality) const = 0;
+
+    /// A PNG that is to be kept, and therefore small.
+    virtual std::optional<QByteArray> pngFromImage(const QImage &image) const = 0;
 };

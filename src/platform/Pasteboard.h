@@ -30,6 +30,8 @@ struct PasteboardImage
 {
     QByteArray tiff; ///< The same pixels give the same bytes, whatever format was offered.
     QSize size; ///< In pixels.
+    /// sha256Hex() of the TIFF; empty if nobody has computed it.
+    QByteArray digest = {};
 };
 
 /// What lay on the pasteboard at one change, read to the end.

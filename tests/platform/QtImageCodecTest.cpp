@@ -1,11 +1,16 @@
 #include "platform/linux/QtImageCodec.h"
 
+#include "foundation/Digest.h"
+
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImage>
 #include <QImageWriter>
 #include <QTest>
 #include <QtEndian>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -49,6 +54,91 @@ QByteArray pngThatClaims(quint32 width, quint32 height)
     return file;
 }
 
+constexpr quint16 kAbsurdSide = 60'000;
+
+template <typename Value>
+QByteArray withLittleEndian(QByteArray file, qsizetype position, Value value)
+{
+    qToLittleEndian(value, file.data() + position);
+    return file;
+}
+
+QByteArray bmpThatClaims(qint32 width, qint32 height)
+{
+    const QByteArray file = fileOf(colourful(QImage::Format_RGB32), "BMP");
+    return withLittleEndian(withLittleEndian(file, 18, width), 22, height);
+}
+
+QByteArray gifThatClaims(quint16 width, quint16 height)
+{
+    // One transparent dot in a palette of two colours.
+    QByteArray file = QByteArray::fromHex("47494638396101000100800000000000ffffff21f904010000000"
+                                          "02c00000000010001000002014401003b");
+    const qsizetype frame = file.indexOf(',');
+    file = withLittleEndian(withLittleEndian(file, 6, width), 8, height);
+    return withLittleEndian(withLittleEndian(file, frame + 5, width), frame + 7, height);
+}
+
+QByteArray jpegThatClaims(quint16 width, quint16 height)
+{
+    QByteArray file = fileOf(colourful(QImage::Format_RGB32), "JPEG");
+    const qsizetype frame = file.indexOf(QByteArray::fromHex("ffc0"));
+    qToBigEndian(height, file.data() + frame + 5);
+    qToBigEndian(width, file.data() + frame + 7);
+    return file;
+}
+
+QByteArray tiffThatClaims(quint32 width, quint32 height)
+{
+    QByteArray file = fileOf(colourful(QImage::Format_RGB32), "TIFF");
+    const auto at = [&file](qsizetype position) { return file.constData() + position; };
+    const auto directory = qFromLittleEndian<quint32>(at(4));
+    const auto entryCount = qFromLittleEndian<quint16>(at(directory));
+    for (int i = 0; i < entryCount; ++i) {
+        const qsizetype entry = qsizetype(directory) + 2 + qsizetype(i) * 12;
+        const auto tag = qFromLittleEndian<quint16>(at(entry));
+        constexpr quint16 kImageWidth = 256;
+        constexpr quint16 kImageLength = 257;
+        constexpr quint16 kLong = 4;
+        if (tag != kImageWidth && tag != kImageLength)
+            continue;
+        file = withLittleEndian(file, entry + 2, kLong);
+        file = withLittleEndian(file, entry + 8, tag == kImageWidth ? width : height);
+    }
+    return file;
+}
+
+/// A peak of this process, in MiB, from what the system knows.
+qint64 peakMebibytes(const QByteArray &name)
+{
+    QFile status(u"/proc/self/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).simplified().split(' ').first().toLongLong() / 1024;
+    }
+    return -1;
+}
+
+/// How much more memory \a work asks the system for than the process had. A child does it, since
+/// a process is never rid of its peaks.
+template <typename Work>
+int mebibytesTakenBy(Work work)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        const qint64 before = peakMebibytes("VmPeak");
+        work();
+        const qint64 taken = peakMebibytes("VmPeak") - before;
+        _exit(before < 0 ? 255 : int(std::min<qint64>(taken, 254)));
+    }
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status))
+        return -1;
+    return WEXITSTATUS(status);
+}
+
 } // namespace
 
 class QtImageCodecTest : public QObject
@@ -61,15 +151,26 @@ private slots:
     void pixelsSurvive();
     void transparencySurvives();
     void onePixelMakesADifference();
+    void theDigestIsThatOfTheTiff();
+    void aJpegAndThePngOfItsPixelsGiveTheSameBytes();
     void theSizeIsToldInPixels();
     void whatAccompaniesThePixelsIsDropped();
     void aTurnedPhotographStandsUpright();
     void anAbsurdClaimIsRefused_data();
     void anAbsurdClaimIsRefused();
+    void anAbsurdClaimCostsNoMemory_data();
+    void anAbsurdClaimCostsNoMemory();
+    void memoryThatIsTakenIsSeen();
+    void anHonestClaimIsBelieved_data();
+    void anHonestClaimIsBelieved();
     void whatIsNoPictureIsAbsent_data();
     void whatIsNoPictureIsAbsent();
     void largePicturesAreRead();
     void aPngHasTheSamePixels();
+    void aKeptPngHasTheSamePixels();
+    void aJpegIsCloseToThePixels();
+    void theQualityOfAJpegCounts();
+    void whatShinesThroughStandsBeforeWhite();
 
 private:
     QtImageCodec m_codec;
@@ -129,6 +230,21 @@ void QtImageCodecTest::onePixelMakesADifference()
     QVERIFY(before->tiff != after->tiff);
 }
 
+void QtImageCodecTest::theDigestIsThatOfTheTiff()
+{
+    const auto image = m_codec.tiffFromPicture(fileOf(colourful(QImage::Format_RGB32), "PNG"));
+    QCOMPARE(image->digest, sha256Hex(image->tiff));
+}
+
+void QtImageCodecTest::aJpegAndThePngOfItsPixelsGiveTheSameBytes()
+{
+    const QByteArray jpeg = fileOf(colourful(QImage::Format_RGB32), "JPEG");
+    const auto fromJpeg = m_codec.tiffFromPicture(jpeg);
+    const auto fromPng = m_codec.tiffFromPicture(fileOf(QImage::fromData(jpeg), "PNG"));
+    QVERIFY(fromJpeg && fromPng);
+    QCOMPARE(fromJpeg->digest, fromPng->digest);
+}
+
 void QtImageCodecTest::theSizeIsToldInPixels()
 {
     const auto result = m_codec.tiffFromPicture(fileOf(colourful(QImage::Format_RGB32), "PNG"));
@@ -177,6 +293,56 @@ void QtImageCodecTest::anAbsurdClaimIsRefused()
     QVERIFY(!m_codec.tiffFromPicture(file));
 }
 
+void QtImageCodecTest::anAbsurdClaimCostsNoMemory_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("PNG") << pngThatClaims(kAbsurdSide, kAbsurdSide);
+    QTest::newRow("BMP") << bmpThatClaims(kAbsurdSide, kAbsurdSide);
+    QTest::newRow("BMP upside down") << bmpThatClaims(kAbsurdSide, -int(kAbsurdSide));
+    QTest::newRow("GIF") << gifThatClaims(kAbsurdSide, kAbsurdSide);
+    QTest::newRow("JPEG") << jpegThatClaims(kAbsurdSide, kAbsurdSide);
+    QTest::newRow("TIFF") << tiffThatClaims(kAbsurdSide, kAbsurdSide);
+    QTest::newRow("PPM") << QByteArray("P6 60000 60000 255\n");
+    QTest::newRow("XBM") << QByteArray("#define a_width 60000\n#define a_height 60000\n"
+                                       "static char a_bits[] = { 0x00 };\n");
+    QTest::newRow("XPM") << QByteArray("/* XPM */\nstatic char *a[] = {\n"
+                                       "\"60000 60000 1 1\",\n\"a c #000000\",\n\"a\"};\n");
+}
+
+void QtImageCodecTest::anAbsurdClaimCostsNoMemory()
+{
+    QFETCH(QByteArray, file);
+    QVERIFY(!m_codec.tiffFromPicture(file));
+    const int taken = mebibytesTakenBy([&] { m_codec.tiffFromPicture(file); });
+    QVERIFY2(taken >= 0 && taken < 32, qPrintable(u"%1 MiB"_s.arg(taken)));
+}
+
+/// Without this the test above could not fail.
+void QtImageCodecTest::memoryThatIsTakenIsSeen()
+{
+    QImage image(4000, 4000, QImage::Format_Mono);
+    image.fill(0);
+    const QByteArray file = fileOf(image, "PNG");
+    QVERIFY(mebibytesTakenBy([&] { m_codec.tiffFromPicture(file); }) > 60);
+}
+
+/// It is the claim for which the files above are refused.
+void QtImageCodecTest::anHonestClaimIsBelieved_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("PNG") << pngThatClaims(31, 17);
+    QTest::newRow("BMP") << bmpThatClaims(31, 17);
+    QTest::newRow("GIF") << gifThatClaims(1, 1);
+    QTest::newRow("JPEG") << jpegThatClaims(31, 17);
+    QTest::newRow("TIFF") << tiffThatClaims(31, 17);
+}
+
+void QtImageCodecTest::anHonestClaimIsBelieved()
+{
+    QFETCH(QByteArray, file);
+    QVERIFY(m_codec.tiffFromPicture(file));
+}
+
 void QtImageCodecTest::whatIsNoPictureIsAbsent_data()
 {
     QTest::addColumn<QByteArray>("file");
@@ -213,6 +379,49 @@ void QtImageCodecTest::aPngHasTheSamePixels()
     QVERIFY(png);
     QCOMPARE(QImage::fromData(*png, "PNG").convertToFormat(QImage::Format_RGB32), image);
     QVERIFY(!m_codec.pngFromPicture("no picture"));
+}
+
+void QtImageCodecTest::aKeptPngHasTheSamePixels()
+{
+    QImage image = colourful(QImage::Format_ARGB32);
+    image.setPixelColor(3, 4, QColor(200, 100, 50, 128));
+    const auto png = m_codec.pngFromImage(image);
+    QVERIFY(png);
+    QCOMPARE(QImage::fromData(*png, "PNG").convertToFormat(QImage::Format_ARGB32), image);
+    QVERIFY(!m_codec.pngFromImage(QImage()));
+}
+
+void QtImageCodecTest::aJpegIsCloseToThePixels()
+{
+    QImage image(64, 64, QImage::Format_RGB888);
+    image.fill(QColor(40, 90, 160));
+    const auto jpeg = m_codec.jpegFromImage(image, 0.9);
+    QVERIFY(jpeg);
+    const QColor pixel = QImage::fromData(*jpeg, "JPEG").pixelColor(30, 30);
+    QVERIFY(qAbs(pixel.red() - 40) < 4 && qAbs(pixel.green() - 90) < 4);
+    QVERIFY(!m_codec.jpegFromImage(QImage(), 0.9));
+}
+
+void QtImageCodecTest::theQualityOfAJpegCounts()
+{
+    const QImage image = colourful(QImage::Format_RGB888);
+    QVERIFY(m_codec.jpegFromImage(image, 0.9)->size() > m_codec.jpegFromImage(image, 0.7)->size());
+}
+
+void QtImageCodecTest::whatShinesThroughStandsBeforeWhite()
+{
+    QImage image(48, 16, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 16; x < 32; ++x) {
+            image.setPixelColor(x, y, QColor(0, 0, 0, 128));
+            image.setPixelColor(x + 16, y, Qt::black);
+        }
+    }
+    const QImage result = QImage::fromData(*m_codec.jpegFromImage(image, 1), "JPEG");
+    QVERIFY(qAbs(result.pixelColor(8, 8).red() - 255) < 4);
+    QVERIFY(qAbs(result.pixelColor(24, 8).green() - 127) < 4);
+    QVERIFY(qAbs(result.pixelColor(40, 8).blue()) < 4);
 }
 
 QTEST_GUILESS_MAIN(QtImageCodecTest)

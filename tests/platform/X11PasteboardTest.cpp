@@ -1,6 +1,7 @@
 #include "platform/x11/X11Pasteboard.h"
 
 #include "platform/linux/QtImageCodec.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/platform/ForeignOwner.h"
 #include "tests/platform/PrivateDisplay.h"
 
@@ -288,7 +289,7 @@ void X11PasteboardTest::aPictureBesideATextIsNotFetched()
 
 void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
 {
-    class SlowCodec : public ImageCodec
+    class SlowCodec : public FakeImageCodec
     {
     public:
         std::optional<PasteboardImage> tiffFromPicture(const QByteArray &) const override
@@ -297,7 +298,6 @@ void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
             mayGoOn.acquire();
             return PasteboardImage{"tiff", QSize(1, 1)};
         }
-        std::optional<QByteArray> pngFromPicture(const QByteArray &) const override { return {}; }
         mutable QSemaphore isAsked;
         mutable QSemaphore mayGoOn;
     };

@@ -1,29 +1,12 @@
 #include "platform/x11/X11Platform.h"
 
-#include "platform/ImageCodec.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QGuiApplication>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-class NoCodec : public ImageCodec
-{
-public:
-    std::optional<PasteboardImage> tiffFromPicture(const QByteArray &) const override
-    {
-        return std::nullopt;
-    }
-    std::optional<QByteArray> pngFromPicture(const QByteArray &) const override
-    {
-        return std::nullopt;
-    }
-};
-
-} // namespace
 
 class X11PlatformTest : public QObject
 {
@@ -45,7 +28,7 @@ private slots:
 
 private:
     PrivateDesktop &m_desktop;
-    NoCodec m_codec;
+    FakeImageCodec m_codec;
 };
 
 void X11PlatformTest::platformOffersEverything()

@@ -17,4 +17,7 @@ public:
 
     std::optional<PasteboardImage> tiffFromPicture(const QByteArray &file) const override;
     std::optional<QByteArray> pngFromPicture(const QByteArray &file) const override;
+    std::optional<QImage> imageFromPicture(const QByteArray &file) const override;
+    std::optional<QByteArray> jpegFromImage(const QImage &image, double quality) const override;
+    std::optional<QByteArray> pngFromImage(const QImage &image) const override;
 };

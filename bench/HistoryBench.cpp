@@ -10,6 +10,7 @@
 #include "platform/Clock.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
+#include "platform/linux/QtImageCodec.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -102,9 +103,9 @@ public:
 
     std::unique_ptr<ClipboardItemManager> openManager()
     {
-        return std::make_unique<ClipboardItemManager>(openStore(),
-                                                      ImageStorage(imagesDirectoryIn(base())),
-                                                      m_fileReferences, m_defaults, m_clock);
+        return std::make_unique<ClipboardItemManager>(
+            openStore(), ImageStorage(imagesDirectoryIn(base()), m_codec, m_defaults, m_clock),
+            m_fileReferences, m_defaults, m_clock);
     }
 
     ClipboardItem copiedText()
@@ -117,6 +118,7 @@ public:
 
 private:
     WallClock m_clock;
+    QtImageCodec m_codec;
     QTemporaryDir m_directory;
     UserDefaults m_defaults{m_directory.filePath(u"tessarine.conf"_s)};
     InodeBookmarks m_bookmarks;

@@ -81,8 +81,9 @@ int runApplication(QApplication &application, SingleInstance &instance)
     const DescriptorFileAccess fileAccess(fileCalls);
     const FileReferences fileReferences(bookmarks, fileAccess, defaults);
     ClipboardItemManager itemManager(openHistoryStore(directory, clock),
-                                     ImageStorage(imagesDirectoryIn(directory)), fileReferences,
-                                     defaults, clock);
+                                     ImageStorage(imagesDirectoryIn(directory), codec, defaults,
+                                                  clock),
+                                     fileReferences, defaults, clock);
     PrivacySettingsManager privacySettings(defaults);
     HotkeySettingsManager hotkeySettings(defaults);
     ClipboardMonitor monitor(platform->pasteboard(), platform->workspace(), scheduler, clock,

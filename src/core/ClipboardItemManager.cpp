@@ -6,23 +6,18 @@
 #include "foundation/TaggedLog.h"
 #include "platform/Clock.h"
 
-#include <algorithm>
 #include <exception>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QList<QUuid> idsOf(const ClipboardItemList &items)
+ClipboardItemManager::Departures &
+ClipboardItemManager::Departures::operator+=(const Departures &other)
 {
-    QList<QUuid> ids;
-    ids.reserve(items.size());
-    for (const ClipboardItemPointer &item : items)
-        ids.append(item->id);
-    return ids;
+    ids += other.ids;
+    withFiles += other.withFiles;
+    return *this;
 }
-
-} // namespace
 
 ClipboardItemManager::ClipboardItemManager(std::unique_ptr<ClipboardHistoryStore> store,
                                            ImageStorage imageStorage,
@@ -58,9 +53,12 @@ qint64 ClipboardItemManager::diskUsageBytes() const
     return ::diskUsageBytes(items(), imagesDirectory());
 }
 
-void ClipboardItemManager::addItem(ClipboardItem item)
+void ClipboardItemManager::addItem(ClipboardItem item, Completion completion)
 {
-    m_isolationQueue.barrier([this, item = std::move(item)] { insert(item); });
+    m_isolationQueue.barrier(
+        [this, item = std::move(item), completion = std::move(completion)]() mutable {
+            insert(std::move(item), std::move(completion));
+        });
 }
 
 void ClipboardItemManager::removeItem(const QUuid &id, Completion completion)
@@ -82,12 +80,13 @@ void ClipboardItemManager::clearHistory(Favorites favorites, Completion completi
 void ClipboardItemManager::enforceCurrentLimits(Completion completion)
 {
     m_isolationQueue.barrier([this, completion = std::move(completion)] {
-        const QList<QUuid> evictedIds = applyLimits();
-        persist(u"enforce current limits"_s, [this, evictedIds](ClipboardHistoryStore &store) {
-            if (!evictedIds.isEmpty())
-                store.markItemsDeleted(evictedIds);
-            const QStringList fileNames = m_imageStorage.fileNames();
-            m_imageStorage.removeUnreferencedFiles(fileNames, items());
+        Departures evicted;
+        applyLimits(evicted);
+        // The sweep takes the files of what was evicted with it.
+        persist(u"enforce current limits"_s, [this, ids = evicted.ids](ClipboardHistoryStore &store) {
+            if (!ids.isEmpty())
+                store.markItemsDeleted(ids);
+            sweepImageFiles();
         });
         complete(completion);
     });
@@ -107,7 +106,7 @@ void ClipboardItemManager::updateTags(const QUuid &id, const QStringList &tags)
         ClipboardItem item = *m_items.items().at(*index);
         item.tags = tags;
         item.markChanged(ClipboardItem::ContentHash::Keep, m_clock.now());
-        persistUpsert(u"update tags"_s, replaceAt(*index, std::move(item)), {});
+        persistChange(u"update tags"_s, replaceAt(*index, std::move(item)), {});
     });
 }
 
@@ -159,6 +158,9 @@ void ClipboardItemManager::refreshStaleBookmark(const ClipboardItem &item, const
 void ClipboardItemManager::drain()
 {
     m_isolationQueue.drain();
+    m_pictureQueue.drain();
+    // A picture that has its files still has to be named, and only then is it written.
+    m_isolationQueue.drain();
     m_persistenceQueue.drain();
 }
 
@@ -170,35 +172,47 @@ void ClipboardItemManager::load()
         printLine(u"Failed to load clipboard history: "_s + QString::fromUtf8(error.what()));
         return;
     }
-    const QList<QUuid> evictedIds = applyLimits();
-    if (!evictedIds.isEmpty()) {
-        persist(u"normalize loaded history"_s, [evictedIds](ClipboardHistoryStore &store) {
-            store.markItemsDeleted(evictedIds);
-        });
-    }
+    Departures evicted;
+    applyLimits(evicted);
+    persistChange(u"normalize loaded history"_s, nullptr, evicted);
     printLine(u"Loaded %1 items from disk"_s.arg(m_items.items().size()));
 }
 
-void ClipboardItemManager::persist(const QString &label, StoreWork work)
+void ClipboardItemManager::persist(const QString &label, StoreWork work,
+                                   ClipboardItemList withFiles)
 {
-    m_persistenceQueue.enqueue([this, label, work = std::move(work)] {
+    m_persistenceQueue.enqueue([this, label, work = std::move(work),
+                                withFiles = std::move(withFiles)] {
         try {
             work(*m_historyStore);
+            if (!withFiles.isEmpty())
+                m_imageStorage.deleteImageFiles(withFiles, items());
         } catch (const std::exception &error) {
             printLine(u"Failed to %1: %2"_s.arg(label, QString::fromUtf8(error.what())));
         }
     });
 }
 
-void ClipboardItemManager::persistUpsert(const QString &label, ClipboardItemPointer item,
-                                         QList<QUuid> deletedIds)
+void ClipboardItemManager::persistChange(const QString &label, ClipboardItemPointer item,
+                                         const Departures &departures)
 {
-    persist(label, [item = std::move(item), deletedIds](ClipboardHistoryStore &store) {
+    if (item && m_pendingPictures.contains(item->id))
+        item.reset(); // The row that is to come holds this change too.
+    if (!item && departures.isEmpty())
+        return;
+    const auto work = [item = std::move(item), ids = departures.ids](ClipboardHistoryStore &store) {
         if (item)
             store.upsertItem(*item);
-        if (!deletedIds.isEmpty())
-            store.markItemsDeleted(deletedIds);
-    });
+        if (!ids.isEmpty())
+            store.markItemsDeleted(ids);
+    };
+    persist(label, work, departures.withFiles);
+}
+
+void ClipboardItemManager::sweepImageFiles()
+{
+    const QStringList fileNames = m_imageStorage.fileNames();
+    m_imageStorage.removeUnreferencedFiles(fileNames, items());
 }
 
 void ClipboardItemManager::complete(Completion completion)
@@ -207,61 +221,66 @@ void ClipboardItemManager::complete(Completion completion)
         QMetaObject::invokeMethod(this, std::move(completion), Qt::QueuedConnection);
 }
 
-void ClipboardItemManager::insert(ClipboardItem item)
+void ClipboardItemManager::insert(ClipboardItem item, Completion completion)
 {
     if (item.contentType == ClipboardContentType::Image && item.imageRepresentation
         && !item.imageDigest)
         item.imageDigest = sha256Hex(*item.imageRepresentation);
     item.markChanged(ClipboardItem::ContentHash::Refresh, m_clock.now());
 
-    QList<QUuid> deletedIds;
-    ClipboardItemPointer replacedImage;
-    if (const auto index = m_items.firstDuplicateIndex(item)) {
-        const ClipboardItemPointer old = m_items.items().at(*index);
-        deletedIds.append(old->id);
-        item.isFavorite = item.isFavorite || old->isFavorite;
-        const bool isImage = item.contentType == ClipboardContentType::Image;
-        if (isImage && item.imageRepresentation && !item.imageFileName && old->imageFileName) {
-            item.imageFileName = old->imageFileName;
-            item.imageThumbnailFileName = old->imageThumbnailFileName;
-            item.imageRepresentation.reset();
-        } else if (isImage) {
-            replacedImage = old;
-        } else {
-            m_imageStorage.deleteImageFiles(*old);
-        }
-        m_items.removeAt(*index);
-    }
-
-    storeImage(item);
-    if (replacedImage && replacedImage->imageFileName != item.imageFileName)
-        m_imageStorage.deleteImageFiles(*replacedImage);
-
-    auto added = std::make_shared<const ClipboardItem>(std::move(item));
+    Departures departures = takeDuplicateOf(item);
+    const bool isPicture
+        = item.contentType == ClipboardContentType::Image && item.imageRepresentation;
+    const auto added = std::make_shared<const ClipboardItem>(std::move(item));
     m_items.insert(added);
-    deletedIds += applyLimits();
-    persistUpsert(u"persist clipboard item"_s, std::move(added), deletedIds);
+    applyLimits(departures);
+
+    // A capacity that is full of newer entries may have taken it out again.
+    if (!isPicture || !m_items.indexOf(added->id)) {
+        persistChange(u"persist clipboard item"_s, added, departures);
+        return complete(std::move(completion));
+    }
+    m_pendingPictures.insert(added->id, departures);
+    m_pictureQueue.enqueue([this, id = added->id, completion = std::move(completion)] {
+        storePicture(id, completion);
+    });
+}
+/// Takes out the entry that \a item replaces, and lets it inherit what there is to inherit.
+ClipboardItemManager::Departures ClipboardItemManager::takeDuplicateOf(ClipboardItem &item)
+{
+    Departures departures;
+    const auto index = m_items.firstDuplicateIndex(item);
+    if (!index)
+        return departures;
+    const ClipboardItemPointer old = m_items.items().at(*index);
+    item.isFavorite = item.isFavorite || old->isFavorite;
+    const bool isImage = item.contentType == ClipboardContentType::Image;
+    if (isImage && item.imageRepresentation && !item.imageFileName && old->imageFileName) {
+        item.imageFileName = old->imageFileName;
+        item.imageThumbnailFileName = old->imageThumbnailFileName;
+        item.imageRepresentation.reset();
+    }
+    const bool areFilesShared = isImage && item.imageFileName == old->imageFileName;
+    m_items.removeAt(*index);
+    depart(old, areFilesShared ? Files::Keep : Files::Delete, departures);
+    return departures;
 }
 
-void ClipboardItemManager::storeImage(ClipboardItem &item)
+/// Notes that \a item has left the list.
+void ClipboardItemManager::depart(const ClipboardItemPointer &item, Files files,
+                                  Departures &departures)
 {
-    if (item.contentType != ClipboardContentType::Image || !item.imageRepresentation)
-        return;
-    ImageStorage::SavedImage saved = m_imageStorage.saveImage(*item.imageRepresentation);
-    if (!saved.fileName)
-        return;
-    item.imageFileName = std::move(saved.fileName);
-    item.imageThumbnailFileName = std::move(saved.thumbnailFileName);
-    item.imageRepresentation.reset();
-    item.contentHash = computeContentHash(item);
+    // What was to be written with its row is written with its end.
+    departures += m_pendingPictures.take(item->id);
+    departures.ids.append(item->id);
+    if (files == Files::Delete && (item->imageFileName || item->imageThumbnailFileName))
+        departures.withFiles.append(item);
 }
 
-QList<QUuid> ClipboardItemManager::applyLimits()
+void ClipboardItemManager::applyLimits(Departures &departures)
 {
-    const ClipboardItemList evicted = m_items.trim(capacity());
-    for (const ClipboardItemPointer &item : evicted)
-        m_imageStorage.deleteImageFiles(*item);
-    return idsOf(evicted);
+    for (const ClipboardItemPointer &item : m_items.trim(capacity()))
+        depart(item, Files::Delete, departures);
 }
 
 void ClipboardItemManager::remove(const QUuid &id)
@@ -269,30 +288,33 @@ void ClipboardItemManager::remove(const QUuid &id)
     const auto index = m_items.indexOf(id);
     if (!index)
         return;
-    m_imageStorage.deleteImageFiles(*m_items.items().at(*index));
+    const ClipboardItemPointer item = m_items.items().at(*index);
     m_items.removeAt(*index);
-    persist(u"delete clipboard item"_s,
-            [id](ClipboardHistoryStore &store) { store.markItemsDeleted({id}); });
+    Departures departures;
+    depart(item, Files::Delete, departures);
+    persistChange(u"delete clipboard item"_s, nullptr, departures);
 }
 
 void ClipboardItemManager::clear(Favorites favorites)
 {
-    ClipboardItemList deleted;
+    Departures departures;
     ClipboardItemList kept;
     for (const ClipboardItemPointer &item : m_items.items()) {
-        const bool isKept = favorites == Favorites::Keep && item->isFavorite;
-        (isKept ? kept : deleted).append(item);
+        if (favorites == Favorites::Keep && item->isFavorite)
+            kept.append(item);
+        else
+            depart(item, Files::Delete, departures);
     }
-    for (const ClipboardItemPointer &item : std::as_const(deleted))
-        m_imageStorage.deleteImageFiles(*item);
     m_items.assign(std::move(kept));
+    // No tombstone is to come after those that are purged now.
+    for (Departures &pending : m_pendingPictures)
+        departures += std::exchange(pending, {});
 
-    const QList<QUuid> ids = idsOf(deleted);
-    persist(u"delete clipboard items"_s, [this, ids](ClipboardHistoryStore &store) {
+    // The sweep takes the files of what was deleted with it.
+    persist(u"delete clipboard items"_s, [this, ids = departures.ids](ClipboardHistoryStore &store) {
         store.hardDeleteItems(ids);
         store.purgeDeletedItems();
-        const QStringList fileNames = m_imageStorage.fileNames();
-        m_imageStorage.removeUnreferencedFiles(fileNames, items());
+        sweepImageFiles();
         try {
             store.compactStorage();
         } catch (const std::exception &error) {
@@ -317,11 +339,12 @@ void ClipboardItemManager::invertFavorite(const QUuid &id)
     item.isFavorite = !item.isFavorite;
     item.markChanged(ClipboardItem::ContentHash::Keep, m_clock.now());
     ClipboardItemPointer changed = replaceAt(*index, std::move(item));
-    const QList<QUuid> evictedIds = applyLimits();
+    Departures evicted;
+    applyLimits(evicted);
     // Without its star the entry may have been the one too many.
-    if (evictedIds.contains(id))
+    if (evicted.ids.contains(id))
         changed.reset();
-    persistUpsert(u"toggle favorite"_s, std::move(changed), evictedIds);
+    persistChange(u"toggle favorite"_s, std::move(changed), evicted);
 }
 
 std::optional<ClipboardItem> ClipboardItemManager::replaceText(const QUuid &id, const QString &text)
@@ -344,7 +367,7 @@ std::optional<ClipboardItem> ClipboardItemManager::replaceText(const QUuid &id, 
     item.htmlRepresentation.reset();
     item.rtfRepresentation.reset();
     item.markChanged(ClipboardItem::ContentHash::Refresh, m_clock.now());
-    persistUpsert(u"update text content"_s, replaceAt(*index, item), {});
+    persistChange(u"update text content"_s, replaceAt(*index, item), {});
     return item;
 }
 
@@ -367,7 +390,7 @@ void ClipboardItemManager::replaceBookmark(const QUuid &id, const QByteArray &bo
     }
     item.fileBookmarkData = bookmark;
     item.markChanged(ClipboardItem::ContentHash::Refresh, m_clock.now());
-    persistUpsert(u"refresh stale file bookmark"_s, replaceAt(*index, std::move(item)), {});
+    persistChange(u"refresh stale file bookmark"_s, replaceAt(*index, std::move(item)), {});
     log(u"updated"_s, u" bytes="_s + QString::number(bookmark.size()));
 }
 
@@ -381,7 +404,9 @@ void ClipboardItemManager::editTags(const QString &label, const QString &name,
         ClipboardItem item = *m_items.items().at(index);
         edit(item.tags);
         item.markChanged(ClipboardItem::ContentHash::Keep, m_clock.now());
-        changed.append(replaceAt(index, std::move(item)));
+        ClipboardItemPointer edited = replaceAt(index, std::move(item));
+        if (!m_pendingPictures.contains(edited->id))
+            changed.append(std::move(edited));
     }
     if (changed.isEmpty())
         return;
@@ -401,4 +426,63 @@ ClipboardItemPointer ClipboardItemManager::replaceAt(qsizetype index, ClipboardI
     auto pointer = std::make_shared<const ClipboardItem>(std::move(item));
     m_items.replaceAt(index, pointer);
     return pointer;
+}
+
+void ClipboardItemManager::storePicture(const QUuid &id, const Completion &completion)
+{
+    const ClipboardItemPointer item = pendingPicture(id);
+    if (!item)
+        return complete(completion);
+    ImageStorage::SavedImage saved;
+    try {
+        saved = m_imageStorage.saveImage(*item->imageRepresentation);
+    } catch (const std::exception &error) {
+        // Most likely the memory did not suffice. The entry has to get its row all the same.
+        printLine(u"Failed to save image: "_s + QString::fromUtf8(error.what()));
+    }
+    m_isolationQueue.barrier([this, item, saved, completion] {
+        namePicture(*item, saved);
+        complete(completion);
+    });
+}
+
+/// Absent if the entry has gone meanwhile, or has got the files of an equal one.
+ClipboardItemPointer ClipboardItemManager::pendingPicture(const QUuid &id) const
+{
+    return m_isolationQueue.read([this, &id]() -> ClipboardItemPointer {
+        const auto index = m_items.indexOf(id);
+        return index && m_pendingPictures.contains(id) ? m_items.items().at(*index) : nullptr;
+    });
+}
+
+/// Gives the files of \a stored to the entry, and the entry to the store.
+void ClipboardItemManager::namePicture(const ClipboardItem &stored,
+                                       const ImageStorage::SavedImage &saved)
+{
+    const auto index = indexToName(stored, saved);
+    if (!index)
+        return m_persistenceQueue.enqueue([this, saved] { m_imageStorage.deleteImageFiles(saved); });
+    ClipboardItem item = *m_items.items().at(*index);
+    if (saved.fileName) {
+        item.imageFileName = saved.fileName;
+        item.imageThumbnailFileName = saved.thumbnailFileName;
+        item.imageRepresentation.reset();
+        item.contentHash = computeContentHash(item);
+    }
+    const Departures departures = m_pendingPictures.take(item.id);
+    persistChange(u"persist clipboard item"_s, replaceAt(*index, std::move(item)), departures);
+}
+
+std::optional<qsizetype>
+ClipboardItemManager::indexToName(const ClipboardItem &stored,
+                                  const ImageStorage::SavedImage &saved) const
+{
+    if (m_pendingPictures.contains(stored.id))
+        return m_items.indexOf(stored.id);
+    // The same picture may have been copied again meanwhile. It is stored once more only if there
+    // is nothing to share.
+    const auto again = saved.fileName ? m_items.firstDuplicateIndex(stored) : std::nullopt;
+    if (again && m_pendingPictures.contains(m_items.items().at(*again)->id))
+        return again;
+    return std::nullopt;
 }

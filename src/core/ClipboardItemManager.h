@@ -6,6 +6,7 @@
 #include "core/ImageStorage.h"
 #include "foundation/IsolationQueue.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <functional>
@@ -20,6 +21,10 @@ class UserDefaults;
 /// behind every change. Every operation may be called from any thread and returns at once; a
 /// completion runs on the thread of the manager, after the list has changed and without waiting for
 /// the store. Ending the manager writes what is still queued.
+///
+/// A copied picture is in the list at once, with its bytes. Its files are made on a queue of their
+/// own; the entry gets their names, and only then its row in the store, so that no row ever names
+/// a file that is not there. For the same reason files go only after the row that names them.
 class ClipboardItemManager : public QObject
 {
     Q_OBJECT
@@ -50,8 +55,9 @@ public:
     qint64 diskUsageBytes() const;
 
     /// Puts \a item at the front. An entry with the same content goes; of it the new one keeps
-    /// nothing but being a favourite. The hash of \a item need not be computed.
-    void addItem(ClipboardItem item);
+    /// nothing but being a favourite. The hash of \a item need not be computed. The completion runs
+    /// when a picture has got its files too, or has failed to.
+    void addItem(ClipboardItem item, Completion completion = {});
 
     void removeItem(const QUuid &id, Completion completion);
 
@@ -86,7 +92,7 @@ public:
     /// entry keeps its place.
     void refreshStaleBookmark(const ClipboardItem &item, const QUrl &url, bool isStale);
 
-    /// Waits until every change so far is in the store.
+    /// Waits until every change so far is in the store, and every picture in its files.
     void drain();
 
 signals:
@@ -96,15 +102,29 @@ signals:
 private:
     using StoreWork = std::function<void(ClipboardHistoryStore &)>;
 
+    /// Entries that have left the list with one change.
+    struct Departures
+    {
+        QList<QUuid> ids; ///< To be marked as deleted.
+        ClipboardItemList withFiles; ///< Whose files go as well, once the ids are marked.
+
+        bool isEmpty() const { return ids.isEmpty(); }
+        Departures &operator+=(const Departures &other);
+    };
+
     void load();
-    void persist(const QString &label, StoreWork work);
-    void persistUpsert(const QString &label, ClipboardItemPointer item, QList<QUuid> deletedIds);
+    void persist(const QString &label, StoreWork work, ClipboardItemList withFiles = {});
+    void persistChange(const QString &label, ClipboardItemPointer item,
+                       const Departures &departures);
+    void sweepImageFiles();
     void complete(Completion completion);
 
     // Inside a barrier block.
-    void insert(ClipboardItem item);
-    void storeImage(ClipboardItem &item);
-    QList<QUuid> applyLimits();
+    void insert(ClipboardItem item, Completion completion);
+    Departures takeDuplicateOf(ClipboardItem &item);
+    enum class Files { Keep, Delete };
+    void depart(const ClipboardItemPointer &item, Files files, Departures &departures);
+    void applyLimits(Departures &departures);
     void remove(const QUuid &id);
     void clear(Favorites favorites);
     void invertFavorite(const QUuid &id);
@@ -113,6 +133,13 @@ private:
     void editTags(const QString &label, const QString &name,
                   const std::function<void(QStringList &)> &edit);
     ClipboardItemPointer replaceAt(qsizetype index, ClipboardItem item);
+    void namePicture(const ClipboardItem &stored, const ImageStorage::SavedImage &saved);
+    std::optional<qsizetype> indexToName(const ClipboardItem &stored,
+                                         const ImageStorage::SavedImage &saved) const;
+
+    // On the queue of pictures.
+    void storePicture(const QUuid &id, const Completion &completion);
+    ClipboardItemPointer pendingPicture(const QUuid &id) const;
 
     const FileReferences &m_fileReferences;
     const UserDefaults &m_defaults;
@@ -120,7 +147,11 @@ private:
     ImageStorage m_imageStorage;
     std::unique_ptr<ClipboardHistoryStore> m_historyStore; ///< Belongs to the persistence queue.
     HistoryList m_items; ///< Belongs to the isolation queue.
+    /// The entries whose picture is on its way to a file. They have no row yet; each gets one, as it
+    /// is then, with what has departed for it. Belongs to the isolation queue.
+    QHash<QUuid, Departures> m_pendingPictures;
     // The queues end before what their work touches.
     mutable SerialQueue m_persistenceQueue{"tessarine.persistence"};
     mutable IsolationQueue m_isolationQueue{"tessarine.isolation"};
+    SerialQueue m_pictureQueue{"tessarine.pictures"};
 };

@@ -7,6 +7,7 @@
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFiles.h"
 #include "tests/fakes/FakeGlobalHotkey.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 #include "tests/fakes/FakeScheduler.h"
@@ -93,6 +94,7 @@ private slots:
 private:
     void pressHotkey() { m_hotkey->onPressed(); }
 
+    FakeImageCodec m_codec;
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
@@ -129,8 +131,9 @@ void AppDelegateTest::init()
     m_hotkey = std::make_unique<FakeGlobalHotkey>();
     m_history = std::make_shared<MemoryHistory>();
     m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history), ImageStorage(m_directory->path()),
-        m_files->references, *m_defaults, *m_clock);
+        std::make_unique<MemoryHistoryStore>(m_history),
+        ImageStorage(m_directory->path(), m_codec, *m_defaults, *m_clock), m_files->references,
+        *m_defaults, *m_clock);
     m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
     m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
     m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,

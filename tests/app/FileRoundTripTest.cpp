@@ -10,6 +10,7 @@
 #include "platform/linux/InodeBookmarks.h"
 #include "platform/linux/UriList.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeScheduler.h"
@@ -121,7 +122,8 @@ struct FileRoundTripTest::Run
         : defaults(data.filePath(u"test.conf"_s))
         , bookmarks(BoundedCalls(patience))
         , access(BoundedCalls(patience))
-        , manager(open(data, store, clock), ImageStorage(data.filePath(u"images"_s)), references,
+        , manager(open(data, store, clock),
+                  ImageStorage(data.filePath(u"images"_s), codec, defaults, clock), references,
                   defaults, clock)
         , monitor(pasteboard, workspace, scheduler, clock, manager, privacy, references)
     {
@@ -147,6 +149,7 @@ struct FileRoundTripTest::Run
     FakeWorkspace workspace;
     FakePasteKeystroke keystroke;
     FakeScheduler scheduler;
+    FakeImageCodec codec;
     ClipboardItemManager manager;
     ClipboardMonitor monitor;
     PastePipeline pipeline{pasteboard, workspace, keystroke, scheduler, monitor, manager, defaults};

@@ -6,6 +6,7 @@
 #include "foundation/UserDefaults.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFiles.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeScheduler.h"
@@ -59,7 +60,8 @@ private slots:
         m_clock = std::make_unique<FakeClock>();
         m_items = std::make_unique<ClipboardItemManager>(
             std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
-            ImageStorage(m_directory->path()), m_files->references, *m_defaults, *m_clock);
+            ImageStorage(m_directory->path(), m_codec, *m_defaults, *m_clock), m_files->references,
+            *m_defaults, *m_clock);
         m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
                                                        *m_clock, *m_items, *m_privacy,
                                                        m_files->references);
@@ -536,6 +538,7 @@ private:
         return item.id.toString(QUuid::WithoutBraces).toUpper();
     }
 
+    FakeImageCodec m_codec;
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<UserDefaults> m_defaults;

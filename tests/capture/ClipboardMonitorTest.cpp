@@ -7,6 +7,7 @@
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakeScheduler.h"
 #include "tests/fakes/FakeWorkspace.h"
@@ -83,7 +84,8 @@ private slots:
         m_clock = std::make_unique<FakeClock>();
         m_items = std::make_unique<ClipboardItemManager>(
             std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
-            ImageStorage(m_directory->path()), *m_fileReferences, *m_defaults, *m_clock);
+            ImageStorage(m_directory->path(), m_codec, *m_defaults, *m_clock), *m_fileReferences,
+            *m_defaults, *m_clock);
         m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
                                                        *m_clock, *m_items, *m_privacy,
                                                        *m_fileReferences);
@@ -458,6 +460,15 @@ private slots:
         QVERIFY(m_printed->contains(u"Detected: Image remote=false"_s));
     }
 
+    void theDigestOfAPictureComesWithIt()
+    {
+        PasteboardSnapshot snapshot;
+        addImage(snapshot, PasteboardType::kPng);
+        snapshot.image->digest = "a digest";
+        capture(snapshot);
+        QCOMPARE(m_captured.first().imageDigest, "a digest"_ba);
+    }
+
     void whatCannotBeKeptIsReported_data()
     {
         QTest::addColumn<PasteboardSnapshot>("snapshot");
@@ -687,6 +698,7 @@ private:
         return path;
     }
 
+    FakeImageCodec m_codec;
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<UserDefaults> m_defaults;

@@ -3,6 +3,7 @@
 #include "foundation/UserDefaults.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFiles.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/MemoryHistoryStore.h"
 #include "tests/fakes/PrintedLines.h"
 
@@ -51,6 +52,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_directory;
     FakeClock m_clock;
+    FakeImageCodec m_codec;
     std::unique_ptr<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
     std::unique_ptr<FakeFiles> m_files;
@@ -67,8 +69,9 @@ void ClipboardItemManagerFilesTest::init()
     m_files = std::make_unique<FakeFiles>(*m_defaults);
     m_history = std::make_shared<MemoryHistory>();
     m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history), ImageStorage(m_directory->path()),
-        m_files->references, *m_defaults, m_clock);
+        std::make_unique<MemoryHistoryStore>(m_history),
+        ImageStorage(m_directory->path(), m_codec, *m_defaults, m_clock), m_files->references,
+        *m_defaults, m_clock);
 }
 
 void ClipboardItemManagerFilesTest::cleanup()
@@ -183,8 +186,9 @@ void ClipboardItemManagerFilesTest::aSynchronisedEntryIsPendingAfterwards()
     item.lastSyncTime = m_clock.now();
     m_history->records.append(item);
     m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history), ImageStorage(m_directory->path()),
-        m_files->references, *m_defaults, m_clock);
+        std::make_unique<MemoryHistoryStore>(m_history),
+        ImageStorage(m_directory->path(), m_codec, *m_defaults, m_clock), m_files->references,
+        *m_defaults, m_clock);
     refresh(item);
     QCOMPARE(current(item).syncStatus, SyncStatus::Pending);
     QVERIFY(!current(item).lastSyncTime);

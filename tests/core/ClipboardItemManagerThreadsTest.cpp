@@ -3,6 +3,7 @@
 #include "foundation/UserDefaults.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFiles.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/MemoryHistoryStore.h"
 #include "tests/fakes/PrintedLines.h"
 
@@ -79,6 +80,7 @@ private:
 
     std::optional<QTemporaryDir> m_directory;
     FakeClock m_clock;
+    FakeImageCodec m_codec;
     std::optional<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
     std::unique_ptr<FakeFiles> m_files;
@@ -100,8 +102,8 @@ void ClipboardItemManagerThreadsTest::init()
     m_history = std::make_shared<MemoryHistory>();
     m_manager = std::make_unique<ClipboardItemManager>(
         std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_directory->filePath(u"images"_s)), m_files->references, *m_defaults,
-        m_clock);
+        ImageStorage(m_directory->filePath(u"images"_s), m_codec, *m_defaults, m_clock),
+        m_files->references, *m_defaults, m_clock);
     m_readCount = 0;
     m_changeCount = 0;
     m_complaints.clear();

@@ -9,6 +9,7 @@
 #include "persistence/OpenHistoryStore.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
+#include "platform/linux/QtImageCodec.h"
 #include "platform/linux/SystemClock.h"
 
 #include <QCoreApplication>
@@ -30,12 +31,13 @@ int main(int argc, char **argv)
     const QString &base = arguments.at(2);
     const UserDefaults defaults(arguments.at(3));
     const SystemClock clock;
+    const QtImageCodec codec;
     const InodeBookmarks bookmarks;
     const DescriptorFileAccess fileAccess;
     const FileReferences fileReferences(bookmarks, fileAccess, defaults);
     ClipboardItemManager manager(openHistoryStore(base, clock),
-                                 ImageStorage(imagesDirectoryIn(base)), fileReferences, defaults,
-                                 clock);
+                                 ImageStorage(imagesDirectoryIn(base), codec, defaults, clock),
+                                 fileReferences, defaults, clock);
     if (task == u"clear"_s)
         manager.clearHistory(ClipboardItemManager::Favorites::Clear, {});
     else

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -15,6 +16,8 @@ struct MemoryHistory
     QList<ClipboardItem> records;
     QStringList calls; ///< The names of the operations, in order.
     QStringList failing; ///< Operations that throw "out of order".
+    /// Called at the beginning of each operation with its name, on the thread of the store.
+    std::function<void(const QString &call)> onCall;
 
     QList<ClipboardItem> live()
     {
@@ -102,6 +105,8 @@ private:
     {
         const std::lock_guard lock(m_history->mutex);
         m_history->calls.append(call);
+        if (m_history->onCall)
+            m_history->onCall(call);
         if (m_history->failing.contains(call))
             throw StoreError("out of order");
     }

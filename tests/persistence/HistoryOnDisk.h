@@ -5,6 +5,7 @@
 #include "persistence/OpenHistoryStore.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFiles.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/fakes/PrintedLines.h"
 #include "tests/fakes/SampleItems.h"
 #include "tests/persistence/RawDatabase.h"
@@ -30,9 +31,10 @@ public:
     {
         m_manager.reset();
         m_printed.emplace();
-        m_manager = std::make_unique<ClipboardItemManager>(openHistoryStore(base(), m_clock),
-                                                           ImageStorage(imagesDirectoryIn(base())),
-                                                           m_files.references, m_defaults, m_clock);
+        m_manager = std::make_unique<ClipboardItemManager>(
+            openHistoryStore(base(), m_clock),
+            ImageStorage(imagesDirectoryIn(base()), m_codec, m_defaults, m_clock),
+            m_files.references, m_defaults, m_clock);
     }
 
     /// Ends with everything in the store.
@@ -71,6 +73,7 @@ public:
 private:
     QTemporaryDir m_directory;
     FakeClock m_clock;
+    FakeImageCodec m_codec;
     UserDefaults m_defaults;
     FakeFiles m_files{m_defaults};
     std::optional<PrintedLines> m_printed;

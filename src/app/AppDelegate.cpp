@@ -23,6 +23,7 @@ void AppDelegate::applicationDidFinishLaunching()
     QGuiApplication::setQuitOnLastWindowClosed(false);
     setupStatusItem();
     m_with.monitor.onNewClipboardItem = [this](const ClipboardItem &item) { handleNewItem(item); };
+    m_with.monitor.onPictureStored = [this] { refreshWindow(); };
     m_with.pastePipeline.onHideWindow = [this] {
         if (m_searchWindow)
             m_searchWindow->hide();
@@ -127,6 +128,11 @@ void AppDelegate::handleNewItem(const ClipboardItem &item)
         return;
     }
     printLine(u"New clipboard item: "_s + rawValue(item.contentType));
+    refreshWindow();
+}
+
+void AppDelegate::refreshWindow()
+{
     // Reading the list waits for the insertion, so it is only read for somebody who looks at it.
     if (m_searchWindow)
         m_searchWindow->updateItems(m_with.itemManager.items());

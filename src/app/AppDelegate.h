@@ -56,6 +56,7 @@ private:
     void refreshMenuTitles();
     void hotkeySettingsChanged(const HotkeySettings &settings);
     void handleNewItem(const ClipboardItem &item);
+    void refreshWindow();
     void recordPreviouslyActiveApp();
     void createWindow(const ClipboardItemList &items);
     void dropWindow();

@@ -2,6 +2,8 @@
 
 #include "core/ClipboardItemManager.h"
 
+#include <QPointer>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -81,7 +83,15 @@ void ClipboardMonitor::processClipboardChange(const PasteboardSnapshot &snapshot
     const auto item = m_itemFactory.makeClipboardItem(snapshot);
     if (!item)
         return;
-    m_itemManager.addItem(*item);
+    m_itemManager.addItem(*item, item->imageRepresentation ? pictureCompletion() : nullptr);
     if (onNewClipboardItem)
         onNewClipboardItem(*item);
+}
+
+std::function<void()> ClipboardMonitor::pictureCompletion()
+{
+    return [monitor = QPointer(this)] {
+        if (monitor && monitor->onPictureStored)
+            monitor->onPictureStored();
+    };
 }

@@ -46,6 +46,9 @@ public:
     /// Called for each captured entry, after it was handed to the history.
     std::function<void(const ClipboardItem &item)> onNewClipboardItem;
 
+    /// Called some time after a picture was captured, when its entry has got its files.
+    std::function<void()> onPictureStored;
+
 signals:
     /// The user's flag was set or cleared.
     void clipboardMonitorPauseStateChanged();
@@ -53,6 +56,7 @@ signals:
 private:
     void checkForChanges();
     void processClipboardChange(const PasteboardSnapshot &snapshot);
+    std::function<void()> pictureCompletion();
 
     Pasteboard &m_pasteboard;
     Scheduler &m_scheduler;

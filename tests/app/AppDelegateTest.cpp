@@ -84,6 +84,7 @@ private slots:
     void hiddenWindowIsDroppedAndTheNextOpeningBuildsANewOne();
     void openingRecordsTheEarlierProgramButNeverThisOne();
     void newItemReachesTheOpenWindow();
+    void storedPictureReachesTheOpenWindow();
     void itemDuringAPasteIsIgnored();
     void chosenItemIsPastedIntoTheRecordedProgram();
     void refusedHotkeyIsPrintedAndTheProgramGoesOn();
@@ -236,6 +237,19 @@ void AppDelegateTest::newItemReachesTheOpenWindow()
     QCOMPARE(m_window.items.size(), 1);
     QCOMPARE(m_window.items.first()->stringValue->toString(), u"fresh"_s);
     QVERIFY(m_printed->contains(u"New clipboard item: text"_s));
+}
+
+void AppDelegateTest::storedPictureReachesTheOpenWindow()
+{
+    pressHotkey();
+    PasteboardSnapshot snapshot;
+    snapshot.types = {PasteboardType::kPng.toString()};
+    snapshot.image = PasteboardImage{"pixels", QSize(2, 1)};
+    m_pasteboard->copy(snapshot);
+    m_scheduler->advance(500ms);
+    QCOMPARE(m_window.items.size(), 1);
+    QTRY_VERIFY(m_window.items.first()->imageThumbnailFileName);
+    QVERIFY(!m_window.items.first()->imageRepresentation);
 }
 
 void AppDelegateTest::itemDuringAPasteIsIgnored()

@@ -469,6 +469,28 @@ private slots:
         QCOMPARE(m_captured.first().imageDigest, "a digest"_ba);
     }
 
+    void aStoredPictureIsTold()
+    {
+        int count = 0;
+        m_monitor->onPictureStored = [&count] { ++count; };
+        PasteboardSnapshot snapshot;
+        addImage(snapshot, PasteboardType::kPng);
+        capture(snapshot);
+        QTRY_COMPARE(count, 1);
+        QVERIFY(m_items->items().first()->imageFileName);
+    }
+
+    void aPictureMayBeStoredAfterTheMonitorHasEnded()
+    {
+        PasteboardSnapshot snapshot;
+        addImage(snapshot, PasteboardType::kPng);
+        capture(snapshot);
+        m_monitor.reset();
+        m_items->drain();
+        QCoreApplication::processEvents();
+        QVERIFY(m_items->items().first()->imageFileName);
+    }
+
     void whatCannotBeKeptIsReported_data()
     {
         QTest::addColumn<PasteboardSnapshot>("snapshot");

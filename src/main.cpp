@@ -90,7 +90,7 @@ int runApplication(QApplication &application, SingleInstance &instance)
                              itemManager, privacySettings, fileReferences);
     PastePipeline pastePipeline(platform->pasteboard(), platform->workspace(),
                                 platform->pasteKeystroke(), scheduler, monitor, itemManager,
-                                defaults);
+                                defaults, codec);
     ApplicationNames applicationNames(platform->workspace());
     const HistoryWindowCollaborators windowCollaborators{
         platform->workspace(), platform->pointerMonitor(), platform->appearance(),

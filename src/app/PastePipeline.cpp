@@ -5,6 +5,7 @@
 #include "core/PasteboardWriting.h"
 #include "foundation/FilePath.h"
 #include "foundation/TaggedLog.h"
+#include "platform/ImageCodec.h"
 #include "platform/PasteKeystroke.h"
 #include "platform/Scheduler.h"
 
@@ -50,7 +51,7 @@ QString nameOrUnknown(const RunningApplication &application)
 PastePipeline::PastePipeline(Pasteboard &pasteboard, Workspace &workspace,
                              PasteKeystroke &keystroke, Scheduler &scheduler,
                              ClipboardMonitor &monitor, ClipboardItemManager &itemManager,
-                             const UserDefaults &defaults)
+                             const UserDefaults &defaults, const ImageCodec &codec)
     : m_pasteboard(pasteboard)
     , m_workspace(workspace)
     , m_keystroke(keystroke)
@@ -58,6 +59,7 @@ PastePipeline::PastePipeline(Pasteboard &pasteboard, Workspace &workspace,
     , m_monitor(monitor)
     , m_itemManager(itemManager)
     , m_defaults(defaults)
+    , m_codec(codec)
 {
 }
 
@@ -100,30 +102,12 @@ PasteboardContents PastePipeline::contentsOf(const ClipboardItem &item) const
 PasteboardContents PastePipeline::imageContents(const ClipboardItem &item) const
 {
     PasteboardContents contents;
-    if (item.imageFileName) {
-        const QString &name = *item.imageFileName;
-        if (auto bytes = readFile(QDir(m_itemManager.imagesDirectory()).filePath(name))) {
-            const QString extension = QFileInfo(name).suffix().toLower();
-            const QStringView type = typeForExtension(extension);
-            logDragPaste(m_defaults, [&] {
-                return u"writeImageToPasteboard from file name=%1 ext=%2 bytes=%3 type=%4"_s
-                    .arg(name, extension)
-                    .arg(bytes->size())
-                    .arg(type);
-            });
-            contents.add(type, std::move(*bytes));
-            return contents;
-        }
-        logDragPaste(m_defaults, [&] {
-            return u"writeImageToPasteboard failed reading file name=%1"_s.arg(name);
-        });
-    }
-    if (item.imageRepresentation) {
-        logDragPaste(m_defaults, [&] {
-            return u"writeImageToPasteboard from in-memory imageRepresentation -> tiff bytes=%1"_s
-                .arg(item.imageRepresentation->size());
-        });
-        contents.add(PasteboardType::kTiff, *item.imageRepresentation);
+    auto entry = imageOfFile(item);
+    if (!entry)
+        entry = item.imageRepresentation ? imageInMemory(*item.imageRepresentation)
+                                         : imageOfReloadedFile(item);
+    if (entry) {
+        contents.entries.append(std::move(*entry));
         return contents;
     }
     logDragPaste(m_defaults, [&] {
@@ -134,6 +118,60 @@ PasteboardContents PastePipeline::imageContents(const ClipboardItem &item) const
         return u"pasteItem image failed to write to NSPasteboard"_s;
     });
     return contents;
+}
+
+std::optional<PasteboardContents::Entry>
+PastePipeline::imageOfFile(const ClipboardItem &item) const
+{
+    if (!item.imageFileName)
+        return std::nullopt;
+    const QString &name = *item.imageFileName;
+    auto bytes = readFile(QDir(m_itemManager.imagesDirectory()).filePath(name));
+    if (!bytes) {
+        logDragPaste(m_defaults, [&] {
+            return u"writeImageToPasteboard failed reading file name=%1"_s.arg(name);
+        });
+        return std::nullopt;
+    }
+    const QString extension = QFileInfo(name).suffix().toLower();
+    const QStringView type = typeForExtension(extension);
+    logDragPaste(m_defaults, [&] {
+        return u"writeImageToPasteboard from file name=%1 ext=%2 bytes=%3 type=%4"_s
+            .arg(name, extension)
+            .arg(bytes->size())
+            .arg(type);
+    });
+    return PasteboardContents::Entry{type.toString(), std::move(*bytes)};
+}
+
+PasteboardContents::Entry PastePipeline::imageInMemory(const QByteArray &representation) const
+{
+    auto image = m_codec.tiffFromPicture(representation);
+    QByteArray bytes = image ? std::move(image->tiff) : representation;
+    logDragPaste(m_defaults, [&] {
+        const QString source = image ? u"from in-memory imageRepresentation -> tiff"_s
+                                     : u"fallback raw imageRepresentation"_s;
+        return u"writeImageToPasteboard %1 bytes=%2"_s.arg(source).arg(bytes.size());
+    });
+    return {PasteboardType::kTiff.toString(), std::move(bytes)};
+}
+
+/// A file that could not be read may be readable a moment later: it is on its way back from
+/// somebody's edit, or on a disk that had to wake up.
+std::optional<PasteboardContents::Entry>
+PastePipeline::imageOfReloadedFile(const ClipboardItem &item) const
+{
+    if (!item.imageFileName)
+        return std::nullopt;
+    const auto file = readFile(QDir(m_itemManager.imagesDirectory()).filePath(*item.imageFileName));
+    auto image = file ? m_codec.tiffFromPicture(*file) : std::nullopt;
+    if (!image)
+        return std::nullopt;
+    logDragPaste(m_defaults, [&] {
+        return u"writeImageToPasteboard fallback loadImage() -> tiff bytes=%1"_s.arg(
+            image->tiff.size());
+    });
+    return PasteboardContents::Entry{PasteboardType::kTiff.toString(), std::move(image->tiff)};
 }
 
 PasteboardContents PastePipeline::fileContents(const ClipboardItem &item) const

@@ -11,6 +11,7 @@
 
 class ClipboardItemManager;
 class ClipboardMonitor;
+class ImageCodec;
 class PasteKeystroke;
 class Scheduler;
 class UserDefaults;
@@ -27,7 +28,8 @@ public:
     /// Everything handed in must outlive the pipeline.
     PastePipeline(Pasteboard &pasteboard, Workspace &workspace, PasteKeystroke &keystroke,
                   Scheduler &scheduler, ClipboardMonitor &monitor,
-                  ClipboardItemManager &itemManager, const UserDefaults &defaults);
+                  ClipboardItemManager &itemManager, const UserDefaults &defaults,
+                  const ImageCodec &codec);
     ~PastePipeline();
     PastePipeline(const PastePipeline &) = delete;
     PastePipeline &operator=(const PastePipeline &) = delete;
@@ -53,6 +55,9 @@ public:
 private:
     PasteboardContents contentsOf(const ClipboardItem &item) const;
     PasteboardContents imageContents(const ClipboardItem &item) const;
+    std::optional<PasteboardContents::Entry> imageOfFile(const ClipboardItem &item) const;
+    PasteboardContents::Entry imageInMemory(const QByteArray &representation) const;
+    std::optional<PasteboardContents::Entry> imageOfReloadedFile(const ClipboardItem &item) const;
     PasteboardContents fileContents(const ClipboardItem &item) const;
     void refocus(const std::optional<RunningApplication> &target);
     void sendKeystroke();
@@ -67,6 +72,7 @@ private:
     ClipboardMonitor &m_monitor;
     ClipboardItemManager &m_itemManager;
     const UserDefaults &m_defaults;
+    const ImageCodec &m_codec;
     std::optional<RunningApplication> m_previouslyActiveApp;
     bool m_isPasting = false;
     /// Steps that are still to come look at it: once it is gone, so is the pipeline.

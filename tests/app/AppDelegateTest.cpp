@@ -142,7 +142,7 @@ void AppDelegateTest::init()
                                                    m_files->references);
     m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
                                                  *m_scheduler, *m_monitor, *m_manager,
-                                                 *m_defaults);
+                                                 *m_defaults, m_codec);
     m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_hotkey, *m_workspace,
         [this](const ClipboardItemList &items) {

@@ -152,7 +152,8 @@ struct FileRoundTripTest::Run
     FakeImageCodec codec;
     ClipboardItemManager manager;
     ClipboardMonitor monitor;
-    PastePipeline pipeline{pasteboard, workspace, keystroke, scheduler, monitor, manager, defaults};
+    PastePipeline pipeline{pasteboard, workspace, keystroke, scheduler,
+                           monitor,    manager,   defaults,  codec};
 };
 
 void FileRoundTripTest::init()

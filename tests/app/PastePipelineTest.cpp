@@ -67,7 +67,7 @@ private slots:
                                                        m_files->references);
         m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
                                                      *m_scheduler, *m_monitor, *m_items,
-                                                     *m_defaults);
+                                                     *m_defaults, m_codec);
         m_hideCount = 0;
         m_pipeline->onHideWindow = [this] { ++m_hideCount; };
     }
@@ -327,6 +327,46 @@ private slots:
         QVERIFY(!m_printed->contains(u"Failed to restore image data from history item"_s));
     }
 
+    void theBytesInMemoryGoOutAsTiff()
+    {
+        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
+        item.imageRepresentation = "pixels"_ba;
+        paste(item);
+        QCOMPARE(m_pasteboard->written.entries,
+                 Entries{entry(PasteboardType::kTiff, "tiff of pixels"_ba)});
+    }
+
+    void aFileThatCannotBeReadAtFirstIsTriedAgain()
+    {
+        m_defaults->set(u"debug.drag_paste_logging"_s, true);
+        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
+        item.imageFileName = u"late.jpg"_s;
+        QStringList lines;
+        setPrintSink([&](const QString &line) {
+            lines.append(line);
+            if (line.contains(u"failed reading file"_s))
+                writeFile(u"late.jpg"_s, "pixels"_ba);
+        });
+        paste(item);
+        QCOMPARE(m_pasteboard->written.entries,
+                 Entries{entry(PasteboardType::kTiff, "tiff of pixels"_ba)});
+        QCOMPARE(lines.filter(u"[DragPaste]"_s).last(),
+                 u"[DragPaste] writeImageToPasteboard fallback loadImage() -> tiff bytes=14"_s);
+    }
+
+    void aFileThatComesLateMustBeAPicture()
+    {
+        m_defaults->set(u"debug.drag_paste_logging"_s, true);
+        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
+        item.imageFileName = u"late.jpg"_s;
+        setPrintSink([&](const QString &line) {
+            if (line.contains(u"failed reading file"_s))
+                writeFile(u"late.jpg"_s, "no picture"_ba);
+        });
+        paste(item);
+        QVERIFY(m_pasteboard->written.isEmpty());
+    }
+
     void anImageWithoutSourceLeavesThePasteboardEmptyAndIsPastedAllTheSame()
     {
         ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
@@ -454,6 +494,30 @@ private slots:
                  QStringList({u"[DragPaste] pasteItem start type=image id="_s + idOf(image),
                               u"[DragPaste] writeImageToPasteboard from file name=a.JPG ext=jpg "
                               u"bytes=4 type=public.jpeg"_s}));
+    }
+
+    void theTrailTellsOfBytesInMemory_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("a picture")
+            << "pixels"_ba
+            << u"[DragPaste] writeImageToPasteboard from in-memory imageRepresentation -> tiff "
+               "bytes=14"_s;
+        QTest::newRow("no picture")
+            << "unreadable"_ba
+            << u"[DragPaste] writeImageToPasteboard fallback raw imageRepresentation bytes=10"_s;
+    }
+
+    void theTrailTellsOfBytesInMemory()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, line);
+        m_defaults->set(u"debug.drag_paste_logging"_s, true);
+        ClipboardItem image = makeItem(ClipboardContentType::Image, Timestamp{});
+        image.imageRepresentation = bytes;
+        paste(image);
+        QCOMPARE(trail().last(), line);
     }
 
     void theTrailTellsWhyNothingWasWritten()

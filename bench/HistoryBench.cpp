@@ -2,6 +2,7 @@
 // chooses rows. The directory of the database is made in TMPDIR.
 
 #include "bench/Corpus.h"
+#include "bench/Measuring.h"
 #include "core/ClipboardItemManager.h"
 #include "foundation/Log.h"
 #include "foundation/LoweredQuery.h"
@@ -13,14 +14,12 @@
 #include "platform/linux/QtImageCodec.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 using namespace Qt::StringLiterals;
 
@@ -35,54 +34,10 @@ public:
     }
 };
 
-/// A number from a "name: 123" file of /proc; 0 if it is not there.
-qint64 procNumber(const QString &path, const QByteArray &name)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith(name + ':'))
-            return line.mid(name.size() + 1).simplified().split(' ').first().toLongLong();
-    }
-    return 0;
-}
-
 qint64 writtenBytes()
 {
     return procNumber(u"/proc/self/io"_s, "wchar");
 }
-
-double anonymousMebibytes()
-{
-    malloc_trim(0);
-    return double(procNumber(u"/proc/self/smaps_rollup"_s, "Anonymous")) / 1024;
-}
-
-/// Times of single rounds, told as median and 95th percentile.
-class Rounds
-{
-public:
-    template <typename Work>
-    void time(benchmark::State &state, Work &&work)
-    {
-        const auto begin = std::chrono::steady_clock::now();
-        work();
-        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
-        state.SetIterationTime(taken.count());
-        m_milliseconds.push_back(taken.count() * 1000);
-    }
-
-    void report(benchmark::State &state)
-    {
-        std::ranges::sort(m_milliseconds);
-        state.counters["median_ms"] = m_milliseconds[m_milliseconds.size() / 2];
-        state.counters["p95_ms"] = m_milliseconds[m_milliseconds.size() * 95 / 100];
-    }
-
-private:
-    std::vector<double> m_milliseconds;
-};
 
 /// A history of so many entries of the corpus on disk, and what is needed to open it.
 class History

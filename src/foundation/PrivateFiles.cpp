@@ -1,5 +1,6 @@
 #include "foundation/PrivateFiles.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
@@ -53,6 +54,15 @@ private:
     int m_descriptor;
 };
 
+/// Behind a closed directory that costs more than it is worth; an open one may have been copied with
+/// all its files from a disk that knows no rights.
+void closeFilesToOthers(const QString &directory)
+{
+    QDirIterator files(directory, QDir::Files | QDir::Hidden);
+    while (files.hasNext())
+        closeToOthers(files.next());
+}
+
 } // namespace
 
 bool ensurePrivateDirectory(const QString &path)
@@ -60,7 +70,8 @@ bool ensurePrivateDirectory(const QString &path)
     if (path.isEmpty())
         return false;
     if (QFileInfo(path).isDir()) {
-        closeToOthers(path);
+        if (closeToOthers(path))
+            closeFilesToOthers(path);
         return true;
     }
     const QString parent = QFileInfo(path).absolutePath();
@@ -102,13 +113,14 @@ void writePrivateFile(const QString &path, QByteArrayView bytes)
     }
 }
 
-void closeToOthers(const QString &path)
+bool closeToOthers(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
     if (::stat(name.constData(), &status) != 0 || (status.st_mode & kRightsOfOthers) == 0)
-        return;
+        return false;
     // Best effort: a file of another owner stays as it is.
     [[maybe_unused]] const int result
         = ::chmod(name.constData(), status.st_mode & 07777 & ~kRightsOfOthers);
+    return true;
 }

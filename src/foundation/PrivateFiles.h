@@ -7,7 +7,8 @@
 // files 0600, whatever the umask says.
 
 /// Creates the directory, and those above it that are missing, for the user alone. A directory that
-/// exists is closed to others. False if there is no such directory in the end.
+/// exists is closed to others; if it was open, so are the files in it. False if there is no such
+/// directory in the end.
 [[nodiscard]] bool ensurePrivateDirectory(const QString &path);
 
 /// Creates an empty file for the user alone. A file that exists is closed to others and keeps what
@@ -20,5 +21,5 @@
 /// \throws std::system_error, also if there is such a file already, which stays as it is.
 void writePrivateFile(const QString &path, QByteArrayView bytes);
 
-/// Takes the rights of others from a file, if there is one.
-void closeToOthers(const QString &path);
+/// Takes the rights of others from a file, if there is one. Returns whether they had any.
+bool closeToOthers(const QString &path);

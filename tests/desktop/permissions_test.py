@@ -55,8 +55,7 @@ class PermissionsTest(DesktopTest):
         paths = self.assert_private(what)
         self.assertIn(self.program.store_path + "-wal", paths)
         self.assertIn(self.program.store_path + "-shm", paths)
-        if not any(os.path.dirname(path) == self.program.images_path for path in paths):
-            print("NOT VERIFIED: no picture was put into a file", flush=True)
+        self.assertTrue(any(os.path.dirname(path) == self.program.images_path for path in paths))
 
     def check_umask(self, umask):
         self.program.umask = umask

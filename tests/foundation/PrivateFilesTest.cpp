@@ -34,6 +34,7 @@ private slots:
     void theUmaskDoesNotMatter_data();
     void theUmaskDoesNotMatter();
     void aDirectoryOpenToOthersIsClosedToThem();
+    void filesInADirectoryThatWasOpenAreClosed();
     void directoriesAboveThatExistStayAsTheyAre();
     void aFileThatExistsKeepsItsContent();
     void aFileInTheWayOfADirectoryIsAFailure();
@@ -84,6 +85,19 @@ void PrivateFilesTest::aDirectoryOpenToOthersIsClosedToThem()
     QCOMPARE(mkdir(QFile::encodeName(path(u"open"_s)).constData(), 0755), 0);
     QVERIFY(ensurePrivateDirectory(path(u"open"_s)));
     QCOMPARE(modeOf(path(u"open"_s)), mode_t(0700));
+}
+
+void PrivateFilesTest::filesInADirectoryThatWasOpenAreClosed()
+{
+    QVERIFY(ensurePrivateDirectory(path(u"open"_s)));
+    for (const QString &name : {u"open/file"_s, u"open/.hidden"_s}) {
+        QVERIFY(ensurePrivateFile(path(name)));
+        QCOMPARE(chmod(QFile::encodeName(path(name)).constData(), 0666), 0);
+    }
+    QCOMPARE(chmod(QFile::encodeName(path(u"open"_s)).constData(), 0777), 0);
+    QVERIFY(ensurePrivateDirectory(path(u"open"_s)));
+    QCOMPARE(modeOf(path(u"open/file"_s)), mode_t(0600));
+    QCOMPARE(modeOf(path(u"open/.hidden"_s)), mode_t(0600));
 }
 
 void PrivateFilesTest::directoriesAboveThatExistStayAsTheyAre()

@@ -67,6 +67,7 @@ private slots:
     void aSweepSparesWhatIsBeingStored();
 
     void filesGoAfterTheTombstone();
+    void filesThatWereTakenOverStayUntilTheirLastTombstone();
     void filesStayWhereTheTombstoneFails();
     void filesStayWhereClearingFails();
     void aFileOfTwoEntriesGoesWithTheSecond();
@@ -95,6 +96,7 @@ private:
     FakeImageCodec m_codec;
     QSemaphore m_isStoring; ///< Released when the queue of pictures has come to a picture.
     QSemaphore m_mayGoOn;
+    int m_storedCount = 0; ///< Belongs to the queue of pictures.
     FakeClock m_clock;
     std::optional<PrintedLines> m_printed;
     std::unique_ptr<UserDefaults> m_defaults;
@@ -156,7 +158,9 @@ ClipboardItem ClipboardItemManagerPicturesTest::addText(const QString &text)
 /// From here on the queue of pictures waits before each picture.
 void ClipboardItemManagerPicturesTest::holdStoring()
 {
+    m_storedCount = 0;
     m_codec.onImageWanted = [this] {
+        ++m_storedCount;
         m_isStoring.release();
         m_mayGoOn.acquire();
     };
@@ -305,14 +309,16 @@ void ClipboardItemManagerPicturesTest::thePictureSettingDecidesTheFormat()
 void ClipboardItemManagerPicturesTest::theSamePictureTwiceIsOneEntryAndOneFile_data()
 {
     QTest::addColumn<QString>("moment");
-    QTest::newRow("before the first is stored") << u"before"_s;
-    QTest::newRow("while the first is stored") << u"while"_s;
-    QTest::newRow("after the first is stored") << u"after"_s;
+    QTest::addColumn<int>("storedCount");
+    QTest::newRow("before the first is stored") << u"before"_s << 2; // With the other picture.
+    QTest::newRow("while the first is stored") << u"while"_s << 1;
+    QTest::newRow("after the first is stored") << u"after"_s << 1;
 }
 
 void ClipboardItemManagerPicturesTest::theSamePictureTwiceIsOneEntryAndOneFile()
 {
     QFETCH(QString, moment);
+    QFETCH(int, storedCount);
     holdStoring();
     if (moment == "before"_L1) {
         add("pixels of another"); // The queue is busy with it.
@@ -325,6 +331,7 @@ void ClipboardItemManagerPicturesTest::theSamePictureTwiceIsOneEntryAndOneFile()
         goOn();
     const ClipboardItem again = add("pixels");
     goOn();
+    QCOMPARE(m_storedCount, storedCount);
     if (moment == "before"_L1)
         m_manager->removeItem(m_manager->items().last()->id, {});
     m_manager->drain();
@@ -587,6 +594,25 @@ void ClipboardItemManagerPicturesTest::filesGoAfterTheTombstone()
     m_manager->removeItem(item.id, {});
     m_manager->drain();
     QVERIFY(wasThere);
+    QCOMPARE(files(), QStringList());
+}
+
+void ClipboardItemManagerPicturesTest::filesThatWereTakenOverStayUntilTheirLastTombstone()
+{
+    storedPicture("pixels", u"a"_s);
+    QList<bool> wereThere;
+    m_history->onCall = [&](const QString &call) {
+        m_mayGoOn.tryAcquire(1, kDeadline);
+        if (call == "markItemsDeleted"_L1)
+            wereThere.append(exists(u"a.jpg"_s));
+    };
+    addText(u"something for the store to wait at"_s);
+    const ClipboardItem again = add("pixels");
+    m_manager->removeItem(again.id, {});
+    QCOMPARE(m_manager->items().size(), 1);
+    goOn();
+    // One is of the entry that was replaced, one of that which had taken its files over.
+    QCOMPARE(wereThere, (QList<bool>{true, true}));
     QCOMPARE(files(), QStringList());
 }
 

@@ -43,6 +43,7 @@ public:
     /// The name of an installed program by its identifier; absent if there is no such program.
     virtual std::optional<QString> applicationName(const QString &bundleIdentifier) const = 0;
 
-    /// Called after another program's window, or one of ours, has got the focus.
+    /// Called after another program's window, or one of ours, has got the focus. Who asks for the
+    /// frontmost application and listens from then on is not told of that one.
     std::function<void(const RunningApplication &)> onApplicationActivated;
 };

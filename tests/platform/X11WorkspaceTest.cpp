@@ -45,6 +45,7 @@ private slots:
     void deadWindowIsIgnored();
     void activationIsAnnouncedOnce();
     void laterListenerHearsOfTheSameWindow();
+    void listenerHearsNothingOfAWindowThatIsKnownToBeInFront();
     void ownWindowGetsTheFocus_data() { addWindowManagers(); }
     void ownWindowGetsTheFocus();
     void ownWindowIsOurs();
@@ -281,6 +282,24 @@ void X11WorkspaceTest::laterListenerHearsOfTheSameWindow()
     m_workspace->onApplicationActivated = listen;
     m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
     QTRY_COMPARE(announced, (QList<quint64>{first, first}));
+}
+
+void X11WorkspaceTest::listenerHearsNothingOfAWindowThatIsKnownToBeInFront()
+{
+    startWindowManager(u"openbox"_s);
+    const quint32 first = openTerminal(u"first"_s);
+    QTRY_VERIFY(isFrontmost(first));
+    QList<quint64> announced;
+    m_workspace->onApplicationActivated = [&announced](const RunningApplication &application) {
+        announced.append(application.window);
+    };
+    m_desktop.run(u"xprop"_s, {u"-root"_s, u"-f"_s, u"_NET_ACTIVE_WINDOW"_s, u"32x"_s, u"-set"_s,
+                               u"_NET_ACTIVE_WINDOW"_s, QString::number(first)});
+    QVERIFY(isFrontmost(first));
+    QCoreApplication::processEvents();
+    const quint32 second = openTerminal(u"second"_s);
+    QTRY_COMPARE(announced.value(announced.size() - 1), second);
+    QCOMPARE(announced, QList<quint64>{second});
 }
 
 void X11WorkspaceTest::ownWindowGetsTheFocus()

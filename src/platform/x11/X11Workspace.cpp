@@ -86,6 +86,10 @@ void X11Workspace::selectEvents(quint32 window, quint32 eventMask)
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const
 {
     const quint32 window = m_windows.activeWindow();
+    // Who asks and then listens is not to hear of the same window: its notice may be on the way, and
+    // some window managers name it once more.
+    if (!onApplicationActivated)
+        m_announcedWindow = window;
     if (window == 0)
         return std::nullopt;
     const auto identity = m_windows.identity(window);

@@ -37,7 +37,7 @@ private:
     mutable X11Windows m_windows;
     /// Programs that were found before, by what their windows tell.
     mutable QHash<QString, RunningApplication> m_known;
-    quint32 m_announcedWindow = 0;
+    mutable quint32 m_announcedWindow = 0;
     quint32 m_windowToFocus = 0; ///< Gets the focus as soon as it can be seen.
     std::unique_ptr<UserTimeFilter> m_userTimeFilter;
 };

@@ -57,6 +57,10 @@ class Client:
         except subprocess.TimeoutExpired:
             self.process.kill()
             self.process.wait()
+        if self.window is not None:
+            # The server notices later, and the next client must not be taken for this one.
+            wait_until(lambda: not self.display.is_viewable(self.window),
+                       f"the window of {self.window_class} to go")
 
     def focus(self):
         if not self.display.is_active(self.window):

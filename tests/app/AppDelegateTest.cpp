@@ -1,21 +1,11 @@
 #include "app/AppDelegate.h"
 
-#include "capture/ClipboardMonitor.h"
-#include "capture/PrivacySettingsManager.h"
-#include "foundation/UserDefaults.h"
+#include "app/PastePipeline.h"
 #include "settings/HotkeySettingsManager.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeFiles.h"
+#include "tests/fakes/CaptureFixture.h"
 #include "tests/fakes/FakeGlobalHotkey.h"
-#include "tests/fakes/FakeImageCodec.h"
-#include "tests/fakes/FakePasteboard.h"
 #include "tests/fakes/FakePasteKeystroke.h"
-#include "tests/fakes/FakeScheduler.h"
-#include "tests/fakes/FakeWorkspace.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -70,7 +60,7 @@ private:
 
 } // namespace
 
-class AppDelegateTest : public QObject
+class AppDelegateTest : public QObject, protected CaptureFixture
 {
     Q_OBJECT
 
@@ -95,22 +85,9 @@ private slots:
 private:
     void pressHotkey() { m_hotkey->onPressed(); }
 
-    FakeImageCodec m_codec;
-    std::unique_ptr<QTemporaryDir> m_directory;
-    std::unique_ptr<PrintedLines> m_printed;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<FakeFiles> m_files;
-    std::unique_ptr<FakeClock> m_clock;
-    std::unique_ptr<FakeScheduler> m_scheduler;
-    std::unique_ptr<FakePasteboard> m_pasteboard;
-    std::unique_ptr<FakeWorkspace> m_workspace;
     std::unique_ptr<FakePasteKeystroke> m_keystroke;
     std::unique_ptr<FakeGlobalHotkey> m_hotkey;
-    std::shared_ptr<MemoryHistory> m_history;
-    std::unique_ptr<ClipboardItemManager> m_manager;
-    std::unique_ptr<PrivacySettingsManager> m_privacy;
     std::unique_ptr<HotkeySettingsManager> m_hotkeySettings;
-    std::unique_ptr<ClipboardMonitor> m_monitor;
     std::unique_ptr<PastePipeline> m_pipeline;
     std::unique_ptr<AppDelegate> m_delegate;
     FakeWindow::State m_window;
@@ -120,29 +97,13 @@ private:
 void AppDelegateTest::init()
 {
     m_window = {};
-    m_directory = std::make_unique<QTemporaryDir>();
-    m_printed = std::make_unique<PrintedLines>();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
-    m_files = std::make_unique<FakeFiles>(*m_defaults);
-    m_clock = std::make_unique<FakeClock>();
-    m_scheduler = std::make_unique<FakeScheduler>();
-    m_pasteboard = std::make_unique<FakePasteboard>();
-    m_workspace = std::make_unique<FakeWorkspace>();
+    setUpCapture();
     m_keystroke = std::make_unique<FakePasteKeystroke>();
     m_hotkey = std::make_unique<FakeGlobalHotkey>();
-    m_history = std::make_shared<MemoryHistory>();
-    m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_directory->path(), m_codec, *m_defaults, *m_clock), m_files->references,
-        *m_defaults, *m_clock);
-    m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
     m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
-    m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                   *m_clock, *m_manager, *m_privacy,
-                                                   m_files->references);
     m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
                                                  *m_scheduler, *m_monitor, *m_manager,
-                                                 *m_defaults, m_codec);
+                                                 *m_defaults, *m_codec);
     m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_hotkey, *m_workspace,
         [this](const ClipboardItemList &items) {
@@ -159,9 +120,7 @@ void AppDelegateTest::cleanup()
 {
     m_delegate.reset();
     m_pipeline.reset();
-    m_monitor.reset();
-    m_manager.reset();
-    m_printed.reset();
+    tearDownCapture();
 }
 
 void AppDelegateTest::launchingPrintsItsStepsInOrder()

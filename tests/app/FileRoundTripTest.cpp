@@ -105,7 +105,7 @@ private:
         return QFile::encodeName(m_files->path()) + '/' + name;
     }
 
-    std::unique_ptr<PrintedLines> m_printed;
+    std::optional<PrintedLines> m_printed;
     std::unique_ptr<QTemporaryDir> m_files;
     std::unique_ptr<QTemporaryDir> m_data;
     FakeClock m_clock;
@@ -158,7 +158,7 @@ struct FileRoundTripTest::Run
 
 void FileRoundTripTest::init()
 {
-    m_printed = std::make_unique<PrintedLines>();
+    m_printed.emplace();
     m_files = std::make_unique<QTemporaryDir>();
     m_data = std::make_unique<QTemporaryDir>();
     m_store = Store::Database;

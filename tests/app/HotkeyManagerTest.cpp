@@ -16,7 +16,7 @@ class HotkeyManagerTest : public QObject
 private slots:
     void init()
     {
-        m_printed = std::make_unique<PrintedLines>();
+        m_printed.emplace();
         m_hotkey = std::make_unique<FakeGlobalHotkey>();
         m_pressCount = 0;
         m_manager = std::make_unique<HotkeyManager>(*m_hotkey, [this] { ++m_pressCount; });
@@ -102,7 +102,7 @@ private slots:
     }
 
 private:
-    std::unique_ptr<PrintedLines> m_printed;
+    std::optional<PrintedLines> m_printed;
     std::unique_ptr<FakeGlobalHotkey> m_hotkey;
     std::unique_ptr<HotkeyManager> m_manager;
     int m_pressCount = 0;

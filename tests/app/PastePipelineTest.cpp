@@ -1,20 +1,8 @@
 #include "app/PastePipeline.h"
 
-#include "capture/ClipboardMonitor.h"
-#include "capture/PrivacySettingsManager.h"
-#include "core/ClipboardItemManager.h"
-#include "foundation/UserDefaults.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeFiles.h"
-#include "tests/fakes/FakeImageCodec.h"
+#include "tests/fakes/CaptureFixture.h"
 #include "tests/fakes/FakePasteKeystroke.h"
-#include "tests/fakes/FakePasteboard.h"
-#include "tests/fakes/FakeScheduler.h"
-#include "tests/fakes/FakeWorkspace.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -41,33 +29,18 @@ const RunningApplication kTerminal{u"org.terminal"_s, u"Terminal"_s, 8, 80};
 
 } // namespace
 
-class PastePipelineTest : public QObject
+class PastePipelineTest : public QObject, protected CaptureFixture
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
-        m_printed = std::make_unique<PrintedLines>();
-        m_directory = std::make_unique<QTemporaryDir>();
-        m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
-        m_files = std::make_unique<FakeFiles>(*m_defaults);
-        m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
-        m_pasteboard = std::make_unique<FakePasteboard>();
-        m_workspace = std::make_unique<FakeWorkspace>();
+        setUpCapture();
         m_keystroke = std::make_unique<FakePasteKeystroke>();
-        m_scheduler = std::make_unique<FakeScheduler>();
-        m_clock = std::make_unique<FakeClock>();
-        m_items = std::make_unique<ClipboardItemManager>(
-            std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
-            ImageStorage(m_directory->path(), m_codec, *m_defaults, *m_clock), m_files->references,
-            *m_defaults, *m_clock);
-        m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                       *m_clock, *m_items, *m_privacy,
-                                                       m_files->references);
         m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
-                                                     *m_scheduler, *m_monitor, *m_items,
-                                                     *m_defaults, m_codec);
+                                                     *m_scheduler, *m_monitor, *m_manager,
+                                                     *m_defaults, *m_codec);
         m_hideCount = 0;
         m_pipeline->onHideWindow = [this] { ++m_hideCount; };
     }
@@ -75,9 +48,7 @@ private slots:
     void cleanup()
     {
         m_pipeline.reset();
-        m_monitor.reset();
-        m_items.reset();
-        m_printed.reset();
+        tearDownCapture();
     }
 
     // The timeline.
@@ -400,11 +371,11 @@ private slots:
     void aStaleBookmarkIsRenewedByThePaste()
     {
         ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, true);
-        m_items->addItem(item);
+        m_manager->addItem(item);
         paste(item);
         QCOMPARE(m_pasteboard->written.entries,
                  Entries{entry(PasteboardType::kFileUrl, "file:///new/b"_ba)});
-        QCOMPARE(m_items->items().first()->fileBookmarkData, "bookmark of file:///new/b"_ba);
+        QCOMPARE(m_manager->items().first()->fileBookmarkData, "bookmark of file:///new/b"_ba);
     }
 
     void aDeadBookmarkGivesWayToThePath()
@@ -434,7 +405,7 @@ private slots:
         m_pasteboard->onChanged();
         m_pasteboard->copyText(u"an echo"_s);
         advanceTo(5s);
-        QVERIFY(m_items->items().isEmpty());
+        QVERIFY(m_manager->items().isEmpty());
     }
 
     void theWriteOfAPasteIsNotCapturedEvenIfItIsNoticedLate()
@@ -443,7 +414,7 @@ private slots:
         m_pipeline->pasteItem(textItem(u"hello"_s));
         // Without target the pause ends before the first poll.
         advanceTo(5s);
-        QVERIFY(m_items->items().isEmpty());
+        QVERIFY(m_manager->items().isEmpty());
     }
 
     void anInternalCopyPausesForSixTenths()
@@ -590,7 +561,7 @@ private:
 
     void writeFile(const QString &name, const QByteArray &bytes) const
     {
-        QFile file(m_directory->filePath(name));
+        QFile file(m_images + u'/' + name);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("The file cannot be written.");
     }
@@ -602,19 +573,7 @@ private:
         return item.id.toString(QUuid::WithoutBraces).toUpper();
     }
 
-    FakeImageCodec m_codec;
-    std::unique_ptr<PrintedLines> m_printed;
-    std::unique_ptr<QTemporaryDir> m_directory;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<FakeFiles> m_files;
-    std::unique_ptr<PrivacySettingsManager> m_privacy;
-    std::unique_ptr<FakePasteboard> m_pasteboard;
-    std::unique_ptr<FakeWorkspace> m_workspace;
     std::unique_ptr<FakePasteKeystroke> m_keystroke;
-    std::unique_ptr<FakeScheduler> m_scheduler;
-    std::unique_ptr<FakeClock> m_clock;
-    std::unique_ptr<ClipboardItemManager> m_items;
-    std::unique_ptr<ClipboardMonitor> m_monitor;
     std::unique_ptr<PastePipeline> m_pipeline;
     int m_hideCount = 0;
 };

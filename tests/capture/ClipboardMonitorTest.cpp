@@ -1,21 +1,12 @@
 #include "capture/ClipboardMonitor.h"
 
-#include "capture/PrivacySettingsManager.h"
-#include "core/ClipboardItemManager.h"
+
 #include "foundation/FilePath.h"
-#include "foundation/UserDefaults.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeImageCodec.h"
-#include "tests/fakes/FakePasteboard.h"
-#include "tests/fakes/FakeScheduler.h"
-#include "tests/fakes/FakeWorkspace.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
+#include "tests/fakes/CaptureFixture.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -63,32 +54,19 @@ void addFiles(PasteboardSnapshot &snapshot, const QStringList &paths)
 
 } // namespace
 
-class ClipboardMonitorTest : public QObject
+class ClipboardMonitorTest : public QObject, protected CaptureFixture
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
-        m_printed = std::make_unique<PrintedLines>();
-        m_directory = std::make_unique<QTemporaryDir>();
-        m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
+        setUpCapture();
         m_bookmarks = std::make_unique<InodeBookmarks>(BoundedCalls(1min));
         m_fileAccess = std::make_unique<DescriptorFileAccess>(BoundedCalls(1min));
         m_fileReferences
             = std::make_unique<FileReferences>(*m_bookmarks, *m_fileAccess, *m_defaults);
-        m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);
-        m_pasteboard = std::make_unique<FakePasteboard>();
-        m_workspace = std::make_unique<FakeWorkspace>();
-        m_scheduler = std::make_unique<FakeScheduler>();
-        m_clock = std::make_unique<FakeClock>();
-        m_items = std::make_unique<ClipboardItemManager>(
-            std::make_unique<MemoryHistoryStore>(std::make_shared<MemoryHistory>()),
-            ImageStorage(m_directory->path(), m_codec, *m_defaults, *m_clock), *m_fileReferences,
-            *m_defaults, *m_clock);
-        m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                       *m_clock, *m_items, *m_privacy,
-                                                       *m_fileReferences);
+        watchPasteboard(*m_fileReferences);
         m_captured.clear();
         m_monitor->onNewClipboardItem
             = [this](const ClipboardItem &item) { m_captured.append(item); };
@@ -96,9 +74,7 @@ private slots:
 
     void cleanup()
     {
-        m_monitor.reset();
-        m_items.reset();
-        m_printed.reset();
+        tearDownCapture();
     }
 
     // The poll.
@@ -181,7 +157,7 @@ private slots:
         m_monitor->startMonitoring();
         qsizetype countInside = 0;
         m_monitor->onNewClipboardItem
-            = [&](const ClipboardItem &) { countInside = m_items->items().size(); };
+            = [&](const ClipboardItem &) { countInside = m_manager->items().size(); };
         m_pasteboard->copyText(u"one"_s);
         m_pasteboard->onChanged();
         QCOMPARE(countInside, 1);
@@ -191,7 +167,7 @@ private slots:
     {
         m_monitor->onNewClipboardItem = {};
         capture(textSnapshot(u"one"_s));
-        QCOMPARE(m_items->items().size(), 1);
+        QCOMPARE(m_manager->items().size(), 1);
     }
 
     void nothingIsCapturedAfterStopping()
@@ -341,7 +317,7 @@ private slots:
     {
         capture(textSnapshot(u"one"_s));
         QVERIFY(m_captured.first().contentHash.isEmpty());
-        QCOMPARE(m_items->items().first()->contentHash.size(), 64);
+        QCOMPARE(m_manager->items().first()->contentHash.size(), 64);
     }
 
     void fiftyCharactersOfTheTextArePrinted()
@@ -477,7 +453,7 @@ private slots:
         addImage(snapshot, PasteboardType::kPng);
         capture(snapshot);
         QTRY_COMPARE(count, 1);
-        QVERIFY(m_items->items().first()->imageFileName);
+        QVERIFY(m_manager->items().first()->imageFileName);
     }
 
     void aPictureMayBeStoredAfterTheMonitorHasEnded()
@@ -486,9 +462,9 @@ private slots:
         addImage(snapshot, PasteboardType::kPng);
         capture(snapshot);
         m_monitor.reset();
-        m_items->drain();
+        m_manager->drain();
         QCoreApplication::processEvents();
-        QVERIFY(m_items->items().first()->imageFileName);
+        QVERIFY(m_manager->items().first()->imageFileName);
     }
 
     void whatCannotBeKeptIsReported_data()
@@ -559,7 +535,7 @@ private slots:
                                     + paths.first() + u" bytes="_s
                                     + QString::number(bookmark.size())
                                     + u" startedAccessing=true"_s));
-        QCOMPARE(m_items->items().first()->fileBookmarkData, bookmark);
+        QCOMPARE(m_manager->items().first()->fileBookmarkData, bookmark);
     }
 
     void aNameThatIsNotUtf8KeepsItsBytes()
@@ -583,8 +559,8 @@ private slots:
             addFiles(snapshot, {makeFile(FilePath::fromBytes(name))});
             capture(snapshot);
         }
-        QCOMPARE(m_items->items().size(), 2);
-        for (const ClipboardItemPointer &item : m_items->items())
+        QCOMPARE(m_manager->items().size(), 2);
+        for (const ClipboardItemPointer &item : m_manager->items())
             QCOMPARE(::unlink(FilePath::toBytes(*item->filePath).constData()), 0);
     }
 
@@ -645,7 +621,7 @@ private slots:
         m_workspace->setFrontmost(u"org.Editor"_s);
         m_scheduler->advance(5s);
         QVERIFY(m_captured.isEmpty());
-        QVERIFY(m_items->items().isEmpty());
+        QVERIFY(m_manager->items().isEmpty());
     }
 
     void anIgnoredProgramMayHaveNoName()
@@ -720,20 +696,9 @@ private:
         return path;
     }
 
-    FakeImageCodec m_codec;
-    std::unique_ptr<PrintedLines> m_printed;
-    std::unique_ptr<QTemporaryDir> m_directory;
-    std::unique_ptr<UserDefaults> m_defaults;
     std::unique_ptr<InodeBookmarks> m_bookmarks;
     std::unique_ptr<DescriptorFileAccess> m_fileAccess;
     std::unique_ptr<FileReferences> m_fileReferences;
-    std::unique_ptr<PrivacySettingsManager> m_privacy;
-    std::unique_ptr<FakePasteboard> m_pasteboard;
-    std::unique_ptr<FakeWorkspace> m_workspace;
-    std::unique_ptr<FakeScheduler> m_scheduler;
-    std::unique_ptr<FakeClock> m_clock;
-    std::unique_ptr<ClipboardItemManager> m_items;
-    std::unique_ptr<ClipboardMonitor> m_monitor;
     QList<ClipboardItem> m_captured;
 };
 

@@ -44,6 +44,7 @@ class PrivacySettingsManagerTest : public QObject
 private slots:
     void init()
     {
+        m_defaults.reset(); // It is written at its end, and so has to end before its directory.
         m_directory = std::make_unique<QTemporaryDir>();
         m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
         m_privacy = std::make_unique<PrivacySettingsManager>(*m_defaults);

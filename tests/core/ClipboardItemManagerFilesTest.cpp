@@ -1,13 +1,7 @@
 #include "core/ClipboardItemManager.h"
+#include "tests/fakes/HistoryFixture.h"
 
-#include "foundation/UserDefaults.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeFiles.h"
-#include "tests/fakes/FakeImageCodec.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +15,7 @@ const QByteArray kRenewed("bookmark of file:///new/a.txt");
 } // namespace
 
 /// How the manager leads entries to their files, and renews their bookmarks.
-class ClipboardItemManagerFilesTest : public QObject
+class ClipboardItemManagerFilesTest : public QObject, protected HistoryFixture
 {
     Q_OBJECT
 
@@ -47,51 +41,33 @@ private:
     ClipboardItem add(const QByteArray &bookmark);
     void refresh(const ClipboardItem &item);
     ClipboardItem current(const ClipboardItem &item) const;
-    QStringList callsSinceLoading() const { return m_history->callsSoFar().mid(1); }
     QStringList trail() const { return m_printed->lines().filter(u"[DragPaste]"_s); }
 
-    std::unique_ptr<QTemporaryDir> m_directory;
-    FakeClock m_clock;
-    FakeImageCodec m_codec;
-    std::unique_ptr<PrintedLines> m_printed;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<FakeFiles> m_files;
-    std::shared_ptr<MemoryHistory> m_history;
-    std::unique_ptr<ClipboardItemManager> m_manager;
 };
 
 void ClipboardItemManagerFilesTest::init()
 {
-    m_directory = std::make_unique<QTemporaryDir>();
-    m_printed = std::make_unique<PrintedLines>();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
+    setUpHistory();
     m_defaults->set(u"debug.drag_paste_logging"_s, true);
-    m_files = std::make_unique<FakeFiles>(*m_defaults);
-    m_history = std::make_shared<MemoryHistory>();
-    m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_directory->path(), m_codec, *m_defaults, m_clock), m_files->references,
-        *m_defaults, m_clock);
 }
 
 void ClipboardItemManagerFilesTest::cleanup()
 {
-    m_manager.reset();
-    m_printed.reset();
+    tearDownHistory();
 }
 
 /// Adds an entry of /old/a.txt, and returns it as it is in the list.
 ClipboardItem ClipboardItemManagerFilesTest::add(const QByteArray &bookmark)
 {
-    m_clock.advance(1s);
-    ClipboardItem item = makeItem(ClipboardContentType::File, m_clock.now());
+    m_clock->advance(1s);
+    ClipboardItem item = makeItem(ClipboardContentType::File, m_clock->now());
     item.stringValue = Utf8Text(u"a.txt"_s);
     item.fileTypes = {u"txt"_s};
     item.filePath = u"/old/a.txt"_s;
     item.fileBookmarkData = bookmark;
     m_manager->addItem(item);
     m_manager->drain();
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     return current(item);
 }
 
@@ -125,7 +101,7 @@ void ClipboardItemManagerFilesTest::aStaleBookmarkIsReplaced()
     refresh(item);
     ClipboardItem expected = item;
     expected.fileBookmarkData = kRenewed;
-    expected.updatedAt = m_clock.now();
+    expected.updatedAt = m_clock->now();
     expected.contentHash = computeContentHash(expected);
     QCOMPARE(current(item), expected);
     QCOMPARE(expected.filePath, u"/old/a.txt"_s);
@@ -138,8 +114,8 @@ void ClipboardItemManagerFilesTest::aStaleBookmarkIsReplaced()
 void ClipboardItemManagerFilesTest::aRenewedEntryKeepsItsPlaceInTheList()
 {
     const ClipboardItem item = add("old token");
-    m_clock.advance(1s);
-    ClipboardItem newer = makeItem(ClipboardContentType::Text, m_clock.now());
+    m_clock->advance(1s);
+    ClipboardItem newer = makeItem(ClipboardContentType::Text, m_clock->now());
     newer.stringValue = Utf8Text(u"newer"_s);
     m_manager->addItem(newer);
     refresh(item);
@@ -178,17 +154,14 @@ void ClipboardItemManagerFilesTest::aBookmarkOfTheSameLengthKeepsTheHash()
 
 void ClipboardItemManagerFilesTest::aSynchronisedEntryIsPendingAfterwards()
 {
-    m_clock.advance(1s);
-    ClipboardItem item = makeItem(ClipboardContentType::File, m_clock.now());
+    m_clock->advance(1s);
+    ClipboardItem item = makeItem(ClipboardContentType::File, m_clock->now());
     item.filePath = u"/old/a.txt"_s;
     item.cloudRecordID = u"record"_s;
     item.syncStatus = SyncStatus::Synced;
-    item.lastSyncTime = m_clock.now();
+    item.lastSyncTime = m_clock->now();
     m_history->records.append(item);
-    m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_directory->path(), m_codec, *m_defaults, m_clock), m_files->references,
-        *m_defaults, m_clock);
+    openHistory();
     refresh(item);
     QCOMPARE(current(item).syncStatus, SyncStatus::Pending);
     QVERIFY(!current(item).lastSyncTime);

@@ -1,19 +1,13 @@
 #include "core/ClipboardItemManager.h"
+#include "tests/fakes/HistoryFixture.h"
 
 #include "foundation/Digest.h"
-#include "foundation/UserDefaults.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeFiles.h"
-#include "tests/fakes/FakeImageCodec.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
 #include "tests/fakes/SampleItems.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QSemaphore>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <optional>
@@ -28,7 +22,7 @@ constexpr int kDeadline = 10'000;
 } // namespace
 
 /// How copied pictures come into files, whatever is done with their entries meanwhile.
-class ClipboardItemManagerPicturesTest : public QObject
+class ClipboardItemManagerPicturesTest : public QObject, protected HistoryFixture
 {
     Q_OBJECT
 
@@ -76,7 +70,6 @@ private slots:
     void whateverIsDoneListStoreAndFilesAgree();
 
 private:
-    void start();
     ClipboardItem add(const QByteArray &picture);
     ClipboardItem addText(const QString &text);
     void holdStoring();
@@ -86,62 +79,32 @@ private:
     QStringList files() const;
     QStringList filesOf(const ClipboardItem &item) const;
     QList<ClipboardItem> live() const { return m_history->live(); }
-    QStringList calls() const { return m_history->callsSoFar().mid(1); }
     bool exists(const QString &name) const { return QFile::exists(m_images + u'/' + name); }
     void touch(const QString &name) const;
     ClipboardItem storedPicture(const QByteArray &picture, const QString &fileName);
 
-    std::optional<QTemporaryDir> m_directory;
-    QString m_images;
-    FakeImageCodec m_codec;
     QSemaphore m_isStoring; ///< Released when the queue of pictures has come to a picture.
     QSemaphore m_mayGoOn;
     int m_storedCount = 0; ///< Belongs to the queue of pictures.
-    FakeClock m_clock;
-    std::optional<PrintedLines> m_printed;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<FakeFiles> m_files;
-    std::shared_ptr<MemoryHistory> m_history;
-    std::unique_ptr<ClipboardItemManager> m_manager;
 };
 
 void ClipboardItemManagerPicturesTest::init()
 {
-    m_directory.emplace();
-    m_images = m_directory->filePath(u"images"_s);
-    QVERIFY(QDir().mkpath(m_images));
-    m_codec.onImageWanted = {};
-    m_printed.emplace();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));
-    m_files = std::make_unique<FakeFiles>(*m_defaults);
-    m_history = std::make_shared<MemoryHistory>();
-    start();
+    setUpHistory();
 }
 
 void ClipboardItemManagerPicturesTest::cleanup()
 {
     m_mayGoOn.release(1'000); // A test that failed may hold the queue.
-    m_manager.reset();
-    m_printed.reset();
+    tearDownHistory();
     m_mayGoOn.tryAcquire(m_mayGoOn.available());
     m_isStoring.tryAcquire(m_isStoring.available());
 }
 
-/// Begins anew with what the store holds.
-void ClipboardItemManagerPicturesTest::start()
-{
-    m_manager.reset();
-    m_history->calls.clear();
-    m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_images, m_codec, *m_defaults, m_clock), m_files->references, *m_defaults,
-        m_clock);
-}
-
 ClipboardItem ClipboardItemManagerPicturesTest::add(const QByteArray &picture)
 {
-    m_clock.advance(1s);
-    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock.now());
+    m_clock->advance(1s);
+    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock->now());
     item.imageRepresentation = picture;
     m_manager->addItem(item);
     return item;
@@ -149,8 +112,8 @@ ClipboardItem ClipboardItemManagerPicturesTest::add(const QByteArray &picture)
 
 ClipboardItem ClipboardItemManagerPicturesTest::addText(const QString &text)
 {
-    m_clock.advance(1s);
-    const ClipboardItem item = textItem(text, m_clock.now());
+    m_clock->advance(1s);
+    const ClipboardItem item = textItem(text, m_clock->now());
     m_manager->addItem(item);
     return item;
 }
@@ -159,7 +122,7 @@ ClipboardItem ClipboardItemManagerPicturesTest::addText(const QString &text)
 void ClipboardItemManagerPicturesTest::holdStoring()
 {
     m_storedCount = 0;
-    m_codec.onImageWanted = [this] {
+    m_codec->onImageWanted = [this] {
         ++m_storedCount;
         m_isStoring.release();
         m_mayGoOn.acquire();
@@ -204,7 +167,7 @@ void ClipboardItemManagerPicturesTest::touch(const QString &name) const
 ClipboardItem ClipboardItemManagerPicturesTest::storedPicture(const QByteArray &picture,
                                                               const QString &fileName)
 {
-    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock->now());
     item.imageDigest = sha256Hex(picture);
     item.imageFileName = fileName + u".jpg"_s;
     item.imageThumbnailFileName = fileName + u"_thumb.jpg"_s;
@@ -212,7 +175,7 @@ ClipboardItem ClipboardItemManagerPicturesTest::storedPicture(const QByteArray &
     touch(*item.imageFileName);
     touch(*item.imageThumbnailFileName);
     m_history->records.append(item);
-    start();
+    openHistory();
     return item;
 }
 
@@ -224,7 +187,7 @@ void ClipboardItemManagerPicturesTest::aPictureIsInTheListBeforeItIsStored()
     QCOMPARE(onlyItem().id, item.id);
     QCOMPARE(onlyItem().imageRepresentation, "pixels"_ba);
     QVERIFY(!onlyItem().imageFileName);
-    QCOMPARE(calls(), QStringList());
+    QCOMPARE(callsSinceLoading(), QStringList());
     goOn();
     QVERIFY(onlyItem().imageFileName);
 }
@@ -249,7 +212,7 @@ void ClipboardItemManagerPicturesTest::theRowIsWrittenOnceAndWithTheNames()
     };
     add("pixels");
     m_manager->drain();
-    QCOMPARE(calls(), QStringList{u"upsertItem"_s});
+    QCOMPARE(callsSinceLoading(), QStringList{u"upsertItem"_s});
     QCOMPARE(live().size(), 1);
     QCOMPARE(live().first(), onlyItem());
     QVERIFY(live().first().imageFileName);
@@ -263,7 +226,7 @@ void ClipboardItemManagerPicturesTest::aDigestThatIsMissingIsComputed()
 
 void ClipboardItemManagerPicturesTest::aDigestThatIsThereIsKept()
 {
-    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock->now());
     item.imageRepresentation = "pixels";
     item.imageDigest = "computed elsewhere";
     m_manager->addItem(item);
@@ -275,7 +238,7 @@ void ClipboardItemManagerPicturesTest::theCompletionComesWithTheNames()
     holdStoring();
     bool isNamed = false;
     int count = 0;
-    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock->now());
     item.imageRepresentation = "pixels";
     m_manager->addItem(item, [&] {
         ++count;
@@ -292,7 +255,7 @@ void ClipboardItemManagerPicturesTest::theCompletionComesWithTheNames()
 void ClipboardItemManagerPicturesTest::aTextIsCompleteAtOnce()
 {
     bool isComplete = false;
-    m_manager->addItem(textItem(u"a"_s, m_clock.now()), [&] { isComplete = true; });
+    m_manager->addItem(textItem(u"a"_s, m_clock->now()), [&] { isComplete = true; });
     QTRY_VERIFY(isComplete);
 }
 
@@ -373,7 +336,7 @@ void ClipboardItemManagerPicturesTest::aPictureThatCannotBeSavedStaysInMemoryAnd
 {
     QVERIFY(QDir(m_images).removeRecursively());
     bool isComplete = false;
-    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock->now());
     item.imageRepresentation = "pixels";
     m_manager->addItem(item, [&] { isComplete = true; });
     m_manager->drain();
@@ -418,7 +381,7 @@ void ClipboardItemManagerPicturesTest::aCopyOfAPictureThatFailsMeanwhileTriesAga
 
 void ClipboardItemManagerPicturesTest::memoryThatIsMissingCostsOnlyTheFile()
 {
-    m_codec.onImageWanted = [] { throw std::bad_alloc(); };
+    m_codec->onImageWanted = [] { throw std::bad_alloc(); };
     const ClipboardItem item = add("pixels");
     m_manager->drain();
     QCOMPARE(onlyItem().imageRepresentation, "pixels"_ba);
@@ -434,17 +397,17 @@ void ClipboardItemManagerPicturesTest::aChangeWhileItIsStoredIsInTheRow()
     holdStoring();
     const ClipboardItem item = add("pixels");
     awaitStoring();
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     m_manager->toggleFavorite(item.id);
     m_manager->updateTags(item.id, {u"work"_s, u"gone"_s});
     m_manager->renameTag(u"work"_s, u"office"_s);
     m_manager->removeTag(u"gone"_s);
     goOn();
-    QCOMPARE(calls(), QStringList{u"upsertItem"_s});
+    QCOMPARE(callsSinceLoading(), QStringList{u"upsertItem"_s});
     QCOMPARE(live().first(), onlyItem());
     QVERIFY(onlyItem().isFavorite);
     QCOMPARE(onlyItem().tags, QStringList{u"office"_s});
-    QCOMPARE(onlyItem().updatedAt, m_clock.now());
+    QCOMPARE(onlyItem().updatedAt, m_clock->now());
     QCOMPARE(files(), filesOf(onlyItem()));
 }
 
@@ -531,7 +494,7 @@ void ClipboardItemManagerPicturesTest::whatItReplacedGoesAfterItsRow()
     QCOMPARE(m_manager->items().size(), 1'000);
     QCOMPARE(live().size(), 1'000);
     goOn();
-    QCOMPARE(calls().last(2), (QStringList{u"upsertItem"_s, u"markItemsDeleted"_s}));
+    QCOMPARE(callsSinceLoading().last(2), (QStringList{u"upsertItem"_s, u"markItemsDeleted"_s}));
     QCOMPARE(live().size(), 1'000);
     QCOMPARE(live().last().id, item.id);
 }
@@ -567,7 +530,7 @@ void ClipboardItemManagerPicturesTest::whatItReplacedStaysIfItsRowFails()
 void ClipboardItemManagerPicturesTest::aSweepSparesWhatIsBeingStored()
 {
     QSemaphore isFileWritten;
-    m_codec.onThumbnailWanted = [&] {
+    m_codec->onThumbnailWanted = [&] {
         isFileWritten.release();
         m_mayGoOn.acquire();
     };
@@ -579,7 +542,7 @@ void ClipboardItemManagerPicturesTest::aSweepSparesWhatIsBeingStored()
     QTRY_VERIFY(!exists(u"stray.jpg"_s));
     QCOMPARE(files().size(), 1);
     goOn();
-    m_codec.onThumbnailWanted = {};
+    m_codec->onThumbnailWanted = {};
     QCOMPARE(files(), filesOf(onlyItem()));
     m_manager->enforceCurrentLimits({});
     m_manager->drain();

@@ -1,19 +1,13 @@
 #include "core/ClipboardItemManager.h"
+#include "tests/fakes/HistoryFixture.h"
 
 #include "core/ClipboardHistoryStore.h"
 #include "foundation/Digest.h"
-#include "foundation/UserDefaults.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeFiles.h"
-#include "tests/fakes/FakeImageCodec.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
 #include "tests/fakes/SampleItems.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -23,7 +17,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-class ClipboardItemManagerTest : public QObject
+class ClipboardItemManagerTest : public QObject, protected HistoryFixture
 {
     Q_OBJECT
 
@@ -82,61 +76,31 @@ private slots:
 
 private:
     void fill(int count, bool areFavourites = false);
-    void start();
     ClipboardItem add(const QString &text);
     ClipboardItem stored(ClipboardItem item);
     ClipboardItem onlyItem() const;
     QStringList texts() const;
-    QStringList callsSinceLoading() const { return m_history->callsSoFar().mid(1); }
     QString imagePath(const QString &name) const { return m_images + u'/' + name; }
     void writeImage(const QString &name) const;
 
-    std::optional<QTemporaryDir> m_directory;
-    QString m_images;
-    FakeImageCodec m_codec;
-    FakeClock m_clock;
-    std::optional<PrintedLines> m_printed;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<FakeFiles> m_files;
-    std::shared_ptr<MemoryHistory> m_history;
-    std::unique_ptr<ClipboardItemManager> m_manager;
 };
 
 void ClipboardItemManagerTest::init()
 {
-    m_directory.emplace();
-    m_images = m_directory->filePath(u"images"_s);
-    QVERIFY(QDir().mkpath(m_images));
-    m_printed.emplace();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));
-    m_files = std::make_unique<FakeFiles>(*m_defaults);
-    m_history = std::make_shared<MemoryHistory>();
-    start();
+    setUpHistory();
 }
 
 void ClipboardItemManagerTest::cleanup()
 {
-    m_manager.reset();
-    m_printed.reset();
-}
-
-/// Begins anew with what the store holds.
-void ClipboardItemManagerTest::start()
-{
-    m_manager.reset();
-    m_history->calls.clear();
-    m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_images, m_codec, *m_defaults, m_clock), m_files->references, *m_defaults,
-        m_clock);
+    tearDownHistory();
 }
 
 /// Puts \a count entries into the store, a second apart, the oldest first.
 void ClipboardItemManagerTest::fill(int count, bool areFavourites)
 {
     for (int i = 0; i < count; ++i) {
-        m_clock.advance(1s);
-        ClipboardItem item = textItem(QString::number(m_history->records.size()), m_clock.now());
+        m_clock->advance(1s);
+        ClipboardItem item = textItem(QString::number(m_history->records.size()), m_clock->now());
         item.isFavorite = areFavourites;
         m_history->records.append(item);
     }
@@ -144,8 +108,8 @@ void ClipboardItemManagerTest::fill(int count, bool areFavourites)
 
 ClipboardItem ClipboardItemManagerTest::add(const QString &text)
 {
-    m_clock.advance(1s);
-    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock.now());
+    m_clock->advance(1s);
+    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock->now());
     item.stringValue = Utf8Text(text);
     m_manager->addItem(item);
     return item;
@@ -155,7 +119,7 @@ ClipboardItem ClipboardItemManagerTest::add(const QString &text)
 ClipboardItem ClipboardItemManagerTest::stored(ClipboardItem item)
 {
     m_history->records.append(item);
-    start();
+    openHistory();
     return item;
 }
 
@@ -183,7 +147,7 @@ void ClipboardItemManagerTest::writeImage(const QString &name) const
 void ClipboardItemManagerTest::loadsTheHistoryNewestFirst()
 {
     fill(3);
-    start();
+    openHistory();
     QCOMPARE(texts(), (QStringList{u"2"_s, u"1"_s, u"0"_s}));
     QCOMPARE(callsSinceLoading(), QStringList());
     QVERIFY(m_printed->contains(u"Loaded 3 items from disk"_s));
@@ -195,7 +159,7 @@ void ClipboardItemManagerTest::aHistoryThatCannotBeReadIsLeftAlone()
     m_history->failing = {u"loadItems"_s};
     m_manager.reset();
     m_printed.emplace();
-    start();
+    openHistory();
     QVERIFY(m_manager->items().isEmpty());
     m_manager->drain();
     QCOMPARE(callsSinceLoading(), QStringList());
@@ -206,7 +170,7 @@ void ClipboardItemManagerTest::aHistoryThatCannotBeReadIsLeftAlone()
 void ClipboardItemManagerTest::loadingTakesWhatIsBeyondTheCapacity()
 {
     fill(1'003);
-    start();
+    openHistory();
     m_manager->drain();
     QCOMPARE(m_manager->items().size(), 1'000);
     QCOMPARE(m_history->tombstones().size(), 3);
@@ -224,12 +188,12 @@ void ClipboardItemManagerTest::aNewEntryIsInTheListAtOnce()
 
 void ClipboardItemManagerTest::aNewEntryGetsItsHashAndUpdateTime()
 {
-    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock.now());
+    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock->now());
     item.stringValue = Utf8Text(u"a"_s);
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     m_manager->addItem(item);
     QCOMPARE(onlyItem().contentHash, computeContentHash(item));
-    QCOMPARE(onlyItem().updatedAt, m_clock.now());
+    QCOMPARE(onlyItem().updatedAt, m_clock->now());
     QCOMPARE(onlyItem().timestamp, item.timestamp);
 }
 
@@ -250,7 +214,7 @@ void ClipboardItemManagerTest::theSameTextTwiceIsOneEntryAtTheFront()
 
 void ClipboardItemManagerTest::aCopiedFavouriteStaysOneAndLosesItsTags()
 {
-    ClipboardItem favourite = textItem(u"a"_s, m_clock.now());
+    ClipboardItem favourite = textItem(u"a"_s, m_clock->now());
     favourite.isFavorite = true;
     favourite.tags = {u"work"_s};
     favourite.sourceAppBundleID = u"org.example.Old"_s;
@@ -264,7 +228,7 @@ void ClipboardItemManagerTest::aCopiedFavouriteStaysOneAndLosesItsTags()
 void ClipboardItemManagerTest::anEntryOfEqualContentBelowIsReplaced()
 {
     fill(20);
-    start();
+    openHistory();
     add(u"3"_s);
     QCOMPARE(m_manager->items().size(), 20);
     QCOMPARE(texts().first(), u"3"_s);
@@ -273,7 +237,7 @@ void ClipboardItemManagerTest::anEntryOfEqualContentBelowIsReplaced()
 
 void ClipboardItemManagerTest::thePictureOfAKnownFileTakesOverItsNames()
 {
-    ClipboardItem known = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem known = makeItem(ClipboardContentType::Image, m_clock->now());
     known.imageDigest = sha256Hex("pixels");
     known.imageFileName = u"a.png"_s;
     known.imageThumbnailFileName = u"a_thumb.jpg"_s;
@@ -282,8 +246,8 @@ void ClipboardItemManagerTest::thePictureOfAKnownFileTakesOverItsNames()
     writeImage(u"a.png"_s);
     writeImage(u"a_thumb.jpg"_s);
 
-    m_clock.advance(1s);
-    ClipboardItem again = makeItem(ClipboardContentType::Image, m_clock.now());
+    m_clock->advance(1s);
+    ClipboardItem again = makeItem(ClipboardContentType::Image, m_clock->now());
     again.imageRepresentation = "pixels";
     m_manager->addItem(again);
 
@@ -297,7 +261,7 @@ void ClipboardItemManagerTest::thePictureOfAKnownFileTakesOverItsNames()
 
 void ClipboardItemManagerTest::aReplacedTextLosesItsImageFiles()
 {
-    ClipboardItem odd = textItem(u"a"_s, m_clock.now());
+    ClipboardItem odd = textItem(u"a"_s, m_clock->now());
     odd.imageFileName = u"a.png"_s;
     stored(odd);
     writeImage(u"a.png"_s);
@@ -320,7 +284,7 @@ void ClipboardItemManagerTest::aStoreThatFailsDoesNotTouchTheList()
     add(u"b"_s);
     m_manager->drain();
     QCOMPARE(texts(), (QStringList{u"b"_s, u"a"_s}));
-    start();
+    openHistory();
     QCOMPARE(texts(), QStringList{u"b"_s});
 }
 
@@ -337,7 +301,7 @@ void ClipboardItemManagerTest::aFailedInsertionSkipsTheDeletion()
 
 void ClipboardItemManagerTest::removingLeavesATombstone()
 {
-    ClipboardItem item = textItem(u"a"_s, m_clock.now());
+    ClipboardItem item = textItem(u"a"_s, m_clock->now());
     item.imageFileName = u"a.png"_s;
     stored(item);
     writeImage(u"a.png"_s);
@@ -378,10 +342,10 @@ void ClipboardItemManagerTest::aFavouriteIsToggledAndStamped()
 {
     const ClipboardItem item = add(u"a"_s);
     const QByteArray hash = onlyItem().contentHash;
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     m_manager->toggleFavorite(item.id);
     QVERIFY(onlyItem().isFavorite);
-    QCOMPARE(onlyItem().updatedAt, m_clock.now());
+    QCOMPARE(onlyItem().updatedAt, m_clock->now());
     QCOMPARE(onlyItem().contentHash, hash);
     m_manager->toggleFavorite(item.id);
     QVERIFY(!onlyItem().isFavorite);
@@ -394,7 +358,7 @@ void ClipboardItemManagerTest::noMoreFavouritesThanTheCapacity()
 {
     fill(1'000, true);
     fill(1);
-    start();
+    openHistory();
     QSignalSpy refused(m_manager.get(), &ClipboardItemManager::favoriteLimitReached);
     const ClipboardItem plain = *m_manager->items().first();
     m_manager->toggleFavorite(plain.id);
@@ -414,7 +378,7 @@ void ClipboardItemManagerTest::unfavouringTheOldestOfAFullListEvictsIt()
 {
     fill(1, true);
     fill(1'000);
-    start();
+    openHistory();
     const QUuid oldest = m_manager->items().last()->id;
     m_manager->toggleFavorite(oldest);
     m_manager->drain();
@@ -427,10 +391,10 @@ void ClipboardItemManagerTest::tagsAreReplaced()
 {
     const ClipboardItem item = add(u"a"_s);
     const QByteArray hash = onlyItem().contentHash;
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     m_manager->updateTags(item.id, {u"work"_s, u"home"_s});
     QCOMPARE(onlyItem().tags, (QStringList{u"work"_s, u"home"_s}));
-    QCOMPARE(onlyItem().updatedAt, m_clock.now());
+    QCOMPARE(onlyItem().updatedAt, m_clock->now());
     QCOMPARE(onlyItem().contentHash, hash);
     m_manager->updateTags(QUuid::createUuid(), {u"work"_s});
     m_manager->drain();
@@ -447,14 +411,14 @@ void ClipboardItemManagerTest::aTagIsRemovedFromEveryEntry()
     m_manager->updateTags(two.id, {u"Work"_s});
     m_manager->updateTags(three.id, {u"work"_s});
     m_manager->drain();
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     m_manager->removeTag(u"work"_s);
     const ClipboardItemList items = m_manager->items();
     QCOMPARE(items[0]->tags, QStringList());
     QCOMPARE(items[1]->tags, QStringList{u"Work"_s});
     QCOMPARE(items[2]->tags, QStringList{u"home"_s});
-    QCOMPARE(items[0]->updatedAt, m_clock.now());
-    QVERIFY(items[1]->updatedAt < m_clock.now());
+    QCOMPARE(items[0]->updatedAt, m_clock->now());
+    QVERIFY(items[1]->updatedAt < m_clock->now());
     m_manager->drain();
     QCOMPARE(callsSinceLoading(), QStringList(3 + 3 + 2, u"upsertItem"_s));
 }
@@ -493,7 +457,7 @@ void ClipboardItemManagerTest::anEditReplacesTheText()
 {
     const ClipboardItem item = add(u"a"_s);
     add(u"b"_s);
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     std::optional<ClipboardItem> edited;
     m_manager->updateTextContent(item.id, u"https://a.org"_s,
                                  [&edited](const auto &result) { edited = result; });
@@ -502,7 +466,7 @@ void ClipboardItemManagerTest::anEditReplacesTheText()
     QVERIFY(*edited == *m_manager->items().at(1));
     QCOMPARE(edited->contentType, ClipboardContentType::Text);
     QCOMPARE(edited->timestamp, item.timestamp);
-    QCOMPARE(edited->updatedAt, m_clock.now());
+    QCOMPARE(edited->updatedAt, m_clock->now());
     QCOMPARE(edited->contentHash, computeContentHash(*edited));
     m_manager->drain();
     QCOMPARE(m_history->live().first().stringValue, Utf8Text(u"https://a.org"_s));
@@ -524,7 +488,7 @@ void ClipboardItemManagerTest::anEditThatChangesNothingIsNotStamped()
 {
     const ClipboardItem item = add(u"a\nb"_s);
     const Timestamp before = onlyItem().updatedAt;
-    m_clock.advance(1s);
+    m_clock->advance(1s);
     std::optional<ClipboardItem> edited;
     m_manager->updateTextContent(item.id, u"a\r\nb"_s,
                                  [&edited](const auto &result) { edited = result; });
@@ -536,19 +500,19 @@ void ClipboardItemManagerTest::anEditThatChangesNothingIsNotStamped()
 
 void ClipboardItemManagerTest::anEditWithTheSameTextDropsRichData()
 {
-    ClipboardItem rich = textItem(u"a"_s, m_clock.now());
+    ClipboardItem rich = textItem(u"a"_s, m_clock->now());
     rich.htmlRepresentation = "<b>a</b>"_ba;
     rich.contentHash = computeContentHash(rich);
     stored(rich);
     m_manager->updateTextContent(rich.id, u"a"_s, {});
     QVERIFY(!onlyItem().htmlRepresentation);
     QVERIFY(onlyItem().contentHash != rich.contentHash);
-    QCOMPARE(onlyItem().contentHash, textItem(u"a"_s, m_clock.now()).contentHash);
+    QCOMPARE(onlyItem().contentHash, textItem(u"a"_s, m_clock->now()).contentHash);
 }
 
 void ClipboardItemManagerTest::onlyTextsAndLinksAreEdited()
 {
-    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock->now());
     image.imageFileName = u"a.png"_s;
     image.contentHash = computeContentHash(image);
     stored(image);
@@ -567,7 +531,7 @@ void ClipboardItemManagerTest::theOldestGoesWhenTheHistoryIsFull()
 {
     fill(5, true);
     fill(1'000);
-    start();
+    openHistory();
     const QUuid oldestPlain = m_manager->items().at(999)->id;
     add(u"new"_s);
     QCOMPARE(m_manager->items().size(), 1'005);
@@ -582,7 +546,7 @@ void ClipboardItemManagerTest::anOldFavouriteStays()
 {
     fill(1, true);
     fill(1'000);
-    start();
+    openHistory();
     for (int i = 0; i < 3; ++i)
         add(u"new %1"_s.arg(i));
     QCOMPARE(texts().last(), u"0"_s);
@@ -593,7 +557,7 @@ void ClipboardItemManagerTest::anUnofferedCapacityIsTheSmallest()
 {
     m_defaults->set(u"history.limit"_s, 500);
     fill(1'001);
-    start();
+    openHistory();
     QCOMPARE(m_manager->capacity(), 1'000);
     QCOMPARE(m_manager->items().size(), 1'000);
     QCOMPARE(m_defaults->integer(u"history.limit"_s), 500);
@@ -607,7 +571,7 @@ void ClipboardItemManagerTest::aLoweredCapacityIsEnforced()
     m_history->records.last().imageFileName = u"newest.png"_s;
     writeImage(u"oldest.png"_s);
     writeImage(u"newest.png"_s);
-    start();
+    openHistory();
     QCOMPARE(m_manager->items().size(), 5'000);
 
     m_defaults->set(u"history.limit"_s, 1'000);
@@ -623,7 +587,7 @@ void ClipboardItemManagerTest::aLoweredCapacityIsEnforced()
 
 void ClipboardItemManagerTest::filesThatNobodyNamesAreSwept()
 {
-    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock->now());
     image.imageFileName = u"a.png"_s;
     image.contentHash = computeContentHash(image);
     stored(image);
@@ -638,7 +602,7 @@ void ClipboardItemManagerTest::filesThatNobodyNamesAreSwept()
 
 void ClipboardItemManagerTest::clearingKeepsFavourites()
 {
-    ClipboardItem favourite = textItem(u"kept"_s, m_clock.now());
+    ClipboardItem favourite = textItem(u"kept"_s, m_clock->now());
     favourite.isFavorite = true;
     favourite.imageFileName = u"kept.png"_s;
     stored(favourite);
@@ -666,7 +630,7 @@ void ClipboardItemManagerTest::clearingEverythingLeavesNothing()
     m_history->records.first().imageFileName = u"a.png"_s;
     writeImage(u"a.png"_s);
     writeImage(u".hidden"_s);
-    start();
+    openHistory();
     m_manager->clearHistory(ClipboardItemManager::Favorites::Clear, {});
     QVERIFY(m_manager->items().isEmpty());
     m_manager->drain();
@@ -712,7 +676,7 @@ void ClipboardItemManagerTest::theEndWritesWhatIsQueued()
 void ClipboardItemManagerTest::theEndFinishesASweep()
 {
     for (int round = 0; round < 20; ++round) {
-        start();
+        openHistory();
         add(u"a"_s);
         writeImage(u"stray.png"_s);
         m_manager->clearHistory(ClipboardItemManager::Favorites::Keep, {});
@@ -724,7 +688,7 @@ void ClipboardItemManagerTest::theEndFinishesASweep()
 
 void ClipboardItemManagerTest::theDiskUsageIsThatOfTheList()
 {
-    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock.now());
+    ClipboardItem image = makeItem(ClipboardContentType::Image, m_clock->now());
     image.imageFileName = u"a.png"_s;
     image.contentHash = computeContentHash(image);
     stored(image);

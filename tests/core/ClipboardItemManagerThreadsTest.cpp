@@ -1,14 +1,8 @@
 #include "core/ClipboardItemManager.h"
+#include "tests/fakes/HistoryFixture.h"
 
-#include "foundation/UserDefaults.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeFiles.h"
-#include "tests/fakes/FakeImageCodec.h"
-#include "tests/fakes/MemoryHistoryStore.h"
-#include "tests/fakes/PrintedLines.h"
 
 #include <QSet>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -60,7 +54,7 @@ QSet<QUuid> idsOf(const ClipboardItemList &items)
 } // namespace
 
 /// The manager among many threads. The sanitizer for threads is to find nothing here.
-class ClipboardItemManagerThreadsTest : public QObject
+class ClipboardItemManagerThreadsTest : public QObject, protected HistoryFixture
 {
     Q_OBJECT
 
@@ -78,14 +72,6 @@ private:
     void changeAtRandom(const std::stop_token &stop);
     void readAndLook(const std::stop_token &stop);
 
-    std::optional<QTemporaryDir> m_directory;
-    FakeClock m_clock;
-    FakeImageCodec m_codec;
-    std::optional<PrintedLines> m_printed;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<FakeFiles> m_files;
-    std::shared_ptr<MemoryHistory> m_history;
-    std::unique_ptr<ClipboardItemManager> m_manager;
 
     std::atomic<int> m_readCount;
     std::atomic<int> m_changeCount;
@@ -95,15 +81,7 @@ private:
 
 void ClipboardItemManagerThreadsTest::init()
 {
-    m_directory.emplace();
-    m_printed.emplace();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));
-    m_files = std::make_unique<FakeFiles>(*m_defaults);
-    m_history = std::make_shared<MemoryHistory>();
-    m_manager = std::make_unique<ClipboardItemManager>(
-        std::make_unique<MemoryHistoryStore>(m_history),
-        ImageStorage(m_directory->filePath(u"images"_s), m_codec, *m_defaults, m_clock),
-        m_files->references, *m_defaults, m_clock);
+    setUpHistory();
     m_readCount = 0;
     m_changeCount = 0;
     m_complaints.clear();
@@ -111,16 +89,15 @@ void ClipboardItemManagerThreadsTest::init()
 
 void ClipboardItemManagerThreadsTest::cleanup()
 {
-    m_manager.reset();
-    m_printed.reset();
+    tearDownHistory();
 }
 
 ClipboardItem ClipboardItemManagerThreadsTest::add(int number)
 {
     // Every third has the time of the one before, and every seventh the text of an earlier one.
     if (number % 3 != 0)
-        m_clock.advance(1s);
-    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock.now());
+        m_clock->advance(1s);
+    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock->now());
     item.stringValue = Utf8Text(QString::number(number % 7 == 0 ? number - 500 : number));
     m_manager->addItem(item);
     return item;

@@ -65,6 +65,7 @@ private:
 
 void FileReferencesTest::init()
 {
+    m_defaults.reset(); // It is written at its end, and so has to end before its directory.
     m_directory = std::make_unique<QTemporaryDir>();
     m_printed = std::make_unique<PrintedLines>();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));

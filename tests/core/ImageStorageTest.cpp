@@ -134,6 +134,7 @@ private:
 
 void ImageStorageTest::init()
 {
+    m_defaults.reset(); // It is written at its end, and so has to end before its directory.
     m_directory.emplace();
     m_printed.emplace();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"tessarine.conf"_s));

@@ -24,6 +24,7 @@ private slots:
     void init()
     {
         m_printed = std::make_unique<PrintedLines>();
+        m_defaults.reset(); // It is written at its end, and so has to end before its directory.
         m_directory = std::make_unique<QTemporaryDir>();
         m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"test.conf"_s));
         m_manager = std::make_unique<HotkeySettingsManager>(*m_defaults);

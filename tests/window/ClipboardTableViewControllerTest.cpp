@@ -80,6 +80,7 @@ private:
 
 void ClipboardTableViewControllerTest::init()
 {
+    m_defaults.reset(); // It is written at its end, and so has to end before its directory.
     m_directory = std::make_unique<QTemporaryDir>();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"settings.conf"_s));
     m_names = std::make_unique<ApplicationNames>(m_workspace);

@@ -162,6 +162,7 @@ private:
 
 void HistoryWindowTest::init()
 {
+    m_defaults.reset(); // It is written at its end, and so has to end before its directory.
     m_directory = std::make_unique<QTemporaryDir>();
     m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"settings.conf"_s));
     m_workspace = std::make_unique<WatchedWorkspace>();

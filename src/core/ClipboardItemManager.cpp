@@ -245,6 +245,7 @@ void ClipboardItemManager::insert(ClipboardItem item, Completion completion)
         storePicture(id, completion);
     });
 }
+
 /// Takes out the entry that \a item replaces, and lets it inherit what there is to inherit.
 ClipboardItemManager::Departures ClipboardItemManager::takeDuplicateOf(ClipboardItem &item)
 {

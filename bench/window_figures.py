@@ -38,6 +38,8 @@ class WindowFigures:
              lambda: self.search(SEARCH_KEY)),
             ("a word that is not there, typed at once, to empty list drawn", "",
              lambda: self.search(absent_word(corpus.corpus(self.session.count)))),
+            ("its letters after the first, typed 0.3 s later, to empty list drawn", "",
+             lambda: self.search(absent_word(corpus.corpus(self.session.count)), already=1)),
         )
 
     def hot_key_to_frame(self):
@@ -58,19 +60,22 @@ class WindowFigures:
         self.close_window()
         self.session.settle(0.3)
 
-    def search(self, word):
+    def search(self, word, already=0):
+        """The last letters of a word, of which so many stand in the search field before."""
         self.session.fresh_start()
         area, whole = self.open_and_settle()
         self.type(word)
         narrowed = self.watch.settled_picture(area)
         if narrowed == whole:
             return "the search changes nothing that can be seen"
-        return self.drawn_after(lambda: self.type(word), area, narrowed, self.prepare_search)
 
-    def prepare_search(self):
-        # Opened anew each time, so that nothing was prepared by an earlier search.
-        self.open_and_settle()
-        self.session.settle(0.3)
+        def prepare():
+            # Opened anew each time, so that nothing was prepared by an earlier search.
+            self.open_and_settle()
+            if already:
+                self.type(word[:already])
+            self.session.settle(0.3)
+        return self.drawn_after(lambda: self.type(word[already:]), area, narrowed, prepare)
 
     def drawn_after(self, act, area, wanted, prepare):
         """The median time from act(), which gives its moment, to the area looking as wanted."""

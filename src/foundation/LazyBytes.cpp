@@ -7,6 +7,9 @@ namespace {
 /// One for all: it is held for the copying of a pointer, and a mutex in each would outweigh it.
 std::mutex stateMutex;
 
+/// One reads at a time: what two readers want is read once, and the source has one reader anyway.
+std::mutex readMutex;
+
 } // namespace
 
 struct LazyBytes::State
@@ -53,19 +56,27 @@ std::optional<QByteArray> LazyBytes::read() const
     return bytes ? std::optional(*bytes) : std::nullopt;
 }
 
+/// What need not be read; null if there is nothing, and then \a source is the present one.
+std::shared_ptr<const QByteArray>
+LazyBytes::bytesAtHand(std::shared_ptr<const ByteSource> &source) const
+{
+    const std::lock_guard lock(stateMutex);
+    if (m_state->bytes)
+        return m_state->bytes;
+    source = m_state->source;
+    return m_state->held.lock();
+}
+
 std::shared_ptr<const QByteArray> LazyBytes::hold() const
 {
     if (!m_state)
         return std::make_shared<const QByteArray>();
     std::shared_ptr<const ByteSource> source;
-    {
-        const std::lock_guard lock(stateMutex);
-        if (m_state->bytes)
-            return m_state->bytes;
-        if (auto held = m_state->held.lock())
-            return held;
-        source = m_state->source;
-    }
+    if (auto bytes = bytesAtHand(source))
+        return bytes;
+    const std::lock_guard readLock(readMutex);
+    if (auto bytes = bytesAtHand(source))
+        return bytes;
     std::optional<QByteArray> read = source->read();
     if (!read || read->size() != m_state->size)
         return nullptr;

@@ -48,5 +48,8 @@ public:
 private:
     struct State;
 
+    std::shared_ptr<const QByteArray>
+    bytesAtHand(std::shared_ptr<const ByteSource> &source) const;
+
     std::shared_ptr<State> m_state; ///< Null for no bytes at all.
 };

@@ -21,11 +21,10 @@ constexpr std::array kRemoteWords{
 
 HistoryFilter::~HistoryFilter()
 {
-    if (m_heldTexts.empty())
+    if (!m_hasLongTexts)
         return;
+    m_longTextReader.reset();
     m_heldTexts.clear();
-    m_lastItems.clear();
-    m_lastMatches.clear();
     returnFreeMemory();
 }
 
@@ -61,6 +60,9 @@ ClipboardItemList HistoryFilter::matchesIn(const ClipboardItemList &items)
         if (matches(*item))
             matching.append(item);
     }
+    // After the pass, which is not to wait for it.
+    if (m_hasLongTexts && !m_longTextReader)
+        m_longTextReader.emplace(items);
     m_lastItems = items;
     m_lastMatches = matching;
     m_lastCategory = m_category;
@@ -96,6 +98,7 @@ bool HistoryFilter::isFound(const ClipboardItem &item)
 
 bool HistoryFilter::isTextFound(const Utf8Text &text)
 {
+    m_hasLongTexts = m_hasLongTexts || text.isLong();
     if (m_query.isContainedInUtf8(text.start()))
         return true;
     if (!text.isLong())

@@ -2,7 +2,9 @@
 
 #include "foundation/LoweredQuery.h"
 #include "window/FilterCategory.h"
+#include "window/LongTextReader.h"
 
+#include <optional>
 #include <unordered_set>
 
 class ApplicationNames;
@@ -45,6 +47,8 @@ private:
     bool m_isRemoteWordFound = false;
     QHash<QString, bool> m_foundSources; ///< What isSourceFound() gave for the present query.
     std::unordered_set<std::shared_ptr<const QByteArray>> m_heldTexts; ///< Read back to be searched.
+    bool m_hasLongTexts = false; ///< A search has come upon one.
+    std::optional<LongTextReader> m_longTextReader; ///< At work since the first search with any.
 
     // The last pass. Holding the lists keeps their buffers from being used for others.
     ClipboardItemList m_lastItems;

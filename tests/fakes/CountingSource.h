@@ -2,7 +2,9 @@
 
 #include "foundation/LazyBytes.h"
 
-/// Gives the same bytes each time, or none, and counts how often it was asked.
+#include <atomic>
+
+/// Gives the same bytes each time, or none, and counts how often it was asked. Any thread.
 class CountingSource : public ByteSource
 {
 public:
@@ -14,7 +16,7 @@ public:
         return m_bytes;
     }
 
-    mutable int readCount = 0;
+    mutable std::atomic<int> readCount = 0;
 
 private:
     std::optional<QByteArray> m_bytes;

@@ -123,9 +123,9 @@ void Utf8TextTest::aLongTextElsewhereIsReadBack()
     const Utf8Text text = Utf8Text::elsewhere(utf8, source);
     QCOMPARE(text.byteCount(), utf8.size());
     QVERIFY(utf8.startsWith(text.start()));
-    QCOMPARE(source->readCount, 0);
+    QCOMPARE(source->readCount.load(), 0);
     QCOMPARE(text.utf8(), utf8);
-    QCOMPARE(source->readCount, 1);
+    QCOMPARE(source->readCount.load(), 1);
     QCOMPARE(text, Utf8Text::fromUtf8(utf8));
 }
 

@@ -257,13 +257,13 @@ void HistoryFilterTest::whatWasReadToBeSearchedIsReadOnce()
     ClipboardItem entry = textItem(u""_s);
     entry.stringValue = Utf8Text::elsewhere(text, source);
     QVERIFY(finds(entry, u"a"_s));
-    QCOMPARE(source->readCount, 0);
+    QCOMPARE(source->readCount.load(), 0);
     QVERIFY(finds(entry, u"n"_s));
     QVERIFY(finds(entry, u"needle"_s));
-    QCOMPARE(source->readCount, 1);
+    QCOMPARE(source->readCount.load(), 1);
     m_filter.reset();
     QCOMPARE(entry.stringValue->utf8(), text);
-    QCOMPARE(source->readCount, 2);
+    QCOMPARE(source->readCount.load(), 2);
 }
 
 void HistoryFilterTest::aLongTextThatCannotBeReadIsNotFound()

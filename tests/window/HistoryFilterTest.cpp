@@ -40,6 +40,7 @@ private slots:
     void anotherCategoryIsSearchedWhole();
     void aLongTextIsSearchedToItsEnd();
     void whatWasReadToBeSearchedIsReadOnce();
+    void longTextsAreReadAheadFromTheFirstLetterOn();
     void aLongTextThatCannotBeReadIsNotFound();
 
 private:
@@ -256,14 +257,26 @@ void HistoryFilterTest::whatWasReadToBeSearchedIsReadOnce()
     const auto source = std::make_shared<CountingSource>(text);
     ClipboardItem entry = textItem(u""_s);
     entry.stringValue = Utf8Text::elsewhere(text, source);
-    QVERIFY(finds(entry, u"a"_s));
-    QCOMPARE(source->readCount.load(), 0);
     QVERIFY(finds(entry, u"n"_s));
     QVERIFY(finds(entry, u"needle"_s));
     QCOMPARE(source->readCount.load(), 1);
     m_filter.reset();
     QCOMPARE(entry.stringValue->utf8(), text);
     QCOMPARE(source->readCount.load(), 2);
+}
+
+void HistoryFilterTest::longTextsAreReadAheadFromTheFirstLetterOn()
+{
+    const QByteArray text = QByteArray("a ").repeated(5000) + "needle";
+    const auto source = std::make_shared<CountingSource>(text);
+    ClipboardItem entry = textItem(u""_s);
+    entry.stringValue = Utf8Text::elsewhere(text, source);
+    QVERIFY(finds(entry, u""_s));
+    QCOMPARE(source->readCount.load(), 0);
+    QVERIFY(finds(entry, u"a"_s)); // It is found in the start, which is at hand.
+    QTRY_COMPARE(source->readCount.load(), 1);
+    QVERIFY(finds(entry, u"needle"_s));
+    QCOMPARE(source->readCount.load(), 1);
 }
 
 void HistoryFilterTest::aLongTextThatCannotBeReadIsNotFound()

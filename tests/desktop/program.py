@@ -148,8 +148,7 @@ class Program:
         return self.wait_for_row(lambda stored: stored == text, repr(text[:60]), seconds=seconds)
 
     def do_upkeep(self, upkeep, task):
-        """Has the upkeep program of that path do with the history what the settings offer: "limit" or
-        "clear"."""
+        """Has the upkeep program of that path do what the settings offer: "limit" or "clear"."""
         subprocess.run([upkeep, task, os.path.dirname(self.store_path), self.settings_path],
                        check=True, timeout=60, umask=self.umask, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL)

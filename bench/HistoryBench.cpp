@@ -2,19 +2,12 @@
 // chooses rows. The directory of the database is made in TMPDIR.
 
 #include "bench/Corpus.h"
+#include "bench/EmptyHistory.h"
 #include "bench/Measuring.h"
-#include "core/ClipboardItemManager.h"
 #include "foundation/Log.h"
 #include "foundation/LoweredQuery.h"
-#include "foundation/UserDefaults.h"
-#include "persistence/OpenHistoryStore.h"
-#include "platform/Clock.h"
-#include "platform/linux/DescriptorFileAccess.h"
-#include "platform/linux/InodeBookmarks.h"
-#include "platform/linux/QtImageCodec.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
@@ -25,42 +18,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class WallClock : public Clock
-{
-public:
-    Timestamp now() const override
-    {
-        return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
-    }
-};
-
 qint64 writtenBytes()
 {
     return procNumber(u"/proc/self/io"_s, "wchar");
 }
 
-/// A history of so many entries of the corpus on disk, and what is needed to open it.
-class History
+/// A history of so many entries of the corpus.
+class History : public EmptyHistory
 {
 public:
     explicit History(int count)
     {
-        const auto store = openHistoryStore(base(), m_clock);
+        const auto store = openStore();
         const ClipboardItemList entries = Corpus().entries(count);
         // Oldest first, as they would have been copied.
         for (auto item = entries.rbegin(); item != entries.rend(); ++item)
             store->upsertItem(**item);
         m_defaults.set(u"history.limit"_s, 10'000);
-    }
-
-    QString base() const { return m_directory.filePath(u"tessarine"_s); }
-    std::unique_ptr<ClipboardHistoryStore> openStore() { return openHistoryStore(base(), m_clock); }
-
-    std::unique_ptr<ClipboardItemManager> openManager()
-    {
-        return std::make_unique<ClipboardItemManager>(
-            openStore(), ImageStorage(imagesDirectoryIn(base()), m_codec, m_defaults, m_clock),
-            m_fileReferences, m_defaults, m_clock);
     }
 
     ClipboardItem copiedText()
@@ -72,13 +46,6 @@ public:
     }
 
 private:
-    WallClock m_clock;
-    QtImageCodec m_codec;
-    QTemporaryDir m_directory;
-    UserDefaults m_defaults{m_directory.filePath(u"tessarine.conf"_s)};
-    InodeBookmarks m_bookmarks;
-    DescriptorFileAccess m_fileAccess;
-    FileReferences m_fileReferences{m_bookmarks, m_fileAccess, m_defaults};
     Corpus m_copies{2};
 };
 

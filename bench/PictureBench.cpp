@@ -1,22 +1,15 @@
 // What a copied picture costs on its way into the history: a screenshot of 3840 x 2160, as a PNG of
 // about 3.5 MB. Prints a table; --benchmark_filter chooses rows. The history is made in TMPDIR.
 
+#include "bench/EmptyHistory.h"
 #include "bench/Measuring.h"
-#include "core/ClipboardItemManager.h"
 #include "foundation/Log.h"
-#include "foundation/UserDefaults.h"
-#include "persistence/OpenHistoryStore.h"
-#include "platform/linux/DescriptorFileAccess.h"
-#include "platform/linux/InodeBookmarks.h"
-#include "platform/linux/QtImageCodec.h"
-#include "platform/linux/SystemClock.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QTemporaryDir>
 
 #include <cmath>
 #include <cstring>
@@ -117,28 +110,13 @@ private:
     double m_processorMilliseconds = 0;
 };
 
-/// An empty history on disk.
-class History
+/// A history that keeps its pictures in one format.
+class History : public EmptyHistory
 {
 public:
     explicit History(const QString &format)
     {
         m_defaults.set(u"image.storage.format"_s, format);
-    }
-
-    QString base() const { return m_directory.filePath(u"tessarine"_s); }
-    QString imagesDirectory() const { return imagesDirectoryIn(base()); }
-
-    ImageStorage openStorage()
-    {
-        return ImageStorage(imagesDirectory(), m_codec, m_defaults, m_clock);
-    }
-
-    std::unique_ptr<ClipboardItemManager> openManager()
-    {
-        return std::make_unique<ClipboardItemManager>(openHistoryStore(base(), m_clock),
-                                                      openStorage(), m_fileReferences, m_defaults,
-                                                      m_clock);
     }
 
     ClipboardItem itemOf(PasteboardImage image) const
@@ -148,17 +126,6 @@ public:
         item.imageDigest = std::move(image.digest);
         return item;
     }
-
-    const QtImageCodec &codec() const { return m_codec; }
-
-private:
-    SystemClock m_clock;
-    QtImageCodec m_codec;
-    QTemporaryDir m_directory;
-    UserDefaults m_defaults{m_directory.filePath(u"tessarine.conf"_s)};
-    InodeBookmarks m_bookmarks;
-    DescriptorFileAccess m_fileAccess;
-    FileReferences m_fileReferences{m_bookmarks, m_fileAccess, m_defaults};
 };
 
 void pngToTiff(benchmark::State &state)

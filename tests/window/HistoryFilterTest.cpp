@@ -51,6 +51,20 @@ private:
     std::unique_ptr<HistoryFilter> m_filter;
 };
 
+namespace {
+
+const QByteArray kLongText = QByteArray("a ").repeated(5000) + "needle";
+
+/// An entry with the long text, which lies in \a source.
+ClipboardItem longItem(const std::shared_ptr<CountingSource> &source)
+{
+    ClipboardItem entry = textItem(QString());
+    entry.stringValue = Utf8Text::elsewhere(kLongText, source);
+    return entry;
+}
+
+} // namespace
+
 void HistoryFilterTest::init()
 {
     m_workspace = {};
@@ -253,24 +267,20 @@ void HistoryFilterTest::aLongTextIsSearchedToItsEnd()
 
 void HistoryFilterTest::whatWasReadToBeSearchedIsReadOnce()
 {
-    const QByteArray text = QByteArray("a ").repeated(5000) + "needle";
-    const auto source = std::make_shared<CountingSource>(text);
-    ClipboardItem entry = textItem(u""_s);
-    entry.stringValue = Utf8Text::elsewhere(text, source);
+    const auto source = std::make_shared<CountingSource>(kLongText);
+    const ClipboardItem entry = longItem(source);
     QVERIFY(finds(entry, u"n"_s));
     QVERIFY(finds(entry, u"needle"_s));
     QCOMPARE(source->readCount.load(), 1);
     m_filter.reset();
-    QCOMPARE(entry.stringValue->utf8(), text);
+    QCOMPARE(entry.stringValue->utf8(), kLongText);
     QCOMPARE(source->readCount.load(), 2);
 }
 
 void HistoryFilterTest::longTextsAreReadAheadFromTheFirstLetterOn()
 {
-    const QByteArray text = QByteArray("a ").repeated(5000) + "needle";
-    const auto source = std::make_shared<CountingSource>(text);
-    ClipboardItem entry = textItem(u""_s);
-    entry.stringValue = Utf8Text::elsewhere(text, source);
+    const auto source = std::make_shared<CountingSource>(kLongText);
+    const ClipboardItem entry = longItem(source);
     QVERIFY(finds(entry, u""_s));
     QCOMPARE(source->readCount.load(), 0);
     QVERIFY(finds(entry, u"a"_s)); // It is found in the start, which is at hand.
@@ -281,10 +291,7 @@ void HistoryFilterTest::longTextsAreReadAheadFromTheFirstLetterOn()
 
 void HistoryFilterTest::aLongTextThatCannotBeReadIsNotFound()
 {
-    const QByteArray text = QByteArray("a ").repeated(5000) + "needle";
-    ClipboardItem entry = textItem(u""_s);
-    entry.stringValue
-        = Utf8Text::elsewhere(text, std::make_shared<CountingSource>(std::nullopt));
+    const ClipboardItem entry = longItem(std::make_shared<CountingSource>(std::nullopt));
     QVERIFY(finds(entry, u"a a"_s));
     QVERIFY(!finds(entry, u"needle"_s));
 }

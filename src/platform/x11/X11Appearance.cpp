@@ -20,7 +20,7 @@ X11Appearance::~X11Appearance()
 
 void X11Appearance::watchCompositor()
 {
-    const quint32 selection = m_connection.atom(X11Atom::CompositorSelection);
+    const quint32 selection = m_connection.atom(X11AtomName::CompositorSelection);
     if (m_connection.xfixes().isPresent) {
         xcb_xfixes_select_selection_input(
             m_connection.xcb(), m_connection.rootWindow(), selection,
@@ -39,7 +39,7 @@ void X11Appearance::handleX11Event(int type, const void *event)
         type != m_connection.xfixes().firstEvent + XCB_XFIXES_SELECTION_NOTIFY)
         return;
     const auto *notice = static_cast<const xcb_xfixes_selection_notify_event_t *>(event);
-    if (notice->selection != m_connection.atom(X11Atom::CompositorSelection))
+    if (notice->selection != m_connection.atom(X11AtomName::CompositorSelection))
         return;
     // The window named as the owner of a selection that was lost is the one that lost it.
     const bool isComposited = notice->subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER &&

@@ -17,23 +17,6 @@
 
 namespace {
 
-constexpr quint32 kMaxPropertyWords = 4096;
-
-std::array<std::string, size_t(X11Atom::Count)> atomNames(int screenNumber)
-{
-    std::array<std::string, size_t(X11Atom::Count)> names;
-    const auto set = [&names](X11Atom atom, std::string name) {
-        names[size_t(atom)] = std::move(name);
-    };
-    set(X11Atom::CompositorSelection, "_NET_WM_CM_S" + std::to_string(screenNumber));
-    set(X11Atom::GtkApplicationId, "_GTK_APPLICATION_ID");
-    set(X11Atom::NetActiveWindow, "_NET_ACTIVE_WINDOW");
-    set(X11Atom::NetSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK");
-    set(X11Atom::NetWmPid, "_NET_WM_PID");
-    set(X11Atom::NetWmUserTime, "_NET_WM_USER_TIME");
-    return names;
-}
-
 X11Connection::Extension learnExtension(xcb_connection_t *xcb, xcb_extension_t *extension)
 {
     const xcb_query_extension_reply_t *data = xcb_get_extension_data(xcb, extension);
@@ -77,7 +60,7 @@ X11Connection::X11Connection(const QByteArray &displayName)
 {
     connectToServer(displayName);
     m_notifier =
-        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_xcb), QSocketNotifier::Read);
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(xcb()), QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, &m_context,
                      [this] { processEvents(); });
 }
@@ -85,43 +68,34 @@ X11Connection::X11Connection(const QByteArray &displayName)
 X11Connection::~X11Connection()
 {
     m_notifier.reset();
-    xcb_disconnect(m_xcb);
+    xcb_disconnect(xcb());
 }
 
 void X11Connection::connectToServer(const QByteArray &displayName)
 {
     int screenNumber = 0;
-    m_xcb = openDisplay(displayName, &screenNumber);
-    m_rootWindow = findScreen(m_xcb, screenNumber)->root;
-    learnServer(screenNumber);
+    xcb_connection_t *xcb = openDisplay(displayName, &screenNumber);
+    // Asked for before the first answer is awaited: two round trips for all.
+    for (xcb_extension_t *extension : {&xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
+        xcb_prefetch_extension_data(xcb, extension);
+    learn(xcb, findScreen(xcb, screenNumber)->root, screenNumber);
+    learnExtensions();
 }
 
-void X11Connection::learnServer(int screenNumber)
+void X11Connection::learnExtensions()
 {
-    // Everything is asked for before the first answer is taken: two round trips for all.
-    for (xcb_extension_t *extension : {&xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
-        xcb_prefetch_extension_data(m_xcb, extension);
-    std::array<xcb_intern_atom_cookie_t, size_t(X11Atom::Count)> atomCookies{};
-    std::ranges::transform(atomNames(screenNumber), atomCookies.begin(), [this](const auto &name) {
-        return xcb_intern_atom(m_xcb, 0, quint16(name.size()), name.c_str());
-    });
-
-    m_xfixes = learnExtension(m_xcb, &xcb_xfixes_id);
-    m_xinput = learnExtension(m_xcb, &xcb_input_id);
-    m_xkb = learnExtension(m_xcb, &xcb_xkb_id);
-    m_xtest = learnExtension(m_xcb, &xcb_test_id);
+    m_xfixes = learnExtension(xcb(), &xcb_xfixes_id);
+    m_xinput = learnExtension(xcb(), &xcb_input_id);
+    m_xkb = learnExtension(xcb(), &xcb_xkb_id);
+    m_xtest = learnExtension(xcb(), &xcb_test_id);
 
     // An extension serves only those who have told it the version they speak.
     const auto xfixesVersion =
-        m_xfixes.isPresent ? std::optional(xcb_xfixes_query_version(m_xcb, 5, 0)) : std::nullopt;
+        m_xfixes.isPresent ? std::optional(xcb_xfixes_query_version(xcb(), 5, 0)) : std::nullopt;
     const auto xinputVersion =
-        m_xinput.isPresent ? std::optional(xcb_input_xi_query_version(m_xcb, 2, 2)) : std::nullopt;
+        m_xinput.isPresent ? std::optional(xcb_input_xi_query_version(xcb(), 2, 2)) : std::nullopt;
     const auto xkbVersion =
-        m_xkb.isPresent ? std::optional(xcb_xkb_use_extension(m_xcb, 1, 0)) : std::nullopt;
-    for (size_t i = 0; i < m_atoms.size(); ++i) {
-        if (const auto atom = reply(xcb_intern_atom_reply, atomCookies[i]))
-            m_atoms[i] = atom->atom;
-    }
+        m_xkb.isPresent ? std::optional(xcb_xkb_use_extension(xcb(), 1, 0)) : std::nullopt;
     if (xfixesVersion)
         m_xfixes.isPresent = reply(xcb_xfixes_query_version_reply, *xfixesVersion) != nullptr;
     if (xinputVersion)
@@ -134,23 +108,7 @@ void X11Connection::learnServer(int screenNumber)
 
 void X11Connection::flush()
 {
-    xcb_flush(m_xcb);
-}
-
-quint32 X11Connection::requestProperty(quint32 window, quint32 property)
-{
-    return xcb_get_property(m_xcb, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
-                            kMaxPropertyWords)
-        .sequence;
-}
-
-std::optional<QByteArray> X11Connection::takeProperty(quint32 request)
-{
-    const auto answer = reply(xcb_get_property_reply, xcb_get_property_cookie_t{request});
-    if (!answer)
-        return std::nullopt;
-    return QByteArray(static_cast<const char *>(xcb_get_property_value(answer.get())),
-                      xcb_get_property_value_length(answer.get()));
+    xcb_flush(xcb());
 }
 
 void X11Connection::addListener(X11EventListener *listener)
@@ -186,7 +144,7 @@ void X11Connection::noteUserTime(quint32 time)
 
 void X11Connection::processEvents()
 {
-    while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_xcb)}) {
+    while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(xcb())}) {
         const int type = event->response_type & ~0x80;
         if (type == 0) // An error of a request that nobody waits for.
             continue;
@@ -198,6 +156,6 @@ void X11Connection::processEvents()
         }
     }
     // A server that is gone stays readable for ever.
-    if (xcb_connection_has_error(m_xcb) != 0)
+    if (xcb_connection_has_error(xcb()) != 0)
         m_notifier->setEnabled(false);
 }

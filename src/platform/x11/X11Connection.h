@@ -1,27 +1,12 @@
 #pragma once
 
-#include <QByteArray>
+#include "platform/x11/X11Requests.h"
+
 #include <QObject>
 
-#include <array>
-#include <cstdlib>
-#include <memory>
-#include <optional>
 #include <vector>
 
-struct xcb_connection_t;
 class QSocketNotifier;
-
-enum class X11Atom : quint8
-{
-    CompositorSelection, ///< _NET_WM_CM_S with the number of our screen.
-    GtkApplicationId,
-    NetActiveWindow,
-    NetSupportingWmCheck,
-    NetWmPid,
-    NetWmUserTime,
-    Count,
-};
 
 /// Takes part in the events of a connection.
 class X11EventListener
@@ -34,20 +19,10 @@ public:
     virtual void handleX11Event(int type, const void *event) = 0;
 };
 
-/// A reply of the server. It was allocated by the C library.
-struct X11ReplyDeleter
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
-template <typename T>
-using X11Reply = std::unique_ptr<T, X11ReplyDeleter>;
-
 /// The main thread's own connection to the X server.
 ///
-/// It is separate from Qt's, so that grabs, raw events and errors are ours alone. Waiting here
-/// means waiting for the server, never for another program. Requests about windows that have died
-/// are answered with errors, which are dropped.
-class X11Connection
+/// It is separate from Qt's, so that grabs, raw events and errors are ours alone.
+class X11Connection : public X11Requests
 {
 public:
     struct Extension
@@ -60,13 +35,7 @@ public:
     /// Connects to \a displayName; if that is empty, to the display of the environment.
     /// \throws PlatformError if there is no such display.
     explicit X11Connection(const QByteArray &displayName = {});
-    ~X11Connection();
-    X11Connection(const X11Connection &) = delete;
-    X11Connection &operator=(const X11Connection &) = delete;
-
-    xcb_connection_t *xcb() const { return m_xcb; }
-    quint32 rootWindow() const { return m_rootWindow; }
-    quint32 atom(X11Atom atom) const { return m_atoms[size_t(atom)]; }
+    ~X11Connection() override;
 
     const Extension &xfixes() const { return m_xfixes; }
     const Extension &xinput() const { return m_xinput; }
@@ -75,29 +44,12 @@ public:
 
     void flush();
 
-    /// The answer to a request; null if it failed. \a getReply is xcb's function for it.
-    template <typename Reply, typename Cookie, typename Error>
-    X11Reply<Reply> reply(Reply *(*getReply)(xcb_connection_t *, Cookie, Error **), Cookie cookie)
-    {
-        Error *error = nullptr;
-        X11Reply<Reply> answer(getReply(m_xcb, cookie, &error));
-        std::free(error);
-        noteWaited();
-        return answer;
-    }
-
-    /// Asks for a property, of any type and up to some kilobytes; takeProperty() gets the answer.
-    /// Asking for several before taking the first costs one round trip for all.
-    quint32 requestProperty(quint32 window, quint32 property);
-    /// The bytes of the property, empty if it is not set; absent if the window is not there.
-    std::optional<QByteArray> takeProperty(quint32 request);
+    /// To be called after waiting for the server by other means than reply(): events that came
+    /// meanwhile lie in the queue, and nothing else would tell the event loop.
+    void noteWaited() override;
 
     void addListener(X11EventListener *listener);
     void removeListener(X11EventListener *listener);
-
-    /// To be called after waiting for the server: events that came meanwhile lie in the queue, and
-    /// nothing else would tell the event loop.
-    void noteWaited();
 
     /// The server's time of the latest key or button press meant for this program; 0 if none.
     quint32 userTime() const { return m_userTime; }
@@ -105,12 +57,8 @@ public:
 
 private:
     void connectToServer(const QByteArray &displayName);
-    void learnServer(int screenNumber);
+    void learnExtensions();
     void processEvents();
-
-    xcb_connection_t *m_xcb = nullptr;
-    quint32 m_rootWindow = 0;
-    std::array<quint32, size_t(X11Atom::Count)> m_atoms{};
     Extension m_xfixes;
     Extension m_xinput;
     Extension m_xkb;

@@ -22,13 +22,13 @@ std::optional<quint32> X11Windows::firstValue(const std::optional<QByteArray> &p
 
 quint32 X11Windows::activeWindow()
 {
-    const quint32 activeRequest = m_connection.requestProperty(
-        m_connection.rootWindow(), m_connection.atom(X11Atom::NetActiveWindow));
-    const quint32 checkRequest = m_connection.requestProperty(
-        m_connection.rootWindow(), m_connection.atom(X11Atom::NetSupportingWmCheck));
+    const quint32 activeRequest = m_requests.requestProperty(
+        m_requests.rootWindow(), m_requests.atom(X11AtomName::NetActiveWindow));
+    const quint32 checkRequest = m_requests.requestProperty(
+        m_requests.rootWindow(), m_requests.atom(X11AtomName::NetSupportingWmCheck));
     // There are window managers that write a second value; it means nothing.
-    const std::optional<quint32> active = firstValue(m_connection.takeProperty(activeRequest));
-    const std::optional<quint32> checkWindow = firstValue(m_connection.takeProperty(checkRequest));
+    const std::optional<quint32> active = firstValue(m_requests.takeProperty(activeRequest));
+    const std::optional<quint32> checkWindow = firstValue(m_requests.takeProperty(checkRequest));
 
     // What a window manager has written stays behind when it ends.
     if (isWindowManagerAlive(checkWindow))
@@ -39,30 +39,30 @@ quint32 X11Windows::activeWindow()
 
 bool X11Windows::hasWindowManager()
 {
-    const quint32 request = m_connection.requestProperty(
-        m_connection.rootWindow(), m_connection.atom(X11Atom::NetSupportingWmCheck));
-    return isWindowManagerAlive(firstValue(m_connection.takeProperty(request)));
+    const quint32 request = m_requests.requestProperty(
+        m_requests.rootWindow(), m_requests.atom(X11AtomName::NetSupportingWmCheck));
+    return isWindowManagerAlive(firstValue(m_requests.takeProperty(request)));
 }
 
 bool X11Windows::isWindowManagerAlive(const std::optional<quint32> &checkWindow)
 {
     if (!checkWindow || *checkWindow == 0)
         return false;
-    const quint32 request = m_connection.requestProperty(
-        *checkWindow, m_connection.atom(X11Atom::NetSupportingWmCheck));
-    return firstValue(m_connection.takeProperty(request)) == checkWindow;
+    const quint32 request = m_requests.requestProperty(
+        *checkWindow, m_requests.atom(X11AtomName::NetSupportingWmCheck));
+    return firstValue(m_requests.takeProperty(request)) == checkWindow;
 }
 
 std::optional<X11Windows::Identity> X11Windows::identity(quint32 window)
 {
-    const quint32 classRequest = m_connection.requestProperty(window, XCB_ATOM_WM_CLASS);
+    const quint32 classRequest = m_requests.requestProperty(window, XCB_ATOM_WM_CLASS);
     const quint32 gtkRequest =
-        m_connection.requestProperty(window, m_connection.atom(X11Atom::GtkApplicationId));
+        m_requests.requestProperty(window, m_requests.atom(X11AtomName::GtkApplicationId));
     const quint32 pidRequest =
-        m_connection.requestProperty(window, m_connection.atom(X11Atom::NetWmPid));
-    const std::optional<QByteArray> windowClass = m_connection.takeProperty(classRequest);
-    const std::optional<QByteArray> gtkId = m_connection.takeProperty(gtkRequest);
-    const std::optional<QByteArray> pid = m_connection.takeProperty(pidRequest);
+        m_requests.requestProperty(window, m_requests.atom(X11AtomName::NetWmPid));
+    const std::optional<QByteArray> windowClass = m_requests.takeProperty(classRequest);
+    const std::optional<QByteArray> gtkId = m_requests.takeProperty(gtkRequest);
+    const std::optional<QByteArray> pid = m_requests.takeProperty(pidRequest);
     if (!windowClass)
         return std::nullopt;
 
@@ -93,8 +93,8 @@ bool X11Windows::hasFocus(quint32 window)
 bool X11Windows::isTransientFor(quint32 window, quint32 main)
 {
     for (int depth = 0; depth < kMaxDepth; ++depth) {
-        const quint32 request = m_connection.requestProperty(window, XCB_ATOM_WM_TRANSIENT_FOR);
-        const std::optional<quint32> owner = firstValue(m_connection.takeProperty(request));
+        const quint32 request = m_requests.requestProperty(window, XCB_ATOM_WM_TRANSIENT_FOR);
+        const std::optional<quint32> owner = firstValue(m_requests.takeProperty(request));
         if (!owner || *owner == 0 || *owner == window)
             return false;
         if (*owner == main)
@@ -106,34 +106,34 @@ bool X11Windows::isTransientFor(quint32 window, quint32 main)
 
 bool X11Windows::isViewable(quint32 window)
 {
-    const auto attributes = m_connection.reply(
-        xcb_get_window_attributes_reply, xcb_get_window_attributes(m_connection.xcb(), window));
+    const auto attributes = m_requests.reply(
+        xcb_get_window_attributes_reply, xcb_get_window_attributes(m_requests.xcb(), window));
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 quint32 X11Windows::focusWindow()
 {
     const auto focus =
-        m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.xcb()));
+        m_requests.reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_requests.xcb()));
     if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE)
         return 0;
-    if (focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT || focus->focus == m_connection.rootWindow())
+    if (focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT || focus->focus == m_requests.rootWindow())
         return windowUnderPointer();
     return focus->focus;
 }
 
 quint32 X11Windows::windowUnderPointer()
 {
-    const auto pointer = m_connection.reply(
-        xcb_query_pointer_reply, xcb_query_pointer(m_connection.xcb(), m_connection.rootWindow()));
+    const auto pointer = m_requests.reply(
+        xcb_query_pointer_reply, xcb_query_pointer(m_requests.xcb(), m_requests.rootWindow()));
     return pointer ? pointer->child : 0;
 }
 
 quint32 X11Windows::parent(quint32 window)
 {
     const auto tree =
-        m_connection.reply(xcb_query_tree_reply, xcb_query_tree(m_connection.xcb(), window));
-    return tree && tree->parent != m_connection.rootWindow() ? tree->parent : 0;
+        m_requests.reply(xcb_query_tree_reply, xcb_query_tree(m_requests.xcb(), window));
+    return tree && tree->parent != m_requests.rootWindow() ? tree->parent : 0;
 }
 
 quint32 X11Windows::topLevelOf(quint32 window)
@@ -141,8 +141,8 @@ quint32 X11Windows::topLevelOf(quint32 window)
     // A window manager may have put the program's window into one of its own, which has no class.
     quint32 outermost = window;
     for (int depth = 0; window != 0 && depth < kMaxDepth; ++depth) {
-        const quint32 request = m_connection.requestProperty(window, XCB_ATOM_WM_CLASS);
-        if (!m_connection.takeProperty(request).value_or(QByteArray()).isEmpty())
+        const quint32 request = m_requests.requestProperty(window, XCB_ATOM_WM_CLASS);
+        if (!m_requests.takeProperty(request).value_or(QByteArray()).isEmpty())
             return window;
         outermost = window;
         window = parent(window);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11Requests.h"
 
 #include <QString>
 
@@ -8,7 +8,8 @@
 
 /// What the server and the window manager say of other programs' windows.
 ///
-/// Every answer may be out of date when it comes; windows that have died have no answers.
+/// Every answer may be out of date when it comes; windows that have died have no answers. Used by the
+/// thread to which the connection belongs.
 class X11Windows
 {
 public:
@@ -23,8 +24,8 @@ public:
         friend bool operator==(const Identity &, const Identity &) = default;
     };
 
-    explicit X11Windows(X11Connection &connection)
-        : m_connection(connection)
+    explicit X11Windows(X11Requests &requests)
+        : m_requests(requests)
     {
     }
 
@@ -53,5 +54,5 @@ private:
     quint32 topLevelOf(quint32 window);
     bool isTransientFor(quint32 window, quint32 main);
 
-    X11Connection &m_connection;
+    X11Requests &m_requests;
 };

@@ -65,6 +65,7 @@ X11Workspace::X11Workspace(X11Connection &connection, const DesktopEntries &entr
     : m_connection(connection)
     , m_entries(entries)
     , m_windows(connection)
+    , m_applications(connection, entries)
 {
     selectEvents(m_connection.rootWindow(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
@@ -85,37 +86,12 @@ void X11Workspace::selectEvents(quint32 window, quint32 eventMask)
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const
 {
-    const quint32 window = m_windows.activeWindow();
+    const auto front = m_applications.front();
     // Who asks and then listens is not to hear of the same window: its notice may be on the way, and
     // some window managers name it once more.
     if (!onApplicationActivated)
-        m_announcedWindow = window;
-    if (window == 0)
-        return std::nullopt;
-    const auto identity = m_windows.identity(window);
-    if (!identity)
-        return std::nullopt;
-    return describe(window, *identity);
-}
-
-RunningApplication X11Workspace::describe(quint32 window,
-                                          const X11Windows::Identity &identity) const
-{
-    const QString key =
-        identity.gtkApplicationId + u'\n' + identity.instanceName + u'\n' + identity.className;
-    RunningApplication application = m_known.value(key);
-    if (application.bundleIdentifier.isEmpty()) {
-        const auto entry = m_entries.findByWindow(identity.gtkApplicationId, identity.instanceName,
-                                                  identity.className);
-        application.bundleIdentifier = entry ? entry->id : identity.className;
-        application.localizedName = entry ? entry->name : identity.className;
-        // One without an entry may yet get one.
-        if (entry)
-            m_known.insert(key, application);
-    }
-    application.window = window;
-    application.processId = identity.processId;
-    return application;
+        m_announcedWindow = front ? front->window : 0;
+    return front ? std::optional(m_applications.describe(*front)) : std::nullopt;
 }
 
 bool X11Workspace::isOwnApplication(const RunningApplication &application) const
@@ -150,7 +126,7 @@ void X11Workspace::prepareOwnWindow(QWindow *window)
     // On Qt's connection, because there the window is created before and mapped after this.
     const auto id = quint32(window->winId());
     const quint32 time = m_connection.userTime();
-    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, id, m_connection.atom(X11Atom::NetWmUserTime),
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, id, m_connection.atom(X11AtomName::NetWmUserTime),
                         XCB_ATOM_CARDINAL, 32, 1, &time);
 }
 
@@ -180,7 +156,7 @@ void X11Workspace::askWindowManagerToActivate(xcb_connection_t *xcb, quint32 win
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = m_connection.atom(X11Atom::NetActiveWindow);
+    message.type = m_connection.atom(X11AtomName::NetActiveWindow);
     message.data.data32[0] = kSourcePerson;
     message.data.data32[1] = m_connection.userTime();
     xcb_send_event(xcb, 0, m_connection.rootWindow(),
@@ -218,7 +194,7 @@ void X11Workspace::handleX11Event(int type, const void *event)
     if (type != XCB_PROPERTY_NOTIFY)
         return;
     const auto *property = static_cast<const xcb_property_notify_event_t *>(event);
-    if (property->atom == m_connection.atom(X11Atom::NetActiveWindow))
+    if (property->atom == m_connection.atom(X11AtomName::NetActiveWindow))
         announceActivation();
 }
 

@@ -2,10 +2,9 @@
 
 #include "platform/Workspace.h"
 #include "platform/linux/DesktopEntries.h"
+#include "platform/x11/X11Applications.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Windows.h"
-
-#include <QHash>
 
 /// The programs on an X11 desktop, with any window manager or none.
 class X11Workspace : public Workspace, private X11EventListener
@@ -30,13 +29,11 @@ private:
     void askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window);
     void focusWhenViewable(quint32 window);
     void focus(quint32 window);
-    RunningApplication describe(quint32 window, const X11Windows::Identity &identity) const;
 
     X11Connection &m_connection;
     const DesktopEntries &m_entries;
-    mutable X11Windows m_windows;
-    /// Programs that were found before, by what their windows tell.
-    mutable QHash<QString, RunningApplication> m_known;
+    X11Windows m_windows;
+    mutable X11Applications m_applications;
     mutable quint32 m_announcedWindow = 0;
     quint32 m_windowToFocus = 0; ///< Gets the focus as soon as it can be seen.
     std::unique_ptr<UserTimeFilter> m_userTimeFilter;

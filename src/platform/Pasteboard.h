@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Utf8Text.h"
+#include "platform/Workspace.h"
 
 #include <QByteArray>
 #include <QList>
@@ -38,6 +39,10 @@ struct PasteboardImage
 struct PasteboardSnapshot
 {
     quint64 changeCount = 0;
+    quint64 notice = 0; ///< Pasteboard::noticedCount() when the change was noticed.
+    /// The program in front when the change was noticed; absent if there was none, or the change is
+    /// of our own.
+    std::optional<RunningApplication> frontmostApplication;
     QStringList types; ///< Identifiers of PasteboardType, in the order of the offer.
     std::optional<Utf8Text> string; ///< Present if a text was offered, even an empty one.
     std::optional<QByteArray> html; ///< As offered, byte for byte.
@@ -80,6 +85,10 @@ public:
     /// read; any thread.
     virtual quint64 changeCount() const = 0;
 
+    /// Moves as soon as a change is noticed, before anything of it is read, so that a later reader
+    /// can tell what was copied when. One atomic read; any thread.
+    virtual quint64 noticedCount() const = 0;
+
     /// The snapshot that belongs to the latest change count. Never waits for another program.
     virtual PasteboardSnapshot snapshot() const = 0;
 
@@ -91,6 +100,14 @@ public:
 
     /// Replaces what is on the pasteboard and returns at once. Without entries it is left empty.
     virtual void write(const PasteboardContents &contents) = 0;
+
+    /// Allows what \a snapshot tells of to outlive the program that owns it: when that program ends
+    /// and nothing else was copied, the pasteboard offers the same content itself. That is no
+    /// change. Without this call content goes with its program.
+    virtual void keepAlive(const PasteboardSnapshot &snapshot) = 0;
+
+    /// Forgets the content of \a snapshot wherever it is held here; only the latest one still is.
+    virtual void discard(const PasteboardSnapshot &snapshot) = 0;
 
     /// Called on the main thread soon after the change count has moved; several changes may come
     /// together. There are changes that bring no call, so that a poll stays necessary.

@@ -7,6 +7,7 @@ class FakePasteboard : public Pasteboard
 {
 public:
     quint64 changeCount() const override { return m_snapshot.changeCount; }
+    quint64 noticedCount() const override { return m_noticedCount; }
 
     PasteboardSnapshot snapshot() const override
     {
@@ -35,9 +36,24 @@ public:
         copy(snapshot);
     }
 
-    /// Another program copies \a snapshot; its change count is set here.
+    void keepAlive(const PasteboardSnapshot &snapshot) override
+    {
+        keptAlive.append(snapshot.changeCount);
+    }
+    void discard(const PasteboardSnapshot &snapshot) override
+    {
+        discarded.append(snapshot.changeCount);
+    }
+
+    /// A change is noticed that nobody has read yet; returns its number.
+    quint64 notice() { return ++m_noticedCount; }
+
+    /// Another program copies \a snapshot; its change count is set here, and its notice unless it
+    /// has one.
     void copy(PasteboardSnapshot snapshot)
     {
+        if (snapshot.notice == 0)
+            snapshot.notice = notice();
         snapshot.changeCount = m_snapshot.changeCount + 1;
         m_snapshot = std::move(snapshot);
         m_untaken.append(m_snapshot);
@@ -53,9 +69,12 @@ public:
 
     PasteboardContents written;
     int writeCount = 0;
+    QList<quint64> keptAlive; ///< Change counts.
+    QList<quint64> discarded; ///< Change counts.
     mutable int snapshotCount = 0;
 
 private:
+    quint64 m_noticedCount = 0;
     PasteboardSnapshot m_snapshot;
     QList<PasteboardSnapshot> m_untaken;
 };

@@ -31,6 +31,8 @@ private slots:
     void theLatestStaysWhenAllAreTaken();
     void aPictureIsGivenOutOnce();
     void whatWasPassedOverIsNotGivenOut();
+    void noticesAreCountedApartFromChanges();
+    void whatIsDiscardedLeavesItsNumber();
     void theOldestGoWhenTheyAreTooMany();
     void theOldestGoWhenTheyAreTooLarge();
 };
@@ -98,6 +100,32 @@ void SnapshotQueueTest::whatWasPassedOverIsNotGivenOut()
     const QList<PasteboardSnapshot> taken = queue.takeSince(1);
     QCOMPARE(taken.size(), 1);
     QCOMPARE(textOf(taken.first()), QByteArray("wanted"));
+}
+
+void SnapshotQueueTest::noticesAreCountedApartFromChanges()
+{
+    SnapshotQueue queue;
+    QCOMPARE(queue.addNotice(), quint64(1));
+    QCOMPARE(queue.addNotice(), quint64(2));
+    QCOMPARE(queue.noticedCount(), quint64(2));
+    QCOMPARE(queue.changeCount(), quint64(0));
+}
+
+void SnapshotQueueTest::whatIsDiscardedLeavesItsNumber()
+{
+    SnapshotQueue queue;
+    queue.publish(textSnapshot("a"));
+    PasteboardSnapshot secret = textSnapshot("b");
+    secret.notice = 7;
+    secret.types = {u"public.utf8-plain-text"_s};
+    secret.html = "b";
+    queue.publish(secret);
+    queue.discard(2);
+    const PasteboardSnapshot latest = queue.latest();
+    QCOMPARE(latest.changeCount, quint64(2));
+    QCOMPARE(latest.notice, quint64(7));
+    QVERIFY(latest.types.isEmpty() && !latest.string && !latest.html);
+    QCOMPARE(textOf(queue.takeSince(0).first()), QByteArray("a"));
 }
 
 void SnapshotQueueTest::theOldestGoWhenTheyAreTooMany()

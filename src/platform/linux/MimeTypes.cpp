@@ -59,6 +59,8 @@ QStringList MimeTypes::targetsToOffer(QStringView type)
         if (mapping.type == type && mapping.use == Use::ReadAndOffer)
             targets.append(mapping.target.toString());
     }
+    if (targets.isEmpty() && type.startsWith(u"image/"))
+        targets.append(type.toString());
     return targets;
 }
 

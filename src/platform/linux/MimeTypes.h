@@ -15,7 +15,8 @@ inline constexpr QStringView kGnomeCopiedFiles = u"x-special/gnome-copied-files"
 /// that has no counterpart here.
 QStringList targetsFor(QStringView type);
 
-/// The targets under which we offer content of \a type: fewer, the names that are right.
+/// The targets under which we offer content of \a type: fewer, the names that are right. The MIME
+/// type of a picture format without an identifier stands for itself.
 QStringList targetsToOffer(QStringView type);
 
 /// The identifier for which \a target stands, PasteboardType::kImage for a picture format without

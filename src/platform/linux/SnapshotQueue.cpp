@@ -52,6 +52,20 @@ QList<PasteboardSnapshot> SnapshotQueue::takeSince(quint64 changeCount)
     return taken;
 }
 
+void SnapshotQueue::discard(quint64 changeCount)
+{
+    const std::lock_guard lock(m_mutex);
+    for (PasteboardSnapshot &snapshot : m_snapshots) {
+        if (snapshot.changeCount != changeCount)
+            continue;
+        m_byteCount -= byteCountOf(snapshot);
+        PasteboardSnapshot emptied;
+        emptied.changeCount = changeCount;
+        emptied.notice = snapshot.notice;
+        snapshot = std::move(emptied);
+    }
+}
+
 void SnapshotQueue::dropOldest()
 {
     m_byteCount -= byteCountOf(m_snapshots.front());

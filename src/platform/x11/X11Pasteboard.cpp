@@ -57,6 +57,11 @@ quint64 X11Pasteboard::changeCount() const
     return m_impl->snapshots.changeCount();
 }
 
+quint64 X11Pasteboard::noticedCount() const
+{
+    return m_impl->snapshots.noticedCount();
+}
+
 PasteboardSnapshot X11Pasteboard::snapshot() const
 {
     return m_impl->snapshots.latest();
@@ -70,6 +75,17 @@ QList<PasteboardSnapshot> X11Pasteboard::takeSnapshotsSince(quint64 changeCount)
 void X11Pasteboard::write(const PasteboardContents &contents)
 {
     m_impl->thread.write(contents);
+}
+
+void X11Pasteboard::keepAlive(const PasteboardSnapshot &snapshot)
+{
+    m_impl->thread.keepAlive(snapshot.notice);
+}
+
+void X11Pasteboard::discard(const PasteboardSnapshot &snapshot)
+{
+    m_impl->snapshots.discard(snapshot.changeCount);
+    m_impl->thread.discard(snapshot.notice);
 }
 
 bool X11Pasteboard::alsoOwnPrimary()

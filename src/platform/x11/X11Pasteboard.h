@@ -19,9 +19,12 @@ public:
     ~X11Pasteboard() override;
 
     quint64 changeCount() const override;
+    quint64 noticedCount() const override;
     PasteboardSnapshot snapshot() const override;
     QList<PasteboardSnapshot> takeSnapshotsSince(quint64 changeCount) override;
     void write(const PasteboardContents &contents) override;
+    void keepAlive(const PasteboardSnapshot &snapshot) override;
+    void discard(const PasteboardSnapshot &snapshot) override;
 
     /// Offers what was written last as the PRIMARY selection too, for programs that paste nothing
     /// else. Returns when our thread has done so, which takes as long as a few answers of the X

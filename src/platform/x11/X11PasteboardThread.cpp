@@ -20,8 +20,8 @@ using namespace std::chrono_literals;
 namespace {
 
 /// Later copies wait for a picture that is being converted, so that all come in their order, but
-/// not for longer than this: then the picture is dropped.
-constexpr auto kPicturePatience = 500ms;
+/// not for longer than this: then the picture is dropped. The largest take a few seconds.
+constexpr auto kPicturePatience = 10s;
 /// After so many events the thread looks for tasks and deadlines.
 constexpr int kEventsInARow = 64;
 
@@ -72,6 +72,9 @@ X11PasteboardThread::X11PasteboardThread(const ImageCodec &codec, SnapshotQueue 
                [this](const QByteArray &picture, X11SelectionServer::PngDone done) {
                    encodePng(picture, std::move(done));
                })
+    , m_manager(m_connection)
+    , m_keepAlive(m_server)
+    , m_applications(m_connection.requests(), m_entries)
     , m_wakeDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
     if (m_wakeDescriptor < 0)
@@ -111,6 +114,16 @@ std::future<bool> X11PasteboardThread::alsoOwnPrimary()
     return isOwned;
 }
 
+void X11PasteboardThread::keepAlive(quint64 notice)
+{
+    post([this, notice] { m_keepAlive.allow(notice); });
+}
+
+void X11PasteboardThread::discard(quint64 notice)
+{
+    post([this, notice] { m_keepAlive.discard(notice); });
+}
+
 void X11PasteboardThread::post(Task task)
 {
     {
@@ -138,6 +151,8 @@ void X11PasteboardThread::run()
             runTasks();
             const bool isMoreThere = handleEvents();
             expire();
+            if (!m_reader.isReading())
+                m_manager.answerWaiting(m_keepAlive.hasCopy());
             m_connection.flush();
             // Flushing may have read events on the way, of which the descriptor tells no more.
             const std::optional<X11Event::Any> event = m_connection.nextQueuedEvent();
@@ -184,29 +199,45 @@ void X11PasteboardThread::handle(const X11Event::Any &any)
     else if (const auto *answered = std::get_if<X11Event::ConversionAnswered>(&any))
         m_reader.handle(*answered, now);
     else if (const auto *changed = std::get_if<X11Event::PropertyChanged>(&any))
-        m_reader.handle(*changed, now) || m_server.handle(*changed, now);
+        m_reader.handle(*changed, now) || m_manager.handle(*changed) ||
+            m_server.handle(*changed, now);
     else if (const auto *request = std::get_if<X11Event::ConversionRequested>(&any))
-        m_server.handle(*request, now);
+        handleRequest(*request, now);
     else if (const auto *lost = std::get_if<X11Event::OwnershipLost>(&any))
         m_server.handle(*lost);
     else if (const auto *destroyed = std::get_if<X11Event::WindowDestroyed>(&any))
         m_server.handle(*destroyed);
 }
 
-void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &notice)
+void X11PasteboardThread::handleRequest(const X11Event::ConversionRequested &request, TimePoint now)
 {
-    // What a program leaves behind when it ends is no change that anybody made.
-    if (notice.isOwnerGone)
-        return m_reader.ownerEnded();
+    if (!m_manager.handle(request))
+        m_server.handle(request, now);
+}
 
-    const std::optional<PasteboardContents> written = m_server.takeWritten(notice);
-    if (!written && notice.owner != 0 && !m_server.isOurs(notice.owner))
-        return m_reader.start(notice.ownedSince, std::chrono::steady_clock::now());
-    m_reader.cancel();
-    if (written)
-        publish(ownSnapshot(*written));
-    else if (notice.owner == 0)
-        publish({});
+void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event)
+{
+    if (m_manager.handle(event))
+        return;
+    // What a program leaves behind when it ends is no change that anybody made.
+    if (event.isOwnerGone) {
+        m_reader.ownerEnded();
+        m_keepAlive.ownerEnded(event.time);
+        return;
+    }
+
+    m_keepAlive.ownerChanged();
+    const std::optional<PasteboardContents> written = m_server.takeWritten(event);
+    if (written || event.owner == 0) {
+        m_reader.cancel();
+        publishAtOnce(written ? ownSnapshot(*written) : PasteboardSnapshot());
+    } else if (m_server.isOurs(event.owner)) {
+        m_reader.cancel(); // Taken over: the change is known.
+    } else {
+        m_reader.start(event.ownedSince, std::chrono::steady_clock::now());
+        // While the owner works on its answer.
+        m_notice = {m_published.addNotice(), m_applications.front()};
+    }
 }
 
 void X11PasteboardThread::expire()
@@ -254,6 +285,10 @@ void X11PasteboardThread::sleep() const
 
 void X11PasteboardThread::addCopy(X11SelectionReader::Copy copy)
 {
+    m_keepAlive.setCopy(m_notice.number, copy);
+    copy.snapshot.notice = m_notice.number;
+    if (m_notice.front)
+        copy.snapshot.frontmostApplication = m_applications.describe(*m_notice.front);
     if (copy.picture.isEmpty())
         return publish(std::move(copy.snapshot));
     const TimePoint deadline = std::chrono::steady_clock::now() + kPicturePatience;
@@ -304,6 +339,14 @@ void X11PasteboardThread::addPicture(quint64 id, std::optional<PasteboardImage> 
         publication.isReady = true;
         return publishReady();
     }
+}
+
+/// Nobody else has to be asked about it.
+void X11PasteboardThread::publishAtOnce(PasteboardSnapshot snapshot)
+{
+    m_notice = {m_published.addNotice(), std::nullopt};
+    snapshot.notice = m_notice.number;
+    publish(std::move(snapshot));
 }
 
 /// In the order of the copies: behind those that still wait.

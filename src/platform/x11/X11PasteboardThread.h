@@ -1,7 +1,11 @@
 #pragma once
 
 #include "platform/Pasteboard.h"
+#include "platform/linux/DesktopEntries.h"
 #include "platform/linux/SnapshotQueue.h"
+#include "platform/x11/X11Applications.h"
+#include "platform/x11/X11ClipboardManager.h"
+#include "platform/x11/X11KeepAlive.h"
 #include "platform/x11/X11SelectionConnection.h"
 #include "platform/x11/X11SelectionReader.h"
 #include "platform/x11/X11SelectionServer.h"
@@ -35,10 +39,20 @@ public:
     /// Returns at once. Any thread.
     void write(const PasteboardContents &contents);
     std::future<bool> alsoOwnPrimary();
+    /// See Pasteboard, for the change with that notice.
+    void keepAlive(quint64 notice);
+    void discard(quint64 notice);
 
 private:
     using TimePoint = std::chrono::steady_clock::time_point;
     using Task = std::function<void()>;
+
+    /// What is known of the latest change before anything of it was read.
+    struct Notice
+    {
+        quint64 number = 0;
+        std::optional<X11Applications::Front> front;
+    };
 
     /// A copy that was read and waits for its turn, or for its picture.
     struct Publication
@@ -55,7 +69,8 @@ private:
     void runTasks();
     bool handleEvents();
     void handle(const X11Event::Any &event);
-    void handleOwner(const X11Event::OwnerChanged &notice);
+    void handleRequest(const X11Event::ConversionRequested &request, TimePoint now);
+    void handleOwner(const X11Event::OwnerChanged &event);
     void expire();
     void sleep() const;
     std::optional<TimePoint> deadline() const;
@@ -65,6 +80,7 @@ private:
     void encodePng(const QByteArray &picture, X11SelectionServer::PngDone done);
     void runElsewhere(Task work);
     void addPicture(quint64 id, std::optional<PasteboardImage> image);
+    void publishAtOnce(PasteboardSnapshot snapshot);
     void publish(PasteboardSnapshot snapshot);
     void publishReady();
 
@@ -75,6 +91,11 @@ private:
     X11SelectionConnection m_connection;
     X11SelectionReader m_reader;
     X11SelectionServer m_server;
+    X11ClipboardManager m_manager;
+    X11KeepAlive m_keepAlive;
+    DesktopEntries m_entries; ///< Apart from the main thread's, for the sake of what it remembers.
+    X11Applications m_applications;
+    Notice m_notice;
     std::deque<Publication> m_publications; ///< Oldest first; the first one is not ready.
     quint64 m_lastPublicationId = 0;
 

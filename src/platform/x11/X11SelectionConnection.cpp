@@ -1,6 +1,7 @@
 #include "platform/x11/X11SelectionConnection.h"
 
 #include "platform/Platform.h"
+#include "platform/x11/X11Requests.h"
 
 #include <QHash>
 
@@ -14,14 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct FreeDeleter
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
-
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, FreeDeleter>;
-
 /// One reply of the server carries at most so much, so that the thread looks up now and then.
 constexpr quint32 kReadBytes = 4 << 20;
 constexpr qsizetype kMaxAtomNameLength = 256;
@@ -29,7 +22,7 @@ constexpr qsizetype kMaxKnownAtoms = 4096;
 
 X11Event::OwnerChanged ownerChanged(const xcb_xfixes_selection_notify_event_t &event)
 {
-    return {event.owner, event.selection_timestamp,
+    return {event.selection, event.owner, event.selection_timestamp, event.timestamp,
             event.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER};
 }
 
@@ -44,6 +37,7 @@ struct X11SelectionConnection::Impl
     xcb_connection_t *connection = nullptr;
     X11Window rootWindow = 0;
     quint8 firstFixesEvent = 0;
+    std::unique_ptr<X11Requests> requests;
     QHash<QString, X11Atom> atomsByName;
     QHash<X11Atom, QString> namesByAtom;
 };
@@ -66,13 +60,15 @@ X11SelectionConnection::X11SelectionConnection()
         throw PlatformError("the X server lacks the XFixes extension");
     }
     m_impl->firstFixesEvent = fixes->first_event;
-    const ReplyPointer<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
+    const X11Reply<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
         connection, xcb_xfixes_query_version(connection, 5, 0), nullptr));
 
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (; screenNumber > 0 && screens.rem > 1; --screenNumber)
+    for (int before = screenNumber; before > 0 && screens.rem > 1; --before)
         xcb_screen_next(&screens);
     m_impl->rootWindow = screens.data->root;
+    m_impl->requests =
+        std::make_unique<X11Requests>(connection, m_impl->rootWindow, screenNumber);
 }
 
 X11SelectionConnection::~X11SelectionConnection()
@@ -97,7 +93,7 @@ void X11SelectionConnection::flush()
 
 std::optional<X11Event::Any> X11SelectionConnection::nextEvent()
 {
-    while (const ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(m_impl->connection)}) {
+    while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_impl->connection)}) {
         if (auto translated = m_impl->translate(*event))
             return translated;
     }
@@ -106,7 +102,7 @@ std::optional<X11Event::Any> X11SelectionConnection::nextEvent()
 
 std::optional<X11Event::Any> X11SelectionConnection::nextQueuedEvent()
 {
-    while (const ReplyPointer<xcb_generic_event_t> event{
+    while (const X11Reply<xcb_generic_event_t> event{
         xcb_poll_for_queued_event(m_impl->connection)}) {
         if (auto translated = m_impl->translate(*event))
             return translated;
@@ -171,7 +167,7 @@ QList<X11Atom> X11SelectionConnection::atoms(const QStringList &names)
     QList<X11Atom> atoms;
     for (qsizetype index = 0; index < names.size(); ++index) {
         if (const auto &cookie = cookies[static_cast<std::size_t>(index)]) {
-            const ReplyPointer<xcb_intern_atom_reply_t> reply(
+            const X11Reply<xcb_intern_atom_reply_t> reply(
                 xcb_intern_atom_reply(m_impl->connection, *cookie, nullptr));
             if (reply)
                 m_impl->remember(reply->atom, names.at(index));
@@ -193,7 +189,7 @@ QStringList X11SelectionConnection::atomNames(const QList<X11Atom> &atoms)
     }
     for (const auto &[atom, cookie] : cookies) {
         xcb_generic_error_t *error = nullptr;
-        const ReplyPointer<xcb_get_atom_name_reply_t> reply(
+        const X11Reply<xcb_get_atom_name_reply_t> reply(
             xcb_get_atom_name_reply(m_impl->connection, cookie, &error));
         std::free(error); // An atom that does not exist has no name.
         QString name;
@@ -275,7 +271,7 @@ X11Property X11SelectionConnection::Impl::readProperty(X11Window window, X11Atom
         const auto wanted = std::min<qint64>(kReadBytes, limit - result.data.size());
         const auto length = static_cast<quint32>((wanted + 3) / 4);
         // The server deletes a property only when nothing of it is left to read.
-        const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        const X11Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
             connection,
             xcb_get_property(connection, isDeleting ? 1 : 0, window, property,
                              XCB_GET_PROPERTY_TYPE_ANY, offset, length),
@@ -336,9 +332,42 @@ X11Window X11SelectionConnection::setOwner(X11Atom selection, X11Window owner, X
 
 X11Window X11SelectionConnection::owner(X11Atom selection)
 {
-    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+    const X11Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
         m_impl->connection, xcb_get_selection_owner(m_impl->connection, selection), nullptr));
     return reply ? reply->owner : 0;
+}
+
+bool X11SelectionConnection::takeOwnerless(X11Atom selection, X11Window owner, X11Time time)
+{
+    xcb_grab_server(m_impl->connection);
+    const bool isOwnerless = this->owner(selection) == 0;
+    if (isOwnerless)
+        xcb_set_selection_owner(m_impl->connection, owner, selection, time);
+    xcb_ungrab_server(m_impl->connection);
+    return isOwnerless && this->owner(selection) == owner;
+}
+
+void X11SelectionConnection::announceManager(X11Atom selection, X11Window owner, X11Time time)
+{
+    union
+    {
+        xcb_client_message_event_t message;
+        char bytes[32];
+    } event = {};
+    event.message.response_type = XCB_CLIENT_MESSAGE;
+    event.message.format = 32;
+    event.message.window = m_impl->rootWindow;
+    event.message.type = atom(u"MANAGER");
+    event.message.data.data32[0] = time;
+    event.message.data.data32[1] = selection;
+    event.message.data.data32[2] = owner;
+    xcb_send_event(m_impl->connection, 0, m_impl->rootWindow, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                   event.bytes);
+}
+
+X11Requests &X11SelectionConnection::requests()
+{
+    return *m_impl->requests;
 }
 
 void X11SelectionConnection::answer(const X11Event::ConversionRequested &request, X11Atom property)

@@ -8,6 +8,8 @@
 #include <optional>
 #include <variant>
 
+class X11Requests;
+
 using X11Window = quint32; ///< 0 for no window.
 using X11Atom = quint32;   ///< 0 for none.
 using X11Time = quint32;   ///< Milliseconds of the server; 0 stands for "now".
@@ -18,8 +20,10 @@ namespace X11Event {
 /// Another owner, or the same one anew.
 struct OwnerChanged
 {
+    X11Atom selection = 0;
     X11Window owner = 0; ///< 0 if there is none any more.
     X11Time ownedSince = 0;
+    X11Time time = 0;         ///< Of the change itself.
     bool isOwnerGone = false; ///< The owner ended; nobody emptied the selection on purpose.
 };
 
@@ -134,6 +138,16 @@ public:
     /// keeps it.
     X11Window setOwner(X11Atom selection, X11Window owner, X11Time time);
     X11Window owner(X11Atom selection);
+    /// The same, but only if nobody owns the selection; other programs wait for the moment between
+    /// the question and the taking. True if it is \a owner's now.
+    bool takeOwnerless(X11Atom selection, X11Window owner, X11Time time);
+
+    /// Tells all programs that \a owner has begun to own \a selection, as ICCCM 2.8 has it for
+    /// those of managers.
+    void announceManager(X11Atom selection, X11Window owner, X11Time time);
+
+    /// For other questions to the same server.
+    X11Requests &requests();
 
     /// Tells the requestor that its conversion is done, or with \a property 0 that it is refused.
     void answer(const X11Event::ConversionRequested &request, X11Atom property);

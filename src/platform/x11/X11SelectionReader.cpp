@@ -197,7 +197,7 @@ void X11SelectionReader::addWish(QStringView type, const QStringList &targets)
 {
     if (targets.isEmpty())
         return;
-    m_wishes.push_back({type, targets, nullptr});
+    m_wishes.push_back({type, targets, {}, nullptr});
     tryNextTarget(m_wishes.back());
 }
 
@@ -205,7 +205,8 @@ bool X11SelectionReader::tryNextTarget(Wish &wish)
 {
     if (wish.targets.isEmpty())
         return false;
-    wish.transfer = ask(wish.targets.takeFirst());
+    wish.target = wish.targets.takeFirst();
+    wish.transfer = ask(wish.target);
     return true;
 }
 
@@ -257,8 +258,10 @@ X11SelectionReader::Copy X11SelectionReader::makeCopy() const
             copy.snapshot.rtf = data;
         else if (wish.type == PasteboardType::kFileUrl)
             copy.snapshot.fileUrls = UriList::parse(data);
-        else if (wish.type == PasteboardType::kImage)
+        if (wish.type == PasteboardType::kImage) {
             copy.picture = data;
+            copy.pictureTarget = wish.target;
+        }
     }
     return copy;
 }

@@ -22,6 +22,7 @@ public:
     {
         PasteboardSnapshot snapshot; ///< Without image.
         QByteArray picture;          ///< The picture's file as offered; empty if none was read.
+        QString pictureTarget;       ///< The target under which it was offered.
     };
 
     explicit X11SelectionReader(X11SelectionConnection &connection);
@@ -34,6 +35,8 @@ public:
     void ownerEnded();
 
     void cancel();
+
+    bool isReading() const { return m_stage != Stage::Idle; }
 
     /// False if the event belongs to somebody else.
     bool handle(const X11Event::ConversionAnswered &event, TimePoint now);
@@ -61,6 +64,7 @@ private:
     {
         QStringView type;
         QStringList targets;
+        QString target; ///< The one that was asked for last.
         std::unique_ptr<X11IncomingTransfer> transfer;
     };
 

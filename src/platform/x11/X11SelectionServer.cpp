@@ -122,6 +122,16 @@ bool X11SelectionServer::takePrimary(X11Time time)
     return true;
 }
 
+bool X11SelectionServer::takeOver(const PasteboardContents &contents, X11Time time)
+{
+    const X11Atom clipboard = m_connection.atom(u"CLIPBOARD");
+    if (!m_connection.takeOwnerless(clipboard, m_window, time))
+        return false;
+    forget(clipboard);
+    m_ownerships.push_back({clipboard, time, makeForms(contents)});
+    return true;
+}
+
 std::optional<PasteboardContents>
 X11SelectionServer::takeWritten(const X11Event::OwnerChanged &notice)
 {
@@ -184,7 +194,10 @@ void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, Q
 /// Many programs paste no picture but a PNG.
 void X11SelectionServer::addPng(std::vector<Form> &forms, const PasteboardContents::Entry &entry)
 {
-    if (entry.type != PasteboardType::kTiff && entry.type != PasteboardType::kJpeg)
+    const bool isOtherPicture = entry.type == PasteboardType::kTiff ||
+                                entry.type == PasteboardType::kJpeg ||
+                                entry.type.startsWith("image/"_L1);
+    if (!isOtherPicture)
         return;
     const std::size_t formCount = forms.size();
     addForm(forms, u"image/png", u"image/png", {});

@@ -34,6 +34,9 @@ public:
     /// CLIPBOARD is not ours any more, or somebody else is quicker.
     void alsoOwnPrimary(std::function<void(bool isOwned)> onDone);
 
+    /// Takes CLIPBOARD for \a contents if nobody owns it, as of \a time, when its last owner ended.
+    bool takeOver(const PasteboardContents &contents, X11Time time);
+
     bool isOurs(X11Window owner) const { return owner == m_window; }
 
     /// What a write of ours put there, or an empty one cleared, if that is what the notice tells

@@ -4,6 +4,7 @@
 #include "tests/fakes/FakeImageCodec.h"
 #include "tests/platform/ForeignOwner.h"
 #include "tests/platform/PrivateDisplay.h"
+#include "tests/platform/Xclip.h"
 
 #include <QBuffer>
 #include <QElapsedTimer>
@@ -47,30 +48,6 @@ QImage smallPicture()
     return image;
 }
 
-/// Copies by a program that nobody here wrote.
-void xclipCopy(const QByteArray &data, const QString &target = {})
-{
-    QStringList arguments = {u"-selection"_s, u"clipboard"_s};
-    if (!target.isEmpty())
-        arguments << u"-t"_s << target;
-    QProcess xclip;
-    // The copy stays behind in the background, and would keep our pipes open.
-    xclip.setStandardOutputFile(QProcess::nullDevice());
-    xclip.setStandardErrorFile(QProcess::nullDevice());
-    xclip.start(u"xclip"_s, arguments);
-    xclip.write(data);
-    xclip.closeWriteChannel();
-    QVERIFY(xclip.waitForFinished());
-}
-
-QByteArray xclipPaste(const QString &target, const QString &selection = u"clipboard"_s)
-{
-    QProcess xclip;
-    xclip.start(u"xclip"_s, {u"-o"_s, u"-selection"_s, selection, u"-t"_s, target});
-    xclip.waitForFinished(20000);
-    return xclip.exitCode() == 0 ? xclip.readAllStandardOutput() : QByteArray();
-}
-
 /// What hostile_requestor.py says.
 QByteArray ask(const QStringList &arguments)
 {
@@ -80,11 +57,6 @@ QByteArray ask(const QStringList &arguments)
                     QStringList{QFINDTESTDATA("../desktop/hostile_requestor.py")} + arguments);
     requestor.waitForFinished();
     return requestor.readAllStandardOutput();
-}
-
-QStringList offeredTargets()
-{
-    return QString::fromUtf8(xclipPaste(u"TARGETS"_s)).split(u'\n', Qt::SkipEmptyParts);
 }
 
 PasteboardContents plainText(const QByteArray &text)
@@ -170,7 +142,7 @@ void X11PasteboardTest::verifyNextCopyIsRead()
 {
     const QByteArray text =
         "next copy " + QByteArray::number(QRandomGenerator::global()->generate());
-    xclipCopy(text);
+    QVERIFY(Xclip::copy(text));
     QTRY_COMPARE_WITH_TIMEOUT(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(), text,
                               1000);
 }
@@ -193,7 +165,7 @@ void X11PasteboardTest::whatLiesThereAtStartIsNoChange()
 void X11PasteboardTest::textOfAnotherProgramIsRead()
 {
     const quint64 before = m_pasteboard->changeCount();
-    xclipCopy("hello w\xC3\xB6rld");
+    QVERIFY(Xclip::copy("hello w\xC3\xB6rld"));
 
     QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
     const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
@@ -206,7 +178,7 @@ void X11PasteboardTest::textOfAnotherProgramIsRead()
 
 void X11PasteboardTest::changesAreCalledOutOnTheMainThread()
 {
-    xclipCopy("call");
+    QVERIFY(Xclip::copy("call"));
     QThread *callThread = nullptr;
     m_pasteboard->onChanged = [&] { callThread = QThread::currentThread(); };
     QTRY_COMPARE(callThread, QThread::currentThread());
@@ -217,7 +189,7 @@ void X11PasteboardTest::copiesInQuickSuccessionAreAllKept()
     constexpr int kCopies = 20;
     const quint64 before = m_pasteboard->changeCount();
     for (int number = 1; number <= kCopies; ++number) {
-        xclipCopy(QByteArray::number(number));
+        QVERIFY(Xclip::copy(QByteArray::number(number)));
         // The main thread is busy: no event loop runs here, and nothing is taken.
         QDeadlineTimer deadline(5000);
         while (m_pasteboard->changeCount() < before + quint64(number) && !deadline.hasExpired())
@@ -234,7 +206,7 @@ void X11PasteboardTest::copiesInQuickSuccessionAreAllKept()
 
 void X11PasteboardTest::latinTextIsDecoded()
 {
-    xclipCopy("gr\xFC\xDF", u"STRING"_s);
+    QVERIFY(Xclip::copy("gr\xFC\xDF", u"STRING"_s));
     QTRY_COMPARE(m_pasteboard->snapshot().string.value_or(Utf8Text()).toString(), u"grüß"_s);
 }
 
@@ -266,7 +238,7 @@ void X11PasteboardTest::richFormsAreReadByteForByte()
 
 void X11PasteboardTest::aPictureIsRead()
 {
-    xclipCopy(pngOf(smallPicture()), u"image/png"_s);
+    QVERIFY(Xclip::copy(pngOf(smallPicture()), u"image/png"_s));
 
     QTRY_VERIFY(m_pasteboard->snapshot().image.has_value());
     const PasteboardSnapshot snapshot = m_pasteboard->snapshot();
@@ -303,12 +275,12 @@ void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
     };
     SlowCodec codec;
     X11Pasteboard pasteboard(codec);
-    xclipCopy("picture", u"image/png"_s);
+    QVERIFY(Xclip::copy("picture", u"image/png"_s));
     QVERIFY(codec.isAsked.tryAcquire(1, 5000));
     const quint64 before = pasteboard.changeCount();
     PasteboardContents own = plainText("text");
     pasteboard.write(own);
-    QTRY_COMPARE(xclipPaste(u"UTF8_STRING"_s), QByteArray("text"));
+    QTRY_COMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("text"));
     codec.mayGoOn.release();
 
     QTRY_COMPARE(pasteboard.changeCount(), before + 2);
@@ -319,13 +291,13 @@ void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
 
 void X11PasteboardTest::fileListsAreRead()
 {
-    xclipCopy("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n", u"text/uri-list"_s);
+    QVERIFY(Xclip::copy("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n", u"text/uri-list"_s));
     QTRY_VERIFY(m_pasteboard->snapshot().fileUrls.has_value());
     QCOMPARE(
         m_pasteboard->snapshot().fileUrls.value(),
         (QList<QUrl>{QUrl::fromLocalFile(u"/tmp/one"_s), QUrl::fromLocalFile(u"/tmp/tw o"_s)}));
 
-    xclipCopy("copy\nfile:///tmp/three", u"x-special/gnome-copied-files"_s);
+    QVERIFY(Xclip::copy("copy\nfile:///tmp/three", u"x-special/gnome-copied-files"_s));
     QTRY_COMPARE(m_pasteboard->snapshot().fileUrls.value_or(QList<QUrl>()),
                  QList<QUrl>{QUrl::fromLocalFile(u"/tmp/three"_s)});
 }
@@ -333,7 +305,7 @@ void X11PasteboardTest::fileListsAreRead()
 void X11PasteboardTest::aLargeTextIsRead()
 {
     const QByteArray text = largeText();
-    xclipCopy(text);
+    QVERIFY(Xclip::copy(text));
     QTRY_VERIFY_WITH_TIMEOUT(m_pasteboard->snapshot().string.has_value(), 20000);
     QVERIFY(m_pasteboard->snapshot().string->utf8() == text);
 }
@@ -430,7 +402,7 @@ void X11PasteboardTest::aFloodOfTargetsIsCutOff()
 
 void X11PasteboardTest::aClearedClipboardIsAChange()
 {
-    xclipCopy("text");
+    QVERIFY(Xclip::copy("text"));
     QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
     const quint64 before = m_pasteboard->changeCount();
     X11Pasteboard other(m_codec);
@@ -475,23 +447,23 @@ void X11PasteboardTest::writtenTextIsServed()
 {
     m_pasteboard->write(plainText("gr\xC3\xBC\xC3\x9F"));
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QCOMPARE(offeredTargets(),
+    QCOMPARE(Xclip::offeredTargets(),
              (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s, u"UTF8_STRING"_s,
                           u"text/plain;charset=utf-8"_s, u"text/plain"_s, u"TEXT"_s, u"STRING"_s}));
-    QCOMPARE(xclipPaste(u"UTF8_STRING"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
-    QCOMPARE(xclipPaste(u"text/plain"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
-    QCOMPARE(xclipPaste(u"TEXT"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
-    QCOMPARE(xclipPaste(u"STRING"_s), QByteArray("gr\xFC\xDF"));
-    QVERIFY(!xclipPaste(u"TIMESTAMP"_s).isEmpty());
-    QVERIFY(xclipPaste(u"text/html"_s).isEmpty());
+    QCOMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
+    QCOMPARE(Xclip::paste(u"text/plain"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
+    QCOMPARE(Xclip::paste(u"TEXT"_s), QByteArray("gr\xC3\xBC\xC3\x9F"));
+    QCOMPARE(Xclip::paste(u"STRING"_s), QByteArray("gr\xFC\xDF"));
+    QVERIFY(!Xclip::paste(u"TIMESTAMP"_s).isEmpty());
+    QVERIFY(Xclip::paste(u"text/html"_s).isEmpty());
 }
 
 void X11PasteboardTest::textBeyondLatinIsNotOfferedAsString()
 {
     m_pasteboard->write(plainText("\xE4\xBD\xA0\xE5\xA5\xBD"));
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QVERIFY(!offeredTargets().contains(u"STRING"_s));
-    QCOMPARE(xclipPaste(u"UTF8_STRING"_s), QByteArray("\xE4\xBD\xA0\xE5\xA5\xBD"));
+    QVERIFY(!Xclip::offeredTargets().contains(u"STRING"_s));
+    QCOMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("\xE4\xBD\xA0\xE5\xA5\xBD"));
 }
 
 void X11PasteboardTest::richFormsAreServedByteForByte()
@@ -502,11 +474,11 @@ void X11PasteboardTest::richFormsAreServedByteForByte()
     contents.add(PasteboardType::kRtf, "{\\rtf1}");
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QCOMPARE(offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
+    QCOMPARE(Xclip::offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
                                             u"text/html"_s, u"text/rtf"_s, u"application/rtf"_s}));
-    QCOMPARE(xclipPaste(u"text/html"_s), html);
-    QCOMPARE(xclipPaste(u"text/rtf"_s), QByteArray("{\\rtf1}"));
-    QCOMPARE(xclipPaste(u"application/rtf"_s), QByteArray("{\\rtf1}"));
+    QCOMPARE(Xclip::paste(u"text/html"_s), html);
+    QCOMPARE(Xclip::paste(u"text/rtf"_s), QByteArray("{\\rtf1}"));
+    QCOMPARE(Xclip::paste(u"application/rtf"_s), QByteArray("{\\rtf1}"));
 }
 
 void X11PasteboardTest::filesAreServedAsFileManagersWantThem()
@@ -516,9 +488,9 @@ void X11PasteboardTest::filesAreServedAsFileManagersWantThem()
     contents.add(PasteboardType::kFileUrl, "file:///tmp/tw%20o");
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QCOMPARE(xclipPaste(u"text/uri-list"_s),
+    QCOMPARE(Xclip::paste(u"text/uri-list"_s),
              QByteArray("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n"));
-    QCOMPARE(xclipPaste(u"x-special/gnome-copied-files"_s),
+    QCOMPARE(Xclip::paste(u"x-special/gnome-copied-files"_s),
              QByteArray("copy\nfile:///tmp/one\nfile:///tmp/tw%20o"));
 }
 
@@ -529,11 +501,11 @@ void X11PasteboardTest::picturesAreServedAsPngToo()
     contents.add(PasteboardType::kTiff, tiff);
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QCOMPARE(offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
+    QCOMPARE(Xclip::offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
                                             u"image/tiff"_s, u"image/png"_s}));
-    QCOMPARE(xclipPaste(u"image/tiff"_s), tiff);
+    QCOMPARE(Xclip::paste(u"image/tiff"_s), tiff);
     for (int time = 0; time < 2; ++time) {
-        const QImage pasted = QImage::fromData(xclipPaste(u"image/png"_s), "PNG");
+        const QImage pasted = QImage::fromData(Xclip::paste(u"image/png"_s), "PNG");
         QCOMPARE(pasted.convertToFormat(QImage::Format_RGB32), smallPicture());
     }
 }
@@ -544,8 +516,8 @@ void X11PasteboardTest::aPictureThatCannotBecomeAPngIsServedAsItIs()
     contents.add(PasteboardType::kTiff, "no TIFF at all");
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QVERIFY(xclipPaste(u"image/png"_s).isEmpty());
-    QCOMPARE(xclipPaste(u"image/tiff"_s), QByteArray("no TIFF at all"));
+    QVERIFY(Xclip::paste(u"image/png"_s).isEmpty());
+    QCOMPARE(Xclip::paste(u"image/tiff"_s), QByteArray("no TIFF at all"));
 }
 
 void X11PasteboardTest::aLargeTextIsServed()
@@ -553,7 +525,7 @@ void X11PasteboardTest::aLargeTextIsServed()
     const QByteArray text = largeText();
     m_pasteboard->write(plainText(text));
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QVERIFY(xclipPaste(u"UTF8_STRING"_s) == text);
+    QVERIFY(Xclip::paste(u"UTF8_STRING"_s) == text);
 }
 
 void X11PasteboardTest::severalProgramsAreServedAtOnce()
@@ -576,7 +548,7 @@ void X11PasteboardTest::aRequestorThatEndsHalfWayHindersNobody()
     m_pasteboard->write(plainText(text));
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(ask({u"half"_s}), QByteArray("half\n"));
-    QVERIFY(xclipPaste(u"UTF8_STRING"_s) == text);
+    QVERIFY(Xclip::paste(u"UTF8_STRING"_s) == text);
     verifyNextCopyIsRead();
 }
 
@@ -605,14 +577,14 @@ void X11PasteboardTest::whoAsksForAnEarlierTimeIsRefused()
 
 void X11PasteboardTest::anEmptyWriteClears()
 {
-    xclipCopy("something");
+    QVERIFY(Xclip::copy("something"));
     QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
     const quint64 before = m_pasteboard->changeCount();
     m_pasteboard->write({});
     QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
     QVERIFY(m_pasteboard->snapshot().isOwnWrite);
     QVERIFY(m_pasteboard->snapshot().types.isEmpty());
-    QVERIFY(offeredTargets().isEmpty());
+    QVERIFY(Xclip::offeredTargets().isEmpty());
     verifyNextCopyIsRead();
 }
 
@@ -620,10 +592,10 @@ void X11PasteboardTest::primaryIsServedOnDemand()
 {
     m_pasteboard->write(plainText("for both"));
     QVERIFY(m_pasteboard->alsoOwnPrimary());
-    QCOMPARE(xclipPaste(u"UTF8_STRING"_s, u"primary"_s), QByteArray("for both"));
+    QCOMPARE(Xclip::paste(u"UTF8_STRING"_s, u"primary"_s), QByteArray("for both"));
     // What is there goes on to be served when the clipboard has passed to another program.
     verifyNextCopyIsRead();
-    QCOMPARE(xclipPaste(u"UTF8_STRING"_s, u"primary"_s), QByteArray("for both"));
+    QCOMPARE(Xclip::paste(u"UTF8_STRING"_s, u"primary"_s), QByteArray("for both"));
 }
 
 void X11PasteboardTest::primaryIsRefusedWhenTheClipboardIsNotOurs()

@@ -72,8 +72,10 @@ void ClipboardMonitor::checkForChanges()
     m_lastChangeCount = snapshots.isEmpty() ? changeCount : snapshots.last().changeCount;
     if (m_isPaused || m_isUserPaused)
         return;
-    for (const PasteboardSnapshot &snapshot : snapshots)
+    for (const PasteboardSnapshot &snapshot : snapshots) {
+        m_pasteboard.keepAlive(snapshot);
         processClipboardChange(snapshot);
+    }
 }
 
 void ClipboardMonitor::processClipboardChange(const PasteboardSnapshot &snapshot)

@@ -121,7 +121,11 @@ class Desktop:
         self.env["DISPLAY"] = ":" + number
 
     def start_bus(self):
-        self.env["DBUS_SESSION_BUS_ADDRESS"] = self.spawn_told(
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = self.start_another_bus()
+
+    def start_another_bus(self):
+        """Starts a bus and returns its address; programs on it know nothing of those on ours."""
+        return self.spawn_told(
             "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={fd}")
 
     def start_window_manager(self):

@@ -161,3 +161,8 @@ class Display:
         """The window that owns the selection, 0 without one."""
         owner = self.connection.get_selection_owner(self.atom(name))
         return owner.id if owner else 0
+
+    def end_client(self, window_id):
+        """Has the server close the connection of the program to which the window belongs."""
+        self.connection.create_resource_object("window", window_id).kill_client()
+        self.connection.sync()

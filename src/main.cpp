@@ -5,6 +5,7 @@
 #include "foundation/Log.h"
 #include "foundation/TextTools.h"
 #include "foundation/UserDefaults.h"
+#include "language/LanguageManager.h"
 #include "persistence/OpenHistoryStore.h"
 #include "platform/linux/DBusSingleInstance.h"
 #include "platform/linux/DescriptorFileAccess.h"
@@ -66,11 +67,31 @@ int activateOther(SingleInstance &instance)
     return fail("another instance is running, and it does not answer");
 }
 
-int runApplication(QApplication &application, SingleInstance &instance)
+/// Tells when the session's languages have changed.
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    std::function<void()> onLocaleChanged;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::LocaleChange && onLocaleChanged)
+            onLocaleChanged();
+        return QApplication::event(event);
+    }
+};
+
+int runApplication(Application &application, SingleInstance &instance)
 {
     const SystemClock clock;
     QtScheduler scheduler;
     UserDefaults defaults;
+    LanguageManager languages(defaults);
+    languages.install();
+    application.onLocaleChanged = [&languages] { languages.systemLocaleChanged(); };
     const QtImageCodec codec;
     const std::unique_ptr<Platform> platform = makeX11Platform(codec);
 
@@ -99,7 +120,7 @@ int runApplication(QApplication &application, SingleInstance &instance)
         scheduler,             clock,                      defaults,
         applicationNames,
         [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
-    AppDelegate delegate({itemManager, monitor, pastePipeline, hotkeySettings,
+    AppDelegate delegate({itemManager, monitor, pastePipeline, hotkeySettings, languages,
                           platform->globalHotkey(), platform->workspace(),
                           [&windowCollaborators](const ClipboardItemList &items) {
                               return makeHistoryWindow(windowCollaborators, items);
@@ -114,6 +135,7 @@ int runApplication(QApplication &application, SingleInstance &instance)
     scheduler.runAfter(kWarmUpDelay, [&] { warmUpHistoryWindow(windowCollaborators); });
     const int status = QApplication::exec();
     instance.onActivated = nullptr;
+    application.onLocaleChanged = nullptr;
     return status;
 }
 
@@ -125,7 +147,7 @@ int launch(int argc, char *argv[])
         qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setApplicationName(u"tessarine"_s);
     QApplication::setDesktopFileName(u"tessarine"_s);
-    QApplication application(argc, argv);
+    Application application(argc, argv);
 
     DBusSingleInstance instance;
     if (instance.claim() == SingleInstance::Role::Second)

@@ -2,6 +2,7 @@
 
 #include "capture/ClipboardMonitor.h"
 #include "foundation/Log.h"
+#include "language/LanguageManager.h"
 #include "language/Localized.h"
 #include "platform/Workspace.h"
 #include "settings/HotkeySettingsManager.h"
@@ -32,6 +33,8 @@ void AppDelegate::applicationDidFinishLaunching()
     setupHotkey();
     connect(&m_with.hotkeySettings, &HotkeySettingsManager::hotkeySettingsChanged, this,
             &AppDelegate::hotkeySettingsChanged);
+    connect(&m_with.languages, &LanguageManager::languageChanged, this,
+            &AppDelegate::languageChanged);
     printLine(u"Tessarine fully initialized"_s);
 }
 
@@ -44,6 +47,7 @@ void AppDelegate::applicationWillTerminate()
 {
     m_with.monitor.stopMonitoring();
     disconnect(&m_with.hotkeySettings, nullptr, this, nullptr);
+    disconnect(&m_with.languages, nullptr, this, nullptr);
     m_hotkeyManager.reset();
     m_with.itemManager.drain();
 }
@@ -110,6 +114,13 @@ void AppDelegate::refreshMenuTitles()
 {
     m_showMenuItem->setText(localized(u"menu.show_history"_s, u"Show Clipboard History"_s));
     m_quitMenuItem->setText(localized(u"menu.quit"_s, u"Quit Tessarine"_s));
+}
+
+void AppDelegate::languageChanged()
+{
+    refreshMenuTitles();
+    if (m_searchWindow)
+        m_searchWindow->refreshLanguage();
 }
 
 void AppDelegate::hotkeySettingsChanged(const HotkeySettings &settings)

@@ -10,6 +10,7 @@
 
 class ClipboardMonitor;
 class HotkeySettingsManager;
+class LanguageManager;
 class QAction;
 class Workspace;
 
@@ -31,6 +32,7 @@ public:
         ClipboardMonitor &monitor;
         PastePipeline &pastePipeline;
         HotkeySettingsManager &hotkeySettings;
+        LanguageManager &languages;
         GlobalHotkey &globalHotkey;
         Workspace &workspace;
         WindowFactory makeWindow;
@@ -54,6 +56,7 @@ private:
     void setupStatusItem();
     void setupHotkey();
     void refreshMenuTitles();
+    void languageChanged();
     void hotkeySettingsChanged(const HotkeySettings &settings);
     void handleNewItem(const ClipboardItem &item);
     void refreshWindow();

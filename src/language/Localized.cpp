@@ -1,11 +1,26 @@
 #include "language/Localized.h"
 
-#include <QCoreApplication>
+#include "language/LanguageManager.h"
+
+namespace {
+
+/// Texts are looked up in every room of the program, and a person reads one language at a time.
+LanguageManager *installedManager = nullptr;
+
+} // namespace
 
 QString localized(const QString &key, const QString &fallback)
 {
-    // Tables are installed as translators whose source texts are the keys.
-    const QByteArray source = key.toUtf8();
-    const QString text = QCoreApplication::translate("tessarine", source.constData());
-    return text == key ? fallback : text;
+    return installedManager != nullptr ? installedManager->text(key, fallback) : fallback;
+}
+
+void Localizing::begin(LanguageManager *manager)
+{
+    installedManager = manager;
+}
+
+void Localizing::end(const LanguageManager *manager)
+{
+    if (installedManager == manager)
+        installedManager = nullptr;
 }

@@ -2,6 +2,15 @@
 
 #include <QString>
 
-/// The text for people under \a key in the interface language; \a fallback where the language's
-/// table does not have it.
+class LanguageManager;
+
+/// The text for people under \a key in the interface language; \a fallback where no table has it.
+/// Main thread only.
 QString localized(const QString &key, const QString &fallback);
+
+/// Who answers localized(): the one that began last, until it ends. Without any, there are the
+/// fallbacks alone.
+namespace Localizing {
+void begin(LanguageManager *manager);
+void end(const LanguageManager *manager);
+} // namespace Localizing

@@ -1,11 +1,14 @@
 #include "app/AppDelegate.h"
 
 #include "app/PastePipeline.h"
+#include "language/LanguageManager.h"
 #include "settings/HotkeySettingsManager.h"
 #include "tests/fakes/CaptureFixture.h"
 #include "tests/fakes/FakeGlobalHotkey.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 
+#include <QApplication>
+#include <QMenu>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +25,7 @@ public:
         ClipboardItemList items;
         int windowCount = 0;
         int showCount = 0;
+        int languageCount = 0;
         bool isVisible = false;
         bool isHiding = false;
     };
@@ -52,11 +56,27 @@ public:
     }
 
     void updateItems(const ClipboardItemList &items) override { m_state.items = items; }
-    void refreshLanguage() override {}
+    void refreshLanguage() override { ++m_state.languageCount; }
 
 private:
     State &m_state;
 };
+
+QStringList statusMenuTitles()
+{
+    QStringList titles;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (const QWidget *widget : widgets) {
+        if (qobject_cast<const QMenu *>(widget) == nullptr)
+            continue;
+        const QList<QAction *> actions = widget->actions();
+        for (const QAction *action : actions) {
+            if (!action->isSeparator())
+                titles.append(action->text());
+        }
+    }
+    return titles;
+}
 
 } // namespace
 
@@ -79,6 +99,7 @@ private slots:
     void chosenItemIsPastedIntoTheRecordedProgram();
     void refusedHotkeyIsPrintedAndTheProgramGoesOn();
     void changedHotkeyIsRegisteredAtOnce();
+    void changedLanguageReachesTheMenuAndTheWindow();
     void secondStartShowsTheWindow();
     void terminationLeavesNothingUnwritten();
 
@@ -88,6 +109,7 @@ private:
     std::unique_ptr<FakePasteKeystroke> m_keystroke;
     std::unique_ptr<FakeGlobalHotkey> m_hotkey;
     std::unique_ptr<HotkeySettingsManager> m_hotkeySettings;
+    std::unique_ptr<LanguageManager> m_languages;
     std::unique_ptr<PastePipeline> m_pipeline;
     std::unique_ptr<AppDelegate> m_delegate;
     FakeWindow::State m_window;
@@ -101,11 +123,14 @@ void AppDelegateTest::init()
     m_keystroke = std::make_unique<FakePasteKeystroke>();
     m_hotkey = std::make_unique<FakeGlobalHotkey>();
     m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
+    m_languages = std::make_unique<LanguageManager>(*m_defaults);
+    m_languages->install();
     m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
                                                  *m_scheduler, *m_monitor, *m_manager,
                                                  *m_defaults, *m_codec);
     m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
-        *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_hotkey, *m_workspace,
+        *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_languages, *m_hotkey,
+        *m_workspace,
         [this](const ClipboardItemList &items) {
             ++m_window.windowCount;
             m_window.items = items;
@@ -120,6 +145,7 @@ void AppDelegateTest::cleanup()
 {
     m_delegate.reset();
     m_pipeline.reset();
+    m_languages.reset();
     tearDownCapture();
 }
 
@@ -249,6 +275,18 @@ void AppDelegateTest::changedHotkeyIsRegisteredAtOnce()
     QCOMPARE(m_hotkey->assigned->first, 9u);
     QVERIFY(m_printed->contains(u"Updating hotkey settings..."_s));
     QVERIFY(m_printed->contains(u"Hotkey updated: ⌘⌃V"_s));
+}
+
+void AppDelegateTest::changedLanguageReachesTheMenuAndTheWindow()
+{
+    m_languages->setLanguage(AppLanguage::Chinese);
+    QCOMPARE(statusMenuTitles(), (QStringList{u"显示剪贴板历史"_s, u"退出 Tessarine"_s}));
+    QCOMPARE(m_window.languageCount, 0);
+    pressHotkey();
+    m_languages->setLanguage(AppLanguage::English);
+    QCOMPARE(statusMenuTitles(),
+             (QStringList{u"Show Clipboard History"_s, u"Quit Tessarine"_s}));
+    QCOMPARE(m_window.languageCount, 1);
 }
 
 void AppDelegateTest::secondStartShowsTheWindow()

@@ -94,7 +94,7 @@ ClipboardItemFactory::makeClipboardItem(const PasteboardSnapshot &snapshot) cons
     }
     if (const auto text = richTextPlainString(snapshot.html, snapshot.rtf)) {
         printLine(u"Detected: Rich Text"_s + remote);
-        return createTextItem(Utf8Text(*text), snapshot, source);
+        return createTextItem(*text, snapshot, source);
     }
     if (const auto image = readableImage(snapshot)) {
         printLine(u"Detected: Image"_s + remote);

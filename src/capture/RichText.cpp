@@ -3,16 +3,16 @@
 #include "capture/HtmlReader.h"
 #include "capture/RtfReader.h"
 
-std::optional<QString> richTextPlainString(const std::optional<QByteArray> &html,
-                                           const std::optional<QByteArray> &rtf)
+std::optional<Utf8Text> richTextPlainString(const std::optional<QByteArray> &html,
+                                            const std::optional<QByteArray> &rtf)
 {
     if (html) {
-        const QString text = plainTextFromHtml(*html).trimmed();
+        const Utf8Text text = Utf8Text::fromUtf8(plainTextFromHtml(*html)).trimmed();
         if (!text.isEmpty())
             return text;
     }
     if (rtf) {
-        const QString text = plainTextFromRtf(*rtf).trimmed();
+        const Utf8Text text = Utf8Text(plainTextFromRtf(*rtf)).trimmed();
         if (!text.isEmpty())
             return text;
     }

@@ -13,15 +13,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Groups nested deeper share the state of the deepest one that is kept.
-constexpr std::size_t kMaxKeptDepth = 1000;
+constexpr std::size_t kMaxKeptDepth = 250'000;
 
 /// No document has more fonts; what is beyond is read in the document's code page.
 constexpr qsizetype kMaxFonts = 10'000;
-
-/// How much is read of a document, in characters of running text. Documents are read on the main
-/// thread; this takes some tens of milliseconds.
-constexpr qsizetype kBudget = 5 * 1024 * 1024;
-constexpr qsizetype kCostOfControl = 8;
 
 /// Where the text of a group goes.
 enum class Destination : quint8 { Body, FontTable, Nowhere };
@@ -197,7 +192,6 @@ private:
 
     QByteArrayView m_rtf;
     qsizetype m_position = 0;
-    qsizetype m_budget = kBudget;
     std::vector<GroupState> m_groups;
     qsizetype m_unkeptDepth = 0; ///< Groups that are open beyond the kept ones.
     bool m_isOptionalDestination = false; ///< \* stands before the next control word.
@@ -216,7 +210,7 @@ private:
 QString RtfReader::read()
 {
     skipSignature();
-    while (!isAtEnd() && !m_groups.empty() && m_budget > 0)
+    while (!isAtEnd() && !m_groups.empty())
         readNext();
     flushBytes();
     m_text.replace(QChar(QChar::Nbsp), u' ');
@@ -250,7 +244,6 @@ void RtfReader::readNext()
         break;
     case '\\':
         ++m_position;
-        m_budget -= kCostOfControl;
         readControl();
         break;
     default: readPlainBytes(); break;
@@ -366,9 +359,7 @@ void RtfReader::readPlainBytes()
     if (!isVisible())
         return;
     expectCodePage();
-    const qsizetype length = std::min(m_position - begin, m_budget);
-    m_budget -= length;
-    for (const char byte : m_rtf.sliced(begin, length)) {
+    for (const char byte : m_rtf.sliced(begin, m_position - begin)) {
         // Line ends of the file are no text, and neither is padding.
         if (byte != '\r' && byte != '\n' && byte != '\0' && !takesFallback())
             m_pendingBytes.append(byte);

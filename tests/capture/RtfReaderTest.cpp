@@ -116,6 +116,21 @@ private slots:
             + "c}";
         QCOMPARE(plainTextFromRtf(rtf), u"abc"_s);
     }
+
+    void hiddenTextEndsWithItsGroupHoweverDeepThatIs()
+    {
+        constexpr qsizetype kDepth = 100'000;
+        const QByteArray rtf = "{\\rtf1 a" + QByteArray(kDepth, '{') + "{\\v b}c"
+            + QByteArray(kDepth, '}') + "d}";
+        QCOMPARE(plainTextFromRtf(rtf), u"acd"_s);
+    }
+
+    void aVeryLongTextIsReadWhole()
+    {
+        const QByteArray words = QByteArray("word ").repeated(2'000'000);
+        QCOMPARE(plainTextFromRtf("{\\rtf1 " + words + "\\par " + words + '}').size(),
+                 2 * words.size() + 1);
+    }
 };
 
 QTEST_GUILESS_MAIN(RtfReaderTest)

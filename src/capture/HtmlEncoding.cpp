@@ -11,7 +11,8 @@
 
 namespace {
 
-/// A declaration stands at the beginning; there are office programs that put style sheets before it.
+/// A declaration stands at the beginning; there are office programs that put style sheets before
+/// it.
 constexpr qsizetype kDeclaringBytes = 16 * 1024;
 
 /// So much is decoded at a time. A large document need not be in memory once more as UTF-16.
@@ -20,7 +21,7 @@ constexpr qsizetype kPieceSize = 64 * 1024;
 struct Charset
 {
     std::string_view label; ///< In lower case.
-    const char *name; ///< As the decoder knows it.
+    const char *name;       ///< As the decoder knows it.
 };
 
 /// What the labels mean to browsers, which is not always what they say. The decoder is asked for
@@ -134,16 +135,16 @@ const char *declaredCharset(QByteArrayView html)
 
 bool isTagStart(char byte)
 {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '/'
-        || byte == '!' || byte == '?';
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '/' ||
+           byte == '!' || byte == '?';
 }
 
 /// Whether a tag in UTF-16 begins at \a position, \a high being the index of a unit's high byte.
 bool isUtf16Tag(QByteArrayView html, qsizetype position, qsizetype high)
 {
-    return position + 4 <= html.size() && html[position + high] == '\0'
-        && html[position + 1 - high] == '<' && html[position + 2 + high] == '\0'
-        && isTagStart(html[position + 3 - high]);
+    return position + 4 <= html.size() && html[position + high] == '\0' &&
+           html[position + 1 - high] == '<' && html[position + 2 + high] == '\0' &&
+           isTagStart(html[position + 3 - high]);
 }
 
 /// Text in UTF-16 that has no tag, but its blanks.
@@ -192,9 +193,7 @@ QByteArray decoded(QByteArrayView html, QStringDecoder decoder)
     QStringEncoder encoder(QStringConverter::Utf8);
     while (!html.isEmpty()) {
         const qsizetype size = std::min(html.size(), kPieceSize);
-        QString piece = decoder(html.first(size));
-        // What some of the decoders give for malformed bytes.
-        piece.replace(QChar(QChar::SpecialCharacter(0x1A)), QChar(QChar::ReplacementCharacter));
+        const QString piece = decoder(html.first(size));
         utf8 += encoder(piece);
         html = html.sliced(size);
     }
@@ -218,5 +217,7 @@ QByteArray utf8FromHtml(const QByteArray &html)
         return html.startsWith(kMark) ? html.sliced(kMark.size()) : html;
     }
     const bool isWrong = !declared || qstrcmp(declared, "UTF-8") == 0;
-    return decoded(html, QStringDecoder(isWrong ? kWestern : declared));
+    // Some of the decoders give a control character for malformed bytes.
+    return decoded(html, QStringDecoder(isWrong ? kWestern : declared))
+        .replace('\x1a', "\xef\xbf\xbd");
 }

@@ -14,10 +14,11 @@ namespace {
 /// Elements nested deeper count as nothing but their text. Browsers stop long before.
 constexpr std::size_t kMaxDepth = 10'000;
 
-enum class Kind : quint8 {
+enum class Kind : quint8
+{
     Inline,
     Block, ///< On lines of its own.
-    Void, ///< Without content.
+    Void,  ///< Without content.
     VoidBlock,
     LineBreak,
     Raw, ///< Its content is no text to be read, and no markup.
@@ -37,20 +38,19 @@ KindTable elementKinds()
 {
     const Group groups[]{
         {Kind::Block,
-         {"address",  "article", "aside",   "blockquote", "body",       "caption", "center",
-          "dd",       "details", "dialog",  "dir",        "div",        "dl",      "dt",
-          "fieldset", "figure",  "footer",  "figcaption", "form",       "h1",      "h2",
-          "h3",       "h4",      "h5",      "h6",         "head",       "header",  "hgroup",
-          "html",     "legend",  "li",      "main",       "menu",       "nav",     "ol",
-          "optgroup", "option",  "p",       "section",    "summary",    "table",   "tbody",
-          "td",       "tfoot",   "th",      "thead",      "tr",         "ul"}},
+         {"address",  "article", "aside",  "blockquote", "body",    "caption", "center",
+          "dd",       "details", "dialog", "dir",        "div",     "dl",      "dt",
+          "fieldset", "figure",  "footer", "figcaption", "form",    "h1",      "h2",
+          "h3",       "h4",      "h5",     "h6",         "head",    "header",  "hgroup",
+          "html",     "legend",  "li",     "main",       "menu",    "nav",     "ol",
+          "optgroup", "option",  "p",      "section",    "summary", "table",   "tbody",
+          "td",       "tfoot",   "th",     "thead",      "tr",      "ul"}},
         {Kind::Void,
          {"area", "base", "basefont", "bgsound", "col", "embed", "frame", "img", "input", "keygen",
           "link", "meta", "param", "source", "track", "wbr"}},
         {Kind::VoidBlock, {"hr"}},
         {Kind::LineBreak, {"br"}},
-        {Kind::Raw,
-         {"iframe", "noembed", "noframes", "script", "style", "template", "title"}},
+        {Kind::Raw, {"iframe", "noembed", "noframes", "script", "style", "template", "title"}},
         {Kind::Hidden, {"audio", "canvas", "datalist", "rp", "video"}},
         {Kind::Preformatted, {"listing", "pre", "textarea", "xmp"}},
     };
@@ -142,7 +142,10 @@ Style readStyle(QByteArrayView text)
 class HtmlReader
 {
 public:
-    explicit HtmlReader(const QByteArray &utf8) : m_tokenizer(utf8) {}
+    explicit HtmlReader(const QByteArray &utf8)
+        : m_tokenizer(utf8)
+    {
+    }
 
     QByteArray read();
 
@@ -172,7 +175,7 @@ private:
 
     HtmlTokenizer m_tokenizer;
     HtmlTextFlow m_flow;
-    std::vector<Element> m_open; ///< The elements that are open, the outermost first.
+    std::vector<Element> m_open;           ///< The elements that are open, the outermost first.
     std::vector<std::size_t> m_openBlocks; ///< The places of the blocks among them.
     std::unordered_map<std::string, int> m_openCount; ///< By name.
     qsizetype m_unkeptDepth = 0; ///< Elements that are open beyond the kept ones.

@@ -14,8 +14,8 @@ constexpr QByteArrayView kObjectReplacement("\xef\xbf\xbc");
 
 bool isBlank(char32_t character)
 {
-    return character == ' ' || character == '\n' || character == '\t' || character == '\r'
-        || character == '\f';
+    return character == ' ' || character == '\n' || character == '\t' || character == '\r' ||
+           character == '\f';
 }
 
 /// The bytes at which text cannot be taken over as it is, or might not be.

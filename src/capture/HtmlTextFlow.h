@@ -4,7 +4,8 @@
 #include <QByteArrayView>
 
 /// What becomes of the white space of a text.
-enum class HtmlWhiteSpace : quint8 {
+enum class HtmlWhiteSpace : quint8
+{
     Collapse,
     KeepLines, ///< Line ends stay, blanks are collapsed.
     Keep,

@@ -34,8 +34,8 @@ HtmlTokenizer::Token HtmlTokenizer::next()
             return Token::Text;
         }
         const char following = m_position + 1 < m_html.size() ? m_html[m_position + 1] : '\0';
-        const bool isMarkup = isLetter(following) || following == '/' || following == '!'
-            || following == '?';
+        const bool isMarkup =
+            isLetter(following) || following == '/' || following == '!' || following == '?';
         if (!isMarkup) {
             m_text = m_html.sliced(m_position++, 1);
             return Token::Text;
@@ -51,8 +51,8 @@ void HtmlTokenizer::skipContent()
     while (!isAtEnd()) {
         skipBehind("</");
         const QByteArrayView rest = m_html.sliced(m_position);
-        if (rest.size() >= qsizetype(m_tag.name.size())
-            && isSameWord(rest.first(qsizetype(m_tag.name.size())), m_tag.name)) {
+        if (rest.size() >= qsizetype(m_tag.name.size()) &&
+            isSameWord(rest.first(qsizetype(m_tag.name.size())), m_tag.name)) {
             m_position -= 2;
             return;
         }

@@ -13,7 +13,7 @@ struct HtmlTag
 
     std::string name; ///< In lower case.
     bool isEnd = false;
-    bool isEmpty = false; ///< Start and end in one.
+    bool isEmpty = false;  ///< Start and end in one.
     bool isHidden = false; ///< It has the attribute of that name.
     QByteArrayView style;
     QByteArrayView charset; ///< Of a meta element.
@@ -28,9 +28,17 @@ struct HtmlTag
 class HtmlTokenizer
 {
 public:
-    enum class Token { Text, Tag, End };
+    enum class Token
+    {
+        Text,
+        Tag,
+        End
+    };
 
-    explicit HtmlTokenizer(QByteArrayView html) : m_html(html) {}
+    explicit HtmlTokenizer(QByteArrayView html)
+        : m_html(html)
+    {
+    }
 
     Token next();
 

@@ -4,8 +4,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
-    const QString text
-        = plainTextFromRtf(QByteArrayView(reinterpret_cast<const char *>(bytes), qsizetype(size)));
+    const QString text =
+        plainTextFromRtf(QByteArrayView(reinterpret_cast<const char *>(bytes), qsizetype(size)));
     // One byte of RTF never makes more than one character.
     if (text.size() > qsizetype(size))
         __builtin_trap();

@@ -53,6 +53,13 @@ struct PasteboardSnapshot
     bool isOwnWrite = false; ///< This program wrote it.
 
     bool hasType(QStringView type) const { return types.contains(type); }
+
+    /// What it takes in memory, about.
+    qsizetype byteCount() const
+    {
+        return (string ? string->byteCount() : 0) + (html ? html->size() : 0)
+            + (rtf ? rtf->size() : 0) + (image ? image->tiff.size() : 0);
+    }
 };
 
 /// What is to be put on the pasteboard, in the order in which it is offered.

@@ -5,20 +5,6 @@ namespace {
 constexpr std::size_t kMaxSnapshots = 1024;
 constexpr qsizetype kMaxByteCount = qsizetype(256) << 20;
 
-qsizetype byteCountOf(const PasteboardSnapshot &snapshot)
-{
-    qsizetype byteCount = 0;
-    if (snapshot.string)
-        byteCount += snapshot.string->byteCount();
-    if (snapshot.html)
-        byteCount += snapshot.html->size();
-    if (snapshot.rtf)
-        byteCount += snapshot.rtf->size();
-    if (snapshot.image)
-        byteCount += snapshot.image->tiff.size();
-    return byteCount;
-}
-
 } // namespace
 
 void SnapshotQueue::publish(PasteboardSnapshot snapshot)
@@ -26,7 +12,7 @@ void SnapshotQueue::publish(PasteboardSnapshot snapshot)
     const std::lock_guard lock(m_mutex);
     snapshot.changeCount = m_changeCount.load(std::memory_order_relaxed) + 1;
     const quint64 changeCount = snapshot.changeCount;
-    m_byteCount += byteCountOf(snapshot);
+    m_byteCount += snapshot.byteCount();
     m_snapshots.push_back(std::move(snapshot));
     dropSurplus();
     m_changeCount.store(changeCount, std::memory_order_release);
@@ -58,7 +44,7 @@ void SnapshotQueue::discard(quint64 changeCount)
     for (PasteboardSnapshot &snapshot : m_snapshots) {
         if (snapshot.changeCount != changeCount)
             continue;
-        m_byteCount -= byteCountOf(snapshot);
+        m_byteCount -= snapshot.byteCount();
         PasteboardSnapshot emptied;
         emptied.changeCount = changeCount;
         emptied.notice = snapshot.notice;
@@ -68,7 +54,7 @@ void SnapshotQueue::discard(quint64 changeCount)
 
 void SnapshotQueue::dropOldest()
 {
-    m_byteCount -= byteCountOf(m_snapshots.front());
+    m_byteCount -= m_snapshots.front().byteCount();
     m_snapshots.pop_front();
 }
 
@@ -78,7 +64,7 @@ void SnapshotQueue::dropPicture()
     if (m_snapshots.empty())
         return;
     m_snapshots.back().image.reset();
-    m_byteCount = byteCountOf(m_snapshots.back());
+    m_byteCount = m_snapshots.back().byteCount();
 }
 
 /// The latest one stays, however large it is.

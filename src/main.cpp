@@ -109,8 +109,8 @@ int runApplication(Application &application, SingleInstance &instance)
                                      fileReferences, defaults, clock);
     PrivacySettingsManager privacySettings(defaults);
     HotkeySettingsManager hotkeySettings(defaults);
-    ClipboardMonitor monitor(platform->pasteboard(), platform->workspace(), scheduler, clock,
-                             itemManager, privacySettings, fileReferences);
+    ClipboardMonitor monitor(platform->pasteboard(), scheduler, clock, itemManager,
+                             privacySettings, fileReferences);
     PastePipeline pastePipeline(platform->pasteboard(), platform->workspace(),
                                 platform->pasteKeystroke(), scheduler, monitor, itemManager,
                                 defaults, codec);

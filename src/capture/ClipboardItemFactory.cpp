@@ -1,13 +1,9 @@
 #include "capture/ClipboardItemFactory.h"
 
-#include "capture/PrivacySettingsManager.h"
 #include "capture/RichText.h"
-#include "core/FileReferences.h"
 #include "foundation/FilePath.h"
 #include "foundation/Log.h"
 #include "foundation/TextTools.h"
-#include "platform/Clock.h"
-#include "platform/Workspace.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,23 +11,14 @@ namespace {
 
 constexpr qsizetype kPrintedCharacters = 50;
 
+// What the main thread has time for: styled text has to be read, and of text a copy may have to be
+// made.
+constexpr qsizetype kMostStyledBytes = 32 * 1024;
+constexpr qsizetype kMostTextBytes = 1024 * 1024;
+
 QString printedBeginning(const Utf8Text &text)
 {
     return firstCharacters(QString::fromUtf8(text.start()), kPrintedCharacters);
-}
-
-QString remoteSuffix(bool isRemote)
-{
-    return isRemote ? u" remote=true"_s : u" remote=false"_s;
-}
-
-/// The path without the slashes with which the names of directories may end.
-QString pathOf(const QUrl &url)
-{
-    QString path = FilePath::of(url);
-    while (path.size() > 1 && path.endsWith(u'/'))
-        path.chop(1);
-    return path;
 }
 
 QString lastPathComponent(const QString &path)
@@ -49,9 +36,9 @@ QString pathExtension(const QString &path)
 
 std::optional<PasteboardImage> readableImage(const PasteboardSnapshot &snapshot)
 {
-    const bool isOffered = snapshot.hasType(PasteboardType::kTiff)
-        || snapshot.hasType(PasteboardType::kPng) || snapshot.hasType(PasteboardType::kJpeg)
-        || snapshot.hasType(PasteboardType::kImage);
+    const bool isOffered =
+        snapshot.hasType(PasteboardType::kTiff) || snapshot.hasType(PasteboardType::kPng) ||
+        snapshot.hasType(PasteboardType::kJpeg) || snapshot.hasType(PasteboardType::kImage);
     if (!isOffered || !snapshot.image || snapshot.image->size.isEmpty())
         return std::nullopt;
     return snapshot.image;
@@ -62,123 +49,84 @@ bool isWebAddress(const Utf8Text &text)
     return text.start().startsWith("http://") || text.start().startsWith("https://");
 }
 
-} // namespace
-
-ClipboardItemFactory::ClipboardItemFactory(const Workspace &workspace, const Clock &clock,
-                                           const PrivacySettingsManager &privacySettings,
-                                           const FileReferences &fileReferences)
-    : m_workspace(workspace)
-    , m_clock(clock)
-    , m_privacySettings(privacySettings)
-    , m_fileReferences(fileReferences)
+ClipboardItem createItem(ClipboardContentType type, const ClipboardCopy &copy)
 {
-}
-
-std::optional<ClipboardItem>
-ClipboardItemFactory::makeClipboardItem(const PasteboardSnapshot &snapshot) const
-{
-    const Source source = findSource(snapshot);
-    if (source.isIgnored)
-        return std::nullopt;
-    const QString remote = remoteSuffix(source.isRemote);
-
-    if (hasExistingFiles(snapshot)) {
-        printLine(u"Detected: File(s) - %1 items"_s.arg(snapshot.fileUrls->size()) + remote);
-        return createFileItem(*snapshot.fileUrls, source);
-    }
-    // A blank text ends the search as well, even if there is a picture beside it.
-    if (snapshot.string) {
-        printLine(u"Detected: Text/URL - '"_s + printedBeginning(*snapshot.string) + u"...'"_s
-                  + remote);
-        return createTextItem(*snapshot.string, snapshot, source);
-    }
-    if (const auto text = richTextPlainString(snapshot.html, snapshot.rtf)) {
-        printLine(u"Detected: Rich Text"_s + remote);
-        return createTextItem(*text, snapshot, source);
-    }
-    if (const auto image = readableImage(snapshot)) {
-        printLine(u"Detected: Image"_s + remote);
-        return createImageItem(*image, source);
-    }
-    printLine(u"Detected: Unknown type, ignoring"_s + remote);
-    return std::nullopt;
-}
-
-ClipboardItemFactory::Source
-ClipboardItemFactory::findSource(const PasteboardSnapshot &snapshot) const
-{
-    Source source;
-    source.isRemote = snapshot.hasType(PasteboardType::kRemoteClipboard);
-    if (source.isRemote)
-        return source;
-    const auto application = m_workspace.frontmostApplication();
-    if (!application || application->bundleIdentifier.isEmpty())
-        return source;
-    const QString &identifier = application->bundleIdentifier;
-    source.bundleIdentifier = identifier;
-    source.isIgnored
-        = m_privacySettings.ignoredBundleIdentifiers().contains(identifier.toLower());
-    if (source.isIgnored) {
-        const QString &name = application->localizedName;
-        printLine(u"Ignored clipboard change from app: "_s + (name.isEmpty() ? u"Unknown"_s : name)
-                  + u" ("_s + identifier + u')');
-    }
-    return source;
-}
-
-ClipboardItem ClipboardItemFactory::createItem(ClipboardContentType type,
-                                               const Source &source) const
-{
-    ClipboardItem item = makeItem(type, m_clock.now());
-    item.sourceAppBundleID = source.bundleIdentifier;
-    item.isRemoteClipboard = source.isRemote;
+    ClipboardItem item = makeItem(type, copy.time);
+    item.sourceAppBundleID = copy.sourceBundleIdentifier;
+    item.isRemoteClipboard = copy.isRemote;
     return item;
 }
 
-std::optional<ClipboardItem>
-ClipboardItemFactory::createTextItem(const Utf8Text &text, const PasteboardSnapshot &snapshot,
-                                     const Source &source) const
+ClipboardItem createFileItem(const ClipboardCopy &copy)
+{
+    ClipboardItem item = createItem(ClipboardContentType::File, copy);
+    QStringList names;
+    for (const QString &path : copy.filePaths) {
+        names.append(FilePath::readable(lastPathComponent(path)));
+        item.fileTypes.append(pathExtension(path));
+    }
+    item.stringValue = Utf8Text(names.join(u", "_s));
+    item.filePath = copy.filePaths.first();
+    item.fileBookmarkData = copy.fileBookmark;
+    return item;
+}
+
+std::optional<ClipboardItem> createTextItem(const Utf8Text &text, const ClipboardCopy &copy)
 {
     Utf8Text trimmed = text.trimmed();
     if (trimmed.isEmpty())
         return std::nullopt;
-    const auto type
-        = isWebAddress(trimmed) ? ClipboardContentType::Url : ClipboardContentType::Text;
-    ClipboardItem item = createItem(type, source);
+    const auto type =
+        isWebAddress(trimmed) ? ClipboardContentType::Url : ClipboardContentType::Text;
+    ClipboardItem item = createItem(type, copy);
     item.stringValue = std::move(trimmed);
-    item.htmlRepresentation = snapshot.html;
-    item.rtfRepresentation = snapshot.rtf;
+    item.htmlRepresentation = copy.snapshot.html;
+    item.rtfRepresentation = copy.snapshot.rtf;
     return item;
 }
 
-ClipboardItem ClipboardItemFactory::createImageItem(const PasteboardImage &image,
-                                                    const Source &source) const
+ClipboardItem createImageItem(const PasteboardImage &image, const ClipboardCopy &copy)
 {
-    ClipboardItem item = createItem(ClipboardContentType::Image, source);
+    ClipboardItem item = createItem(ClipboardContentType::Image, copy);
     item.imageRepresentation = image.tiff;
     if (!image.digest.isEmpty())
         item.imageDigest = image.digest;
     return item;
 }
 
-bool ClipboardItemFactory::hasExistingFiles(const PasteboardSnapshot &snapshot) const
+} // namespace
+
+std::optional<ClipboardItem> makeClipboardItem(const ClipboardCopy &copy)
 {
-    return snapshot.hasType(PasteboardType::kFileUrl) && snapshot.fileUrls
-        && !snapshot.fileUrls->isEmpty() && m_fileReferences.mayExist(*snapshot.fileUrls);
+    const PasteboardSnapshot &snapshot = copy.snapshot;
+    const QString remote = copy.remoteSuffix();
+    if (!copy.filePaths.isEmpty())
+        return createFileItem(copy);
+    // A blank text ends the search as well, even if there is a picture beside it.
+    if (snapshot.string) {
+        printLine(u"Detected: Text/URL - '"_s + printedBeginning(*snapshot.string) + u"...'"_s +
+                  remote);
+        return createTextItem(*snapshot.string, copy);
+    }
+    if (const auto text = richTextPlainString(snapshot.html, snapshot.rtf)) {
+        printLine(u"Detected: Rich Text"_s + remote);
+        return createTextItem(*text, copy);
+    }
+    if (const auto image = readableImage(snapshot)) {
+        printLine(u"Detected: Image"_s + remote);
+        return createImageItem(*image, copy);
+    }
+    printLine(u"Detected: Unknown type, ignoring"_s + remote);
+    return std::nullopt;
 }
 
-ClipboardItem ClipboardItemFactory::createFileItem(const QList<QUrl> &urls,
-                                                   const Source &source) const
+bool takesLongToMake(const ClipboardCopy &copy)
 {
-    ClipboardItem item = createItem(ClipboardContentType::File, source);
-    QStringList names;
-    for (const QUrl &url : urls) {
-        const QString path = pathOf(url);
-        names.append(FilePath::readable(lastPathComponent(path)));
-        item.fileTypes.append(pathExtension(path));
-    }
-    item.stringValue = Utf8Text(names.join(u", "_s));
-    item.filePath = pathOf(urls.first());
-    item.fileBookmarkData = m_fileReferences.createBookmark(FilePath::toUrl(*item.filePath));
-    return item;
+    const PasteboardSnapshot &snapshot = copy.snapshot;
+    if (!copy.filePaths.isEmpty())
+        return false;
+    if (snapshot.string)
+        return snapshot.string->byteCount() > kMostTextBytes;
+    const auto sizeOf = [](const auto &bytes) { return bytes ? bytes->size() : 0; };
+    return sizeOf(snapshot.html) + sizeOf(snapshot.rtf) > kMostStyledBytes;
 }

@@ -125,7 +125,7 @@ struct FileRoundTripTest::Run
         , manager(open(data, store, clock),
                   ImageStorage(data.filePath(u"images"_s), codec, defaults, clock), references,
                   defaults, clock)
-        , monitor(pasteboard, workspace, scheduler, clock, manager, privacy, references)
+        , monitor(pasteboard, scheduler, clock, manager, privacy, references)
     {
         monitor.startMonitoring();
     }

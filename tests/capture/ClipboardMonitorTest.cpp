@@ -1,6 +1,5 @@
 #include "capture/ClipboardMonitor.h"
 
-
 #include "foundation/FilePath.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
@@ -35,6 +34,12 @@ PasteboardSnapshot richSnapshot(std::optional<QByteArray> html, std::optional<QB
     snapshot.html = std::move(html);
     snapshot.rtf = std::move(rtf);
     return snapshot;
+}
+
+/// So large that it is not read on the main thread.
+QByteArray largeHtml(const QByteArray &content, qsizetype size = 1'000'000)
+{
+    return "<!--" + QByteArray(size, 'x') + "-->" + content;
 }
 
 void addImage(PasteboardSnapshot &snapshot, QStringView type, QSize size = {2, 3})
@@ -291,11 +296,174 @@ private slots:
         QCOMPARE(changes.count(), 0);
     }
 
+    void whatWasCopiedBeforeAPauseIsCapturedHoweverLateItIsRead_data()
+    {
+        QTest::addColumn<bool>("isOver");
+        QTest::newRow("in the pause") << false;
+        QTest::newRow("after the pause") << true;
+    }
+
+    void whatWasCopiedBeforeAPauseIsCapturedHoweverLateItIsRead()
+    {
+        QFETCH(bool, isOver);
+        m_monitor->startMonitoring();
+        PasteboardSnapshot slow = textSnapshot(u"slow"_s);
+        slow.notice = m_pasteboard->notice();
+        m_monitor->setUserPaused(true);
+        if (isOver)
+            m_monitor->resumeFromUserPause();
+        m_pasteboard->copy(slow);
+        m_scheduler->advance(500ms);
+        QCOMPARE(texts(), QStringList{u"slow"_s});
+    }
+
+    void whatWasCopiedInAPauseIsNeverCapturedHoweverLateItIsRead()
+    {
+        m_monitor->startMonitoring();
+        m_monitor->setUserPaused(true);
+        PasteboardSnapshot slow = textSnapshot(u"slow"_s);
+        slow.notice = m_pasteboard->notice();
+        m_monitor->resumeFromUserPause();
+        m_pasteboard->copy(slow);
+        m_pasteboard->copyText(u"after"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(texts(), QStringList{u"after"_s});
+        QCOMPARE(m_monitor->lastChangeCount(), m_pasteboard->changeCount());
+    }
+
+    void twoPausesThatOverlapAreOne()
+    {
+        m_monitor->startMonitoring();
+        m_monitor->setPaused(true);
+        m_pasteboard->copyText(u"one"_s);
+        m_monitor->setUserPaused(true);
+        m_pasteboard->copyText(u"two"_s);
+        m_monitor->setPaused(false);
+        m_pasteboard->copyText(u"three"_s);
+        m_monitor->resumeFromUserPause();
+        m_pasteboard->copyText(u"four"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(texts(), QStringList{u"four"_s});
+    }
+
+    void whatWasCopiedBeforeTheStartIsNotCapturedHoweverLateItIsRead()
+    {
+        PasteboardSnapshot slow = textSnapshot(u"slow"_s);
+        slow.notice = m_pasteboard->notice();
+        m_monitor->startMonitoring();
+        m_pasteboard->copy(slow);
+        m_scheduler->advance(500ms);
+        QVERIFY(m_captured.isEmpty());
+    }
+
+    // Large copies.
+
+    void whatFollowsALargeCopyDoesNotOvertakeIt()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->copy(richSnapshot(largeHtml("first"), std::nullopt));
+        m_scheduler->advance(500ms);
+        m_pasteboard->copyText(u"second"_s);
+        PasteboardSnapshot picture;
+        addImage(picture, PasteboardType::kPng);
+        m_pasteboard->copy(picture);
+        m_pasteboard->copy(richSnapshot(std::nullopt, "{\\rtf1 fourth}"_ba));
+        m_scheduler->advance(500ms);
+        QVERIFY(m_captured.isEmpty());
+
+        QTRY_COMPARE(m_captured.size(), 4);
+        QCOMPARE(texts(), QStringList({u"first"_s, u"second"_s, u"(none)"_s, u"fourth"_s}));
+        QCOMPARE(m_printed->lines().filter(u"Detected: "_s),
+                 QStringList({u"Detected: Rich Text remote=false"_s,
+                              u"Detected: Text/URL - 'second...' remote=false"_s,
+                              u"Detected: Image remote=false"_s,
+                              u"Detected: Rich Text remote=false"_s}));
+        // With nothing more to wait for, what is small is captured at once.
+        m_pasteboard->copyText(u"fifth"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(m_captured.size(), 5);
+    }
+
+    void aLargeCopyHasItsTimeAndItsSource()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->setFrontmost(u"org.Browser"_s);
+        const QByteArray html = largeHtml("text");
+        m_pasteboard->copy(richSnapshot(html, std::nullopt));
+        const Timestamp copied = m_clock->now();
+        m_scheduler->advance(500ms);
+        m_pasteboard->setFrontmost(u"org.Editor"_s);
+        m_clock->advance(10s);
+
+        QTRY_COMPARE(m_captured.size(), 1);
+        QCOMPARE(m_captured.first().timestamp, copied);
+        QCOMPARE(m_captured.first().sourceAppBundleID, u"org.Browser"_s);
+        QCOMPARE(m_captured.first().htmlRepresentation, html);
+    }
+
+    void aLargeCopyIsInTheHistoryWhenItIsAnnounced()
+    {
+        qsizetype countInside = 0;
+        m_monitor->onNewClipboardItem
+            = [&](const ClipboardItem &) { countInside = m_manager->items().size(); };
+        capture(richSnapshot(largeHtml("text"), std::nullopt));
+        QTRY_COMPARE(countInside, 1);
+    }
+
+    void aLargeCopyWithoutTextGivesNoEntry()
+    {
+        capture(richSnapshot(largeHtml("<img>"), std::nullopt));
+        QTRY_VERIFY(m_printed->contains(u"Detected: Unknown type, ignoring remote=false"_s));
+        m_pasteboard->copyText(u"next"_s);
+        m_scheduler->advance(500ms);
+        QTRY_COMPARE(texts(), QStringList{u"next"_s});
+    }
+
+    void aLongTextIsTrimmed()
+    {
+        const QString text = u"word "_s.repeated(1'000'000);
+        capture(textSnapshot(text));
+        QTRY_COMPARE(m_captured.size(), 1);
+        QCOMPARE(m_captured.first().stringValue->byteCount(), text.size() - 1);
+    }
+
+    void aPauseDoesNotLoseWhatWasCopiedBefore()
+    {
+        capture(richSnapshot(largeHtml("before"), std::nullopt));
+        m_monitor->setUserPaused(true);
+        QTRY_COMPARE(texts(), QStringList{u"before"_s});
+    }
+
+    void whatIsStillBeingReadAtTheEndGoesIntoTheHistory()
+    {
+        capture(richSnapshot(largeHtml("large"), std::nullopt));
+        m_pasteboard->copyText(u"small"_s);
+        m_scheduler->advance(500ms);
+        m_monitor.reset();
+        QVERIFY(m_captured.isEmpty()); // Who listened may have ended before.
+        const ClipboardItemList items = m_manager->items();
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items.at(0)->stringValue->toString(), u"small"_s);
+        QCOMPARE(items.at(1)->stringValue->toString(), u"large"_s);
+    }
+
+    void copiesThatWouldTakeTooMuchMemoryWaitOnThePasteboard()
+    {
+        m_monitor->startMonitoring();
+        for (const char *text : {"one", "two"})
+            m_pasteboard->copy(richSnapshot(largeHtml(text, 40'000'000), std::nullopt));
+        m_scheduler->advance(500ms);
+        m_pasteboard->copyText(u"three"_s);
+        m_scheduler->advance(5s);
+        QCOMPARE(m_pasteboard->snapshotCount, 1);
+        QTRY_COMPARE(texts(), QStringList({u"one"_s, u"two"_s, u"three"_s}));
+    }
+
     // Text.
 
     void textIsKeptTrimmedWithItsRichForms()
     {
-        m_workspace->setFrontmost(u"org.Editor"_s);
+        m_pasteboard->setFrontmost(u"org.Editor"_s);
         PasteboardSnapshot snapshot = textSnapshot(u" \n two words\t\u2029"_s);
         snapshot.html = "<b>two</b> words"_ba;
         snapshot.rtf = "{\\rtf1 two words}"_ba;
@@ -423,7 +591,7 @@ private slots:
     void picturesAreKeptAsTiff()
     {
         QFETCH(QString, type);
-        m_workspace->setFrontmost(u"org.Painter"_s);
+        m_pasteboard->setFrontmost(u"org.Painter"_s);
         PasteboardSnapshot snapshot;
         addImage(snapshot, type);
         capture(snapshot);
@@ -611,14 +779,14 @@ private slots:
     void anIgnoredProgramsCopyIsLostForGood()
     {
         m_privacy->saveIgnoredApps({{u"Vault"_s, u"org.vault"_s, std::nullopt}});
-        m_workspace->setFrontmost(u"org.Vault"_s, u"The Vault"_s);
+        m_pasteboard->setFrontmost(u"org.Vault"_s, u"The Vault"_s);
         m_monitor->startMonitoring();
         m_pasteboard->copyText(u"password"_s);
         m_scheduler->advance(500ms);
         QCOMPARE(m_monitor->lastChangeCount(), m_pasteboard->changeCount());
         QVERIFY(m_printed->contains(u"Ignored clipboard change from app: The Vault (org.Vault)"_s));
 
-        m_workspace->setFrontmost(u"org.Editor"_s);
+        m_pasteboard->setFrontmost(u"org.Editor"_s);
         m_scheduler->advance(5s);
         QVERIFY(m_captured.isEmpty());
         QVERIFY(m_manager->items().isEmpty());
@@ -626,7 +794,7 @@ private slots:
 
     void anIgnoredProgramMayHaveNoName()
     {
-        m_workspace->frontmost = RunningApplication{u"com.apple.passwords"_s, {}, 1, 1};
+        m_pasteboard->frontmost = RunningApplication{u"com.apple.passwords"_s, {}, 1, 1};
         capture(textSnapshot(u"password"_s));
         QVERIFY(m_captured.isEmpty());
         QVERIFY(m_printed->contains(
@@ -635,7 +803,7 @@ private slots:
 
     void theListIsReadAtEachChange()
     {
-        m_workspace->setFrontmost(u"org.vault"_s);
+        m_pasteboard->setFrontmost(u"org.vault"_s);
         capture(textSnapshot(u"one"_s));
         m_privacy->saveIgnoredApps({{u"Vault"_s, u"org.vault"_s, std::nullopt}});
         m_pasteboard->copyText(u"two"_s);
@@ -645,7 +813,7 @@ private slots:
 
     void whatComesFromAnotherDeviceIsNeverIgnored()
     {
-        m_workspace->setFrontmost(u"com.apple.Passwords"_s);
+        m_pasteboard->setFrontmost(u"com.apple.Passwords"_s);
         PasteboardSnapshot snapshot = textSnapshot(u"from afar"_s);
         snapshot.types.append(PasteboardType::kRemoteClipboard.toString());
         capture(snapshot);
@@ -666,10 +834,108 @@ private slots:
     {
         QFETCH(bool, hasProgram);
         if (hasProgram)
-            m_workspace->frontmost = RunningApplication{{}, u"Nameless"_s, 1, 1};
+            m_pasteboard->frontmost = RunningApplication{{}, u"Nameless"_s, 1, 1};
         capture(textSnapshot(u"one"_s));
         QCOMPARE(m_captured.size(), 1);
         QVERIFY(!m_captured.first().sourceAppBundleID);
+    }
+
+    void theProgramThatWasInFrontAtTheNoticeIsTheSource()
+    {
+        m_monitor->startMonitoring();
+        PasteboardSnapshot snapshot = textSnapshot(u"one"_s);
+        snapshot.frontmostApplication = RunningApplication{u"org.first"_s, u"First"_s, 1, 1};
+        m_pasteboard->setFrontmost(u"org.second"_s);
+        m_pasteboard->copy(snapshot);
+        m_scheduler->advance(500ms);
+        QCOMPARE(m_captured.first().sourceAppBundleID, u"org.first"_s);
+    }
+
+    void theProgramThatWasInFrontAtTheNoticeMayBeIgnored()
+    {
+        m_monitor->startMonitoring();
+        PasteboardSnapshot snapshot = textSnapshot(u"password"_s);
+        snapshot.frontmostApplication
+            = RunningApplication{u"com.apple.Passwords"_s, u"Passwords"_s, 1, 1};
+        m_pasteboard->setFrontmost(u"org.second"_s);
+        m_pasteboard->copy(snapshot);
+        m_scheduler->advance(500ms);
+        QVERIFY(m_captured.isEmpty());
+    }
+
+    void passwordsCoverTheSystemSettingsUntilTheyAreRemoved()
+    {
+        for (const QString &identifier : {u"com.apple.Passwords"_s, u"com.apple.passwords"_s,
+                                          u"com.apple.systempreferences"_s}) {
+            m_pasteboard->setFrontmost(identifier);
+            capture(textSnapshot(identifier));
+        }
+        QVERIFY(m_captured.isEmpty());
+        m_privacy->saveIgnoredApps(
+            {{u"Keychain Access"_s, u"com.apple.keychainaccess"_s, std::nullopt}});
+        for (const QString &identifier : {u"com.apple.Passwords"_s, u"com.apple.passwords"_s,
+                                          u"com.apple.systempreferences"_s}) {
+            m_pasteboard->setFrontmost(identifier);
+            capture(textSnapshot(identifier));
+        }
+        QCOMPARE(m_captured.size(), 3);
+    }
+
+    void nothingOfAnIgnoredCopyIsPrinted()
+    {
+        m_pasteboard->setFrontmost(u"com.apple.Passwords"_s);
+        capture(textSnapshot(u"hunter2"_s));
+        QVERIFY(m_printed->lines().filter(u"hunter2"_s).isEmpty());
+    }
+
+    // What may outlive its program.
+
+    void whatIsNotIgnoredMayOutliveItsProgram_data()
+    {
+        QTest::addColumn<bool>("isPaused");
+        QTest::newRow("recorded") << false;
+        QTest::newRow("in a pause") << true;
+    }
+
+    void whatIsNotIgnoredMayOutliveItsProgram()
+    {
+        QFETCH(bool, isPaused);
+        m_monitor->startMonitoring();
+        m_monitor->setUserPaused(isPaused);
+        m_pasteboard->copyText(u"one"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(m_pasteboard->keptAlive, QList<quint64>{1});
+        QVERIFY(m_pasteboard->discarded.isEmpty());
+    }
+
+    void whatIsIgnoredIsDiscarded_data()
+    {
+        QTest::addColumn<bool>("isPaused");
+        QTest::newRow("watching") << false;
+        QTest::newRow("in a pause") << true;
+    }
+
+    void whatIsIgnoredIsDiscarded()
+    {
+        QFETCH(bool, isPaused);
+        m_pasteboard->setFrontmost(u"com.apple.Passwords"_s, u"Passwords"_s);
+        m_monitor->startMonitoring();
+        m_monitor->setUserPaused(isPaused);
+        m_pasteboard->copyText(u"password"_s);
+        m_scheduler->advance(500ms);
+        QCOMPARE(m_pasteboard->discarded, QList<quint64>{1});
+        QVERIFY(m_pasteboard->keptAlive.isEmpty());
+        // Of what is swallowed nothing is printed.
+        QCOMPARE(m_printed->lines().filter(u"Ignored clipboard change"_s).size(), isPaused ? 0 : 1);
+    }
+
+    void ourOwnWritesAreLeftAlone()
+    {
+        m_monitor->startMonitoring();
+        m_pasteboard->write({});
+        m_scheduler->advance(500ms);
+        QVERIFY(m_pasteboard->keptAlive.isEmpty());
+        QVERIFY(m_pasteboard->discarded.isEmpty());
     }
 
 private:

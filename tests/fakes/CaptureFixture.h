@@ -23,9 +23,8 @@ protected:
 
     void watchPasteboard(const FileReferences &fileReferences)
     {
-        m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_workspace, *m_scheduler,
-                                                       *m_clock, *m_manager, *m_privacy,
-                                                       fileReferences);
+        m_monitor = std::make_unique<ClipboardMonitor>(*m_pasteboard, *m_scheduler, *m_clock,
+                                                       *m_manager, *m_privacy, fileReferences);
     }
 
     void tearDownCapture()

@@ -48,12 +48,14 @@ public:
     /// A change is noticed that nobody has read yet; returns its number.
     quint64 notice() { return ++m_noticedCount; }
 
-    /// Another program copies \a snapshot; its change count is set here, and its notice unless it
-    /// has one.
+    /// Another program copies \a snapshot; its change count is set here, and its notice and what
+    /// was in front unless it has one.
     void copy(PasteboardSnapshot snapshot)
     {
         if (snapshot.notice == 0)
             snapshot.notice = notice();
+        if (!snapshot.frontmostApplication && !snapshot.isOwnWrite)
+            snapshot.frontmostApplication = frontmost;
         snapshot.changeCount = m_snapshot.changeCount + 1;
         m_snapshot = std::move(snapshot);
         m_untaken.append(m_snapshot);
@@ -67,6 +69,13 @@ public:
         copy(snapshot);
     }
 
+    /// Puts the program \a identifier in front; without a name it is called like it.
+    void setFrontmost(const QString &identifier, const QString &name = {})
+    {
+        frontmost = RunningApplication{identifier, name.isEmpty() ? identifier : name, 1, 1};
+    }
+
+    std::optional<RunningApplication> frontmost;
     PasteboardContents written;
     int writeCount = 0;
     QList<quint64> keptAlive; ///< Change counts.

@@ -12,7 +12,7 @@ std::optional<Utf8Text> richTextPlainString(const std::optional<QByteArray> &htm
             return text;
     }
     if (rtf) {
-        const Utf8Text text = Utf8Text(plainTextFromRtf(*rtf)).trimmed();
+        const Utf8Text text = Utf8Text::fromUtf8(plainTextFromRtf(*rtf)).trimmed();
         if (!text.isEmpty())
             return text;
     }

@@ -15,6 +15,9 @@ namespace {
 /// Groups nested deeper share the state of the deepest one that is kept.
 constexpr std::size_t kMaxKeptDepth = 250'000;
 
+/// So much is decoded at a time. A large document need not be in memory once more as UTF-16.
+constexpr qsizetype kPieceSize = 64 * 1024;
+
 /// No document has more fonts; what is beyond is read in the document's code page.
 constexpr qsizetype kMaxFonts = 10'000;
 
@@ -156,7 +159,7 @@ class RtfReader
 public:
     explicit RtfReader(QByteArrayView rtf) : m_rtf(rtf) {}
 
-    QString read();
+    QByteArray read();
 
 private:
     bool isAtEnd() const { return m_position >= m_rtf.size(); }
@@ -189,6 +192,8 @@ private:
     void expectCodePage();
     void appendCharacter(char16_t character);
     void flushBytes();
+    bool isCharacterEnd() const;
+    void settleText(qsizetype size);
 
     QByteArrayView m_rtf;
     qsizetype m_position = 0;
@@ -202,19 +207,20 @@ private:
     QHash<int, int> m_codePageOfFont;
     RtfCodePages m_codePages;
 
-    QString m_text;
+    QByteArray m_settled; ///< What has been read and will not change any more.
+    QString m_text;       ///< What follows it.
     QByteArray m_pendingBytes; ///< Text not yet decoded; a character may be made of several.
     int m_pendingCodePage = RtfCodePages::kWestern;
 };
 
-QString RtfReader::read()
+QByteArray RtfReader::read()
 {
     skipSignature();
     while (!isAtEnd() && !m_groups.empty())
         readNext();
     flushBytes();
-    m_text.replace(QChar(QChar::Nbsp), u' ');
-    return m_text;
+    settleText(m_text.size());
+    return m_settled;
 }
 
 void RtfReader::skipSignature()
@@ -361,8 +367,11 @@ void RtfReader::readPlainBytes()
     expectCodePage();
     for (const char byte : m_rtf.sliced(begin, m_position - begin)) {
         // Line ends of the file are no text, and neither is padding.
-        if (byte != '\r' && byte != '\n' && byte != '\0' && !takesFallback())
-            m_pendingBytes.append(byte);
+        if (byte == '\r' || byte == '\n' || byte == '\0' || takesFallback())
+            continue;
+        m_pendingBytes.append(byte);
+        if (m_pendingBytes.size() > kPieceSize && isCharacterEnd())
+            flushBytes();
     }
 }
 
@@ -494,15 +503,35 @@ void RtfReader::appendCharacter(char16_t character)
 
 void RtfReader::flushBytes()
 {
-    if (m_pendingBytes.isEmpty())
-        return;
-    m_text += m_codePages.decode(m_pendingBytes, m_pendingCodePage);
-    m_pendingBytes.truncate(0);
+    if (!m_pendingBytes.isEmpty()) {
+        m_text += m_codePages.decode(m_pendingBytes, m_pendingCodePage);
+        m_pendingBytes.truncate(0);
+    }
+    // The end may still change, or be half of a pair.
+    if (m_text.size() > kPieceSize)
+        settleText(m_text.size() - 2);
+}
+
+/// Whether no character goes on after the pending bytes: of those that are made of several none
+/// begins in ASCII.
+bool RtfReader::isCharacterEnd() const
+{
+    const auto isAscii = [](char byte) { return uchar(byte) < 0x80; };
+    return isAscii(m_pendingBytes.back()) && isAscii(m_pendingBytes[m_pendingBytes.size() - 2]);
+}
+
+void RtfReader::settleText(qsizetype size)
+{
+    if (size > 0 && size < m_text.size() && m_text[size - 1].isHighSurrogate())
+        --size;
+    QString settled = m_text.first(size);
+    m_settled += settled.replace(QChar(QChar::Nbsp), u' ').toUtf8();
+    m_text.remove(0, size);
 }
 
 } // namespace
 
-QString plainTextFromRtf(QByteArrayView rtf)
+QByteArray plainTextFromRtf(QByteArrayView rtf)
 {
     return RtfReader(rtf).read();
 }

@@ -6,6 +6,7 @@
 #include "tests/fakes/CaptureFixture.h"
 
 #include <QSignalSpy>
+#include <QStringEncoder>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -550,6 +551,29 @@ private slots:
         QCOMPARE(m_captured.first().htmlRepresentation, html);
         QCOMPARE(m_captured.first().contentType, ClipboardContentType::Text);
         QVERIFY(m_printed->contains(u"Detected: Rich Text remote=false"_s));
+    }
+
+    void styledTextInUtf16IsRenderedAndKeptAsOffered_data()
+    {
+        QTest::addColumn<QByteArray>("html");
+        const QString html = u"<p>Grüße, мир</p>"_s;
+        using Converter = QStringConverter;
+        for (const bool hasMark : {false, true}) {
+            const auto flags = hasMark ? Converter::Flag::WriteBom : Converter::Flag::Default;
+            const QByteArray suffix = hasMark ? " with a mark" : "";
+            QTest::newRow("little" + suffix)
+                << QByteArray(QStringEncoder(Converter::Utf16LE, flags)(html));
+            QTest::newRow("big" + suffix)
+                << QByteArray(QStringEncoder(Converter::Utf16BE, flags)(html));
+        }
+    }
+
+    void styledTextInUtf16IsRenderedAndKeptAsOffered()
+    {
+        QFETCH(QByteArray, html);
+        capture(richSnapshot(html, std::nullopt));
+        QCOMPARE(texts(), QStringList{u"Grüße, мир"_s});
+        QCOMPARE(m_captured.first().htmlRepresentation, html);
     }
 
     void htmlWithoutTextGivesWayToRtf()

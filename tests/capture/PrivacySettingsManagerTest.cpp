@@ -1,10 +1,10 @@
 #include "capture/PrivacySettingsManager.h"
 
 #include "foundation/UserDefaults.h"
+#include "language/LanguageManager.h"
 
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -12,20 +12,14 @@ namespace {
 
 const QString kKey = u"privacy.ignored_apps"_s;
 
-/// Knows the names of the default list in another language.
-class NameTranslator : public QTranslator
+/// The names of the default list in another language.
+LanguageTables otherNames()
 {
-public:
-    QString translate(const char *, const char *source, const char *, int) const override
-    {
-        if (qstrcmp(source, "settings.privacy.default.passwords") == 0)
-            return u"Armoire"_s;
-        if (qstrcmp(source, "settings.privacy.default.keychain_access") == 0)
-            return u"Trousseau"_s;
-        return {};
-    }
-    bool isEmpty() const override { return false; }
-};
+    return LanguageTables([](const QString &) {
+        return R"({"settings.privacy.default.passwords": "Armoire",
+                   "settings.privacy.default.keychain_access": "Trousseau"})"_ba;
+    });
+}
 
 QStringList identifiersOf(const QList<IgnoredApp> &apps)
 {
@@ -62,12 +56,13 @@ private slots:
 
     void namesOfTheDefaultsFollowTheLanguageAndTheSortingFollowsThem()
     {
-        NameTranslator translator;
-        QCoreApplication::installTranslator(&translator);
+        auto language = std::make_unique<LanguageManager>(*m_defaults, otherNames(),
+                                                          [] { return QStringList(); });
+        language->install();
         const QStringList fresh = identifiersOf(m_privacy->ignoredApps());
         m_defaults->set(kKey, R"([{"name":"Old name","bundleIdentifier":"COM.apple.passwords"}])"_ba);
         const QList<IgnoredApp> stored = m_privacy->ignoredApps();
-        QCoreApplication::removeTranslator(&translator);
+        language.reset();
 
         QCOMPARE(fresh, QStringList({u"com.apple.Passwords"_s, u"com.apple.keychainaccess"_s}));
         QCOMPARE(stored.size(), 1);

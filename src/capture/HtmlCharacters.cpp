@@ -1,11 +1,15 @@
 #include "capture/HtmlCharacters.h"
 
+#include "capture/AsciiBytes.h"
+
 #include <QChar>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 #include <unordered_map>
+
+using namespace AsciiBytes;
 
 namespace {
 
@@ -115,24 +119,9 @@ const NameTable &allNames()
     return names;
 }
 
-bool isDigit(char byte)
-{
-    return byte >= '0' && byte <= '9';
-}
-
-bool isLetter(char byte)
-{
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
-
-int digitValue(char byte)
-{
-    return isDigit(byte) ? byte - '0' : (byte | 0x20) - 'a' + 10;
-}
-
 bool isDigitOf(int base, char byte)
 {
-    return isDigit(byte) || (base == 16 && isLetter(byte) && digitValue(byte) < base);
+    return base == 16 ? isHexadecimalDigit(byte) : isDigit(byte);
 }
 
 bool hasSemicolonAt(QByteArrayView html, qsizetype position)
@@ -159,7 +148,7 @@ std::optional<HtmlCharacter> readNumber(QByteArrayView html)
     const qsizetype firstDigit = position;
     char32_t number = 0;
     for (; position < html.size() && isDigitOf(base, html[position]); ++position) {
-        number = number * char32_t(base) + char32_t(digitValue(html[position]));
+        number = number * char32_t(base) + char32_t(valueOfDigit(html[position]));
         number = std::min<char32_t>(number, QChar::LastValidCodePoint + 1);
     }
     if (position == firstDigit)

@@ -1,5 +1,6 @@
 #include "capture/HtmlEncoding.h"
 
+#include "capture/AsciiBytes.h"
 #include "capture/HtmlTokenizer.h"
 
 #include <QStringDecoder>
@@ -135,8 +136,7 @@ const char *declaredCharset(QByteArrayView html)
 
 bool isTagStart(char byte)
 {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '/' ||
-           byte == '!' || byte == '?';
+    return AsciiBytes::isLetter(byte) || byte == '/' || byte == '!' || byte == '?';
 }
 
 /// Whether a tag in UTF-16 begins at \a position, \a high being the index of a unit's high byte.

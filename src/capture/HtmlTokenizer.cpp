@@ -1,13 +1,12 @@
 #include "capture/HtmlTokenizer.h"
 
+#include "capture/AsciiBytes.h"
+
 #include <algorithm>
 
-namespace {
+using namespace AsciiBytes;
 
-bool isLetter(char byte)
-{
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
+namespace {
 
 bool isBlank(char byte)
 {

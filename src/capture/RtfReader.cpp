@@ -1,6 +1,7 @@
 #include "capture/RtfReader.h"
 
-#include "capture/RtfCodePages.h"
+#include "capture/AsciiBytes.h"
+#include "capture/RtfText.h"
 
 #include <QHash>
 
@@ -8,15 +9,12 @@
 #include <limits>
 #include <vector>
 
-using namespace Qt::StringLiterals;
+using namespace AsciiBytes;
 
 namespace {
 
 /// Groups nested deeper share the state of the deepest one that is kept.
 constexpr std::size_t kMaxKeptDepth = 250'000;
-
-/// So much is decoded at a time. A large document need not be in memory once more as UTF-16.
-constexpr qsizetype kPieceSize = 64 * 1024;
 
 /// No document has more fonts; what is beyond is read in the document's code page.
 constexpr qsizetype kMaxFonts = 10'000;
@@ -132,27 +130,6 @@ QHash<QByteArrayView, Meaning> knownWords()
     return words;
 }
 
-bool isLetter(char byte)
-{
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
-
-bool isDigit(char byte)
-{
-    return byte >= '0' && byte <= '9';
-}
-
-std::optional<int> hexValue(char byte)
-{
-    if (isDigit(byte))
-        return byte - '0';
-    if (byte >= 'a' && byte <= 'f')
-        return byte - 'a' + 10;
-    if (byte >= 'A' && byte <= 'F')
-        return byte - 'A' + 10;
-    return std::nullopt;
-}
-
 /// Walks over the document once, byte by byte, with the groups on a stack of its own.
 class RtfReader
 {
@@ -189,11 +166,8 @@ private:
     bool isBody() { return state().destination == Destination::Body; }
     bool takesFallback();
     void appendByte(char byte);
-    void expectCodePage();
     void appendCharacter(char16_t character);
-    void flushBytes();
-    bool isCharacterEnd() const;
-    void settleText(qsizetype size);
+    int codePage() { return m_codePageOfFont.value(state().font, m_documentCodePage); }
 
     QByteArrayView m_rtf;
     qsizetype m_position = 0;
@@ -205,12 +179,7 @@ private:
     int m_documentCodePage = RtfCodePages::kWestern;
     int m_defaultFont = -1;
     QHash<int, int> m_codePageOfFont;
-    RtfCodePages m_codePages;
-
-    QByteArray m_settled; ///< What has been read and will not change any more.
-    QString m_text;       ///< What follows it.
-    QByteArray m_pendingBytes; ///< Text not yet decoded; a character may be made of several.
-    int m_pendingCodePage = RtfCodePages::kWestern;
+    RtfText m_text;
 };
 
 QByteArray RtfReader::read()
@@ -218,9 +187,7 @@ QByteArray RtfReader::read()
     skipSignature();
     while (!isAtEnd() && !m_groups.empty())
         readNext();
-    flushBytes();
-    settleText(m_text.size());
-    return m_settled;
+    return m_text.finish();
 }
 
 void RtfReader::skipSignature()
@@ -320,10 +287,9 @@ void RtfReader::readHexByte()
 {
     int value = 0;
     for (int digits = 0; digits < 2; ++digits) {
-        const auto digit = isAtEnd() ? std::nullopt : hexValue(peek());
-        if (!digit)
+        if (isAtEnd() || !isHexadecimalDigit(peek()))
             return;
-        value = value * 16 + *digit;
+        value = value * 16 + valueOfDigit(peek());
         ++m_position;
     }
     if (!takesFallback())
@@ -364,14 +330,11 @@ void RtfReader::readPlainBytes()
     m_position = end - m_rtf.begin();
     if (!isVisible())
         return;
-    expectCodePage();
+    const int codePageOfAll = codePage();
     for (const char byte : m_rtf.sliced(begin, m_position - begin)) {
         // Line ends of the file are no text, and neither is padding.
-        if (byte == '\r' || byte == '\n' || byte == '\0' || takesFallback())
-            continue;
-        m_pendingBytes.append(byte);
-        if (m_pendingBytes.size() > kPieceSize && isCharacterEnd())
-            flushBytes();
+        if (byte != '\r' && byte != '\n' && byte != '\0' && !takesFallback())
+            m_text.append(byte, codePageOfAll);
     }
 }
 
@@ -457,13 +420,8 @@ void RtfReader::appendUnicode(int value)
 
 void RtfReader::endRow()
 {
-    if (!isVisible())
-        return;
-    flushBytes();
-    // The tab of the row's last cell.
-    if (m_text.endsWith(u'\t'))
-        m_text.chop(1);
-    appendCharacter(u'\n');
+    if (isVisible())
+        m_text.endRow();
 }
 
 /// True if the character at hand only stands in for the \u before it.
@@ -477,56 +435,14 @@ bool RtfReader::takesFallback()
 
 void RtfReader::appendByte(char byte)
 {
-    if (!isVisible())
-        return;
-    expectCodePage();
-    m_pendingBytes.append(byte);
-}
-
-/// Has the next bytes read in the code page of the font.
-void RtfReader::expectCodePage()
-{
-    const int codePage = m_codePageOfFont.value(state().font, m_documentCodePage);
-    if (codePage == m_pendingCodePage)
-        return;
-    flushBytes();
-    m_pendingCodePage = codePage;
+    if (isVisible())
+        m_text.append(byte, codePage());
 }
 
 void RtfReader::appendCharacter(char16_t character)
 {
-    if (!isVisible())
-        return;
-    flushBytes();
-    m_text.append(QChar(character));
-}
-
-void RtfReader::flushBytes()
-{
-    if (!m_pendingBytes.isEmpty()) {
-        m_text += m_codePages.decode(m_pendingBytes, m_pendingCodePage);
-        m_pendingBytes.truncate(0);
-    }
-    // The end may still change, or be half of a pair.
-    if (m_text.size() > kPieceSize)
-        settleText(m_text.size() - 2);
-}
-
-/// Whether no character goes on after the pending bytes: of those that are made of several none
-/// begins in ASCII.
-bool RtfReader::isCharacterEnd() const
-{
-    const auto isAscii = [](char byte) { return uchar(byte) < 0x80; };
-    return isAscii(m_pendingBytes.back()) && isAscii(m_pendingBytes[m_pendingBytes.size() - 2]);
-}
-
-void RtfReader::settleText(qsizetype size)
-{
-    if (size > 0 && size < m_text.size() && m_text[size - 1].isHighSurrogate())
-        --size;
-    QString settled = m_text.first(size);
-    m_settled += settled.replace(QChar(QChar::Nbsp), u' ').toUtf8();
-    m_text.remove(0, size);
+    if (isVisible())
+        m_text.append(character);
 }
 
 } // namespace

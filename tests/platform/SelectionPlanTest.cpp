@@ -13,9 +13,7 @@ class SelectionPlanTest : public QObject
 private slots:
     void typesKeepTheOrderOfTheOffer();
     void targetsAreAskedAsTheOwnerSpellsThem();
-    void textBeatsAPicture();
-    void filesBeatAPicture();
-    void htmlDoesNotBeatAPicture();
+    void eachFormThatIsOfferedIsPlanned();
     void picturesAreSortedByHowWellWeKnowThem();
     void theMarkOfPasswordManagersIsSeen();
     void privateTypesAreNotAskedFor();
@@ -36,25 +34,17 @@ void SelectionPlanTest::targetsAreAskedAsTheOwnerSpellsThem()
     QCOMPARE(plan.textTargets, (QStringList{u"text/plain;charset=UTF-8"_s, u"STRING"_s}));
 }
 
-void SelectionPlanTest::textBeatsAPicture()
+void SelectionPlanTest::eachFormThatIsOfferedIsPlanned()
 {
-    const auto plan = SelectionPlan::fromTargets({u"image/png"_s, u"STRING"_s});
-    QVERIFY(plan.pictureTargets.isEmpty());
-}
-
-void SelectionPlanTest::filesBeatAPicture()
-{
-    const auto plan = SelectionPlan::fromTargets(
-        {u"image/png"_s, u"x-special/gnome-copied-files"_s, u"text/uri-list"_s});
-    QVERIFY(plan.pictureTargets.isEmpty());
-    QCOMPARE(plan.fileTargets.first(), u"text/uri-list"_s);
-}
-
-void SelectionPlanTest::htmlDoesNotBeatAPicture()
-{
-    const auto plan = SelectionPlan::fromTargets({u"image/png"_s, u"text/html"_s});
-    QCOMPARE(plan.pictureTargets, QStringList{u"image/png"_s});
+    const auto plan = SelectionPlan::fromTargets({u"image/png"_s, u"x-special/gnome-copied-files"_s,
+                                                  u"text/uri-list"_s, u"STRING"_s, u"text/html"_s,
+                                                  u"application/rtf"_s});
+    QCOMPARE(plan.textTargets, QStringList{u"STRING"_s});
     QCOMPARE(plan.htmlTargets, QStringList{u"text/html"_s});
+    QCOMPARE(plan.rtfTargets, QStringList{u"application/rtf"_s});
+    QCOMPARE(plan.fileTargets,
+             (QStringList{u"text/uri-list"_s, u"x-special/gnome-copied-files"_s}));
+    QCOMPARE(plan.pictureTargets, QStringList{u"image/png"_s});
 }
 
 void SelectionPlanTest::picturesAreSortedByHowWellWeKnowThem()

@@ -84,7 +84,11 @@ private slots:
     void anEmptyTextIsPresent();
     void richFormsAreReadByteForByte();
     void aPictureIsRead();
+    void aPictureBesideATextIsNotFetched_data();
     void aPictureBesideATextIsNotFetched();
+    void aPictureBesideFilesIsFetched();
+    void aPictureIsFetchedWhereTheTextFails_data();
+    void aPictureIsFetchedWhereTheTextFails();
     void copiesBehindAPictureKeepTheirOrder();
     void fileListsAreRead();
     void aLargeTextIsRead();
@@ -248,15 +252,56 @@ void X11PasteboardTest::aPictureIsRead()
              smallPicture());
 }
 
+void X11PasteboardTest::aPictureBesideATextIsNotFetched_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("a text") << u"text"_s;
+    QTest::newRow("a blank text") << u" "_s;
+    QTest::newRow("an empty text") << QString();
+}
+
 void X11PasteboardTest::aPictureBesideATextIsNotFetched()
 {
-    ForeignOwner owner(u"honest"_s,
-                       {u"image/png:=not needed"_s, u"UTF8_STRING:=text"_s, u"image/tiff:=no"_s});
+    QFETCH(QString, text);
+    ForeignOwner owner(u"honest"_s, {u"image/png:=not needed"_s, u"UTF8_STRING:="_s + text,
+                                     u"image/tiff:=no"_s});
     QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
     QTRY_COMPARE(owner.askedTargets(), (QStringList{u"TARGETS"_s, u"UTF8_STRING"_s}));
     QCOMPARE(m_pasteboard->snapshot().types,
              (QStringList{PasteboardType::kPng.toString(), PasteboardType::kString.toString(),
                           PasteboardType::kTiff.toString()}));
+}
+
+void X11PasteboardTest::aPictureBesideFilesIsFetched()
+{
+    FakeImageCodec codec;
+    X11Pasteboard pasteboard(codec);
+    const ForeignOwner owner(
+        u"honest"_s, {u"text/uri-list:=file:///gone"_s, u"image/png:=pixels"_s});
+    QTRY_VERIFY(pasteboard.snapshot().image.has_value());
+    QCOMPARE(pasteboard.snapshot().fileUrls.value(), QList<QUrl>{QUrl(u"file:///gone"_s)});
+}
+
+void X11PasteboardTest::aPictureIsFetchedWhereTheTextFails_data()
+{
+    QTest::addColumn<QString>("mood");
+    QTest::newRow("refused") << u"textless"_s;
+    QTest::newRow("of a wrong type") << u"wrongtype"_s;
+}
+
+void X11PasteboardTest::aPictureIsFetchedWhereTheTextFails()
+{
+    QFETCH(QString, mood);
+    FakeImageCodec codec;
+    m_pasteboard.reset(); // It would ask as well.
+    X11Pasteboard pasteboard(codec);
+    ForeignOwner owner(mood, {u"UTF8_STRING:=never"_s, u"text/plain:=never"_s,
+                              u"image/png:=pixels"_s, u"image/tiff:=not needed"_s});
+    QTRY_VERIFY(pasteboard.snapshot().image.has_value());
+    QVERIFY(!pasteboard.snapshot().string);
+    QCOMPARE(pasteboard.snapshot().image->tiff, QByteArray("tiff of pixels"));
+    QTRY_COMPARE(owner.askedTargets().count(u"image/png"_s), 1);
+    QVERIFY(!owner.askedTargets().contains(u"image/tiff"_s));
 }
 
 void X11PasteboardTest::copiesBehindAPictureKeepTheirOrder()
@@ -352,9 +397,19 @@ void X11PasteboardTest::theNextCopyIsReadAfterATroublesomeOwner_data()
     QTest::newRow("one that trickles") << u"trickle"_s << u"UTF8_STRING"_s;
     QTest::newRow("one that dies when asked") << u"dying"_s << u"UTF8_STRING"_s;
     QTest::newRow("one that dies half-way") << u"halfdying"_s << u"UTF8_STRING"_s;
-    QTest::newRow("one that answers numbers") << u"wrongtype"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that answers text as numbers") << u"wrongtype"_s << u"UTF8_STRING"_s;
     QTest::newRow("one that refuses") << u"refusing"_s << u"UTF8_STRING"_s;
     QTest::newRow("one that offers too much") << u"flood"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that offers what does not exist") << u"noatoms"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that tells its offer as text") << u"wrongoffer"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that announces too much") << u"liar"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that announces and has nothing") << u"empty"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that deletes its answer") << u"deleting"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that gives what it refused") << u"late"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that answers elsewhere") << u"elsewhere"_s << u"UTF8_STRING"_s;
+    QTest::newRow("one that takes over at each request") << u"restless"_s << u"TARGETS"_s;
+    QTest::newRow("one that takes over behind each answer") << u"hasty"_s << u"TARGETS"_s;
+    QTest::newRow("one that tells of pieces without end") << u"noisy"_s << u"UTF8_STRING"_s;
 }
 
 void X11PasteboardTest::theNextCopyIsReadAfterATroublesomeOwner()

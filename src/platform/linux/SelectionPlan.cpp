@@ -56,7 +56,6 @@ SelectionPlan SelectionPlan::fromTargets(const QStringList &targets)
     plan.htmlTargets = preferred(PasteboardType::kHtml, targets);
     plan.rtfTargets = preferred(PasteboardType::kRtf, targets);
     plan.fileTargets = preferred(PasteboardType::kFileUrl, targets);
-    if (plan.textTargets.isEmpty() && plan.fileTargets.isEmpty())
-        plan.pictureTargets = pictures(targets);
+    plan.pictureTargets = pictures(targets);
     return plan;
 }

@@ -14,7 +14,7 @@ struct SelectionPlan
     QStringList htmlTargets;
     QStringList rtfTargets;
     QStringList fileTargets;
-    QStringList pictureTargets; ///< Empty where a text or files are offered.
+    QStringList pictureTargets; ///< Needed only if no text comes; files alone may prove useless.
 
     static SelectionPlan fromTargets(const QStringList &targets);
 };

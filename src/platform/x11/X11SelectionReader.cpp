@@ -144,7 +144,12 @@ void X11SelectionReader::advance()
         readMark(*mark);
         break;
     }
-    case Stage::Contents: finish(); break;
+    case Stage::Contents:
+        if (isPictureMissing())
+            askForPicture();
+        else
+            finish();
+        break;
     case Stage::Idle: break;
     }
 }
@@ -188,9 +193,24 @@ void X11SelectionReader::askForContents()
     addWish(PasteboardType::kHtml, m_plan.htmlTargets);
     addWish(PasteboardType::kRtf, m_plan.rtfTargets);
     addWish(PasteboardType::kFileUrl, m_plan.fileTargets);
-    addWish(PasteboardType::kImage, m_plan.pictureTargets);
+    if (m_plan.textTargets.isEmpty())
+        askForPicture();
     if (m_wishes.empty())
         finish();
+}
+
+void X11SelectionReader::askForPicture()
+{
+    addWish(PasteboardType::kImage, std::exchange(m_plan.pictureTargets, {}));
+}
+
+/// A picture beside a text, even a blank one, is not wanted; but the text may have failed.
+bool X11SelectionReader::isPictureMissing() const
+{
+    return !m_plan.pictureTargets.isEmpty() &&
+           std::none_of(m_wishes.begin(), m_wishes.end(), [this](const Wish &wish) {
+               return wish.type == PasteboardType::kString && isAnswered(wish);
+           });
 }
 
 void X11SelectionReader::addWish(QStringView type, const QStringList &targets)

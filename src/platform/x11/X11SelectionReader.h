@@ -81,6 +81,8 @@ private:
     void readOffer(const X11IncomingTransfer &offer);
     void readMark(const X11IncomingTransfer &mark);
     void askForContents();
+    void askForPicture();
+    bool isPictureMissing() const;
     void addWish(QStringView type, const QStringList &targets);
     bool tryNextTarget(Wish &wish);
     bool isAnswered(const Wish &wish) const;

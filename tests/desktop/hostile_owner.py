@@ -35,7 +35,6 @@ class Owner:
         self.window = self.display.screen().root.create_window(
             -1, -1, 1, 1, 0, X.CopyFromParent, event_mask=X.PropertyChangeMask)
         self.clipboard = self.atom("CLIPBOARD")
-        self.is_owner = False
 
     def atom(self, name):
         return self.display.intern_atom(name)
@@ -49,7 +48,6 @@ class Owner:
     def own(self, time):
         self.window.set_selection_owner(self.clipboard, time)
         self.display.sync()
-        self.is_owner = True
 
     def server_time(self):
         self.window.change_property(self.atom("HOSTILE_TIME"), Xatom.INTEGER, 32, [0])
@@ -85,7 +83,6 @@ class Owner:
             say("asked " + name)
             self.answer(received, name)
         elif received.type == X.SelectionClear:
-            self.is_owner = False
             say("lost")
         elif received.type == X.PropertyNotify and received.state == X.PropertyDelete:
             self.taken(received.window, received.atom)
@@ -342,8 +339,7 @@ class Restless(Owner):
     mood = "restless"
 
     def answer(self, request, name):
-        if self.is_owner:
-            self.own(self.server_time())
+        self.own(request.time)  # A newer owner keeps it.
         super().answer(request, name)
 
 
@@ -354,8 +350,7 @@ class Hasty(Owner):
 
     def answer(self, request, name):
         super().answer(request, name)
-        if self.is_owner:
-            self.own(self.server_time())
+        self.own(request.time)  # A newer owner keeps it.
 
 
 class Changing(Owner):

@@ -26,6 +26,7 @@ class SelectionOwner:
         self.contents = {}
         self.owned_since = X.CurrentTime
         self.asked = []  # The names of the targets that others asked for, in order.
+        self.given = []  # The data that somebody got while it was what they had asked for.
         self.is_owner = False
         self.orders = queue.SimpleQueue()
         self.wake_reading, self.wake_writing = os.pipe()
@@ -121,5 +122,7 @@ class SelectionOwner:
             return False
         name, data = self.contents[request.target]
         self.asked.append(name)
+        if request.time == self.owned_since:
+            self.given.append(data)
         request.requestor.change_property(place, request.target, 8, data)
         return True

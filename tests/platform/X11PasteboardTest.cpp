@@ -97,6 +97,9 @@ private slots:
     void aMarkThatIsNotTaughtCountsAsSecret();
     void theNextCopyIsReadAfterATroublesomeOwner_data();
     void theNextCopyIsReadAfterATroublesomeOwner();
+    void anOwnerThatTakesOverAtEachRequestIsReadAndLeftInPeace_data();
+    void anOwnerThatTakesOverAtEachRequestIsReadAndLeftInPeace();
+    void theLastOfVeryManyChangesIsRead();
     void anOwnerThatGoesSilentCostsOnlyWhatItWithholds();
     void refusedFormsAreAbsent();
     void anotherKindOfAnswerIsNoText();
@@ -420,6 +423,33 @@ void X11PasteboardTest::theNextCopyIsReadAfterATroublesomeOwner()
     QTRY_VERIFY(owner.askedTargets().contains(lastTarget));
 
     verifyNextCopyIsRead();
+}
+
+void X11PasteboardTest::anOwnerThatTakesOverAtEachRequestIsReadAndLeftInPeace_data()
+{
+    QTest::addColumn<QString>("mood");
+    QTest::newRow("before it answers") << u"restless"_s;
+    QTest::newRow("behind its answer") << u"hasty"_s;
+}
+
+void X11PasteboardTest::anOwnerThatTakesOverAtEachRequestIsReadAndLeftInPeace()
+{
+    QFETCH(QString, mood);
+    ForeignOwner owner(mood, {u"UTF8_STRING:=restless"_s});
+    QTRY_COMPARE(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(),
+                 QByteArray("restless"));
+    // Each reading is a change; the pauses between them grow.
+    const quint64 before = m_pasteboard->changeCount();
+    QTRY_VERIFY(m_pasteboard->changeCount() >= before + 7);
+    QVERIFY(owner.askedTargets().size() < 100);
+}
+
+void X11PasteboardTest::theLastOfVeryManyChangesIsRead()
+{
+    ForeignOwner owner(u"changing"_s, {u"UTF8_STRING:=at last"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(m_pasteboard->snapshot().string.value_or(Utf8Text()).utf8(),
+                              QByteArray("at last"), 20000);
+    QVERIFY(owner.askedTargets().size() < 1000);
 }
 
 void X11PasteboardTest::anOwnerThatGoesSilentCostsOnlyWhatItWithholds()

@@ -234,7 +234,7 @@ void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event)
     } else if (m_server.isOurs(event.owner)) {
         m_reader.cancel(); // Taken over: the change is known.
     } else {
-        m_reader.start(event.ownedSince, std::chrono::steady_clock::now());
+        m_reader.start(event, std::chrono::steady_clock::now());
         // While the owner works on its answer.
         m_notice = {m_published.addNotice(), m_applications.front()};
     }

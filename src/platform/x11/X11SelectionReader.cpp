@@ -3,7 +3,9 @@
 #include "platform/linux/MimeTypes.h"
 #include "platform/linux/UriList.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include <unistd.h>
 
@@ -25,6 +27,7 @@ constexpr std::size_t kMaxAbandoned = 64;
 /// No program offers so many; what stands behind is not looked at.
 constexpr qint64 kMaxOfferedTargets = 512;
 constexpr qint64 kMaxMarkBytes = 4096;
+constexpr qsizetype kMaxComparedBytes = 1 << 20;
 
 /// There is no limit on what may be copied but the machine: half of its memory.
 qint64 halfOfMemory()
@@ -39,6 +42,18 @@ QList<X11Atom> atomsIn(const QByteArray &data)
     QList<X11Atom> atoms(data.size() / qsizetype(sizeof(X11Atom)));
     std::memcpy(atoms.data(), data.constData(), std::size_t(atoms.size()) * sizeof(X11Atom));
     return atoms;
+}
+
+/// 0 for what is large: nobody repeats that so often that it matters.
+std::size_t hashOf(const X11SelectionReader::Copy &copy)
+{
+    const QByteArray text = copy.snapshot.string.value_or(Utf8Text()).utf8();
+    const QByteArray html = copy.snapshot.html.value_or(QByteArray());
+    const QByteArray rtf = copy.snapshot.rtf.value_or(QByteArray());
+    if (text.size() + html.size() + rtf.size() + copy.picture.size() > kMaxComparedBytes)
+        return 0;
+    return qHashMulti(1, copy.snapshot.types, text, html, rtf, copy.picture,
+                      copy.snapshot.fileUrls.value_or(QList<QUrl>()));
 }
 
 bool isComplete(const X11IncomingTransfer *transfer)
@@ -56,28 +71,62 @@ X11SelectionReader::X11SelectionReader(X11SelectionConnection &connection)
 
 X11SelectionReader::~X11SelectionReader() = default;
 
-void X11SelectionReader::start(X11Time ownedSince, TimePoint now)
+void X11SelectionReader::start(const X11Event::OwnerChanged &event, TimePoint now)
+{
+    m_pace.taken(event.owner, isAsking(), now);
+    m_ownedSince = event.ownedSince;
+    if (!m_pace.isRestless())
+        begin(now);
+    else if (isAsking())
+        m_isOvertaken = true;
+    else if (m_stage == Stage::Idle)
+        pause(now);
+}
+
+void X11SelectionReader::begin(TimePoint now)
 {
     abandonTransfers();
-    m_ownedSince = ownedSince;
+    m_isOvertaken = false;
     m_startedAt = now;
     m_lastProgress = now;
     m_stage = Stage::Offer;
     addWish({}, {u"TARGETS"_s});
 }
 
+void X11SelectionReader::pause(TimePoint now)
+{
+    m_stage = Stage::Pause;
+    m_pauseEnd = now + m_pace.pause();
+}
+
 void X11SelectionReader::ownerEnded()
 {
-    if (m_stage == Stage::Contents)
-        finish();
-    else
-        cancel();
+    m_isOvertaken = false;
+    giveUp();
 }
 
 void X11SelectionReader::cancel()
 {
+    m_isOvertaken = false;
+    end();
+}
+
+/// What has come is what there is.
+void X11SelectionReader::giveUp()
+{
+    if (m_stage == Stage::Contents)
+        finish();
+    else
+        end();
+}
+
+void X11SelectionReader::end()
+{
     abandonTransfers();
-    m_stage = Stage::Idle;
+    if (m_isOvertaken)
+        pause(m_lastProgress);
+    else
+        m_stage = Stage::Idle;
 }
 
 bool X11SelectionReader::handle(const X11Event::ConversionAnswered &event, TimePoint now)
@@ -110,9 +159,11 @@ template <typename Event>
 bool X11SelectionReader::dispatch(const Event &event, TimePoint now)
 {
     for (const Wish &wish : m_wishes) {
-        if (!wish.transfer || !wish.transfer->handle(event))
+        const auto before = std::pair(wish.transfer->state(), wish.transfer->receivedBytes());
+        if (!wish.transfer->handle(event))
             continue;
-        m_lastProgress = now;
+        if (before != std::pair(wish.transfer->state(), wish.transfer->receivedBytes()))
+            m_lastProgress = now;
         if (!wish.transfer->isPending())
             advance();
         return true;
@@ -150,7 +201,8 @@ void X11SelectionReader::advance()
         else
             finish();
         break;
-    case Stage::Idle: break;
+    case Stage::Idle:
+    case Stage::Pause: break;
     }
 }
 
@@ -257,7 +309,9 @@ void X11SelectionReader::finish()
 {
     Copy copy = makeCopy();
     const bool isWorthTelling = m_isOfferKnown || copy.snapshot.string;
-    cancel();
+    if (!m_isOvertaken)
+        m_pace.gave(hashOf(copy), m_lastProgress);
+    end();
     if (onRead && isWorthTelling)
         onRead(std::move(copy));
 }
@@ -324,6 +378,8 @@ std::optional<X11SelectionReader::TimePoint> X11SelectionReader::deadline() cons
 
 X11SelectionReader::TimePoint X11SelectionReader::readingDeadline() const
 {
+    if (m_stage == Stage::Pause)
+        return m_pauseEnd;
     const auto bonus = std::chrono::seconds(receivedBytes() / kSlowestBytesPerSecond);
     return std::min<TimePoint>(m_lastProgress + kSilence, m_startedAt + kPatience + bonus);
 }
@@ -336,11 +392,14 @@ void X11SelectionReader::expire(TimePoint now)
     }
     if (m_stage == Stage::Idle || now < readingDeadline())
         return;
+    if (m_stage == Stage::Pause)
+        return begin(now);
+    m_lastProgress = now;
     if (m_stage == Stage::Mark) {
         m_plan = {};
         finish();
     } else {
-        ownerEnded();
+        giveUp();
     }
 }
 

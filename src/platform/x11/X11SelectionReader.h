@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Pasteboard.h"
+#include "platform/linux/SelectionPace.h"
 #include "platform/linux/SelectionPlan.h"
 #include "platform/x11/X11IncomingTransfer.h"
 
@@ -28,8 +29,10 @@ public:
     explicit X11SelectionReader(X11SelectionConnection &connection);
     ~X11SelectionReader();
 
-    /// Reads what lies there since \a ownedSince. A reading that still runs is given up.
-    void start(X11Time ownedSince, TimePoint now);
+    /// Reads what the new owner offers. A reading that still runs is given up, but for an owner that
+    /// takes the selection again and again while it is asked: that is read to the end, and then
+    /// once more.
+    void start(const X11Event::OwnerChanged &event, TimePoint now);
 
     /// The owner will answer no more: what has come is what there is.
     void ownerEnded();
@@ -54,6 +57,7 @@ private:
     enum class Stage
     {
         Idle,
+        Pause, ///< Before a restless owner is asked again.
         Offer,
         Mark,
         Contents
@@ -75,6 +79,9 @@ private:
         TimePoint end;
     };
 
+    bool isAsking() const { return m_stage != Stage::Idle && m_stage != Stage::Pause; }
+    void begin(TimePoint now);
+    void pause(TimePoint now);
     template <typename Event>
     bool dispatch(const Event &event, TimePoint now);
     void advance();
@@ -88,6 +95,8 @@ private:
     bool isAnswered(const Wish &wish) const;
     bool isAbandoned(X11Window window) const;
     std::unique_ptr<X11IncomingTransfer> ask(QStringView target);
+    void giveUp();
+    void end();
     void finish();
     Copy makeCopy() const;
     QString typeName(const X11Property &property) const;
@@ -98,7 +107,10 @@ private:
 
     X11SelectionConnection &m_connection;
     Stage m_stage = Stage::Idle;
+    SelectionPace m_pace;
     X11Time m_ownedSince = 0;
+    bool m_isOvertaken = false; ///< The owner took the selection anew while it is read to the end.
+    TimePoint m_pauseEnd;
     TimePoint m_startedAt;
     TimePoint m_lastProgress;
     qint64 m_byteLimit; ///< For all of one copy.

@@ -2,6 +2,13 @@
 
 #include <utility>
 
+namespace {
+
+/// Each notice costs a question to the server, and there are programs that send false ones.
+constexpr int kMaxEmptyNotices = 64;
+
+} // namespace
+
 X11IncomingTransfer::X11IncomingTransfer(X11SelectionConnection &connection, X11Atom selection,
                                          X11Atom target, X11Time time, qint64 byteLimit)
     : m_connection(connection)
@@ -55,8 +62,13 @@ bool X11IncomingTransfer::handle(const X11Event::PropertyChanged &event)
 
 void X11IncomingTransfer::append(X11Property piece)
 {
-    if (piece.type == 0)
-        return; // An earlier reading has taken this piece already.
+    if (piece.type == 0) {
+        // An earlier reading has taken this piece already, or there was none.
+        if (++m_emptyNotices > kMaxEmptyNotices)
+            m_state = State::Failed;
+        return;
+    }
+    m_emptyNotices = 0;
     if (m_result.type == 0) {
         m_result.type = piece.type;
         m_result.format = piece.format;

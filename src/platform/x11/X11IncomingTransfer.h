@@ -14,7 +14,7 @@ public:
         Asked,
         Incremental, ///< The owner sends piece by piece.
         Complete,
-        Failed ///< Refused, or larger than allowed.
+        Failed ///< Refused, larger than allowed, or nothing but notices came.
     };
 
     /// Asks at once. \a byteLimit is the length at which the transfer fails.
@@ -49,4 +49,5 @@ private:
     qint64 m_byteLimit;
     State m_state = State::Asked;
     X11Property m_result;
+    int m_emptyNotices = 0; ///< In a row.
 };

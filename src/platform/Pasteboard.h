@@ -48,7 +48,7 @@ struct PasteboardSnapshot
     std::optional<QByteArray> html; ///< As offered, byte for byte.
     std::optional<QByteArray> rtf; ///< As offered, byte for byte.
     std::optional<QList<QUrl>> fileUrls; ///< The copied URLs if files were offered and readable.
-    /// Only fetched where neither a string nor files were offered; absent if it could not be read.
+    /// Only fetched where no string came; absent if it could not be read.
     std::optional<PasteboardImage> image;
     bool isOwnWrite = false; ///< This program wrote it.
 

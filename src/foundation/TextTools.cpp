@@ -152,12 +152,11 @@ QByteArrayView trimmedUtf8(QByteArrayView utf8)
     return utf8.sliced(begin, end - begin);
 }
 
-QByteArray withLineFeeds(QByteArrayView utf8)
+QByteArray withLineFeeds(QByteArray utf8)
 {
-    QByteArray text = utf8.toByteArray();
-    if (text.contains("\r\n"))
-        text.replace("\r\n", "\n");
-    return text;
+    if (utf8.contains("\r\n"))
+        utf8.replace("\r\n", "\n");
+    return utf8;
 }
 
 QString firstCharacters(const QString &text, qsizetype limit)

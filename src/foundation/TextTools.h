@@ -20,8 +20,8 @@ QString decodedUtf8(const QByteArray &utf8);
 /// stays valid as long as the bytes of \a utf8.
 QByteArrayView trimmedUtf8(QByteArrayView utf8);
 
-/// \a utf8 with each CR LF replaced by LF; a lone CR stays.
-QByteArray withLineFeeds(QByteArrayView utf8);
+/// \a utf8 with each CR LF replaced by LF; a lone CR stays. Shares the bytes if there is none.
+QByteArray withLineFeeds(QByteArray utf8);
 
 /// The first \a limit characters, as a reader counts them (grapheme clusters).
 QString firstCharacters(const QString &text, qsizetype limit);

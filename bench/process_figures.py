@@ -42,6 +42,8 @@ class ProcessFigures:
             ("the same with 20 kB of HTML in each entry", "45 MiB",
              lambda: self.memory(HTML_BYTES)),
             ("anonymous memory after a search, the window closed", "", self.memory_after_search),
+            ("anonymous memory after 1,000 captures; after 9,000 more", "the same",
+             self.memory_after_captures),
             (f"idle, {self.idle_seconds} s: CPU; voluntary switches", "5 ms; 200", self.idle),
         )
 
@@ -68,6 +70,19 @@ class ProcessFigures:
         window.close_window()
         self.session.settle()
         return self.memory_now()
+
+    def memory_after_captures(self):
+        """At full capacity each one takes the place of another."""
+        self.session.fresh_start()
+        after = []
+        for count in (1000, 9000):
+            for _ in range(count):
+                mark = self.program.mark()
+                self.session.owner.own_text(self.session.next_text())
+                self.program.wait_for_line("New clipboard item", since=mark)
+            self.session.settle()
+            after.append(self.memory_now())
+        return "; ".join(after)
 
     def memory_now(self):
         anonymous = self.program.status_number("smaps_rollup", "Anonymous")

@@ -33,12 +33,11 @@ class MainThreadWatch:
         away_since = None
         while not self.is_ending:
             is_at_rest, now = self.is_at_rest(), time.monotonic()
-            if not is_at_rest:
-                away_since = away_since or now
+            # Up to the last look that found it away: the next one may come late, and then the
+            # time between is ours.
+            away_since = None if is_at_rest else away_since or now
+            if away_since:
                 self.longest = max(self.longest, now - away_since)
-            elif away_since:
-                self.longest = max(self.longest, now - away_since)
-                away_since = None
             time.sleep(SAMPLE_SECONDS)
 
     def is_at_rest(self):

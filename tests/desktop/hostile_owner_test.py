@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""An owner of the clipboard that does not keep to the rules costs its own copy, and nothing else."""
+"""An owner of the clipboard that does not keep to the rules costs its own copy, and nothing else;
+who asks for ours without measure costs nothing."""
 import os
 import sys
 
@@ -7,7 +8,9 @@ from case import main
 from hostile_case import HostileTest
 from waiting import wait_until
 
-HOSTILE_OWNER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "hostile_owner.py")
+HERE = os.path.dirname(os.path.abspath(__file__))
+HOSTILE_OWNER = os.path.join(HERE, "hostile_owner.py")
+HOSTILE_REQUESTOR = os.path.join(HERE, "hostile_requestor.py")
 
 
 class HostileOwnerTest(HostileTest):
@@ -81,6 +84,11 @@ class HostileOwnerTest(HostileTest):
 
     def test_one_that_tells_of_pieces_without_end(self):
         self.check_mood("noisy")
+
+    def test_one_who_asks_us_twenty_thousand_times(self):
+        self.choose("beta")
+        self.wait_until_closed()
+        self.check(lambda: self.desktop.spawn(sys.executable, "-B", HOSTILE_REQUESTOR, "flood"))
 
 
 if __name__ == "__main__":

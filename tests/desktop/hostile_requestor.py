@@ -6,6 +6,7 @@ outcome.
     hostile_requestor.py old                       asks without a property
     hostile_requestor.py early                     asks with a time before anything was copied
     hostile_requestor.py multiple TARGET...        asks for several targets at once
+    hostile_requestor.py flood                     asks 20,000 times without waiting for answers
 """
 import sys
 
@@ -59,6 +60,15 @@ class Requestor:
         early = max(1, received.time - 3_600_000)
         print("refused" if self.ask("UTF8_STRING", self.property, early) == X.NONE else "answered")
 
+    def flood(self):
+        clipboard, target = self.atom("CLIPBOARD"), self.atom("UTF8_STRING")
+        properties = [self.atom(f"{PROPERTY}_{number}") for number in range(100)]
+        for number in range(20_000):
+            self.window.convert_selection(clipboard, target, properties[number % 100],
+                                          X.CurrentTime)
+        self.display.sync()
+        print("flooded", flush=True)
+
     def multiple(self, targets):
         pairs = []
         for number, target in enumerate(targets):
@@ -76,6 +86,7 @@ def main():
     requestor = Requestor()
     mode, *rest = sys.argv[1:]
     {"half": requestor.half, "old": requestor.old, "early": requestor.early,
+     "flood": requestor.flood,
      "multiple": lambda: requestor.multiple(rest)}[mode]()
 
 

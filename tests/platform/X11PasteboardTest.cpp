@@ -117,6 +117,7 @@ private slots:
     void aLargeTextIsServed();
     void severalProgramsAreServedAtOnce();
     void aRequestorThatEndsHalfWayHindersNobody();
+    void aFloodOfRequestsHindersNobody();
     void severalTargetsAreServedInOneRequest();
     void programsOfAnOlderTimeAreServed();
     void whoAsksForAnEarlierTimeIsRefused();
@@ -634,6 +635,15 @@ void X11PasteboardTest::aRequestorThatEndsHalfWayHindersNobody()
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(ask({u"half"_s}), QByteArray("half\n"));
     QVERIFY(Xclip::paste(u"UTF8_STRING"_s) == text);
+    verifyNextCopyIsRead();
+}
+
+void X11PasteboardTest::aFloodOfRequestsHindersNobody()
+{
+    m_pasteboard->write(plainText("wanted"));
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(ask({u"flood"_s}), QByteArray("flooded\n"));
+    QCOMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("wanted"));
     verifyNextCopyIsRead();
 }
 

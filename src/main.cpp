@@ -164,6 +164,9 @@ constexpr int kLargeAllocation = 128 << 10;
 int main(int argc, char *argv[])
 {
     mallopt(M_MMAP_THRESHOLD, kLargeAllocation);
+    // Entries are made on one thread and freed on another. With a heap for each, the room of the
+    // entries that have gone is of no use to those that come.
+    mallopt(M_ARENA_MAX, 1);
     // Who reads our output may go; the history goes on.
     std::signal(SIGPIPE, SIG_IGN);
     try {

@@ -226,7 +226,9 @@ void ClipboardItemManager::insert(ClipboardItem item, Completion completion)
     if (item.contentType == ClipboardContentType::Image && item.imageRepresentation
         && !item.imageDigest)
         item.imageDigest = sha256Hex(*item.imageRepresentation);
-    item.markChanged(ClipboardItem::ContentHash::Refresh, m_clock.now());
+    item.markChanged(item.contentHash.isEmpty() ? ClipboardItem::ContentHash::Refresh
+                                                : ClipboardItem::ContentHash::Keep,
+                     m_clock.now());
 
     Departures departures = takeDuplicateOf(item);
     const bool isPicture

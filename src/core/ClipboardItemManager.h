@@ -55,8 +55,9 @@ public:
     qint64 diskUsageBytes() const;
 
     /// Puts \a item at the front. An entry with the same content goes; of it the new one keeps
-    /// nothing but being a favourite. The hash of \a item need not be computed. The completion runs
-    /// when a picture has got its files too, or has failed to.
+    /// nothing but being a favourite. The hash of \a item need not be computed, but for a large one
+    /// it had better be, since readers wait meanwhile. The completion runs when a picture has got
+    /// its files too, or has failed to.
     void addItem(ClipboardItem item, Completion completion = {});
 
     void removeItem(const QUuid &id, Completion completion);

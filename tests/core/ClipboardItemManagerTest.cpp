@@ -31,6 +31,7 @@ private slots:
 
     void aNewEntryIsInTheListAtOnce();
     void aNewEntryGetsItsHashAndUpdateTime();
+    void aHashThatComesWithAnEntryIsNotComputedAgain();
     void theSameTextTwiceIsOneEntryAtTheFront();
     void aCopiedFavouriteStaysOneAndLosesItsTags();
     void anEntryOfEqualContentBelowIsReplaced();
@@ -195,6 +196,15 @@ void ClipboardItemManagerTest::aNewEntryGetsItsHashAndUpdateTime()
     QCOMPARE(onlyItem().contentHash, computeContentHash(item));
     QCOMPARE(onlyItem().updatedAt, m_clock->now());
     QCOMPARE(onlyItem().timestamp, item.timestamp);
+}
+
+void ClipboardItemManagerTest::aHashThatComesWithAnEntryIsNotComputedAgain()
+{
+    ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock->now());
+    item.stringValue = Utf8Text(u"a"_s);
+    item.contentHash = "computed before";
+    m_manager->addItem(item);
+    QCOMPARE(onlyItem().contentHash, QByteArray("computed before"));
 }
 
 void ClipboardItemManagerTest::theSameTextTwiceIsOneEntryAtTheFront()

@@ -68,14 +68,20 @@ class Client:
 
     def select_and_copy(self):
         """Copies everything in the window; returns once the window's program owns the clipboard."""
-        before = self.display.selection_owner()
+        self.press_until_copied("ctrl+a", "ctrl+c")
 
-        def keys():
+    def press_until_copied(self, *chords):
+        def press_all():
             self.focus()
-            self.display.press("ctrl+a")
-            self.display.press("ctrl+c")
+            for chord in chords:
+                self.display.press(chord)
 
-        retry_until(keys, lambda: self.display.selection_owner() not in (0, before),
+        self.retry_until_copied(press_all)
+
+    def retry_until_copied(self, action):
+        """Repeats the action until the window's program has taken the clipboard."""
+        before = self.display.selection_owner()
+        retry_until(action, lambda: self.display.selection_owner() not in (0, before),
                     f"{self.window_class} to copy")
 
 
@@ -134,16 +140,32 @@ class FeatherPad(FileEditor):
 
 
 class XTerm(Client):
-    """A terminal with a program in it that writes what it is given to a file."""
+    """A terminal with a program in it that writes what it is given to a file, below a text."""
 
     window_class = "xterm"
 
-    def __init__(self, desktop, display):
+    COPY_KEYS = "XTerm*VT100.translations: #override Ctrl Shift <Key>C: copy-selection(CLIPBOARD)"
+
+    def __init__(self, desktop, display, shown=""):
         super().__init__(desktop, display)
         self.file_path = desktop.path(f"xterm-{os.urandom(4).hex()}.txt")
+        self.shown_path = self.file_path + ".shown"
+        with open(self.shown_path, "w", encoding="utf-8") as file:
+            file.write(shown)
 
     def command(self):
-        return ["xterm", "-fa", "Mono", "-e", "sh", "-c", f"cat > {self.file_path}"]
+        return ["xterm", "-fa", "Mono", "-xrm", self.COPY_KEYS, "-e", "sh", "-c",
+                f"cat {self.shown_path}; cat > {self.file_path}"]
+
+    def select_and_copy(self):
+        """Copies the first line."""
+        def click_and_press():
+            self.focus()
+            x, y, _, _ = self.display.place(self.window)
+            self.display.click_thrice(x + 30, y + 8)
+            self.display.press("ctrl+shift+c")
+
+        self.retry_until_copied(click_and_press)
 
     def text_after_paste(self):
         self.focus()
@@ -160,21 +182,22 @@ class Chromium(Client):
     window_class = "chromium"
 
     PAGE = """<!doctype html><meta charset="utf-8"><title>page</title>
-<textarea id="field" rows="10" cols="60" autofocus></textarea><script>
+<script>addEventListener("load", () => { document.title = "ready"; });</script>
+<style>body { margin: 0 }</style><body>"""
+
+    FIELD = """<textarea id="field" rows="10" cols="60" autofocus></textarea><script>
 const field = document.getElementById("field");
-field.addEventListener("focus", () => { document.title = "ready"; });
 field.addEventListener("input", () => { document.title = "got:" + field.value; });
-if (document.activeElement === field) document.title = "ready";
+field.focus();
 </script>"""
 
-    def __init__(self, desktop, display, page=None):
+    def __init__(self, desktop, display, body=FIELD):
         super().__init__(desktop, display)
-        self.has_field = page is None
         self.profile = desktop.path(f"chromium-{os.urandom(4).hex()}")
         os.makedirs(self.profile)
         self.page_path = os.path.join(self.profile, "page.html")
         with open(self.page_path, "w", encoding="utf-8") as file:
-            file.write(page or self.PAGE)
+            file.write(self.PAGE + body)
 
     def command(self):
         options = ["--no-first-run", "--no-default-browser-check", "--password-store=basic",
@@ -183,14 +206,29 @@ if (document.activeElement === field) document.title = "ready";
                    "--user-data-dir=" + self.profile]
         # Root and most containers are denied the sandbox; the page is our own.
         options.append("--no-sandbox")
+        # It would hide the top of the page behind a warning of that.
+        options.append("--test-type")
         return ["chromium", *options, "--app=file://" + self.page_path]
 
     def __enter__(self):
         super().__enter__()
-        if self.has_field:
-            wait_until(lambda: "ready" in self.display.title(self.window),
-                       lambda: "the page; the title is " + self.display.title(self.window), 40)
+        wait_until(lambda: "ready" in self.display.title(self.window),
+                   lambda: "the page; the title is " + self.display.title(self.window), 40)
         return self
+
+    def copy_from_menu(self, x, y, letter):
+        """Chooses what has this letter from the menu of the place on the page."""
+        left, top, _, _ = self.display.place(self.window)
+
+        def open_or_choose():
+            if self.display.is_menu_open():
+                self.display.press(letter)
+                self.display.press("Escape")
+            else:
+                self.focus()
+                self.display.click(left + x, top + y, button=3)
+
+        self.retry_until_copied(open_or_choose)
 
     def end(self):
         super().end()
@@ -201,14 +239,30 @@ if (document.activeElement === field) document.title = "ready";
         return self.display.title(self.window).split("got:", 1)[1]
 
 
-class PCManFM(Client):
-    """A GTK file manager on a folder."""
-
-    window_class = "pcmanfm"
+class FileManager(Client):
+    """A file manager on a folder."""
 
     def __init__(self, desktop, display, folder):
         super().__init__(desktop, display)
         self.folder = folder
 
+    def select_and_cut(self):
+        self.press_until_copied("ctrl+a", "ctrl+x")
+
+
+class PCManFM(FileManager):
+    """A GTK 2 file manager."""
+
+    window_class = "pcmanfm"
+
     def command(self):
         return ["pcmanfm", "--no-desktop", self.folder]
+
+
+class Thunar(FileManager):
+    """A GTK 3 file manager, which offers the paths as a text too."""
+
+    window_class = "thunar"
+
+    def command(self):
+        return ["thunar", self.folder]

@@ -62,6 +62,10 @@ class Display:
         xtest.fake_input(self.connection, X.ButtonRelease, button)
         self.connection.sync()
 
+    def click_thrice(self, x, y):
+        for _ in range(3):
+            self.click(x, y)
+
     # Windows
 
     def property(self, window, name, kind=X.AnyPropertyType):
@@ -113,6 +117,12 @@ class Display:
             if title is None or self.property(window, "WM_CLASS"):
                 return window
         return None
+
+    def is_menu_open(self):
+        kinds = {self.atom("_NET_WM_WINDOW_TYPE" + kind)
+                 for kind in ("_MENU", "_POPUP_MENU", "_DROPDOWN_MENU")}
+        return any(kinds & set(self.property(window, "_NET_WM_WINDOW_TYPE") or ())
+                   for window in self.root.query_tree().children if self.is_viewable(window))
 
     def wait_for_window(self, seconds=20.0, **which):
         return wait_until(lambda: self.find_window(**which), f"a window with {which}", seconds)

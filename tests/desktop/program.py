@@ -43,6 +43,15 @@ class Program:
     def settings_path(self):
         return os.path.join(self.env["XDG_CONFIG_HOME"], "tessarine", "tessarine.conf")
 
+    def write_settings(self, settings):
+        """Writes a settings file of these texts, in place of any other."""
+        os.makedirs(os.path.dirname(self.settings_path), exist_ok=True)
+        with open(self.settings_path, "w", encoding="utf-8") as file:
+            file.write("[General]\n")
+            for key, text in settings.items():
+                escaped = text.replace("\\", "\\\\").replace('"', '\\"')
+                file.write(f'{key}="{escaped}"\n')
+
     # Starting and ending
 
     def start(self, wait=True):
@@ -143,6 +152,13 @@ class Program:
         return wait_until(
             lambda: next((row for row in self.rows(columns) if matches(*row)), None),
             lambda: f"a row with {what}; it printed:\n{self.output()[-2000:]}", seconds)
+
+    def wait_for_entry(self, text, *columns, seconds=10.0):
+        """The first row with this text: its stringValue and the columns, by their names."""
+        names = ("stringValue", *columns)
+        row = self.wait_for_row(lambda stored, *_: stored == text, repr(text[:60]),
+                                ", ".join(names), seconds)
+        return collections.namedtuple("Entry", names)(*row)
 
     def wait_for_text(self, text, seconds=10.0):
         return self.wait_for_row(lambda stored: stored == text, repr(text[:60]), seconds=seconds)

@@ -22,7 +22,7 @@ tour_packages=(
 
 # More programs that the desktop tests drive.
 test_packages=(
-    featherpad xterm chromium thunar lximage-qt tint2 xfwm4 metacity
+    featherpad xterm chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity
 )
 
 # Prints those of the given packages that are not installed.

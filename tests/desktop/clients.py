@@ -41,8 +41,11 @@ class Client:
     def env(self):
         return self.desktop.env
 
+    def start(self):
+        return self.desktop.spawn(*self.command(), env=self.env())
+
     def __enter__(self):
-        self.process = self.desktop.spawn(*self.command(), env=self.env())
+        self.process = self.start()
         self.window = self.display.wait_for_window(window_class=self.window_class, seconds=40)
         self.focus()
         return self

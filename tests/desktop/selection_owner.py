@@ -12,7 +12,8 @@ from Xlib.protocol import event
 class SelectionOwner:
     """Owns CLIPBOARD from a thread and a connection of its own, and answers at once.
 
-    Contents are small: they are handed over whole, without INCR.
+    Contents are small: they are handed over whole, without INCR. On hold() nobody gets an answer
+    until release().
     """
 
     def __init__(self, display_name, selection="CLIPBOARD"):
@@ -25,9 +26,11 @@ class SelectionOwner:
                                                 event_mask=X.PropertyChangeMask)
         self.contents = {}
         self.owned_since = X.CurrentTime
-        self.asked = []  # The names of the targets that others asked for, in order.
+        self.asked = []  # The names of the targets that were asked for since it owns.
         self.given = []  # The data that somebody got while it was what they had asked for.
         self.is_owner = False
+        self.is_holding = False
+        self.held = []  # The requests that wait for release().
         self.orders = queue.SimpleQueue()
         self.wake_reading, self.wake_writing = os.pipe()
         self.is_closing = False
@@ -37,13 +40,24 @@ class SelectionOwner:
     def own(self, contents):
         """Takes the selection with {target name: bytes}; returns the moment, in monotonic seconds,
         at which the server was told."""
-        answer = queue.SimpleQueue()
-        self.orders.put((contents, answer))
-        os.write(self.wake_writing, b".")
-        return answer.get(timeout=10)
+        return self.do(lambda: self.take(contents))
 
     def own_text(self, text):
         return self.own({"UTF8_STRING": text.encode()})
+
+    def hold(self):
+        self.is_holding = True
+
+    def release(self):
+        self.is_holding = False
+        self.do(self.answer_held)
+
+    def do(self, order):
+        """Has the thread call order(), and returns what that returns."""
+        answer = queue.SimpleQueue()
+        self.orders.put((order, answer))
+        os.write(self.wake_writing, b".")
+        return answer.get(timeout=10)
 
     def close(self):
         """Gives up the connection, and with it the selection, as an ending program does."""
@@ -74,15 +88,23 @@ class SelectionOwner:
 
     def follow_orders(self):
         while not self.orders.empty():
-            contents, answer = self.orders.get()
-            self.owned_since = self.server_time()
-            self.contents = {self.connection.intern_atom(name): (name, data)
-                             for name, data in contents.items()}
-            self.is_owner = True
-            told_at = time.monotonic()
-            self.window.set_selection_owner(self.selection, self.owned_since)
-            self.connection.flush()
-            answer.put(told_at)
+            order, answer = self.orders.get()
+            answer.put(order())
+
+    def take(self, contents):
+        self.owned_since = self.server_time()
+        self.asked = []
+        self.contents = {self.connection.intern_atom(name): (name, data)
+                         for name, data in contents.items()}
+        self.is_owner = True
+        told_at = time.monotonic()
+        self.window.set_selection_owner(self.selection, self.owned_since)
+        self.connection.flush()
+        return told_at
+
+    def answer_held(self):
+        while self.held:
+            self.answer(self.held.pop(0))
 
     def server_time(self):
         self.window.change_property(Xatom.WM_NAME, Xatom.STRING, 8, b"owner")
@@ -94,7 +116,10 @@ class SelectionOwner:
 
     def handle(self, notice):
         if notice.type == X.SelectionRequest:
-            self.answer(notice)
+            if self.is_holding:
+                self.held.append(notice)
+            else:
+                self.answer(notice)
         elif notice.type == X.SelectionClear:
             # Our own later claim is reported by a clear event on some servers; time decides.
             self.is_owner = notice.time < self.owned_since

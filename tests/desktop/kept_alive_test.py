@@ -57,8 +57,8 @@ class KeptAliveTest(DesktopTest):
         self.assertEqual(1, len(self.program.rows()))
 
     def test_a_browser_is_closed(self):
-        page = "<!doctype html><title>page</title><p>Plain and <b>bold</b> words</p>"
-        with Chromium(self.desktop, self.display, page) as browser:
+        body = "<p>Plain and <b>bold</b> words</p>"
+        with Chromium(self.desktop, self.display, body) as browser:
             browser.select_and_copy()
             row = self.program.wait_for_row(lambda text, _: text == "Plain and bold words",
                                             "the text", "stringValue, htmlRepresentation")

@@ -99,6 +99,16 @@ class SecretTest(DesktopTest):
     def test_a_user_name_of_a_password_manager(self):
         self.check_password_manager(self.secret, "something", KeePassXC.copy_user_name)
 
+    def test_a_password_manager_that_ends(self):
+        self.program.start()
+        with KeePassXC(self.desktop, self.display, "somebody", self.secret) as manager:
+            self.copy_from_password_manager(manager, KeePassXC.copy_password)
+            manager.process.kill()
+            manager.process.wait(10)
+            wait_until(lambda: self.display.selection_owner() == 0, "the clipboard to be empty")
+            self.copy(self.harmless)
+            self.assert_no_trace()
+
     def test_a_password_manager_that_clears_the_clipboard(self):
         self.program.start()
         with KeePassXC(self.desktop, self.display, "somebody", self.secret,

@@ -19,8 +19,11 @@ if [ $# -gt 1 ]; then
     usage
 fi
 
-install_missing "${build_packages[@]}" "${run_packages[@]}" "${tour_packages[@]}" \
-    "${test_packages[@]}"
+packages=("${build_packages[@]}" "${run_packages[@]}" "${tour_packages[@]}" "${test_packages[@]}")
+if $runs_all; then
+    packages+=("${slow_test_packages[@]}")
+fi
+install_missing "${packages[@]}"
 
 # run_tests PRESET CTEST-OPTIONS...: builds a preset, and runs its tests away from this session.
 run_tests() {

@@ -25,6 +25,11 @@ test_packages=(
     featherpad xterm chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity
 )
 
+# What only the slow ones among them drive.
+slow_test_packages=(
+    libreoffice-writer libreoffice-gtk3
+)
+
 # Prints those of the given packages that are not installed.
 missing_packages() {
     local package

@@ -180,7 +180,7 @@ class XTerm(Client):
 
 
 class Chromium(Client):
-    """A browser on one page, which tells of its text area by the window's title."""
+    """A browser on one page; without a body this is a text area, of which the title tells."""
 
     window_class = "chromium"
 

@@ -9,6 +9,8 @@ HTML = "text/html"
 RTF = "text/rtf"
 
 STYLED_BODY = "<p>Plain and <b>bold</b> words, <i>Grüße</i> 你好</p>"
+FIELD_BODY = """<textarea id="field" rows="9">Grüße, 你好\nfrom a field</textarea>
+<script>document.getElementById("field").focus();</script>"""
 LINK_BODY = """<a href="https://www.debian.org/releases/" style="display: block; height: 200px">
 the releases</a>"""
 PICTURE = '<img src="https://www.debian.org/logo.png" alt="">'
@@ -49,6 +51,12 @@ class StyledCopyTest(DesktopTest):
             entry = self.wait_for("Plain and bold words, Grüße 你好")
             self.assertEqual(read_by_xclip(self.desktop, HTML), entry.htmlRepresentation)
         self.assertIn(b"bold</b>", entry.htmlRepresentation)
+
+    def test_a_field_of_a_page(self):
+        with Chromium(self.desktop, self.display, FIELD_BODY) as browser:
+            browser.select_and_copy()
+            entry = self.wait_for("Grüße, 你好\nfrom a field")
+        self.assertIsNone(entry.htmlRepresentation)
 
     def test_the_address_of_a_link(self):
         with Chromium(self.desktop, self.display, LINK_BODY) as browser:

@@ -158,17 +158,22 @@ class XTerm(Client):
 
     def command(self):
         return ["xterm", "-fa", "Mono", "-xrm", self.COPY_KEYS, "-e", "sh", "-c",
-                f"cat {self.shown_path}; cat > {self.file_path}"]
+                f"cat {self.shown_path}; printf '\\033]2;ready\\007'; cat > {self.file_path}"]
+
+    def __enter__(self):
+        super().__enter__()
+        wait_until(lambda: self.display.title(self.window) == "ready", "the text in the terminal")
+        return self
 
     def select_and_copy(self):
         """Copies the first line."""
-        def click_and_press():
+        def drag_and_press():
             self.focus()
-            x, y, _, _ = self.display.place(self.window)
-            self.display.click_thrice(x + 30, y + 8)
+            x, y, width, _ = self.display.place(self.window)
+            self.display.drag(x + 3, y + 8, x + width - 20, y + 8)
             self.display.press("ctrl+shift+c")
 
-        self.retry_until_copied(click_and_press)
+        self.retry_until_copied(drag_and_press)
 
     def text_after_paste(self):
         self.focus()

@@ -4,7 +4,7 @@ import time
 from Xlib import X, XK, Xatom, display, error
 from Xlib.ext import xtest
 
-from waiting import wait_until
+from waiting import retry_until, wait_until
 
 MODIFIERS = {"ctrl": "Control_L", "alt": "Alt_L", "shift": "Shift_L", "super": "Super_L"}
 
@@ -62,9 +62,12 @@ class Display:
         xtest.fake_input(self.connection, X.ButtonRelease, button)
         self.connection.sync()
 
-    def click_thrice(self, x, y):
-        for _ in range(3):
-            self.click(x, y)
+    def drag(self, from_x, from_y, to_x, to_y):
+        xtest.fake_input(self.connection, X.MotionNotify, x=from_x, y=from_y)
+        xtest.fake_input(self.connection, X.ButtonPress, 1)
+        xtest.fake_input(self.connection, X.MotionNotify, x=to_x, y=to_y)
+        xtest.fake_input(self.connection, X.ButtonRelease, 1)
+        self.connection.sync()
 
     # Windows
 
@@ -139,8 +142,9 @@ class Display:
         wait_until(lambda: self.is_active(window), f"window {self.title(window)} active", seconds)
 
     def activate(self, window):
-        self.message(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0])
-        self.wait_until_active(window)
+        """Another window that has just come up may take the focus back, so this is repeated."""
+        retry_until(lambda: self.message(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0]),
+                    lambda: self.is_active(window), f"window {self.title(window)} active")
 
     def move(self, window, x, y, width, height):
         """Asks the window manager to put the window there, frame and all."""

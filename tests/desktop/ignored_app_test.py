@@ -46,7 +46,7 @@ class IgnoredAppTest(DesktopTest):
 
     def test_its_copy_is_not_taken_later_when_it_is_in_the_background(self):
         self.start(IDENTIFIER)
-        with self.ignored_editor() as ignored, self.other_editor() as other:
+        with self.other_editor() as other, self.ignored_editor() as ignored:
             ignored.select_and_copy()
             self.program.wait_for_line(NOTICE)
             other.select_and_copy()

@@ -4,6 +4,7 @@ import json
 
 from case import DesktopTest, main
 from clients import FeatherPad, Mousepad
+from waiting import wait_until
 
 IDENTIFIER = "org.xfce.mousepad"
 NOTICE = f"Ignored clipboard change from app: Mousepad ({IDENTIFIER})"
@@ -70,6 +71,32 @@ class IgnoredAppTest(DesktopTest):
             other.focus()
             self.program.wait_for_line(NOTICE)
         self.copy("the next copy")
+        self.assertEqual(["the next copy"], self.program.texts())
+
+    def copy_slowly(self, text, then):
+        """Takes the clipboard, and answers for its contents only when then() is done."""
+        owner = self.owner()
+        owner.hold()
+        owner.own_text(text)
+        wait_until(lambda: owner.held, "a question for the contents")
+        then()
+        owner.release()
+
+    def test_a_slow_copy_made_before_it_came_to_the_front_is_taken(self):
+        self.start(IDENTIFIER)
+        with self.other_editor() as other, self.ignored_editor() as ignored:
+            other.focus()
+            self.copy_slowly("a slow copy", then=ignored.focus)
+            entry = self.program.wait_for_entry("a slow copy", "sourceAppBundleID")
+        self.assertEqual("featherpad", entry.sourceAppBundleID)
+
+    def test_a_slow_copy_of_its_own_is_not_taken_though_another_came_to_the_front(self):
+        self.start(IDENTIFIER)
+        with self.other_editor() as other, self.ignored_editor() as ignored:
+            ignored.focus()
+            self.copy_slowly("a slow copy", then=other.focus)
+            self.program.wait_for_line(NOTICE)
+            self.copy("the next copy")
         self.assertEqual(["the next copy"], self.program.texts())
 
 

@@ -295,7 +295,7 @@ private slots:
     void deepNestingKeepsTheText()
     {
         QFETCH(QByteArray, name);
-        constexpr qsizetype kDepth = 1'000'000;
+        constexpr qsizetype kDepth = 200'000;
         const QByteArray html = ("<" + name + ">").repeated(kDepth) + "a"
             + ("</" + name + ">").repeated(kDepth) + "<p>b";
         QCOMPARE(textOf(html), u"a\nb"_s);
@@ -303,7 +303,7 @@ private slots:
 
     void aVeryLongTextIsReadWhole()
     {
-        const QByteArray words = QByteArray("word ").repeated(10'000'000);
+        const QByteArray words = QByteArray("word ").repeated(2'000'000);
         QCOMPARE(plainTextFromHtml("<p>" + words), words.trimmed());
     }
 

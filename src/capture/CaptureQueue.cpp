@@ -84,6 +84,4 @@ void CaptureQueue::recordSlowly(const ClipboardCopy &copy)
         QMetaObject::invokeMethod(this, &CaptureQueue::announceMade, Qt::QueuedConnection);
     });
     made.item = record(copy);
-    // Who is told of it reads the list, and is not to wait until the history has hashed it all.
-    m_itemManager.items();
 }

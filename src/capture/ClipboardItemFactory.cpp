@@ -82,6 +82,9 @@ std::optional<ClipboardItem> createTextItem(const Utf8Text &text, const Clipboar
     item.stringValue = std::move(trimmed);
     item.htmlRepresentation = copy.snapshot.html;
     item.rtfRepresentation = copy.snapshot.rtf;
+    // Otherwise everybody who reads the list waits until the history has computed it.
+    if (takesLongToMake(copy))
+        item.contentHash = computeContentHash(item);
     return item;
 }
 

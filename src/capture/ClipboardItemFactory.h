@@ -9,7 +9,7 @@
 /// before a picture. Absent if there is nothing that can be kept; a printed line says what was
 /// found. Any thread.
 ///
-/// It carries no content hash: the history computes it.
+/// Only what takes long to make carries its content hash; for the rest the history computes it.
 std::optional<ClipboardItem> makeClipboardItem(const ClipboardCopy &copy);
 
 /// Whether making the entry may take more than a millisecond or two.

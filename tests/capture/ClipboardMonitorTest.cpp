@@ -489,6 +489,16 @@ private slots:
         QCOMPARE(m_manager->items().first()->contentHash.size(), 64);
     }
 
+    void theHashOfALargeTextComesWithIt()
+    {
+        capture(richSnapshot(largeHtml("text"), std::nullopt));
+        QTRY_COMPARE(m_captured.size(), 1);
+        ClipboardItem item = m_captured.first();
+        const QByteArray hash = std::exchange(item.contentHash, {});
+        QCOMPARE(hash, computeContentHash(item));
+        QCOMPARE(m_manager->items().first()->contentHash, hash);
+    }
+
     void fiftyCharactersOfTheTextArePrinted()
     {
         const QString text = u"é👩‍👩‍👧"_s.repeated(40);

@@ -267,8 +267,8 @@ void X11PasteboardTest::aPictureBesideATextIsNotFetched_data()
 void X11PasteboardTest::aPictureBesideATextIsNotFetched()
 {
     QFETCH(QString, text);
-    ForeignOwner owner(u"honest"_s, {u"image/png:=not needed"_s, u"UTF8_STRING:="_s + text,
-                                     u"image/tiff:=no"_s});
+    ForeignOwner owner(
+        u"honest"_s, {u"image/png:=not needed"_s, u"UTF8_STRING:="_s + text, u"image/tiff:=no"_s});
     QTRY_VERIFY(m_pasteboard->snapshot().string.has_value());
     QTRY_COMPARE(owner.askedTargets(), (QStringList{u"TARGETS"_s, u"UTF8_STRING"_s}));
     QCOMPARE(m_pasteboard->snapshot().types,
@@ -280,8 +280,8 @@ void X11PasteboardTest::aPictureBesideFilesIsFetched()
 {
     FakeImageCodec codec;
     X11Pasteboard pasteboard(codec);
-    const ForeignOwner owner(
-        u"honest"_s, {u"text/uri-list:=file:///gone"_s, u"image/png:=pixels"_s});
+    const ForeignOwner owner(u"honest"_s,
+                             {u"text/uri-list:=file:///gone"_s, u"image/png:=pixels"_s});
     QTRY_VERIFY(pasteboard.snapshot().image.has_value());
     QCOMPARE(pasteboard.snapshot().fileUrls.value(), QList<QUrl>{QUrl(u"file:///gone"_s)});
 }
@@ -560,8 +560,9 @@ void X11PasteboardTest::richFormsAreServedByteForByte()
     contents.add(PasteboardType::kRtf, "{\\rtf1}");
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
-    QCOMPARE(Xclip::offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
-                                            u"text/html"_s, u"text/rtf"_s, u"application/rtf"_s}));
+    QCOMPARE(Xclip::offeredTargets(),
+             (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s, u"text/html"_s,
+                          u"text/rtf"_s, u"application/rtf"_s}));
     QCOMPARE(Xclip::paste(u"text/html"_s), html);
     QCOMPARE(Xclip::paste(u"text/rtf"_s), QByteArray("{\\rtf1}"));
     QCOMPARE(Xclip::paste(u"application/rtf"_s), QByteArray("{\\rtf1}"));
@@ -588,7 +589,7 @@ void X11PasteboardTest::picturesAreServedAsPngToo()
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(Xclip::offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
-                                            u"image/tiff"_s, u"image/png"_s}));
+                                                   u"image/tiff"_s, u"image/png"_s}));
     QCOMPARE(Xclip::paste(u"image/tiff"_s), tiff);
     for (int time = 0; time < 2; ++time) {
         const QImage pasted = QImage::fromData(Xclip::paste(u"image/png"_s), "PNG");

@@ -74,7 +74,7 @@ X11SelectionReader::~X11SelectionReader() = default;
 void X11SelectionReader::start(const X11Event::OwnerChanged &event, TimePoint now)
 {
     m_pace.taken(event.owner, isAsking(), now);
-    m_ownedSince = event.ownedSince;
+    m_latestTime = event.ownedSince;
     if (!m_pace.isRestless())
         begin(now);
     else if (isAsking())
@@ -87,6 +87,7 @@ void X11SelectionReader::begin(TimePoint now)
 {
     abandonTransfers();
     m_isOvertaken = false;
+    m_ownedSince = m_latestTime;
     m_startedAt = now;
     m_lastProgress = now;
     m_stage = Stage::Offer;

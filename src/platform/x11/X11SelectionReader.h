@@ -29,9 +29,9 @@ public:
     explicit X11SelectionReader(X11SelectionConnection &connection);
     ~X11SelectionReader();
 
-    /// Reads what the new owner offers. A reading that still runs is given up, but for an owner that
-    /// takes the selection again and again while it is asked: that is read to the end, and then
-    /// once more.
+    /// Reads what the new owner offers. A reading that still runs is given up, but for an owner
+    /// that takes the selection again and again while it is asked: that is read to the end, and
+    /// then once more.
     void start(const X11Event::OwnerChanged &event, TimePoint now);
 
     /// The owner will answer no more: what has come is what there is.
@@ -108,7 +108,8 @@ private:
     X11SelectionConnection &m_connection;
     Stage m_stage = Stage::Idle;
     SelectionPace m_pace;
-    X11Time m_ownedSince = 0;
+    X11Time m_latestTime = 0;   ///< Since when the selection has its owner.
+    X11Time m_ownedSince = 0;   ///< The same for what is being read; earlier if it was overtaken.
     bool m_isOvertaken = false; ///< The owner took the selection anew while it is read to the end.
     TimePoint m_pauseEnd;
     TimePoint m_startedAt;

@@ -30,8 +30,9 @@ class CopyFigures:
     def rows(self):
         return (
             ("selection taken with 200 bytes to entry in the list", "8 ms", self.copy_to_list),
-            ("the same with 10 MB; main thread away", "100 ms; 10 ms", self.large_copy_to_list),
             ("the same, to the row in the database", "40 ms", self.copy_to_row),
+            ("10 MB to entry in the list; main thread away", "100 ms; 10 ms",
+             self.large_copy_to_list),
             ("200 copies at 20 ms distance: kept", "200", lambda: self.kept_copies(0.020)),
             ("200 copies at 5 ms distance: kept", "later 200", lambda: self.kept_copies(0.005)),
             ("CPU per captured 200-byte text, whole program", "3 ms", self.cpu_per_copy),

@@ -147,7 +147,8 @@ bool isUtf16Tag(QByteArrayView html, qsizetype position, qsizetype high)
            isTagStart(html[position + 3 - high]);
 }
 
-/// Text in UTF-16 that has no tag, but its blanks.
+/// Whether more than half of the bytes at \a parity are zero, as the high bytes of Western text in
+/// UTF-16 are. For text without a tag.
 bool isMostlyZeroAt(qsizetype parity, QByteArrayView html)
 {
     constexpr qsizetype kProbedBytes = 4096;
@@ -216,8 +217,8 @@ QByteArray utf8FromHtml(const QByteArray &html)
         constexpr QByteArrayView kMark("\xef\xbb\xbf");
         return html.startsWith(kMark) ? html.sliced(kMark.size()) : html;
     }
-    const bool isWrong = !declared || qstrcmp(declared, "UTF-8") == 0;
+    const bool isUseless = !declared || qstrcmp(declared, "UTF-8") == 0;
     // Some of the decoders give a control character for malformed bytes.
-    return decoded(html, QStringDecoder(isWrong ? kWestern : declared))
+    return decoded(html, QStringDecoder(isUseless ? kWestern : declared))
         .replace('\x1a', "\xef\xbf\xbd");
 }

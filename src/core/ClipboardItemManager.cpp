@@ -226,6 +226,7 @@ void ClipboardItemManager::insert(ClipboardItem item, Completion completion)
     if (item.contentType == ClipboardContentType::Image && item.imageRepresentation
         && !item.imageDigest)
         item.imageDigest = sha256Hex(*item.imageRepresentation);
+    item.deletedAt.reset(); // It lives, whatever it was before.
     item.markChanged(item.contentHash.isEmpty() ? ClipboardItem::ContentHash::Refresh
                                                 : ClipboardItem::ContentHash::Keep,
                      m_clock.now());

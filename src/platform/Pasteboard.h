@@ -67,7 +67,8 @@ struct PasteboardContents
 {
     struct Entry
     {
-        QString type; ///< An identifier of PasteboardType.
+        /// An identifier of PasteboardType, or the MIME type of a picture format that has none.
+        QString type;
         QByteArray data; ///< For kString and kUrl UTF-8; for kFileUrl the encoded URL.
 
         friend bool operator==(const Entry &, const Entry &) = default;
@@ -113,7 +114,8 @@ public:
     /// change. Without this call content goes with its program.
     virtual void keepAlive(const PasteboardSnapshot &snapshot) = 0;
 
-    /// Forgets the content of \a snapshot wherever it is held here; only the latest one still is.
+    /// Forgets the content of \a snapshot: snapshot() goes on without it, and it does not outlive
+    /// its program.
     virtual void discard(const PasteboardSnapshot &snapshot) = 0;
 
     /// Called on the main thread soon after the change count has moved; several changes may come

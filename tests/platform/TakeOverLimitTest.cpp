@@ -22,7 +22,7 @@ const TakeOverLimit::TimePoint kStart = TakeOverLimit::TimePoint() + 1h;
 int roundsUntilRefused(TakeOverLimit &limit, bool isContentNew)
 {
     int rounds = 0;
-    while (limit.allowsRound(isContentNew ? std::size_t(rounds) : 7, kStart + rounds * 1ms))
+    while (limit.beginRound(isContentNew ? std::size_t(rounds) : 7, kStart + rounds * 1ms))
         ++rounds;
     return rounds;
 }
@@ -39,7 +39,7 @@ void TakeOverLimitTest::aQuietTimeBeginsAnew()
 {
     TakeOverLimit limit;
     roundsUntilRefused(limit, false);
-    QVERIFY(limit.allowsRound(7, kStart + 3s));
+    QVERIFY(limit.beginRound(7, kStart + 3s));
 }
 
 void TakeOverLimitTest::attemptsThatAreRefusedProlongTheExchange()
@@ -47,8 +47,8 @@ void TakeOverLimitTest::attemptsThatAreRefusedProlongTheExchange()
     TakeOverLimit limit;
     roundsUntilRefused(limit, false);
     for (int second = 1; second <= 10; ++second)
-        QVERIFY(!limit.allowsRound(7, kStart + second * 1s));
-    QVERIFY(limit.allowsRound(7, kStart + 12s));
+        QVERIFY(!limit.beginRound(7, kStart + second * 1s));
+    QVERIFY(limit.beginRound(7, kStart + 12s));
 }
 
 void TakeOverLimitTest::otherContentMayComeOftenButNotForEver()

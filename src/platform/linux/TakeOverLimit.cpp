@@ -12,15 +12,15 @@ constexpr int kMaxRounds = 256;
 
 } // namespace
 
-bool TakeOverLimit::allowsRound(std::size_t contentHash, TimePoint now)
+bool TakeOverLimit::beginRound(std::size_t fingerprint, TimePoint now)
 {
     if (now - m_lastAttempt >= kQuiet) {
         m_roundCount = 0;
         m_sameContentCount = 0;
     }
     m_lastAttempt = now;
-    if (contentHash != m_contentHash)
+    if (fingerprint != m_fingerprint)
         m_sameContentCount = 0;
-    m_contentHash = contentHash;
+    m_fingerprint = fingerprint;
     return ++m_roundCount <= kMaxRounds && ++m_sameContentCount <= kMaxSameContentRounds;
 }

@@ -10,13 +10,14 @@ class TakeOverLimit
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// Whether one more round may be played with content of that hash. The same content coming back
-    /// is a sign of an exchange much sooner than other content is.
-    bool allowsRound(std::size_t contentHash, TimePoint now);
+    /// Counts a round with content of that fingerprint; false if it is one too many. Refused rounds
+    /// count as well. The same content coming back is a sign of an exchange much sooner than other
+    /// content is.
+    [[nodiscard]] bool beginRound(std::size_t fingerprint, TimePoint now);
 
 private:
     TimePoint m_lastAttempt;
-    std::size_t m_contentHash = 0;
+    std::size_t m_fingerprint = 0;
     int m_roundCount = 0;
     int m_sameContentCount = 0;
 };

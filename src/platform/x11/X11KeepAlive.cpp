@@ -27,27 +27,27 @@ PasteboardContents contentsOf(const X11SelectionReader::Copy &copy)
     return contents;
 }
 
-std::size_t hashOf(const PasteboardContents &contents)
+std::size_t fingerprintOf(const PasteboardContents &contents)
 {
-    std::size_t hash = 0;
+    std::size_t fingerprint = 0;
     for (const PasteboardContents::Entry &entry : contents.entries)
-        hash = qHashMulti(hash, entry.type, entry.data);
-    return hash;
+        fingerprint = qHashMulti(fingerprint, entry.type, entry.data);
+    return fingerprint;
 }
 
 } // namespace
 
 void X11KeepAlive::setCopy(quint64 notice, const X11SelectionReader::Copy &copy)
 {
-    m_copy = Copy{notice, contentsOf(copy), false, std::nullopt};
+    m_copy = Kept{notice, contentsOf(copy), false, std::nullopt};
 }
 
-void X11KeepAlive::allow(quint64 notice)
+void X11KeepAlive::allow(quint64 notice, TimePoint now)
 {
     if (!m_copy || m_copy->notice != notice)
         return;
     m_copy->isAllowed = true;
-    takeOverIfDue();
+    takeOverIfDue(now);
 }
 
 void X11KeepAlive::discard(quint64 notice)
@@ -56,20 +56,19 @@ void X11KeepAlive::discard(quint64 notice)
         m_copy.reset();
 }
 
-void X11KeepAlive::ownerEnded(X11Time time)
+void X11KeepAlive::ownerEnded(X11Time time, TimePoint now)
 {
     if (!m_copy)
         return;
     m_copy->ownerEndedAt = time;
-    takeOverIfDue();
+    takeOverIfDue(now);
 }
 
-void X11KeepAlive::takeOverIfDue()
+void X11KeepAlive::takeOverIfDue(TimePoint now)
 {
     if (!m_copy->isAllowed || !m_copy->ownerEndedAt)
         return;
-    const Copy copy = *std::exchange(m_copy, std::nullopt);
-    if (!copy.contents.isEmpty() &&
-        m_limit.allowsRound(hashOf(copy.contents), std::chrono::steady_clock::now()))
-        m_server.takeOver(copy.contents, *copy.ownerEndedAt);
+    const Kept kept = *std::exchange(m_copy, std::nullopt);
+    if (!kept.contents.isEmpty() && m_limit.beginRound(fingerprintOf(kept.contents), now))
+        m_server.takeOver(kept.contents, *kept.ownerEndedAt);
 }

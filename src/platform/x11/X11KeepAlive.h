@@ -11,6 +11,8 @@
 class X11KeepAlive
 {
 public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
     /// \a server must outlive it.
     explicit X11KeepAlive(X11SelectionServer &server)
         : m_server(server)
@@ -26,15 +28,15 @@ public:
     /// Whether there is something that could be taken over, if it is allowed.
     bool hasCopy() const { return m_copy && !m_copy->contents.isEmpty(); }
 
-    void allow(quint64 notice);
+    void allow(quint64 notice, TimePoint now);
     void discard(quint64 notice);
 
     /// The owner has ended, at that time of the server.
-    void ownerEnded(X11Time time);
+    void ownerEnded(X11Time time, TimePoint now);
 
 private:
     /// Of the latest owner.
-    struct Copy
+    struct Kept
     {
         quint64 notice = 0;
         PasteboardContents contents;
@@ -42,9 +44,9 @@ private:
         std::optional<X11Time> ownerEndedAt;
     };
 
-    void takeOverIfDue();
+    void takeOverIfDue(TimePoint now);
 
     X11SelectionServer &m_server;
-    std::optional<Copy> m_copy;
+    std::optional<Kept> m_copy;
     TakeOverLimit m_limit;
 };

@@ -116,7 +116,7 @@ std::future<bool> X11PasteboardThread::alsoOwnPrimary()
 
 void X11PasteboardThread::keepAlive(quint64 notice)
 {
-    post([this, notice] { m_keepAlive.allow(notice); });
+    post([this, notice] { m_keepAlive.allow(notice, std::chrono::steady_clock::now()); });
 }
 
 void X11PasteboardThread::discard(quint64 notice)
@@ -195,12 +195,11 @@ void X11PasteboardThread::handle(const X11Event::Any &any)
 {
     const TimePoint now = std::chrono::steady_clock::now();
     if (const auto *notice = std::get_if<X11Event::OwnerChanged>(&any))
-        handleOwner(*notice);
+        handleOwner(*notice, now);
     else if (const auto *answered = std::get_if<X11Event::ConversionAnswered>(&any))
         m_reader.handle(*answered, now);
     else if (const auto *changed = std::get_if<X11Event::PropertyChanged>(&any))
-        m_reader.handle(*changed, now) || m_manager.handle(*changed) ||
-            m_server.handle(*changed, now);
+        handleProperty(*changed, now);
     else if (const auto *request = std::get_if<X11Event::ConversionRequested>(&any))
         handleRequest(*request, now);
     else if (const auto *lost = std::get_if<X11Event::OwnershipLost>(&any))
@@ -209,20 +208,26 @@ void X11PasteboardThread::handle(const X11Event::Any &any)
         m_server.handle(*destroyed);
 }
 
+void X11PasteboardThread::handleProperty(const X11Event::PropertyChanged &event, TimePoint now)
+{
+    if (!m_reader.handle(event, now) && !m_manager.handle(event))
+        m_server.handle(event, now);
+}
+
 void X11PasteboardThread::handleRequest(const X11Event::ConversionRequested &request, TimePoint now)
 {
     if (!m_manager.handle(request))
         m_server.handle(request, now);
 }
 
-void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event)
+void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event, TimePoint now)
 {
     if (m_manager.handle(event))
         return;
     // What a program leaves behind when it ends is no change that anybody made.
     if (event.isOwnerGone) {
         m_reader.ownerEnded();
-        m_keepAlive.ownerEnded(event.time);
+        m_keepAlive.ownerEnded(event.time, now);
         return;
     }
 
@@ -234,7 +239,7 @@ void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event)
     } else if (m_server.isOurs(event.owner)) {
         m_reader.cancel(); // Taken over: the change is known.
     } else {
-        m_reader.start(event, std::chrono::steady_clock::now());
+        m_reader.start(event, now);
         // While the owner works on its answer.
         m_notice = {m_published.addNotice(), m_applications.front()};
     }

@@ -69,8 +69,9 @@ private:
     void runTasks();
     bool handleEvents();
     void handle(const X11Event::Any &event);
+    void handleProperty(const X11Event::PropertyChanged &event, TimePoint now);
     void handleRequest(const X11Event::ConversionRequested &request, TimePoint now);
-    void handleOwner(const X11Event::OwnerChanged &event);
+    void handleOwner(const X11Event::OwnerChanged &event, TimePoint now);
     void expire();
     void sleep() const;
     std::optional<TimePoint> deadline() const;

@@ -122,14 +122,13 @@ bool X11SelectionServer::takePrimary(X11Time time)
     return true;
 }
 
-bool X11SelectionServer::takeOver(const PasteboardContents &contents, X11Time time)
+void X11SelectionServer::takeOver(const PasteboardContents &contents, X11Time time)
 {
     const X11Atom clipboard = m_connection.atom(u"CLIPBOARD");
     if (!m_connection.takeOwnerless(clipboard, m_window, time))
-        return false;
+        return; // Another program was quicker, and its copy counts.
     forget(clipboard);
     m_ownerships.push_back({clipboard, time, makeForms(contents)});
-    return true;
 }
 
 std::optional<PasteboardContents>

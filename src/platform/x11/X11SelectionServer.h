@@ -35,7 +35,7 @@ public:
     void alsoOwnPrimary(std::function<void(bool isOwned)> onDone);
 
     /// Takes CLIPBOARD for \a contents if nobody owns it, as of \a time, when its last owner ended.
-    bool takeOver(const PasteboardContents &contents, X11Time time);
+    void takeOver(const PasteboardContents &contents, X11Time time);
 
     bool isOurs(X11Window owner) const { return owner == m_window; }
 

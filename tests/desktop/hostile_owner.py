@@ -359,9 +359,11 @@ class Changing(Owner):
     mood = "changing"
 
     def take(self):
-        super().take()
+        time = self.server_time()
+        self.own(time)
+        say("owned")
         for _ in range(CHANGES):
-            self.window.set_selection_owner(self.clipboard, X.CurrentTime)
+            self.window.set_selection_owner(self.clipboard, time)  # A newer owner keeps it.
         self.display.sync()
         say("done")
 

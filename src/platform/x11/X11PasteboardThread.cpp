@@ -239,9 +239,12 @@ void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event, TimeP
     } else if (m_server.isOurs(event.owner)) {
         m_reader.cancel(); // Taken over: the change is known.
     } else {
-        m_reader.start(event, now);
-        // While the owner works on its answer.
-        m_notice = {m_published.addNotice(), m_applications.front()};
+        const bool isBegun = m_reader.start(event, now);
+        m_notice.number = m_published.addNotice();
+        // While the owner works on its answer. One that takes the selection thousands of times is
+        // in front, or is not, as it was before.
+        if (isBegun)
+            m_notice.front = m_applications.front();
     }
 }
 

@@ -71,16 +71,19 @@ X11SelectionReader::X11SelectionReader(X11SelectionConnection &connection)
 
 X11SelectionReader::~X11SelectionReader() = default;
 
-void X11SelectionReader::start(const X11Event::OwnerChanged &event, TimePoint now)
+bool X11SelectionReader::start(const X11Event::OwnerChanged &event, TimePoint now)
 {
     m_pace.taken(event.owner, isAsking(), now);
     m_latestTime = event.ownedSince;
-    if (!m_pace.isRestless())
+    if (!m_pace.isRestless()) {
         begin(now);
-    else if (isAsking())
+        return true;
+    }
+    if (isAsking())
         m_isOvertaken = true;
     else if (m_stage == Stage::Idle)
         pause(now);
+    return false;
 }
 
 void X11SelectionReader::begin(TimePoint now)

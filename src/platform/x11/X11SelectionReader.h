@@ -31,8 +31,8 @@ public:
 
     /// Reads what the new owner offers. A reading that still runs is given up, but for an owner
     /// that takes the selection again and again while it is asked: that is read to the end, and
-    /// then once more.
-    void start(const X11Event::OwnerChanged &event, TimePoint now);
+    /// then once more. False if the reading begins later.
+    bool start(const X11Event::OwnerChanged &event, TimePoint now);
 
     /// The owner will answer no more: what has come is what there is.
     void ownerEnded();

@@ -14,6 +14,10 @@ LITERAL_CALL = re.compile(r'\blocalized\(\s*u"(' + KEY + r')"_s\s*,')
 LITERAL = re.compile(r'u"(' + KEY + r')"_s')
 PLACEHOLDER = re.compile(r"%(?:lld|d|@|%)")
 CHINESE = re.compile(r"[\u4e00-\u9fff]")
+# Half-width marks beside Chinese, three dots, and blanks beside full-width marks.
+FOREIGN_MARKS = re.compile(r"[\u4e00-\u9fff]\s*[,.;:!?()]|[,.;:!?()]\s*[\u4e00-\u9fff]|\.\.\."
+                           r"|[，。：；！？（）]\s|\s[，。：；！？（）]")
+KEY_AND_FALLBACK = re.compile(r'\bu"(' + KEY + r')"_s,\s*u"((?:[^"\\\n]|\\.)*)"_s')
 # Names, and keys of a keyboard.
 SAME_IN_ALL_LANGUAGES = {
     "settings.about.app_name", "settings.language.english", "settings.language.chinese",
@@ -104,6 +108,20 @@ class LanguageTablesTest(unittest.TestCase):
                 continue
             self.assertNotRegex(self.tables["en"][key], CHINESE, key)
             self.assertRegex(self.tables["zh-Hans"][key], CHINESE, key)
+
+    def test_chinese_is_set_with_its_own_marks(self):
+        for key, text in self.tables["zh-Hans"].items():
+            self.assertNotRegex(text, FOREIGN_MARKS, key)
+        for text in ("中文, 标点", "正在录制...", "版本 （1.0）", "语言:"):
+            self.assertRegex(text, FOREIGN_MARKS)
+
+    def test_english_fallbacks_are_what_the_table_says(self):
+        pairs = [pair for _, text in sources() for pair in KEY_AND_FALLBACK.findall(text)
+                 if pair[0] in self.tables["en"]]
+        self.assertGreater(len(pairs), 20, "the fallbacks were not found")
+        for key, fallback in pairs:
+            if not CHINESE.search(fallback) and not OTHER_SYSTEMS.search(fallback):
+                self.assertEqual(self.tables["en"][key], fallback, key)
 
     def test_no_text_speaks_of_another_system(self):
         for texts in self.tables.values():

@@ -57,6 +57,16 @@ QStringList tableNames(const QString &code)
 
 } // namespace
 
+QString displayName(AppLanguage language)
+{
+    switch (language) {
+    case AppLanguage::System: return localized(u"settings.language.system"_s, u"Follow System"_s);
+    case AppLanguage::English: return localized(u"settings.language.english"_s, u"English"_s);
+    case AppLanguage::Chinese: return localized(u"settings.language.chinese"_s, u"简体中文"_s);
+    }
+    Q_UNREACHABLE();
+}
+
 LanguageManager::LanguageManager(UserDefaults &defaults)
     : LanguageManager(defaults, LanguageTables(), sessionLanguages)
 {
@@ -110,7 +120,10 @@ QString LanguageManager::text(const QString &key, const QString &fallback)
     if (!m_table)
         m_table = findTable();
     const LanguageTables::Table *table = *m_table;
-    return table != nullptr ? table->value(key, fallback) : fallback;
+    if (table == nullptr)
+        return fallback;
+    const auto found = table->constFind(key);
+    return found != table->constEnd() && *found != key ? *found : fallback;
 }
 
 void LanguageManager::systemLocaleChanged()

@@ -14,6 +14,9 @@ enum class AppLanguage
     Chinese
 };
 
+/// The name for a list of languages to choose from.
+QString displayName(AppLanguage language);
+
 /// The language of the interface, and the texts in it. Main thread only.
 ///
 /// A change counts from the next text on; what is on the screen is made anew by those who listen.
@@ -41,7 +44,8 @@ public:
     /// "en" or "zh-Hans".
     QString languageCode() const;
 
-    /// The text under \a key in the present language's table; \a fallback if there is none.
+    /// The text under \a key in the present language's table; \a fallback if there is none, or if
+    /// the key stands there for its own text.
     QString text(const QString &key, const QString &fallback);
 
     /// The session's languages or its region have changed.

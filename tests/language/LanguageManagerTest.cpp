@@ -43,6 +43,7 @@ private slots:
     void changedLocaleCountsOnlyWhereTheSystemDecides();
 
     void missingKeyShowsTheFallback();
+    void keyThatStandsForItsOwnTextShowsTheFallback();
     void tablesAreSoughtInTheirOrder_data();
     void tablesAreSoughtInTheirOrder();
     void withoutAnyTableThereAreTheFallbacks();
@@ -50,6 +51,7 @@ private slots:
     void tableIsReadOnce();
     void builtInTablesAreThere();
     void textsComeFromTheInstalledManagerUntilItEnds();
+    void languagesAreNamedInTheInterfaceLanguage();
 
 private:
     std::unique_ptr<LanguageManager> makeManager(const QStringList &tables = {u"en"_s,
@@ -178,6 +180,14 @@ void LanguageManagerTest::missingKeyShowsTheFallback()
     QCOMPARE(makeManager()->text(u"menu.no_such"_s, u"Fallback"_s), u"Fallback"_s);
 }
 
+void LanguageManagerTest::keyThatStandsForItsOwnTextShowsTheFallback()
+{
+    LanguageManager manager(*m_defaults,
+                            LanguageTables([](const QString &) { return R"({"a.b": "a.b"})"_ba; }),
+                            [] { return QStringList(); });
+    QCOMPARE(manager.text(u"a.b"_s, u"Fallback"_s), u"Fallback"_s);
+}
+
 void LanguageManagerTest::tablesAreSoughtInTheirOrder_data()
 {
     QTest::addColumn<QString>("language");
@@ -257,6 +267,18 @@ void LanguageManagerTest::textsComeFromTheInstalledManagerUntilItEnds()
     QCOMPARE(localized(u"table"_s, u"Fallback"_s), u"en"_s);
     manager.reset();
     QCOMPARE(localized(u"table"_s, u"Fallback"_s), u"Fallback"_s);
+}
+
+void LanguageManagerTest::languagesAreNamedInTheInterfaceLanguage()
+{
+    QCOMPARE(displayName(AppLanguage::System), u"Follow System"_s);
+    QCOMPARE(displayName(AppLanguage::English), u"English"_s);
+    QCOMPARE(displayName(AppLanguage::Chinese), u"简体中文"_s);
+    LanguageManager manager(*m_defaults);
+    manager.setLanguage(AppLanguage::Chinese);
+    manager.install();
+    QCOMPARE(displayName(AppLanguage::System), u"跟随系统"_s);
+    QCOMPARE(displayName(AppLanguage::English), u"English"_s);
 }
 
 QTEST_GUILESS_MAIN(LanguageManagerTest)

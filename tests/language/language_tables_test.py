@@ -23,7 +23,7 @@ SAME_IN_ALL_LANGUAGES = {
     "settings.about.app_name", "settings.language.english", "settings.language.chinese",
     "settings.shortcuts.cmd", "settings.shortcuts.shift", "settings.shortcuts.option",
     "settings.shortcuts.control"}
-LOOK_UP_ITSELF = "language/"
+LOOK_UP_ITSELF = "language/Localized."
 OTHER_SYSTEMS = re.compile(r"\bFinder\b|访达|\bMac\b|macOS|⌘|⌥|\bCommand\b|\bOption\b")
 
 arguments = None

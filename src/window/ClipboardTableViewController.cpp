@@ -210,7 +210,7 @@ void ClipboardTableViewController::refreshEmptyText()
                                  localized(u"list.empty.note"_s, u"What you copy appears here"_s));
     } else if (!searchText().isEmpty()) {
         const QString title = localized(u"list.no_match"_s, u"Nothing matches “%@”"_s);
-        m_tableView.setEmptyText(QString(title).replace(u"%@"_s, searchText()),
+        m_tableView.setEmptyText(filledIn(title, {searchText()}),
                                  localized(u"list.no_match.note"_s, u"Esc clears the search"_s));
     } else {
         m_tableView.setEmptyText(localized(u"list.no_entry"_s, u"Nothing here yet"_s), {});

@@ -4,6 +4,6 @@
 
 #include <QString>
 
-/// How long ago \a time was at \a now, short: "now", "3 min. ago", "yesterday". A moment that is
-/// still to come is "now".
+/// How long ago \a time was at \a now, short and in the interface language: "now", "3 min. ago",
+/// "yesterday". A moment that is still to come is "now".
 QString relativeTime(Timestamp time, Timestamp now);

@@ -52,6 +52,8 @@ private slots:
     void builtInTablesAreThere();
     void textsComeFromTheInstalledManagerUntilItEnds();
     void languagesAreNamedInTheInterfaceLanguage();
+    void placeholdersAreFilledInTheirOrder_data();
+    void placeholdersAreFilledInTheirOrder();
 
 private:
     std::unique_ptr<LanguageManager> makeManager(const QStringList &tables = {u"en"_s,
@@ -279,6 +281,30 @@ void LanguageManagerTest::languagesAreNamedInTheInterfaceLanguage()
     manager.install();
     QCOMPARE(displayName(AppLanguage::System), u"跟随系统"_s);
     QCOMPARE(displayName(AppLanguage::English), u"English"_s);
+}
+
+void LanguageManagerTest::placeholdersAreFilledInTheirOrder_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QVariantList>("values");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << u"now"_s << QVariantList{3} << u"now"_s;
+    QTest::newRow("two numbers") << u"Image size: %d × %lld"_s << QVariantList{640, qint64(48)}
+                                 << u"Image size: 640 × 48"_s;
+    QTest::newRow("in the current locale")
+        << u"%d"_s << QVariantList{1234567} << QLocale().toString(1234567);
+    QTest::newRow("a text that looks like a placeholder")
+        << u"%@ and %@"_s << QVariantList{u"%@"_s, u"%d"_s} << u"%@ and %d"_s;
+    QTest::newRow("a text of digits") << u"“%@”"_s << QVariantList{u"007"_s} << u"“007”"_s;
+    QTest::newRow("a per cent sign") << u"100 % of %d"_s << QVariantList{5} << u"100 % of 5"_s;
+    QTest::newRow("too few values") << u"%d of %d"_s << QVariantList{1} << u"1 of %d"_s;
+}
+
+void LanguageManagerTest::placeholdersAreFilledInTheirOrder()
+{
+    QFETCH(const QString, format);
+    QFETCH(const QVariantList, values);
+    QTEST(filledIn(format, values), "text");
 }
 
 QTEST_GUILESS_MAIN(LanguageManagerTest)

@@ -12,6 +12,13 @@ class WindowTest(DesktopTest):
         super().setUp()
         self.program.start()
 
+    def start_with_setting(self, line):
+        self.program.end()
+        os.makedirs(os.path.dirname(self.program.settings_path), exist_ok=True)
+        with open(self.program.settings_path, "w", encoding="utf-8") as file:
+            file.write(f"[General]\n{line}\n")
+        self.program.start()
+
     def test_the_hot_key_opens_and_closes(self):
         mark = self.program.mark()
         self.open_window()
@@ -40,13 +47,23 @@ class WindowTest(DesktopTest):
                         self.display.press(lock)
 
     def test_another_hot_key_from_the_settings_file(self):
-        self.program.end()
-        os.makedirs(os.path.dirname(self.program.settings_path), exist_ok=True)
-        with open(self.program.settings_path, "w", encoding="utf-8") as file:
-            file.write('[General]\nHotkeySettings="{\\"keyCode\\":9,\\"modifiers\\":6144}"\n')
-        self.program.start()
+        self.start_with_setting('HotkeySettings="{\\"keyCode\\":9,\\"modifiers\\":6144}"')
         self.display.press("ctrl+alt+v")
         self.wait_for_history_window()
+
+    def test_the_language_from_the_settings_file(self):
+        self.start_with_setting("AppLanguage=chinese")
+        self.display.press(HOT_KEY)
+        self.display.wait_for_window(title="剪贴板历史")
+
+    def test_the_language_of_the_system_if_that_is_wanted(self):
+        self.program.end()
+        self.program.env.update(LANGUAGE="fr:zh_TW:en_US")
+        self.program.start()
+        self.open_window()  # A new installation is in English.
+        self.start_with_setting("AppLanguage=system")
+        self.display.press(HOT_KEY)
+        self.display.wait_for_window(title="剪贴板历史")
 
     def test_the_window_is_made_anew_each_time(self):
         self.copy("an entry")

@@ -6,6 +6,7 @@
 #include "tests/window/SampleHistory.h"
 
 #include "foundation/UserDefaults.h"
+#include "language/LanguageManager.h"
 #include "window/ApplicationNames.h"
 #include "window/ClipboardSearchWindow.h"
 #include "window/ClipboardSearchWindowCompat.h"
@@ -62,6 +63,9 @@ private slots:
     void viewsStandWhereTheyBelong();
     void theWindowIsAFramelessToolOnTop();
     void partsHaveNamesForThoseWhoHear();
+    void anOpenWindowTakesItsTextsAnew();
+    void pillsHoldTheirTitlesInEachLanguage_data();
+    void pillsHoldTheirTitlesInEachLanguage();
 
     void withoutSavedFrameTheWindowIsCentred();
     void theWindowOpensWhereItLastStood();
@@ -299,6 +303,54 @@ void HistoryWindowTest::partsHaveNamesForThoseWhoHear()
     m_window->togglePin();
     QCOMPARE(part("pinButton")->accessibleName(), u"Unpin window"_s);
     QCOMPARE(part("pinButton")->toolTip(), u"Unpin window"_s);
+}
+
+void HistoryWindowTest::anOpenWindowTakesItsTextsAnew()
+{
+    LanguageManager language(*m_defaults);
+    language.install();
+    make();
+    openWholly();
+    m_window->togglePin();
+    const QImage english = picture();
+    language.setLanguage(AppLanguage::Chinese);
+    m_window->refreshLanguage();
+
+    QCOMPARE(m_window->panel().windowTitle(), u"剪贴板历史"_s);
+    QCOMPARE(field()->placeholderText(), u"搜索"_s);
+    QCOMPARE(part("pinButton")->toolTip(), u"取消固定窗口"_s);
+    QCOMPARE(part<FilterButton>("filter.all")->text(), u"全部"_s);
+    const QAbstractItemModel &rows = *table()->model();
+    const QString spoken = rows.data(rows.index(0, 0), Qt::AccessibleTextRole).toString();
+    QVERIFY2(spoken.contains(u"文本"_s) && !spoken.contains(u"TEXT"_s), qPrintable(spoken));
+
+    QVERIFY(picture() != english);
+    language.setLanguage(AppLanguage::English);
+    m_window->refreshLanguage();
+    QCOMPARE(picture(), english);
+}
+
+void HistoryWindowTest::pillsHoldTheirTitlesInEachLanguage_data()
+{
+    QTest::addColumn<AppLanguage>("language");
+    QTest::newRow("English") << AppLanguage::English;
+    QTest::newRow("Chinese") << AppLanguage::Chinese;
+}
+
+void HistoryWindowTest::pillsHoldTheirTitlesInEachLanguage()
+{
+    QFETCH(const AppLanguage, language);
+    LanguageManager manager(*m_defaults);
+    manager.setLanguage(language);
+    manager.install();
+    make();
+    int right = 0;
+    for (const FilterButton *pill : m_window->panel().findChildren<FilterButton *>()) {
+        QCOMPARE(pill->width(), pill->naturalWidth());
+        QVERIFY(pill->x() > right);
+        right = pill->geometry().right();
+    }
+    QVERIFY(right > 0 && right < part("filterBar")->width());
 }
 
 void HistoryWindowTest::withoutSavedFrameTheWindowIsCentred()

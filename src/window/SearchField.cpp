@@ -61,11 +61,12 @@ void SearchField::setColors(const SystemColors &colors)
     QPalette colored = palette();
     colored.setColor(QPalette::Base, Qt::transparent);
     colored.setColor(QPalette::Text, colors.labelColor);
-    colored.setColor(QPalette::PlaceholderText, colors.placeholderTextColor);
+    colored.setColor(QPalette::PlaceholderText, Qt::transparent);
     colored.setColor(QPalette::Highlight, colors.accentFillColor);
     colored.setColor(QPalette::HighlightedText, Qt::white);
     setPalette(colored);
     m_caretColor = colors.controlAccentColor;
+    m_placeholderColor = colors.placeholderTextColor;
 }
 
 void SearchField::focusInEvent(QFocusEvent *event)
@@ -78,6 +79,12 @@ void SearchField::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
     stopBlinking();
+}
+
+void SearchField::inputMethodEvent(QInputMethodEvent *event)
+{
+    m_isComposing = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
 }
 
 void SearchField::keyPressEvent(QKeyEvent *event)
@@ -106,11 +113,25 @@ void SearchField::mouseReleaseEvent(QMouseEvent *event)
 void SearchField::paintEvent(QPaintEvent *event)
 {
     QLineEdit::paintEvent(event);
-    if (!m_isCaretShown)
-        return;
+    QPainter painter(this);
     const QRect cursor = cursorRect();
-    const int x = std::max(0, cursor.x() + kCursorRectLead - kCaretWidth / 2);
-    QPainter(this).fillRect(x, cursor.y(), kCaretWidth, cursor.height(), m_caretColor);
+    const int textStart = cursor.x() + kCursorRectLead;
+    if (text().isEmpty() && !m_isComposing)
+        drawPlaceholder(painter, textStart);
+    if (m_isCaretShown) {
+        const int x = std::max(0, textStart - kCaretWidth / 2);
+        painter.fillRect(x, cursor.y(), kCaretWidth, cursor.height(), m_caretColor);
+    }
+}
+
+/// Qt would put a text with Chinese lower, since the font that it falls back to is taller; what is
+/// typed stays on one line whatever its script.
+void SearchField::drawPlaceholder(QPainter &painter, int x)
+{
+    const QFontMetrics metrics = fontMetrics();
+    painter.setPen(m_placeholderColor);
+    painter.drawText(x, contentsRect().top() + metrics.ascent(),
+                     metrics.elidedText(placeholderText(), Qt::ElideRight, width() - x));
 }
 
 bool SearchField::announceKey(int key)

@@ -33,12 +33,14 @@ signals:
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     bool announceKey(int key);
+    void drawPlaceholder(QPainter &painter, int x);
     void startBlinking();
     void stopBlinking();
 
@@ -46,5 +48,7 @@ private:
     std::unique_ptr<QStyle> m_style;
     std::unique_ptr<ScheduledWork> m_blinking;
     QColor m_caretColor;
+    QColor m_placeholderColor;
     bool m_isCaretShown = false;
+    bool m_isComposing = false; ///< An input method shows what it has so far.
 };

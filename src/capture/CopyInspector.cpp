@@ -6,6 +6,8 @@
 #include "foundation/Log.h"
 #include "platform/Clock.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -17,6 +19,12 @@ QString pathOf(const QUrl &url)
     while (path.size() > 1 && path.endsWith(u'/'))
         path.chop(1);
     return path;
+}
+
+/// The file system would read no further than that.
+bool hasZero(const QUrl &url)
+{
+    return FilePath::of(url).contains(QChar::Null);
 }
 
 bool isRemote(const PasteboardSnapshot &snapshot)
@@ -64,7 +72,9 @@ ClipboardCopy CopyInspector::inspect(const PasteboardSnapshot &snapshot) const
 bool CopyInspector::hasExistingFiles(const PasteboardSnapshot &snapshot) const
 {
     return snapshot.hasType(PasteboardType::kFileUrl) && snapshot.fileUrls &&
-           !snapshot.fileUrls->isEmpty() && m_fileReferences.mayExist(*snapshot.fileUrls);
+           !snapshot.fileUrls->isEmpty() &&
+           std::none_of(snapshot.fileUrls->begin(), snapshot.fileUrls->end(), hasZero) &&
+           m_fileReferences.mayExist(*snapshot.fileUrls);
 }
 
 void CopyInspector::addFiles(ClipboardCopy &copy) const

@@ -57,8 +57,10 @@ struct PasteboardSnapshot
     /// What it takes in memory, about.
     qsizetype byteCount() const
     {
+        constexpr qsizetype kBytesPerUrl = 512;
         return (string ? string->byteCount() : 0) + (html ? html->size() : 0)
-            + (rtf ? rtf->size() : 0) + (image ? image->tiff.size() : 0);
+            + (rtf ? rtf->size() : 0) + (image ? image->tiff.size() : 0)
+            + (fileUrls ? fileUrls->size() * kBytesPerUrl : 0);
     }
 };
 

@@ -3,6 +3,7 @@
 outcome.
 
     hostile_requestor.py half                      ends after two pieces of a large UTF8_STRING
+    hostile_requestor.py foreign                   asks for a UTF8_STRING in the name of its owner
     hostile_requestor.py old                       asks without a property
     hostile_requestor.py early                     asks with a time before anything was copied
     hostile_requestor.py multiple TARGET...        asks for several targets at once
@@ -46,6 +47,17 @@ class Requestor:
                 self.window.delete_property(self.property)
         print("half", flush=True)
 
+    def foreign(self):
+        owner = self.display.get_selection_owner(self.atom("CLIPBOARD"))
+        owner.convert_selection(self.atom("CLIPBOARD"), self.atom("UTF8_STRING"), self.property,
+                                X.CurrentTime)
+        self.display.sync()
+        # It was dealt with before this.
+        self.ask("TIMESTAMP", self.property)
+        owner.delete_property(self.property)
+        self.display.sync()
+        print("asked")
+
     def old(self):
         answer = self.ask("UTF8_STRING", X.NONE)
         print(bytes(self.take(answer)).decode() if answer else "refused")
@@ -85,7 +97,7 @@ class Requestor:
 def main():
     requestor = Requestor()
     mode, *rest = sys.argv[1:]
-    {"half": requestor.half, "old": requestor.old, "early": requestor.early,
+    {"half": requestor.half, "foreign": requestor.foreign, "old": requestor.old, "early": requestor.early,
      "flood": requestor.flood,
      "multiple": lambda: requestor.multiple(rest)}[mode]()
 

@@ -6,6 +6,8 @@
     leaving_client.py manage              is the clipboard manager until its input ends; prints its
                                           window when it is
     leaving_client.py whose               prints the window of the clipboard manager
+    leaving_client.py late                takes the clipboard, once it gets a line of input, as of the
+                                          time when it began; prints what came of it
     leaving_client.py answer TEXT         answers each change of the clipboard by another program
                                           with a copy of its own, and ends that copy's connection as
                                           soon as the text was read; prints a line for each
@@ -65,6 +67,17 @@ def whose():
     connection = display.Display()
     owner = connection.get_selection_owner(connection.intern_atom("CLIPBOARD_MANAGER"))
     print(getattr(owner, "id", 0))
+
+
+def late():
+    connection = display.Display()
+    window = new_window(connection)
+    time = server_time(connection, window)
+    print("ready", flush=True)
+    sys.stdin.readline()
+    clipboard = connection.intern_atom("CLIPBOARD")
+    window.set_selection_owner(clipboard, time)
+    print("owned" if connection.get_selection_owner(clipboard) == window else "refused")
 
 
 class ShortCopy:
@@ -134,7 +147,7 @@ def answer_changes(text, is_counting):
 
 def main():
     mode, *rest = sys.argv[1:]
-    {"save": save, "manage": manage, "whose": whose,
+    {"save": save, "manage": manage, "whose": whose, "late": late,
      "answer": lambda: answer_changes(rest[0], False),
      "count": lambda: answer_changes(rest[0], True)}[mode]()
 

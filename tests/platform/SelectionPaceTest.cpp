@@ -16,6 +16,8 @@ private slots:
     void whoInterruptsEachQuestionIsRestless();
     void whoGivesTheSameOverAndOverIsRestless();
     void pausesGrowToAnEnd();
+    void theLastPauseWaitsForQuiet();
+    void whoGoesOnIsGivenUp();
     void anotherOwnerBeginsAfresh();
     void somethingNewBeginsAfresh();
     void aQuietTimeBeginsAfresh();
@@ -38,20 +40,20 @@ void SelectionPaceTest::init()
 {
     m_pace = {};
     m_now = SelectionPace::TimePoint() + 1h;
-    m_pace.taken(kOwner, false, m_now);
+    m_pace.noteTaken(kOwner, false, m_now);
 }
 
 void SelectionPaceTest::interrupt(int times)
 {
     for (int time = 0; time < times; ++time)
-        m_pace.taken(kOwner, true, m_now += 1ms);
+        m_pace.noteTaken(kOwner, true, m_now += 1ms);
 }
 
 void SelectionPaceTest::aBurstIsNotSlowed()
 {
     for (std::size_t content = 1; content <= 10'000; ++content) {
-        m_pace.taken(kOwner, false, m_now += 1ms);
-        m_pace.gave(content, m_now);
+        m_pace.noteTaken(kOwner, false, m_now += 1ms);
+        m_pace.noteGiven(content);
         QVERIFY(!m_pace.isRestless());
     }
 }
@@ -72,8 +74,8 @@ void SelectionPaceTest::whoGivesTheSameOverAndOverIsRestless()
 {
     for (int time = 0; time < 18; ++time) {
         QVERIFY(!m_pace.isRestless());
-        m_pace.taken(kOwner, false, m_now += 1ms);
-        m_pace.gave(7, m_now);
+        m_pace.noteTaken(kOwner, false, m_now += 1ms);
+        m_pace.noteGiven(7);
     }
     QVERIFY(m_pace.isRestless());
 }
@@ -81,41 +83,60 @@ void SelectionPaceTest::whoGivesTheSameOverAndOverIsRestless()
 void SelectionPaceTest::pausesGrowToAnEnd()
 {
     interrupt(17);
-    const auto first = m_pace.pause();
+    QCOMPARE(m_pace.pause(), 2ms);
     interrupt(1);
-    QCOMPARE(m_pace.pause(), 2 * first);
-    interrupt(100);
+    QCOMPARE(m_pace.pause(), 4ms);
+    interrupt(13);
     QCOMPARE(m_pace.pause(), 512ms);
+    QVERIFY(!m_pace.isLastPause());
+}
+
+void SelectionPaceTest::theLastPauseWaitsForQuiet()
+{
+    interrupt(32);
+    QVERIFY(m_pace.isLastPause());
+    QCOMPARE(m_pace.pause(), 2s);
+    m_pace.noteTaken(kOwner, false, m_now += 1ms);
+    QVERIFY(m_pace.isLastPause());
+}
+
+void SelectionPaceTest::whoGoesOnIsGivenUp()
+{
+    interrupt(33);
+    QVERIFY(m_pace.isRestless());
+    QVERIFY(!m_pace.pause());
 }
 
 void SelectionPaceTest::anotherOwnerBeginsAfresh()
 {
     interrupt(100);
-    m_pace.taken(kOwner + 1, true, m_now);
+    m_pace.noteTaken(kOwner + 1, true, m_now);
     QVERIFY(!m_pace.isRestless());
 }
 
 void SelectionPaceTest::somethingNewBeginsAfresh()
 {
-    m_pace.gave(7, m_now);
+    m_pace.noteGiven(7);
     interrupt(100);
-    m_pace.gave(8, m_now);
+    m_pace.noteGiven(8);
     QVERIFY(!m_pace.isRestless());
 }
 
 void SelectionPaceTest::aQuietTimeBeginsAfresh()
 {
     interrupt(100);
-    m_pace.taken(kOwner, false, m_now + 1s);
+    m_pace.noteTaken(kOwner, false, m_now += 9s);
     QVERIFY(m_pace.isRestless());
-    m_pace.taken(kOwner, false, m_now + 3s);
+    m_pace.noteTaken(kOwner, false, m_now += 9s);
+    QVERIFY(m_pace.isRestless());
+    m_pace.noteTaken(kOwner, false, m_now += 11s);
     QVERIFY(!m_pace.isRestless());
 }
 
 void SelectionPaceTest::whatCannotBeComparedIsNew()
 {
     for (int time = 0; time < 100; ++time)
-        m_pace.gave(0, m_now);
+        m_pace.noteGiven(0);
     QVERIFY(!m_pace.isRestless());
 }
 

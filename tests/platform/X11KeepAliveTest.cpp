@@ -45,6 +45,7 @@ public:
 
     bool hasSaid(const QByteArray &line) { return output().split('\n').contains(line); }
     qsizetype lineCount() { return output().count('\n'); }
+    void tell(const QByteArray &line) { m_process.write(line + '\n'); }
     QByteArray lastWords()
     {
         m_process.waitForFinished();
@@ -112,6 +113,7 @@ private slots:
     void aPictureOutlivesItsOwnerByteForByte_data();
     void aPictureOutlivesItsOwnerByteForByte();
     void filesOutliveTheirOwner();
+    void veryManyFilesOutliveTheirOwnerAtOnce();
     void takingOverIsNoChange();
     void permissionMayComeAfterTheEnd();
     void nothingIsKeptWithoutPermission();
@@ -119,6 +121,7 @@ private slots:
     void aSecretIsNotKept();
     void whatWasClearedOnPurposeIsNotKept();
     void nothingOlderThanTheOwnerThatEndedIsKept();
+    void whoCopiesAsOfAnEarlierKeyPressIsNotRefused();
     void theNextOwnerIsReadAfterATakeOver();
     void whatWasTakenOverCanBeReplacedByUs();
 
@@ -208,6 +211,27 @@ void X11KeepAliveTest::filesOutliveTheirOwner()
     QTRY_COMPARE(Xclip::paste(u"text/uri-list"_s), QByteArray("file:///tmp/tw%20o%FF\r\n"));
 }
 
+void X11KeepAliveTest::veryManyFilesOutliveTheirOwnerAtOnce()
+{
+    constexpr int kFiles = 20'000;
+    QByteArray list;
+    for (int number = 0; number < kFiles; ++number)
+        list += "file:///" + QByteArray::number(number) + "\r\n";
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"list"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(list.left(200'000)); // More does not go into one request.
+    file.close();
+    list = list.first(list.lastIndexOf("\r\n", 199'998) + 2);
+    auto owner = std::make_unique<ForeignOwner>(
+        u"honest"_s, QStringList{u"text/uri-list:=@"_s + file.fileName()});
+    waitForChange(1);
+    owner.reset();
+    QTRY_VERIFY(Xclip::paste(u"text/uri-list"_s).startsWith(list));
+    QVERIFY(Xclip::copy("next"));
+    waitForChange(2);
+}
+
 void X11KeepAliveTest::takingOverIsNoChange()
 {
     auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=kept"_s});
@@ -289,6 +313,18 @@ void X11KeepAliveTest::nothingOlderThanTheOwnerThatEndedIsKept()
     owner.reset();
     QCOMPARE(askToSave(), QByteArray("refused"));
     QVERIFY(Xclip::offeredTargets().isEmpty());
+}
+
+void X11KeepAliveTest::whoCopiesAsOfAnEarlierKeyPressIsNotRefused()
+{
+    auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=kept"_s});
+    waitForChange(1);
+    LeavingClient late({u"late"_s});
+    QTRY_VERIFY(late.hasSaid("ready"));
+    owner.reset();
+    QTRY_COMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("kept"));
+    late.tell("now");
+    QVERIFY(late.lastWords().endsWith("owned"));
 }
 
 void X11KeepAliveTest::theNextOwnerIsReadAfterATakeOver()

@@ -7,48 +7,51 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int kTolerated = 16;
-constexpr int kMaxDoublings = 9;
-constexpr auto kFirstPause = 1ms;
-/// After so long without a repetition nothing is held against an owner.
-constexpr auto kForgiveness = 2s;
+constexpr int kToleratedRepetitions = 16;
+constexpr int kMaxRepetitions = 32;
+constexpr auto kFirstPause = 2ms;
+constexpr auto kLongestPause = 512ms;
+constexpr auto kLastPause = 2s;
+/// After so long a quiet nothing is held against an owner.
+constexpr auto kForgiveness = 10s;
 
 } // namespace
 
-void SelectionPace::taken(std::uint32_t owner, bool isBeingAsked, TimePoint now)
+void SelectionPace::noteTaken(std::uint32_t owner, bool isBeingAsked, TimePoint now)
 {
-    if (std::exchange(m_owner, owner) != owner) {
+    const bool isAnother = std::exchange(m_owner, owner) != owner;
+    const bool isForgiven = now - std::exchange(m_lastTaken, now) > kForgiveness;
+    if (isAnother)
+        m_fingerprint = 0;
+    if (isAnother || isForgiven)
         m_repetitions = 0;
-        m_contentHash = 0;
-    } else if (now - m_lastRepetition > kForgiveness) {
-        m_repetitions = 0;
-    }
     if (isBeingAsked)
-        repeat(now);
+        ++m_repetitions;
 }
 
-void SelectionPace::gave(std::size_t contentHash, TimePoint now)
+void SelectionPace::noteGiven(std::size_t fingerprint)
 {
-    const bool isTheSame = contentHash != 0 && contentHash == m_contentHash;
-    m_contentHash = contentHash;
-    if (isTheSame)
-        repeat(now);
-    else
-        m_repetitions = 0;
-}
-
-void SelectionPace::repeat(TimePoint now)
-{
-    ++m_repetitions;
-    m_lastRepetition = now;
+    const bool isTheSame = fingerprint != 0 && fingerprint == m_fingerprint;
+    m_fingerprint = fingerprint;
+    m_repetitions = isTheSame ? m_repetitions + 1 : 0;
 }
 
 bool SelectionPace::isRestless() const
 {
-    return m_repetitions > kTolerated;
+    return m_repetitions > kToleratedRepetitions;
 }
 
-std::chrono::milliseconds SelectionPace::pause() const
+bool SelectionPace::isLastPause() const
 {
-    return kFirstPause * (1 << std::clamp(m_repetitions - kTolerated, 0, kMaxDoublings));
+    return m_repetitions == kMaxRepetitions;
+}
+
+std::optional<std::chrono::milliseconds> SelectionPace::pause() const
+{
+    if (m_repetitions > kMaxRepetitions)
+        return std::nullopt;
+    if (isLastPause())
+        return kLastPause;
+    const int doublings = std::max(0, m_repetitions - kToleratedRepetitions - 1);
+    return std::min<std::chrono::milliseconds>(kFirstPause * (1 << doublings), kLongestPause);
 }

@@ -52,11 +52,12 @@ bool X11ClipboardManager::handle(const X11Event::ConversionRequested &request)
     if (request.selection != m_selection)
         return false;
     X11Atom property = request.property != 0 ? request.property : request.target;
-    if (request.target == m_connection.atom(u"SAVE_TARGETS") && m_waiting.size() < kMaxWaiting) {
+    if (m_connection.isOwnWindow(request.requestor)) {
+        property = 0; // The claim of a program that means harm.
+    } else if (request.target == m_connection.atom(u"SAVE_TARGETS") && m_waiting.size() < kMaxWaiting) {
         m_waiting.push_back(request);
         return true;
-    }
-    if (request.target == m_connection.atom(u"TARGETS")) {
+    } else if (request.target == m_connection.atom(u"TARGETS")) {
         const auto targets =
             m_connection.atoms({u"TARGETS"_s, u"TIMESTAMP"_s, u"SAVE_TARGETS"_s});
         m_connection.setProperty(request.requestor, property, m_connection.atom(u"ATOM"), targets);

@@ -56,19 +56,19 @@ void X11KeepAlive::discard(quint64 notice)
         m_copy.reset();
 }
 
-void X11KeepAlive::ownerEnded(X11Time time, TimePoint now)
+void X11KeepAlive::ownerEnded(X11Time ownedSince, TimePoint now)
 {
     if (!m_copy)
         return;
-    m_copy->ownerEndedAt = time;
+    m_copy->endedOwnerSince = ownedSince;
     takeOverIfDue(now);
 }
 
 void X11KeepAlive::takeOverIfDue(TimePoint now)
 {
-    if (!m_copy->isAllowed || !m_copy->ownerEndedAt)
+    if (!m_copy->isAllowed || !m_copy->endedOwnerSince)
         return;
     const Kept kept = *std::exchange(m_copy, std::nullopt);
     if (!kept.contents.isEmpty() && m_limit.beginRound(fingerprintOf(kept.contents), now))
-        m_server.takeOver(kept.contents, *kept.ownerEndedAt);
+        m_server.takeOver(kept.contents, *kept.endedOwnerSince);
 }

@@ -31,8 +31,8 @@ public:
     void allow(quint64 notice, TimePoint now);
     void discard(quint64 notice);
 
-    /// The owner has ended, at that time of the server.
-    void ownerEnded(X11Time time, TimePoint now);
+    /// The owner since \a ownedSince has ended.
+    void ownerEnded(X11Time ownedSince, TimePoint now);
 
 private:
     /// Of the latest owner.
@@ -41,7 +41,7 @@ private:
         quint64 notice = 0;
         PasteboardContents contents;
         bool isAllowed = false;
-        std::optional<X11Time> ownerEndedAt;
+        std::optional<X11Time> endedOwnerSince;
     };
 
     void takeOverIfDue(TimePoint now);

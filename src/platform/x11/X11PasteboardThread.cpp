@@ -227,7 +227,7 @@ void X11PasteboardThread::handleOwner(const X11Event::OwnerChanged &event, TimeP
     // What a program leaves behind when it ends is no change that anybody made.
     if (event.isOwnerGone) {
         m_reader.ownerEnded();
-        m_keepAlive.ownerEnded(event.time, now);
+        m_keepAlive.ownerEnded(event.ownedSince, now);
         return;
     }
 

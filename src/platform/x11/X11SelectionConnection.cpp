@@ -22,7 +22,7 @@ constexpr qsizetype kMaxKnownAtoms = 4096;
 
 X11Event::OwnerChanged ownerChanged(const xcb_xfixes_selection_notify_event_t &event)
 {
-    return {event.selection, event.owner, event.selection_timestamp, event.timestamp,
+    return {event.selection, event.owner, event.selection_timestamp,
             event.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER};
 }
 
@@ -116,7 +116,10 @@ std::optional<X11Event::Any>
 X11SelectionConnection::Impl::translate(const xcb_generic_event_t &event) const
 {
     const void *raw = &event;
-    const quint8 type = event.response_type & 0x7f; // The top bit marks events sent by programs.
+    const quint8 type = event.response_type & 0x7f;
+    // The top bit marks events sent by programs, who send this one and have no business with others.
+    if (event.response_type != type && type != XCB_SELECTION_NOTIFY)
+        return std::nullopt;
     if (type == firstFixesEvent + XCB_XFIXES_SELECTION_NOTIFY)
         return ownerChanged(*static_cast<const xcb_xfixes_selection_notify_event_t *>(raw));
 
@@ -152,6 +155,9 @@ X11Atom X11SelectionConnection::atom(QStringView name)
 
 QList<X11Atom> X11SelectionConnection::atoms(const QStringList &names)
 {
+    // Foreign programs can invent names without end; ours are soon asked for again.
+    if (m_impl->atomsByName.size() + names.size() > kMaxKnownAtoms)
+        m_impl->atomsByName.clear();
     // All questions go out before the first answer is awaited.
     std::vector<std::optional<xcb_intern_atom_cookie_t>> cookies;
     for (const QString &name : names) {
@@ -219,6 +225,16 @@ X11Window X11SelectionConnection::createWindow()
                       1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
                       &eventMask);
     return window;
+}
+
+bool X11SelectionConnection::isOwnWindow(X11Window window) const
+{
+    return clientOf(window) == xcb_get_setup(m_impl->connection)->resource_id_base;
+}
+
+quint32 X11SelectionConnection::clientOf(X11Window window) const
+{
+    return window & ~xcb_get_setup(m_impl->connection)->resource_id_mask;
 }
 
 void X11SelectionConnection::destroyWindow(X11Window window)

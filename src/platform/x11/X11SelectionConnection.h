@@ -23,7 +23,6 @@ struct OwnerChanged
     X11Atom selection = 0;
     X11Window owner = 0; ///< 0 if there is none any more.
     X11Time ownedSince = 0;
-    X11Time time = 0;         ///< Of the change itself.
     bool isOwnerGone = false; ///< The owner ended; nobody emptied the selection on purpose.
 };
 
@@ -107,6 +106,9 @@ public:
 
     /// An invisible window that carries properties; its changes are told.
     X11Window createWindow();
+    bool isOwnWindow(X11Window window) const;
+    /// A number that all windows of one program's connection share, and no others.
+    quint32 clientOf(X11Window window) const;
     void destroyWindow(X11Window window);
 
     /// From now on the changes of another program's \a window, and its end, are told.

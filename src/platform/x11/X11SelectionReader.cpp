@@ -14,18 +14,23 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// An owner that sends nothing for so long is given up.
-constexpr auto kSilence = 2s;
+/// An owner that sends nothing for so long is given up. Some make a large picture only when they are
+/// asked for it.
+constexpr auto kSilence = 5s;
+/// Some owners leave a question lying that came while they took the selection, until another event
+/// wakes them. After so long a silence one more question does.
+constexpr auto kNudgeAfter = 200ms;
+constexpr int kMaxNudges = 4;
 /// An owner that trickles gets this time for the whole copy, and a second more for each
 /// kSlowestBytesPerSecond that have come, so that a slow line still brings a large copy.
-constexpr auto kPatience = 10s;
+constexpr auto kPatience = 20s;
 constexpr qint64 kSlowestBytesPerSecond = 64 << 10;
 /// How long, and for how many, the windows of transfers given up are kept. The owner's pieces are
 /// thrown away unread, so that it comes to its end rather than waiting for us for ever.
 constexpr auto kAbandonedLife = 30s;
 constexpr std::size_t kMaxAbandoned = 64;
-/// No program offers so many; what stands behind is not looked at.
-constexpr qint64 kMaxOfferedTargets = 512;
+/// No program offers so many; behind them nothing but the mark of a secret is looked for.
+constexpr qsizetype kMaxOfferedTargets = 512;
 constexpr qint64 kMaxMarkBytes = 4096;
 constexpr qsizetype kMaxComparedBytes = 1 << 20;
 
@@ -45,7 +50,7 @@ QList<X11Atom> atomsIn(const QByteArray &data)
 }
 
 /// 0 for what is large: nobody repeats that so often that it matters.
-std::size_t hashOf(const X11SelectionReader::Copy &copy)
+std::size_t fingerprintOf(const X11SelectionReader::Copy &copy)
 {
     const QByteArray text = copy.snapshot.string.value_or(Utf8Text()).utf8();
     const QByteArray html = copy.snapshot.html.value_or(QByteArray());
@@ -54,6 +59,18 @@ std::size_t hashOf(const X11SelectionReader::Copy &copy)
         return 0;
     return qHashMulti(1, copy.snapshot.types, text, html, rtf, copy.picture,
                       copy.snapshot.fileUrls.value_or(QList<QUrl>()));
+}
+
+/// Whether it says anything but "secret", in whatever spelling: some programs count the zero that
+/// ends their string.
+bool isHarmlessMark(const QByteArray &mark)
+{
+    QByteArray word;
+    for (const char byte : mark) {
+        if (byte > ' ')
+            word += byte;
+    }
+    return !word.isEmpty() && word.compare("secret", Qt::CaseInsensitive) != 0;
 }
 
 bool isComplete(const X11IncomingTransfer *transfer)
@@ -73,15 +90,13 @@ X11SelectionReader::~X11SelectionReader() = default;
 
 bool X11SelectionReader::start(const X11Event::OwnerChanged &event, TimePoint now)
 {
-    m_pace.taken(event.owner, isAsking(), now);
-    m_latestTime = event.ownedSince;
+    m_pace.noteTaken(m_connection.clientOf(event.owner), isReading(), now);
+    m_ownedSince = event.ownedSince;
     if (!m_pace.isRestless()) {
         begin(now);
         return true;
     }
-    if (isAsking())
-        m_isOvertaken = true;
-    else if (m_stage == Stage::Idle)
+    if (m_stage != Stage::Pause || m_pace.isLastPause())
         pause(now);
     return false;
 }
@@ -89,48 +104,33 @@ bool X11SelectionReader::start(const X11Event::OwnerChanged &event, TimePoint no
 void X11SelectionReader::begin(TimePoint now)
 {
     abandonTransfers();
-    m_isOvertaken = false;
-    m_ownedSince = m_latestTime;
     m_startedAt = now;
     m_lastProgress = now;
+    m_nudgesLeft = kMaxNudges;
     m_stage = Stage::Offer;
     addWish({}, {u"TARGETS"_s});
 }
 
 void X11SelectionReader::pause(TimePoint now)
 {
-    m_stage = Stage::Pause;
-    m_pauseEnd = now + m_pace.pause();
+    abandonTransfers();
+    const auto length = m_pace.pause();
+    m_stage = length ? Stage::Pause : Stage::Idle;
+    m_pauseEnd = now + length.value_or(0ms);
 }
 
 void X11SelectionReader::ownerEnded()
 {
-    m_isOvertaken = false;
-    giveUp();
+    if (m_stage == Stage::Contents)
+        finish();
+    else
+        cancel();
 }
 
 void X11SelectionReader::cancel()
 {
-    m_isOvertaken = false;
-    end();
-}
-
-/// What has come is what there is.
-void X11SelectionReader::giveUp()
-{
-    if (m_stage == Stage::Contents)
-        finish();
-    else
-        end();
-}
-
-void X11SelectionReader::end()
-{
     abandonTransfers();
-    if (m_isOvertaken)
-        pause(m_lastProgress);
-    else
-        m_stage = Stage::Idle;
+    m_stage = Stage::Idle;
 }
 
 bool X11SelectionReader::handle(const X11Event::ConversionAnswered &event, TimePoint now)
@@ -215,13 +215,13 @@ void X11SelectionReader::readOffer(const X11IncomingTransfer &offer)
     QStringList targets;
     m_isOfferKnown = isComplete(&offer) && offer.result().format == 32;
     if (m_isOfferKnown) {
-        const QList<X11Atom> atoms =
-            atomsIn(offer.result().data)
-                .first(std::min<qsizetype>(kMaxOfferedTargets, offer.result().data.size() / 4));
-        targets = m_connection.atomNames(atoms);
+        const QList<X11Atom> atoms = atomsIn(offer.result().data);
+        targets = m_connection.atomNames(atoms.first(std::min(atoms.size(), kMaxOfferedTargets)));
+        if (atoms.contains(m_connection.atom(MimeTypes::kPasswordManagerHint)))
+            targets.append(MimeTypes::kPasswordManagerHint.toString());
     } else {
-        // A program that knows nothing of TARGETS knows nothing of secrets, but perhaps of text.
-        targets = {u"UTF8_STRING"_s, u"STRING"_s};
+        // A program that knows nothing of TARGETS may yet know of text, or of secrets.
+        targets = {u"UTF8_STRING"_s, u"STRING"_s, MimeTypes::kPasswordManagerHint.toString()};
     }
     m_plan = SelectionPlan::fromTargets(targets);
     if (!m_plan.isMarkedByPasswordManager)
@@ -235,8 +235,9 @@ void X11SelectionReader::readMark(const X11IncomingTransfer &mark)
 {
     const bool isHarmless = isComplete(&mark) && mark.result().format == 8 &&
                             mark.result().data.size() <= kMaxMarkBytes &&
-                            mark.result().data.trimmed() != "secret";
-    if (isHarmless)
+                            isHarmlessMark(mark.result().data);
+    const bool isMissing = !m_isOfferKnown && !isComplete(&mark);
+    if (isHarmless || isMissing)
         return askForContents();
     m_plan = {};
     finish();
@@ -313,9 +314,8 @@ void X11SelectionReader::finish()
 {
     Copy copy = makeCopy();
     const bool isWorthTelling = m_isOfferKnown || copy.snapshot.string;
-    if (!m_isOvertaken)
-        m_pace.gave(hashOf(copy), m_lastProgress);
-    end();
+    m_pace.noteGiven(fingerprintOf(copy));
+    cancel();
     if (onRead && isWorthTelling)
         onRead(std::move(copy));
 }
@@ -336,7 +336,7 @@ X11SelectionReader::Copy X11SelectionReader::makeCopy() const
             copy.snapshot.rtf = data;
         else if (wish.type == PasteboardType::kFileUrl)
             copy.snapshot.fileUrls = UriList::parse(data);
-        if (wish.type == PasteboardType::kImage) {
+        else if (wish.type == PasteboardType::kImage) {
             copy.picture = data;
             copy.pictureTarget = wish.target;
         }
@@ -375,6 +375,8 @@ std::optional<X11SelectionReader::TimePoint> X11SelectionReader::deadline() cons
     std::optional<TimePoint> earliest;
     if (m_stage != Stage::Idle)
         earliest = readingDeadline();
+    if (const auto nudge = nudgeTime())
+        earliest = std::min(*earliest, *nudge);
     if (!m_abandoned.empty() && (!earliest || m_abandoned.front().end < *earliest))
         earliest = m_abandoned.front().end;
     return earliest;
@@ -388,22 +390,41 @@ X11SelectionReader::TimePoint X11SelectionReader::readingDeadline() const
     return std::min<TimePoint>(m_lastProgress + kSilence, m_startedAt + kPatience + bonus);
 }
 
+/// Absent if that was done often enough, or there is nobody to be woken.
+std::optional<X11SelectionReader::TimePoint> X11SelectionReader::nudgeTime() const
+{
+    if (!isReading() || m_nudgesLeft == 0)
+        return std::nullopt;
+    return std::max(m_lastProgress, m_lastNudge) + kNudgeAfter;
+}
+
+/// The answer is thrown away, like that of a transfer given up.
+void X11SelectionReader::nudgeOwner(TimePoint now)
+{
+    --m_nudgesLeft;
+    m_lastNudge = now;
+    m_abandoned.push_back({ask(u"TARGETS")->releaseWindow(), now + kAbandonedLife});
+}
+
 void X11SelectionReader::expire(TimePoint now)
 {
     while (!m_abandoned.empty() && m_abandoned.front().end <= now) {
         m_connection.destroyWindow(m_abandoned.front().window);
         m_abandoned.erase(m_abandoned.begin());
     }
-    if (m_stage == Stage::Idle || now < readingDeadline())
+    if (m_stage == Stage::Idle)
+        return;
+    if (nudgeTime() && *nudgeTime() <= now)
+        nudgeOwner(now);
+    if (now < readingDeadline())
         return;
     if (m_stage == Stage::Pause)
         return begin(now);
-    m_lastProgress = now;
     if (m_stage == Stage::Mark) {
         m_plan = {};
         finish();
     } else {
-        giveUp();
+        ownerEnded();
     }
 }
 

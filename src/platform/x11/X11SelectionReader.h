@@ -29,9 +29,9 @@ public:
     explicit X11SelectionReader(X11SelectionConnection &connection);
     ~X11SelectionReader();
 
-    /// Reads what the new owner offers. A reading that still runs is given up, but for an owner
-    /// that takes the selection again and again while it is asked: that is read to the end, and
-    /// then once more. False if the reading begins later.
+    /// Reads what the new owner offers; a reading that still runs is given up. An owner that takes
+    /// the selection again and again because it is asked is asked later, and in the end no more.
+    /// False if no reading has begun.
     bool start(const X11Event::OwnerChanged &event, TimePoint now);
 
     /// The owner will answer no more: what has come is what there is.
@@ -39,7 +39,8 @@ public:
 
     void cancel();
 
-    bool isReading() const { return m_stage != Stage::Idle; }
+    /// Somebody is being asked at the moment.
+    bool isReading() const { return m_stage != Stage::Idle && m_stage != Stage::Pause; }
 
     /// False if the event belongs to somebody else.
     bool handle(const X11Event::ConversionAnswered &event, TimePoint now);
@@ -79,7 +80,6 @@ private:
         TimePoint end;
     };
 
-    bool isAsking() const { return m_stage != Stage::Idle && m_stage != Stage::Pause; }
     void begin(TimePoint now);
     void pause(TimePoint now);
     template <typename Event>
@@ -95,25 +95,25 @@ private:
     bool isAnswered(const Wish &wish) const;
     bool isAbandoned(X11Window window) const;
     std::unique_ptr<X11IncomingTransfer> ask(QStringView target);
-    void giveUp();
-    void end();
     void finish();
     Copy makeCopy() const;
     QString typeName(const X11Property &property) const;
     Utf8Text textOf(const X11Property &property) const;
     qint64 receivedBytes() const;
     TimePoint readingDeadline() const;
+    std::optional<TimePoint> nudgeTime() const;
+    void nudgeOwner(TimePoint now);
     void abandonTransfers();
 
     X11SelectionConnection &m_connection;
     Stage m_stage = Stage::Idle;
     SelectionPace m_pace;
-    X11Time m_latestTime = 0;   ///< Since when the selection has its owner.
-    X11Time m_ownedSince = 0;   ///< The same for what is being read; earlier if it was overtaken.
-    bool m_isOvertaken = false; ///< The owner took the selection anew while it is read to the end.
+    X11Time m_ownedSince = 0; ///< Since when the selection has its owner.
     TimePoint m_pauseEnd;
     TimePoint m_startedAt;
     TimePoint m_lastProgress;
+    TimePoint m_lastNudge;
+    int m_nudgesLeft = 0; ///< In this reading.
     qint64 m_byteLimit; ///< For all of one copy.
     SelectionPlan m_plan;
     bool m_isOfferKnown = false; ///< Otherwise the plan is a guess.

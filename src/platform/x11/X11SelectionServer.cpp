@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -23,6 +24,12 @@ constexpr qsizetype kMaxPairs = 256;
 bool isBefore(X11Time time, X11Time since)
 {
     return static_cast<qint32>(time - since) < 0;
+}
+
+bool isAscii(const QByteArray &utf8)
+{
+    return std::all_of(utf8.begin(), utf8.end(),
+                       [](char byte) { return static_cast<signed char>(byte) >= 0; });
 }
 
 /// Whether valid \a utf8 has no character above U+00FF.
@@ -122,13 +129,13 @@ bool X11SelectionServer::takePrimary(X11Time time)
     return true;
 }
 
-void X11SelectionServer::takeOver(const PasteboardContents &contents, X11Time time)
+void X11SelectionServer::takeOver(const PasteboardContents &contents, X11Time since)
 {
     const X11Atom clipboard = m_connection.atom(u"CLIPBOARD");
-    if (!m_connection.takeOwnerless(clipboard, m_window, time))
+    if (!m_connection.takeOwnerless(clipboard, m_window, since))
         return; // Another program was quicker, and its copy counts.
     forget(clipboard);
-    m_ownerships.push_back({clipboard, time, makeForms(contents)});
+    m_ownerships.push_back({clipboard, since, makeForms(contents)});
 }
 
 std::optional<PasteboardContents>
@@ -153,8 +160,13 @@ std::shared_ptr<const std::vector<X11SelectionServer::Form>>
 X11SelectionServer::makeForms(const PasteboardContents &contents)
 {
     auto forms = std::make_shared<std::vector<Form>>();
-    for (const PasteboardContents::Entry &entry : contents.entries)
-        addForms(*forms, contents, entry);
+    bool hasFiles = false;
+    for (const PasteboardContents::Entry &entry : contents.entries) {
+        // The first file stands for all of them.
+        const bool isFile = entry.type == PasteboardType::kFileUrl;
+        if (!isFile || !std::exchange(hasFiles, true))
+            addForms(*forms, contents, entry);
+    }
     for (const PasteboardContents::Entry &entry : contents.entries)
         addPng(*forms, entry);
     return forms;
@@ -175,10 +187,10 @@ void X11SelectionServer::addForms(std::vector<Form> &forms, const PasteboardCont
     if (entry.type != PasteboardType::kString)
         return;
     addForm(forms, u"TEXT", u"UTF8_STRING", entry.data);
-    if (isLatin1Representable(entry.data)) {
+    if (isAscii(entry.data))
         addForm(forms, u"STRING", u"STRING", entry.data);
-        forms.back().isLatin1 = true;
-    }
+    else if (isLatin1Representable(entry.data))
+        addForm(forms, u"STRING", u"STRING", QString::fromUtf8(entry.data).toLatin1());
 }
 
 void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, QStringView type,
@@ -187,7 +199,7 @@ void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, Q
     const X11Atom atom = m_connection.atom(target);
     const auto isThere = [atom](const Form &form) { return form.target == atom; };
     if (std::none_of(forms.begin(), forms.end(), isThere))
-        forms.push_back({atom, m_connection.atom(type), data, false, nullptr});
+        forms.push_back({atom, m_connection.atom(type), data, nullptr});
 }
 
 /// Many programs paste no picture but a PNG.
@@ -234,8 +246,9 @@ void X11SelectionServer::handle(const X11Event::ConversionRequested &request, Ti
     // Programs of an older time leave the property to us; the target's name is the custom.
     const X11Atom property = request.property != 0 ? request.property : request.target;
     const Ownership *ownership = find(request.selection);
-    const bool isOurs =
-        ownership != nullptr && (request.time == 0 || !isBefore(request.time, ownership->since));
+    // Nobody but a program that means harm names a window of ours, which is watched in its own way.
+    const bool isOurs = ownership != nullptr && !m_connection.isOwnWindow(request.requestor) &&
+                        (request.time == 0 || !isBefore(request.time, ownership->since));
     if (isOurs && hasToWait(*ownership, request))
         return;
     const bool isMultiple = request.target == m_connection.atom(u"MULTIPLE");
@@ -337,8 +350,7 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
     });
     if (form.png && form.png->data.isEmpty())
         return false;
-    const QByteArray &stored = form.png ? form.png->data : form.data;
-    const QByteArray data = form.isLatin1 ? QString::fromUtf8(stored).toLatin1() : stored;
+    const QByteArray &data = form.png ? form.png->data : form.data;
     if (data.size() <= m_pieceBytes) {
         m_connection.setProperty(requestor, property, form.type, data);
         return true;

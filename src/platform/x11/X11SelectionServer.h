@@ -34,8 +34,10 @@ public:
     /// CLIPBOARD is not ours any more, or somebody else is quicker.
     void alsoOwnPrimary(std::function<void(bool isOwned)> onDone);
 
-    /// Takes CLIPBOARD for \a contents if nobody owns it, as of \a time, when its last owner ended.
-    void takeOver(const PasteboardContents &contents, X11Time time);
+    /// Takes CLIPBOARD for \a contents if nobody owns it, with the time \a since which its last
+    /// owner had it: with a later one the server would refuse programs that copy with the time of
+    /// an earlier key press.
+    void takeOver(const PasteboardContents &contents, X11Time since);
 
     bool isOurs(X11Window owner) const { return owner == m_window; }
 
@@ -76,7 +78,6 @@ private:
         X11Atom target = 0;
         X11Atom type = 0;
         QByteArray data;              ///< Shared with all forms of the same content.
-        bool isLatin1 = false;        ///< The data are UTF-8 and go out as Latin-1.
         std::shared_ptr<LazyPng> png; ///< Shared with the work under way.
     };
 

@@ -34,7 +34,7 @@ void AppDelegate::applicationDidFinishLaunching()
     connect(&m_with.hotkeySettings, &HotkeySettingsManager::hotkeySettingsChanged, this,
             &AppDelegate::hotkeySettingsChanged);
     connect(&m_with.languages, &LanguageManager::languageChanged, this,
-            &AppDelegate::languageChanged);
+            &AppDelegate::refreshTexts);
     printLine(u"Tessarine fully initialized"_s);
 }
 
@@ -116,7 +116,7 @@ void AppDelegate::refreshMenuTitles()
     m_quitMenuItem->setText(localized(u"menu.quit"_s, u"Quit Tessarine"_s));
 }
 
-void AppDelegate::languageChanged()
+void AppDelegate::refreshTexts()
 {
     refreshMenuTitles();
     if (m_searchWindow)

@@ -56,7 +56,7 @@ private:
     void setupStatusItem();
     void setupHotkey();
     void refreshMenuTitles();
-    void languageChanged();
+    void refreshTexts();
     void hotkeySettingsChanged(const HotkeySettings &settings);
     void handleNewItem(const ClipboardItem &item);
     void refreshWindow();

@@ -9,7 +9,7 @@ class UserDefaults;
 
 enum class AppLanguage
 {
-    System, ///< The first of the person's languages in which there is a table.
+    System, ///< English or Chinese, whichever the person prefers; English if neither.
     English,
     Chinese
 };

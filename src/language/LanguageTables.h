@@ -23,7 +23,8 @@ public:
     {
     }
 
-    /// Null if there is no such table, or it cannot be read. A table is read once.
+    /// Null if there is no such table, or it cannot be read. A table is read once. What is returned
+    /// is valid until the next call.
     const Table *find(const QString &name);
 
 private:

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Texts are looked up in every room of the program, and a person reads one language at a time.
+/// Global, because texts are looked up in every room, and a person reads one language at a time.
 LanguageManager *installedManager = nullptr;
 
 QString written(const QVariant &value)

@@ -786,6 +786,8 @@ private slots:
             << QList<QUrl>{existing, QUrl::fromLocalFile(u"/no/such/file"_s)};
         QTest::newRow("no file") << QList<QUrl>{existing, QUrl(u"https://example.com"_s)};
         QTest::newRow("of another machine") << QList<QUrl>{QUrl(u"file://server/"_s)};
+        QTest::newRow("one whose path has a zero")
+            << QList<QUrl>{QUrl::fromEncoded("file:///etc/passwd%00.png")};
         QTest::newRow("an empty list") << QList<QUrl>{};
     }
 

@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 """Nothing is taken of what is copied while an ignored application has the focus."""
 import json
+import os
 
 from case import DesktopTest, main
-from clients import FeatherPad, Mousepad
+from clients import FeatherPad, Mousepad, read_by_xclip
 from waiting import wait_until
 
 IDENTIFIER = "org.xfce.mousepad"
@@ -53,6 +54,19 @@ class IgnoredAppTest(DesktopTest):
             other.select_and_copy()
             self.program.wait_for_text(OTHER_TEXT)
         self.assertEqual([OTHER_TEXT], self.program.texts())
+
+    def test_its_copy_goes_with_it(self):
+        self.start(IDENTIFIER)
+        with self.ignored_editor() as editor:
+            editor.select_and_copy()
+            self.program.wait_for_line(NOTICE)
+            editor.process.kill()
+            editor.process.wait(10)
+        # Who is answered knows that the end of the editor was dealt with before.
+        client = os.path.join(os.path.dirname(os.path.abspath(__file__)), "leaving_client.py")
+        self.assertEqual(b"refused\n", self.desktop.run("/usr/bin/python3", "-B", client, "save"))
+        self.assertEqual(b"", read_by_xclip(self.desktop))
+        self.assertEqual([], self.program.rows())
 
     # What counts is who had the focus when the copy was made
 

@@ -121,7 +121,10 @@ class KeptAliveTest(DesktopTest):
         # It may have been the keeper, and then the other one takes over.
         self.wait_for_clipboard(b"for both")
         for each in (self.program, other):
-            self.assertEqual(["for both"], each.texts())
+            # A copy that comes again replaces its entry, in two steps.
+            wait_until(lambda: each.texts() == ["for both"], lambda: f"one entry; {each.texts()}")
+            captured = each.output().count("New clipboard item")
+            self.assertLessEqual(captured, 3, "they copy from each other")
 
 
 if __name__ == "__main__":

@@ -76,10 +76,10 @@ QByteArray askToSave()
 }
 
 /// A pasteboard that is allowed to keep whatever it reads, unless told otherwise.
-class Pasteboards
+class PermittingPasteboard
 {
 public:
-    explicit Pasteboards(const ImageCodec &codec)
+    explicit PermittingPasteboard(const ImageCodec &codec)
         : pasteboard(codec)
     {
         pasteboard.onChanged = [this] {
@@ -135,21 +135,21 @@ private slots:
     void anExchangeWithNewContentEnds();
 
 private:
-    X11Pasteboard &pasteboard() { return m_pasteboards->pasteboard; }
+    X11Pasteboard &pasteboard() { return m_permitting->pasteboard; }
     void waitForChange(quint64 changeCount);
 
     QtImageCodec m_codec;
-    std::unique_ptr<Pasteboards> m_pasteboards;
+    std::unique_ptr<PermittingPasteboard> m_permitting;
 };
 
 void X11KeepAliveTest::init()
 {
-    m_pasteboards = std::make_unique<Pasteboards>(m_codec);
+    m_permitting = std::make_unique<PermittingPasteboard>(m_codec);
 }
 
 void X11KeepAliveTest::cleanup()
 {
-    m_pasteboards.reset();
+    m_permitting.reset();
 }
 
 /// Returns when the main thread has seen it as well.
@@ -245,7 +245,7 @@ void X11KeepAliveTest::takingOverIsNoChange()
 
 void X11KeepAliveTest::permissionMayComeAfterTheEnd()
 {
-    m_pasteboards->isAllowed = false;
+    m_permitting->isAllowed = false;
     auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=kept"_s});
     waitForChange(1);
     owner.reset();
@@ -256,7 +256,7 @@ void X11KeepAliveTest::permissionMayComeAfterTheEnd()
 
 void X11KeepAliveTest::nothingIsKeptWithoutPermission()
 {
-    m_pasteboards->isAllowed = false;
+    m_permitting->isAllowed = false;
     auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=gone"_s});
     waitForChange(1);
     owner.reset();
@@ -267,7 +267,7 @@ void X11KeepAliveTest::nothingIsKeptWithoutPermission()
 
 void X11KeepAliveTest::whatIsDiscardedIsNotKept()
 {
-    m_pasteboards->isAllowed = false;
+    m_permitting->isAllowed = false;
     auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=gone"_s});
     waitForChange(1);
     const PasteboardSnapshot snapshot = pasteboard().snapshot();
@@ -382,12 +382,12 @@ void X11KeepAliveTest::whoHandsOverASecretIsRefused()
 
 void X11KeepAliveTest::anotherManagerIsLeftAloneUntilItEnds()
 {
-    m_pasteboards.reset();
+    m_permitting.reset();
     auto manager = std::make_unique<LeavingClient>(QStringList{u"manage"_s});
     QTRY_COMPARE(manager->lineCount(), 1);
     const QByteArray window = clientSays(u"whose"_s);
     QVERIFY(manager->hasSaid(window));
-    m_pasteboards = std::make_unique<Pasteboards>(m_codec);
+    m_permitting = std::make_unique<PermittingPasteboard>(m_codec);
     const ForeignOwner owner(u"honest"_s, {u"UTF8_STRING:=kept"_s});
     waitForChange(1);
     QCOMPARE(clientSays(u"whose"_s), window);
@@ -397,7 +397,7 @@ void X11KeepAliveTest::anotherManagerIsLeftAloneUntilItEnds()
 
 void X11KeepAliveTest::oneOfTwoTakesOver()
 {
-    Pasteboards other(m_codec);
+    PermittingPasteboard other(m_codec);
     auto owner = std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"UTF8_STRING:=kept"_s});
     waitForChange(1);
     QTRY_COMPARE(other.pasteboard.changeCount(), quint64(1));

@@ -24,4 +24,10 @@ constexpr bool isHexadecimalDigit(char byte)
     return isDigit(byte) || (isLetter(byte) && valueOfDigit(byte) < 16);
 }
 
+/// Whether a "<" before it begins markup, and is not just a sign in the text.
+constexpr bool startsMarkup(char byte)
+{
+    return isLetter(byte) || byte == '/' || byte == '!' || byte == '?';
+}
+
 } // namespace AsciiBytes

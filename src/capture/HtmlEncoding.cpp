@@ -134,17 +134,12 @@ const char *declaredCharset(QByteArrayView html)
     return nullptr;
 }
 
-bool isTagStart(char byte)
-{
-    return AsciiBytes::isLetter(byte) || byte == '/' || byte == '!' || byte == '?';
-}
-
 /// Whether a tag in UTF-16 begins at \a position, \a high being the index of a unit's high byte.
 bool isUtf16Tag(QByteArrayView html, qsizetype position, qsizetype high)
 {
     return position + 4 <= html.size() && html[position + high] == '\0' &&
            html[position + 1 - high] == '<' && html[position + 2 + high] == '\0' &&
-           isTagStart(html[position + 3 - high]);
+           AsciiBytes::startsMarkup(html[position + 3 - high]);
 }
 
 /// Whether more than half of the bytes at \a parity are zero, as the high bytes of Western text in

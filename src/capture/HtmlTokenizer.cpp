@@ -33,9 +33,7 @@ HtmlTokenizer::Token HtmlTokenizer::next()
             return Token::Text;
         }
         const char following = m_position + 1 < m_html.size() ? m_html[m_position + 1] : '\0';
-        const bool isMarkup =
-            isLetter(following) || following == '/' || following == '!' || following == '?';
-        if (!isMarkup) {
+        if (!AsciiBytes::startsMarkup(following)) {
             m_text = m_html.sliced(m_position++, 1);
             return Token::Text;
         }

@@ -39,7 +39,16 @@ std::size_t fingerprintOf(const PasteboardContents &contents)
 
 void X11KeepAlive::setCopy(quint64 notice, const X11SelectionReader::Copy &copy)
 {
-    m_copy = Kept{notice, contentsOf(copy), false, std::nullopt};
+    m_copy = Kept{notice, copy, false, std::nullopt};
+}
+
+bool X11KeepAlive::hasCopy() const
+{
+    if (!m_copy)
+        return false;
+    const PasteboardSnapshot &snapshot = m_copy->copy.snapshot;
+    return snapshot.string || snapshot.html || snapshot.rtf || !m_copy->copy.picture.isEmpty() ||
+           !snapshot.fileUrls.value_or(QList<QUrl>()).isEmpty();
 }
 
 void X11KeepAlive::allow(quint64 notice, TimePoint now)
@@ -69,6 +78,7 @@ void X11KeepAlive::takeOverIfDue(TimePoint now)
     if (!m_copy->isAllowed || !m_copy->endedOwnerSince)
         return;
     const Kept kept = *std::exchange(m_copy, std::nullopt);
-    if (!kept.contents.isEmpty() && m_limit.beginRound(fingerprintOf(kept.contents), now))
-        m_server.takeOver(kept.contents, *kept.endedOwnerSince);
+    const PasteboardContents contents = contentsOf(kept.copy);
+    if (!contents.isEmpty() && m_limit.beginRound(fingerprintOf(contents), now))
+        m_server.takeOver(contents, *kept.endedOwnerSince);
 }

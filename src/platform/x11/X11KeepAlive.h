@@ -26,7 +26,7 @@ public:
     void setCopy(quint64 notice, const X11SelectionReader::Copy &copy);
 
     /// Whether there is something that could be taken over, if it is allowed.
-    bool hasCopy() const { return m_copy && !m_copy->contents.isEmpty(); }
+    bool hasCopy() const;
 
     void allow(quint64 notice, TimePoint now);
     void discard(quint64 notice);
@@ -39,7 +39,7 @@ private:
     struct Kept
     {
         quint64 notice = 0;
-        PasteboardContents contents;
+        X11SelectionReader::Copy copy;
         bool isAllowed = false;
         std::optional<X11Time> endedOwnerSince;
     };

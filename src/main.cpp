@@ -58,9 +58,9 @@ int fail(const char *reason)
 }
 
 /// Hands over to the process that runs already.
-int activateOther(SingleInstance &instance)
+int activateOther(SingleInstance &instance, const QString &launchToken)
 {
-    if (instance.activateFirst()) {
+    if (instance.activateFirst(launchToken)) {
         printLine(u"Tessarine is already running; its window was asked to show"_s);
         return EXIT_SUCCESS;
     }
@@ -126,7 +126,10 @@ int runApplication(Application &application, SingleInstance &instance)
                               return makeHistoryWindow(windowCollaborators, items);
                           }});
 
-    instance.onActivated = [&delegate] { delegate.applicationDidBecomeActive(); };
+    instance.onActivated = [&](const QString &activationToken) {
+        platform->workspace().noteUserAction(activationToken);
+        delegate.applicationDidBecomeActive();
+    };
     // Not quit(), which asks every window first.
     const TerminationSignals termination([] { QCoreApplication::exit(); });
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
@@ -145,13 +148,15 @@ int launch(int argc, char *argv[])
     // In a session with Wayland Qt might draw there, and the rest of the program is on X11.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
+    // Qt takes it out of the environment.
+    const QString launchToken = qEnvironmentVariable("DESKTOP_STARTUP_ID");
     QApplication::setApplicationName(u"tessarine"_s);
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argc, argv);
 
     DBusSingleInstance instance;
     if (instance.claim() == SingleInstance::Role::Second)
-        return activateOther(instance);
+        return activateOther(instance, launchToken);
     return runApplication(application, instance);
 }
 

@@ -78,7 +78,7 @@ void AppDelegate::showHistoryWindow()
 void AppDelegate::setupStatusItem()
 {
     printLine(u"Setting up menu bar..."_s);
-    const bool isInTray = m_statusItem.create();
+    const bool isInTray = m_trayIcon.create();
     if (isInTray) {
         printLine(u"Status item created successfully"_s);
         printLine(u"Status item button exists"_s);
@@ -87,9 +87,9 @@ void AppDelegate::setupStatusItem()
     } else {
         printLine(u"ERROR: Failed to create status item!"_s);
     }
-    connect(&m_statusItem, &StatusItem::clicked, this, &AppDelegate::toggleHistoryWindow);
+    connect(&m_trayIcon, &TrayIcon::clicked, this, &AppDelegate::toggleHistoryWindow);
 
-    QMenu &menu = m_statusItem.menu();
+    QMenu &menu = m_trayIcon.menu();
     m_showMenuItem = menu.addAction(QString(), this, &AppDelegate::showHistoryWindow);
     menu.addSeparator();
     m_quitMenuItem = menu.addAction(QString(), qApp, [] { QCoreApplication::exit(); });

@@ -2,7 +2,7 @@
 
 #include "app/HotkeyManager.h"
 #include "app/PastePipeline.h"
-#include "app/StatusItem.h"
+#include "app/TrayIcon.h"
 #include "core/ClipboardItemManager.h"
 #include "window/ClipboardSearchWindowProtocol.h"
 
@@ -65,7 +65,7 @@ private:
     void dropWindow();
 
     Collaborators m_with;
-    StatusItem m_statusItem;
+    TrayIcon m_trayIcon;
     QAction *m_showMenuItem = nullptr; ///< Belongs to the menu.
     QAction *m_quitMenuItem = nullptr; ///< Belongs to the menu.
     std::unique_ptr<HotkeyManager> m_hotkeyManager;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 /// Sees to it that the program runs once for each person and session. Main thread only.
@@ -17,8 +19,9 @@ public:
     virtual Role claim() = 0;
 
     /// Asks the first process to show itself. False if it did not answer in time.
-    [[nodiscard]] virtual bool activateFirst() = 0;
+    /// \a activationToken is what the launcher gave this process along; it may be empty.
+    [[nodiscard]] virtual bool activateFirst(const QString &activationToken) = 0;
 
-    /// Called in the first process when a second one was started.
-    std::function<void()> onActivated;
+    /// Called in the first process when a second one was started, with that one's token.
+    std::function<void(const QString &activationToken)> onActivated;
 };

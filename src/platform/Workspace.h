@@ -40,6 +40,11 @@ public:
     /// that it may take the focus.
     virtual void prepareOwnWindow(QWindow *window) = 0;
 
+    /// To be called when the person has just asked for something outside the program's windows, in
+    /// a launcher or a tray, before a window is shown for it: the desktop will let it take the
+    /// focus. \a activationToken is what the launcher gave along; it may be empty.
+    virtual void noteUserAction(const QString &activationToken) = 0;
+
     /// The name of an installed program by its identifier; absent if there is no such program.
     virtual std::optional<QString> applicationName(const QString &bundleIdentifier) const = 0;
 

@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QStringList>
 
 /// A desktop of programs that a test names.
 class FakeWorkspace : public Workspace
@@ -19,6 +20,7 @@ public:
     void activate(const RunningApplication &application) override { activated.append(application); }
     void activateOwnWindow(QWindow *) override { ++ownActivationCount; }
     void prepareOwnWindow(QWindow *) override {}
+    void noteUserAction(const QString &token) override { activationTokens.append(token); }
 
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override
     {
@@ -36,6 +38,7 @@ public:
     std::optional<RunningApplication> frontmost;
     QList<RunningApplication> activated;
     QHash<QString, QString> names;
+    QStringList activationTokens; ///< Of all user actions.
     int ownActivationCount = 0;
     mutable int nameLookupCount = 0;
 };

@@ -18,7 +18,7 @@ int runAsAnotherProcess()
     const SingleInstance::Role role = instance.claim();
     std::printf("role %d\n", int(role));
     if (role == SingleInstance::Role::Second)
-        std::printf("answered %d\n", int(instance.activateFirst()));
+        std::printf("answered %d\n", int(instance.activateFirst({})));
     return EXIT_SUCCESS;
 }
 
@@ -58,7 +58,7 @@ void DBusSingleInstanceTest::secondStartActivatesTheFirst()
 {
     DBusSingleInstance first;
     int activationCount = 0;
-    first.onActivated = [&activationCount] { ++activationCount; };
+    first.onActivated = [&activationCount](const QString &) { ++activationCount; };
     QCOMPARE(first.claim(), SingleInstance::Role::First);
 
     for (int start = 1; start <= 2; ++start) {

@@ -34,10 +34,10 @@ public:
     }
 
 public slots:
-    void Activate() // The name is the bus's.
+    void Activate(const QString &activationToken) // The name is the bus's.
     {
         if (m_owner.onActivated)
-            m_owner.onActivated();
+            m_owner.onActivated(activationToken);
     }
 
 private:
@@ -77,14 +77,15 @@ SingleInstance::Role DBusSingleInstance::claim()
     return answer == kPrimaryOwner || answer == kAlreadyOwner ? Role::First : Role::Second;
 }
 
-bool DBusSingleInstance::activateFirst()
+bool DBusSingleInstance::activateFirst(const QString &activationToken)
 {
     std::optional<QDBusConnection> bus = findSessionBus();
     if (!bus)
         return false;
 
-    const QDBusMessage call =
+    QDBusMessage call =
         QDBusMessage::createMethodCall(kServiceName, kObjectPath, kInterfaceName, u"Activate"_s);
+    call << activationToken;
     const QDBusMessage reply = bus->call(call, QDBus::Block, kAnswerTimeoutMilliseconds);
     return reply.type() == QDBusMessage::ReplyMessage;
 }

@@ -12,7 +12,7 @@ public:
     ~DBusSingleInstance() override;
 
     Role claim() override;
-    [[nodiscard]] bool activateFirst() override;
+    [[nodiscard]] bool activateFirst(const QString &activationToken) override;
 
 private:
     class Object;

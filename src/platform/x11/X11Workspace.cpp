@@ -130,6 +130,16 @@ void X11Workspace::prepareOwnWindow(QWindow *window)
                         XCB_ATOM_CARDINAL, 32, 1, &time);
 }
 
+void X11Workspace::noteUserAction(const QString &activationToken)
+{
+    // The time stands at the token's end (startup-notification).
+    constexpr QStringView kTimeMark = u"_TIME";
+    const qsizetype mark = activationToken.lastIndexOf(kTimeMark);
+    const quint32 time = QStringView(activationToken).mid(mark + kTimeMark.size()).toUInt();
+    if (mark >= 0 && time != 0)
+        m_connection.noteUserTime(time);
+}
+
 void X11Workspace::activateOwnWindow(QWindow *window)
 {
     xcb_connection_t *xcb = qtConnection();

@@ -18,6 +18,7 @@ public:
     void activate(const RunningApplication &application) override;
     void activateOwnWindow(QWindow *window) override;
     void prepareOwnWindow(QWindow *window) override;
+    void noteUserAction(const QString &activationToken) override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
 
 private:

@@ -9,13 +9,13 @@ class QMenu;
 class QSystemTrayIcon;
 
 /// The program's icon in the desktop's tray, with its menu. Main thread only.
-class StatusItem : public QObject
+class TrayIcon : public QObject
 {
     Q_OBJECT
 
 public:
-    StatusItem();
-    ~StatusItem() override;
+    TrayIcon();
+    ~TrayIcon() override;
 
     /// Puts the icon into the tray. False if this desktop has no tray now; the icon still appears
     /// should a tray come later.

@@ -1,4 +1,4 @@
-#include "app/StatusItem.h"
+#include "app/TrayIcon.h"
 
 #include "appearance/SymbolImage.h"
 
@@ -31,13 +31,13 @@ QIcon trayIcon()
 
 } // namespace
 
-StatusItem::StatusItem() : m_menu(std::make_unique<QMenu>())
+TrayIcon::TrayIcon() : m_menu(std::make_unique<QMenu>())
 {
 }
 
-StatusItem::~StatusItem() = default;
+TrayIcon::~TrayIcon() = default;
 
-bool StatusItem::create()
+bool TrayIcon::create()
 {
     m_icon = std::make_unique<QSystemTrayIcon>(trayIcon());
     m_icon->setToolTip(u"Tessarine"_s);

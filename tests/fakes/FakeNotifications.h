@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/Notifications.h"
+
+#include <QList>
+
+#include <utility>
+
+/// Remembers what it was to show.
+class FakeNotifications : public Notifications
+{
+public:
+    void show(const QString &title, const QString &text) override { shown.append({title, text}); }
+
+    QList<std::pair<QString, QString>> shown; ///< Title and text.
+};

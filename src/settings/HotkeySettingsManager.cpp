@@ -105,6 +105,12 @@ const QStringList &HotkeySettingsManager::availableKeys()
     return keys;
 }
 
+const QStringList &HotkeySettingsManager::keyNames()
+{
+    static const QStringList names = availableKeys() + QStringList{u"Backspace"_s, u"Esc"_s};
+    return names;
+}
+
 HotkeySettings HotkeySettingsManager::loadSettings() const
 {
     const auto json = m_defaults.data(kHotkeySettingsKey);

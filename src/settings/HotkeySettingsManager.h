@@ -21,6 +21,9 @@ public:
     /// The keys that can be picked by name, in the order of the picker.
     static const QStringList &availableKeys();
 
+    /// The names of all keys that can be stored: those, and the two that only a few people want.
+    static const QStringList &keyNames();
+
     /// The stored combination, or the default if there is none that can be read.
     HotkeySettings loadSettings() const;
 

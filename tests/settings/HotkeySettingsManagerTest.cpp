@@ -117,6 +117,14 @@ private slots:
         }
     }
 
+    void theNamesOfAllKeysGoOnWithTheTwoLast()
+    {
+        const QStringList &names = HotkeySettingsManager::keyNames();
+        QCOMPARE(names.size(), 52);
+        QCOMPARE(names.first(50), HotkeySettingsManager::availableKeys());
+        QCOMPARE(names.last(2), (QStringList{u"Backspace"_s, u"Esc"_s}));
+    }
+
     void keysBesideTheTableAreRefused_data()
     {
         QTest::addColumn<QString>("name");

@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <functional>
+#include <optional>
 
 /// The key combination that reaches us whatever application has the focus. Main thread only.
 class GlobalHotkey
@@ -17,6 +18,10 @@ public:
 
     /// Gives the combination back; does nothing if none is in force.
     virtual void release() = 0;
+
+    /// The code with which a key of this keyboard can be asked for; absent if there is none.
+    /// \a nativeKey is the desktop's number of the key, as in QKeyEvent::nativeScanCode().
+    virtual std::optional<quint32> findKeyCode(quint32 nativeKey) = 0;
 
     /// Called once for each press, not on auto-repeat.
     std::function<void()> onPressed;

@@ -2,6 +2,7 @@
 
 #include "platform/GlobalHotkey.h"
 
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -18,6 +19,13 @@ public:
 
     void release() override { assigned.reset(); }
 
+    std::optional<quint32> findKeyCode(quint32 nativeKey) override
+    {
+        const auto key = keyCodes.find(nativeKey);
+        return key == keyCodes.end() ? std::nullopt : std::optional(key->second);
+    }
+
     int refusal = 0; ///< What assign() answers.
     std::optional<std::pair<quint32, quint32>> assigned;
+    std::map<quint32, quint32> keyCodes; ///< By native key.
 };

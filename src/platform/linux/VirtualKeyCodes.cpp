@@ -43,3 +43,8 @@ std::optional<VirtualKey> findVirtualKey(quint32 code)
         return std::nullopt;
     return *key;
 }
+
+std::span<const VirtualKey> virtualKeys()
+{
+    return kVirtualKeys;
+}

@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <optional>
+#include <span>
 
 /// What a stored virtual key code means on a Linux keyboard.
 struct VirtualKey
@@ -16,3 +17,6 @@ struct VirtualKey
 
 /// Absent for codes that no key combination can hold: unknown ones and modifiers alone.
 std::optional<VirtualKey> findVirtualKey(quint32 code);
+
+/// All of them, in the order of their codes.
+std::span<const VirtualKey> virtualKeys();

@@ -84,6 +84,15 @@ void X11GlobalHotkey::release()
     ungrab();
 }
 
+std::optional<quint32> X11GlobalHotkey::findKeyCode(quint32 nativeKey)
+{
+    for (const VirtualKey &key : virtualKeys()) {
+        if (findKey(key) == nativeKey)
+            return key.code;
+    }
+    return std::nullopt;
+}
+
 std::optional<X11GlobalHotkey::Grab> X11GlobalHotkey::findGrab(const Combination &combination)
 {
     const std::optional<VirtualKey> virtualKey = findVirtualKey(combination.keyCode);

@@ -20,6 +20,7 @@ public:
 
     [[nodiscard]] int assign(quint32 keyCode, quint32 modifiers) override;
     void release() override;
+    std::optional<quint32> findKeyCode(quint32 nativeKey) override;
 
 private:
     /// What is grabbed: a key with one set of modifiers, and that set with each state of the locks.

@@ -1,5 +1,8 @@
 #include "appearance/SystemColors.h"
 
+#include <QGuiApplication>
+#include <QPalette>
+
 namespace {
 
 constexpr qreal kSecondaryOnSelection = 0.7;
@@ -84,6 +87,14 @@ SystemColors systemColors(ColorScheme scheme)
     static const SystemColors light = lightColors();
     static const SystemColors dark = darkColors();
     return scheme == ColorScheme::Dark ? dark : light;
+}
+
+ColorScheme desktopColorScheme(std::optional<bool> prefersDark)
+{
+    constexpr int kMiddleLightness = 128;
+    const QColor window = QGuiApplication::palette().color(QPalette::Window);
+    const bool isDark = prefersDark.value_or(window.lightness() < kMiddleLightness);
+    return isDark ? ColorScheme::Dark : ColorScheme::Light;
 }
 
 QColor withAlpha(QColor color, qreal alpha)

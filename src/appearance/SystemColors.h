@@ -2,6 +2,8 @@
 
 #include <QColor>
 
+#include <optional>
+
 enum class ColorScheme { Light, Dark };
 
 /// The colours that views draw with, by their names. A view never writes a colour value itself.
@@ -41,6 +43,9 @@ struct SystemColors
 inline constexpr qreal kSeparatorAlpha = 0.35;
 
 SystemColors systemColors(ColorScheme scheme);
+
+/// What the person prefers; where the desktop does not tell, what its own windows look like.
+ColorScheme desktopColorScheme(std::optional<bool> prefersDark);
 
 /// \a color with its alpha multiplied by \a alpha.
 QColor withAlpha(QColor color, qreal alpha);

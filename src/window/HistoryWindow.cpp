@@ -24,13 +24,6 @@ constexpr auto kFadeDuration = 160ms;
 const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
 const QString kShowsPinButtonKey = u"ClipboardSearchWindowShowsPinButton"_s;
 
-bool isDark(const DesktopAppearance &appearance)
-{
-    constexpr int kMiddleLightness = 128;
-    const QColor window = QGuiApplication::palette().color(QPalette::Window);
-    return appearance.prefersDark().value_or(window.lightness() < kMiddleLightness);
-}
-
 } // namespace
 
 HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
@@ -111,8 +104,8 @@ void HistoryWindow::refreshLanguage()
 
 void HistoryWindow::refreshAppearance()
 {
-    m_panel.setColors(systemColors(isDark(m_collaborators.appearance) ? ColorScheme::Dark
-                                                                      : ColorScheme::Light));
+    const auto scheme = desktopColorScheme(m_collaborators.appearance.prefersDark());
+    m_panel.setColors(systemColors(scheme));
 }
 
 void HistoryWindow::refreshPinButtonVisibility()

@@ -1,0 +1,43 @@
+#include "appearance/MenuLook.h"
+
+#include "appearance/InterfaceFont.h"
+#include "appearance/MenuFrame.h"
+#include "appearance/MenuStyle.h"
+
+#include <QApplication>
+#include <QMenu>
+
+namespace {
+
+MenuStyle &ensureStyle(QMenu &menu)
+{
+    if (auto *style = qobject_cast<MenuStyle *>(menu.style()))
+        return *style;
+    auto *style = new MenuStyle;
+    style->setParent(&menu); // A widget does not own its style.
+    menu.setStyle(style);
+    new MenuFrame(menu);
+    return *style;
+}
+
+} // namespace
+
+void applyMenuLook(QMenu &menu, const MenuLook &look)
+{
+    // Some desktops ask for menus that roll down; ours are there at once.
+    QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);
+    QApplication::setEffectEnabled(Qt::UI_FadeMenu, false);
+
+    ensureStyle(menu).setLook(look);
+    menu.setFont(interfaceFont(MenuStyle::kTitleSize));
+    menu.setAttribute(Qt::WA_TranslucentBackground, look.isTranslucent);
+    // With other flags the window is made anew, which it must be to become translucent.
+    menu.setWindowFlag(Qt::FramelessWindowHint);
+    menu.setWindowFlag(Qt::NoDropShadowWindowHint, look.isTranslucent);
+    if (look.isTranslucent)
+        menu.clearMask();
+    for (const QAction *action : menu.actions()) {
+        if (QMenu *submenu = action->menu())
+            applyMenuLook(*submenu, look);
+    }
+}

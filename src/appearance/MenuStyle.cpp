@@ -1,0 +1,286 @@
+#include "appearance/MenuStyle.h"
+
+#include "appearance/InterfaceFont.h"
+#include "appearance/SymbolImage.h"
+
+#include <QBitmap>
+#include <QPainter>
+#include <QStyleOption>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qreal kRadius = 12;
+constexpr qreal kPlainRadius = 8;
+constexpr int kPadding = 5;
+constexpr int kItemHeight = 28;
+constexpr qreal kItemRadius = 7;
+constexpr int kTextInset = 8; // Within the item, at both ends.
+constexpr int kSeparatorHeight = 11;
+constexpr int kShortcutSize = 12;
+constexpr int kShortcutGap = 24;
+constexpr int kCheckColumn = 14;
+constexpr int kCheckGap = 4;
+constexpr int kCheckSize = 11;
+constexpr int kChevronSize = 10;
+constexpr int kChevronWidth = 8;
+constexpr int kScrollerHeight = 16;
+constexpr qreal kDisabledAlpha = 0.55;
+constexpr qreal kDarkShadow = 0.5;
+
+/// The title as it is read: the marks of access keys are for keyboards that have them.
+QString withoutMnemonics(const QString &title)
+{
+    QString text;
+    for (qsizetype i = 0; i < title.size(); ++i) {
+        if (title[i] == u'&' && i + 1 < title.size())
+            ++i;
+        text += title[i];
+    }
+    return text;
+}
+
+struct ItemTexts
+{
+    QString title;
+    QString shortcut;
+};
+
+ItemTexts textsOf(const QStyleOptionMenuItem &option)
+{
+    const qsizetype tab = option.text.indexOf(u'\t');
+    if (tab < 0)
+        return {withoutMnemonics(option.text), {}};
+    return {withoutMnemonics(option.text.left(tab)), option.text.mid(tab + 1)};
+}
+
+int widthOf(const QString &text, int pixelSize)
+{
+    return int(std::ceil(QFontMetricsF(interfaceFont(pixelSize)).horizontalAdvance(text)));
+}
+
+int checkColumn(const QStyleOptionMenuItem &option)
+{
+    return option.menuHasCheckableItems ? kCheckColumn + kCheckGap : 0;
+}
+
+/// What is left of a window whose corners are cut, since nothing below it can shine through.
+QRegion plainShape(const QSize &size)
+{
+    QBitmap bitmap(size);
+    bitmap.fill(Qt::color0);
+    QPainter painter(&bitmap);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRect(QPoint(), size), kPlainRadius, kPlainRadius);
+    painter.end();
+    return QRegion(bitmap);
+}
+
+} // namespace
+
+MenuStyle::MenuStyle()
+    : QProxyStyle(u"fusion"_s)
+{
+}
+
+void MenuStyle::setLook(const MenuLook &look)
+{
+    if (look == m_look)
+        return;
+    m_look = look;
+    m_colors = systemColors(look.scheme);
+    m_shadow = {};
+}
+
+QMargins MenuStyle::room() const
+{
+    return m_look.isTranslucent ? shadow().margins() : QMargins();
+}
+
+void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                              QPainter *painter, const QWidget *widget) const
+{
+    if (element == PE_FrameMenu)
+        return;
+    if (element != PE_PanelMenu || !widget) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    painter->save();
+    if (m_look.isTranslucent)
+        drawFloatingCard(*painter, widget->rect().marginsRemoved(widget->contentsMargins()));
+    else
+        drawPlainCard(*painter, widget->rect());
+    painter->restore();
+}
+
+void MenuStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                            const QWidget *widget) const
+{
+    const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    if (element == CE_MenuItem && item)
+        drawItem(*painter, *item);
+    else if (element == CE_MenuScroller)
+        drawScroller(*painter, *option);
+    else if (element != CE_MenuEmptyArea)
+        QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int MenuStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
+                           const QWidget *widget) const
+{
+    switch (metric) {
+    case PM_MenuPanelWidth:
+    case PM_MenuDesktopFrameWidth: return 0;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin: return kPadding;
+    case PM_MenuScrollerHeight: return kScrollerHeight;
+    case PM_SubMenuOverlap: return kPadding + kSubmenuGap;
+    default: return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+QSize MenuStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                                  const QWidget *widget) const
+{
+    const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    if (type != CT_MenuItem || !item)
+        return QProxyStyle::sizeFromContents(type, option, size, widget);
+    if (item->menuItemType == QStyleOptionMenuItem::Separator)
+        return {2 * kTextInset, kSeparatorHeight};
+    // The menu itself adds the widest shortcut to what is returned, in the font of the titles.
+    int width = 2 * kTextInset + checkColumn(*item) + widthOf(textsOf(*item).title, kTitleSize);
+    if (item->reservedShortcutWidth > 0)
+        width += kShortcutGap;
+    else if (item->menuItemType == QStyleOptionMenuItem::SubMenu)
+        width += kShortcutGap + kChevronWidth;
+    return {width, kItemHeight};
+}
+
+int MenuStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                         QStyleHintReturn *returnData) const
+{
+    switch (hint) {
+    case SH_Menu_Mask:
+        if (auto *mask = qstyleoption_cast<QStyleHintReturnMask *>(returnData);
+            mask && !m_look.isTranslucent) {
+            mask->region = plainShape(option->rect.size());
+            return 1;
+        }
+        return 0;
+    case SH_Menu_Scrollable:
+    case SH_Menu_MouseTracking:
+    case SH_Menu_SloppySubMenus: return 1;
+    case SH_Menu_FlashTriggeredItem:
+    case SH_Menu_FadeOutOnHide: return 0;
+    default: return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+}
+
+/// The corners are cut by the window's shape, which knows no half pixels.
+void MenuStyle::drawPlainCard(QPainter &painter, const QRect &card) const
+{
+    painter.fillRect(card, m_colors.raisedSurfaceColor);
+    painter.fillRect(card, m_colors.controlLineColor);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_colors.raisedSurfaceColor);
+    painter.drawRoundedRect(card.adjusted(1, 1, -1, -1), kPlainRadius - 1, kPlainRadius - 1);
+}
+
+void MenuStyle::drawFloatingCard(QPainter &painter, const QRect &card) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawShadow(painter, card);
+    const QRectF outline = QRectF(card).adjusted(0.5, 0.5, -0.5, -0.5);
+    // A dark line stands beside a light card, where it darkens what is below; a light line lies on
+    // a dark card.
+    const qreal inset = m_look.scheme == ColorScheme::Light ? 0.5 : -0.5;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_colors.raisedSurfaceColor);
+    painter.drawRoundedRect(outline.adjusted(inset, inset, -inset, -inset), kRadius - inset,
+                            kRadius - inset);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(m_colors.controlLineColor);
+    painter.drawRoundedRect(outline, kRadius, kRadius);
+}
+
+void MenuStyle::drawShadow(QPainter &painter, const QRect &card) const
+{
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    const QMargins room = this->room();
+    const QSize size = (QSizeF(card.size().grownBy(room)) * ratio).toSize();
+    if (m_shadow.size() != size)
+        m_shadow = QPixmap::fromImage(shadowImage(shadow(), card.size(), ratio));
+    painter.drawPixmap(card.topLeft() - QPoint(room.left(), room.top()), m_shadow);
+}
+
+SoftShadow MenuStyle::shadow() const
+{
+    SoftShadow shadow;
+    if (m_look.scheme == ColorScheme::Dark)
+        shadow.strength = kDarkShadow;
+    return shadow;
+}
+
+void MenuStyle::drawItem(QPainter &painter, const QStyleOptionMenuItem &option) const
+{
+    painter.save();
+    if (option.menuItemType == QStyleOptionMenuItem::Separator) {
+        const QRect line(option.rect.x() + kTextInset, option.rect.y() + kSeparatorHeight / 2,
+                         option.rect.width() - 2 * kTextInset, 1);
+        painter.fillRect(line, withAlpha(m_colors.separatorColor, kSeparatorAlpha));
+        painter.restore();
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool isEnabled = option.state & State_Enabled;
+    const bool isSelected = isEnabled && (option.state & State_Selected);
+    if (isSelected) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(m_colors.selectionColor);
+        painter.drawRoundedRect(option.rect, kItemRadius, kItemRadius);
+    }
+    if (!isEnabled)
+        painter.setOpacity(kDisabledAlpha);
+    drawTexts(painter, option, isSelected ? m_colors.onSelection() : m_colors);
+    painter.restore();
+}
+
+void MenuStyle::drawTexts(QPainter &painter, const QStyleOptionMenuItem &option,
+                          const SystemColors &colors) const
+{
+    const ItemTexts texts = textsOf(option);
+    const QRect inner = option.rect.adjusted(kTextInset, 0, -kTextInset, 0);
+    if (option.checked) {
+        const QRect column(inner.x(), inner.y(), kCheckColumn, inner.height());
+        drawSymbol(painter, column, {u"checkmark"_s, kCheckSize, SymbolWeight::Semibold},
+                   colors.labelColor);
+    }
+    painter.setFont(interfaceFont(kTitleSize));
+    painter.setPen(colors.labelColor);
+    drawTextLine(painter, inner.adjusted(checkColumn(option), 0, 0, 0), texts.title);
+    if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
+        const QRect end(inner.right() + 1 - kChevronWidth, inner.y(), kChevronWidth,
+                        inner.height());
+        drawSymbol(painter, end, {u"chevron.forward"_s, kChevronSize, SymbolWeight::Semibold},
+                   colors.secondaryLabelColor);
+    }
+    if (!texts.shortcut.isEmpty()) {
+        painter.setFont(interfaceFont(kShortcutSize));
+        painter.setPen(colors.tertiaryLabelColor);
+        drawTextLine(painter, inner, texts.shortcut, Qt::AlignRight);
+    }
+}
+
+void MenuStyle::drawScroller(QPainter &painter, const QStyleOption &option) const
+{
+    const bool isDown = option.state & State_DownArrow;
+    drawSymbol(painter, option.rect,
+               {isDown ? u"chevron.down"_s : u"chevron.up"_s, kChevronSize, SymbolWeight::Semibold},
+               m_colors.secondaryLabelColor);
+}

@@ -2,6 +2,7 @@
 
 #include "platform/Scheduler.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -41,6 +42,15 @@ public:
     }
 
     std::chrono::milliseconds now() const { return m_now; }
+
+    /// How much work there is still to do.
+    int pendingCount() const
+    {
+        return int(std::ranges::count_if(m_entries, [](const std::weak_ptr<Entry> &weak) {
+            const auto entry = weak.lock();
+            return entry && !entry->isDone;
+        }));
+    }
 
 private:
     struct Entry

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/ScopedFileLease.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
@@ -111,9 +112,10 @@ int runApplication(Application &application, SingleInstance &instance)
     HotkeySettingsManager hotkeySettings(defaults);
     ClipboardMonitor monitor(platform->pasteboard(), scheduler, clock, itemManager,
                              privacySettings, fileReferences);
+    ScopedFileLease fileLease(fileReferences, scheduler, clock, defaults);
     PastePipeline pastePipeline(platform->pasteboard(), platform->workspace(),
                                 platform->pasteKeystroke(), scheduler, monitor, itemManager,
-                                defaults, codec);
+                                defaults, codec, fileLease);
     ApplicationNames applicationNames(platform->workspace());
     const HistoryWindowCollaborators windowCollaborators{
         platform->workspace(), platform->pointerMonitor(), platform->appearance(),

@@ -1,17 +1,10 @@
 #include "app/PastePipeline.h"
 
+#include "app/ScopedFileLease.h"
 #include "capture/ClipboardMonitor.h"
-#include "core/ClipboardItemManager.h"
-#include "core/PasteboardWriting.h"
-#include "foundation/FilePath.h"
 #include "foundation/TaggedLog.h"
-#include "platform/ImageCodec.h"
 #include "platform/PasteKeystroke.h"
 #include "platform/Scheduler.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -21,25 +14,8 @@ namespace {
 constexpr auto kPasteRefocusDelay = 250ms;
 constexpr auto kPasteKeystrokeDelay = 150ms;
 constexpr auto kPasteFinishDelay = 200ms;
+constexpr auto kPasteLeaseReleaseDelay = 350ms;
 constexpr auto kInternalCopyPauseDuration = 600ms;
-
-std::optional<QByteArray> readFile(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return file.readAll();
-}
-
-/// A format without a type of its own goes out as TIFF, its bytes unchanged.
-QStringView typeForExtension(const QString &extension)
-{
-    if (extension == u"jpg" || extension == u"jpeg")
-        return PasteboardType::kJpeg;
-    if (extension == u"png")
-        return PasteboardType::kPng;
-    return PasteboardType::kTiff;
-}
 
 QString nameOrUnknown(const RunningApplication &application)
 {
@@ -51,15 +27,15 @@ QString nameOrUnknown(const RunningApplication &application)
 PastePipeline::PastePipeline(Pasteboard &pasteboard, Workspace &workspace,
                              PasteKeystroke &keystroke, Scheduler &scheduler,
                              ClipboardMonitor &monitor, ClipboardItemManager &itemManager,
-                             const UserDefaults &defaults, const ImageCodec &codec)
-    : m_pasteboard(pasteboard)
-    , m_workspace(workspace)
+                             const UserDefaults &defaults, const ImageCodec &codec,
+                             ScopedFileLease &fileLease)
+    : m_workspace(workspace)
     , m_keystroke(keystroke)
     , m_scheduler(scheduler)
     , m_monitor(monitor)
-    , m_itemManager(itemManager)
     , m_defaults(defaults)
-    , m_codec(codec)
+    , m_fileLease(fileLease)
+    , m_writer(pasteboard, itemManager, fileLease, codec, defaults)
 {
 }
 
@@ -67,17 +43,19 @@ PastePipeline::~PastePipeline() = default;
 
 void PastePipeline::pasteItem(const ClipboardItem &item)
 {
+    m_fileLease.releaseActiveScopedFileURLIfNeeded(u"normal"_s);
     m_isPasting = true;
     m_monitor.setPaused(true);
     logDragPaste(m_defaults, [&] {
         return u"pasteItem start type=%1 id=%2"_s.arg(rawValue(item.contentType),
                                                       uuidString(item.id));
     });
-    m_pasteboard.write(contentsOf(item));
+    m_writer.write(item);
     printLine(u"Item copied to clipboard"_s);
+    const Run run{m_previouslyActiveApp, item.contentType == ClipboardContentType::File};
     if (onHideWindow)
         onHideWindow();
-    later(kPasteRefocusDelay, [this, target = m_previouslyActiveApp] { refocus(target); });
+    later(kPasteRefocusDelay, [this, run] { refocus(run); });
 }
 
 void PastePipeline::internalCopyWillWrite()
@@ -87,130 +65,33 @@ void PastePipeline::internalCopyWillWrite()
     later(kInternalCopyPauseDuration, [this] { m_monitor.setPaused(false); });
 }
 
-PasteboardContents PastePipeline::contentsOf(const ClipboardItem &item) const
+void PastePipeline::applicationWillTerminate()
 {
-    switch (item.contentType) {
-    case ClipboardContentType::Text:
-    case ClipboardContentType::Url: return textFamilyContents(item);
-    case ClipboardContentType::Image: return imageContents(item);
-    case ClipboardContentType::File: return fileContents(item);
-    case ClipboardContentType::Mixed: return {};
-    }
-    return {};
+    m_fileLease.releaseActiveScopedFileURLIfNeeded(u"app terminate"_s);
 }
 
-PasteboardContents PastePipeline::imageContents(const ClipboardItem &item) const
+void PastePipeline::refocus(const Run &run)
 {
-    PasteboardContents contents;
-    auto entry = imageOfFile(item);
-    if (!entry)
-        entry = item.imageRepresentation ? imageInMemory(*item.imageRepresentation)
-                                         : imageOfReloadedFile(item);
-    if (entry) {
-        contents.entries.append(std::move(*entry));
-        return contents;
-    }
-    logDragPaste(m_defaults, [&] {
-        return u"writeImageToPasteboard exhausted all sources for id=%1"_s.arg(uuidString(item.id));
-    });
-    printLine(u"Failed to restore image data from history item"_s);
-    logDragPaste(m_defaults, [] {
-        return u"pasteItem image failed to write to NSPasteboard"_s;
-    });
-    return contents;
-}
-
-std::optional<PasteboardContents::Entry>
-PastePipeline::imageOfFile(const ClipboardItem &item) const
-{
-    if (!item.imageFileName)
-        return std::nullopt;
-    const QString &name = *item.imageFileName;
-    auto bytes = readFile(QDir(m_itemManager.imagesDirectory()).filePath(name));
-    if (!bytes) {
-        logDragPaste(m_defaults, [&] {
-            return u"writeImageToPasteboard failed reading file name=%1"_s.arg(name);
-        });
-        return std::nullopt;
-    }
-    const QString extension = QFileInfo(name).suffix().toLower();
-    const QStringView type = typeForExtension(extension);
-    logDragPaste(m_defaults, [&] {
-        return u"writeImageToPasteboard from file name=%1 ext=%2 bytes=%3 type=%4"_s
-            .arg(name, extension)
-            .arg(bytes->size())
-            .arg(type);
-    });
-    return PasteboardContents::Entry{type.toString(), std::move(*bytes)};
-}
-
-PasteboardContents::Entry PastePipeline::imageInMemory(const QByteArray &representation) const
-{
-    auto image = m_codec.tiffFromPicture(representation);
-    QByteArray bytes = image ? std::move(image->tiff) : representation;
-    logDragPaste(m_defaults, [&] {
-        const QString source = image ? u"from in-memory imageRepresentation -> tiff"_s
-                                     : u"fallback raw imageRepresentation"_s;
-        return u"writeImageToPasteboard %1 bytes=%2"_s.arg(source).arg(bytes.size());
-    });
-    return {PasteboardType::kTiff.toString(), std::move(bytes)};
-}
-
-/// A file that could not be read may be readable a moment later: it is on its way back from
-/// somebody's edit, or on a disk that had to wake up.
-std::optional<PasteboardContents::Entry>
-PastePipeline::imageOfReloadedFile(const ClipboardItem &item) const
-{
-    if (!item.imageFileName)
-        return std::nullopt;
-    const auto file = readFile(QDir(m_itemManager.imagesDirectory()).filePath(*item.imageFileName));
-    auto image = file ? m_codec.tiffFromPicture(*file) : std::nullopt;
-    if (!image)
-        return std::nullopt;
-    logDragPaste(m_defaults, [&] {
-        return u"writeImageToPasteboard fallback loadImage() -> tiff bytes=%1"_s.arg(
-            image->tiff.size());
-    });
-    return PasteboardContents::Entry{PasteboardType::kTiff.toString(), std::move(image->tiff)};
-}
-
-PasteboardContents PastePipeline::fileContents(const ClipboardItem &item) const
-{
-    PasteboardContents contents;
-    if (const auto resolved = m_itemManager.resolveFileURL(item)) {
-        m_itemManager.refreshStaleBookmark(item, resolved->url, resolved->isStale);
-        contents.add(PasteboardType::kFileUrl, resolved->url.toEncoded());
-        // Nothing of ours is open for the program that reads the file.
-        logDragPaste(m_defaults, [&] {
-            return u"pasteItem file writeObjects resolved url=%1 stale=%2 accessing=false"_s.arg(
-                FilePath::of(resolved->url), resolved->isStale ? u"true"_s : u"false"_s);
-        });
-        return contents;
-    }
-    if (!item.filePath)
-        return contents;
-    contents.add(PasteboardType::kFileUrl, FilePath::toUrl(*item.filePath).toEncoded());
-    logDragPaste(m_defaults, [&] {
-        return u"pasteItem file writeObjects fallback path=%1"_s.arg(*item.filePath);
-    });
-    return contents;
-}
-
-void PastePipeline::refocus(const std::optional<RunningApplication> &target)
-{
-    if (!target) {
+    if (!run.target) {
+        if (run.isFileItem)
+            m_fileLease.releaseActiveScopedFileURLIfNeeded(u"no previous app for paste"_s);
         finishPaste(0ms);
         return;
     }
-    printLine(u"Activating previous app: "_s + nameOrUnknown(*target));
-    m_workspace.activate(*target);
-    m_keystroke.prepare(*target);
-    later(kPasteKeystrokeDelay, [this] { sendKeystroke(); });
+    printLine(u"Activating previous app: "_s + nameOrUnknown(*run.target));
+    m_workspace.activate(*run.target);
+    m_keystroke.prepare(*run.target);
+    later(kPasteKeystrokeDelay, [this, run] { sendKeystroke(run); });
 }
 
-void PastePipeline::sendKeystroke()
+void PastePipeline::sendKeystroke(const Run &run)
 {
-    finishPaste(simulatePasteKeystroke() ? kPasteFinishDelay : 0ms);
+    const bool isPosted = simulatePasteKeystroke();
+    if (run.isFileItem && isPosted)
+        m_fileLease.scheduleScopedFileURLRelease(u"paste event posted"_s, kPasteLeaseReleaseDelay);
+    else if (run.isFileItem)
+        m_fileLease.releaseActiveScopedFileURLIfNeeded(u"paste event not posted"_s);
+    finishPaste(isPosted ? kPasteFinishDelay : 0ms);
 }
 
 bool PastePipeline::simulatePasteKeystroke()

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "core/ClipboardItem.h"
-#include "platform/Pasteboard.h"
+#include "app/PasteboardItemWriter.h"
 #include "platform/Workspace.h"
 
 #include <chrono>
@@ -9,12 +8,9 @@
 #include <memory>
 #include <optional>
 
-class ClipboardItemManager;
 class ClipboardMonitor;
-class ImageCodec;
 class PasteKeystroke;
 class Scheduler;
-class UserDefaults;
 
 /// Brings an entry of the history into the program that the person came from: writes it to the
 /// pasteboard, hides the window, gives the focus back and types the paste command, on a fixed
@@ -29,7 +25,7 @@ public:
     PastePipeline(Pasteboard &pasteboard, Workspace &workspace, PasteKeystroke &keystroke,
                   Scheduler &scheduler, ClipboardMonitor &monitor,
                   ClipboardItemManager &itemManager, const UserDefaults &defaults,
-                  const ImageCodec &codec);
+                  const ImageCodec &codec, ScopedFileLease &fileLease);
     ~PastePipeline();
     PastePipeline(const PastePipeline &) = delete;
     PastePipeline &operator=(const PastePipeline &) = delete;
@@ -49,30 +45,33 @@ public:
     /// To be called just before this program writes to the pasteboard without pasting.
     void internalCopyWillWrite();
 
+    /// To be called first of all when the program ends.
+    void applicationWillTerminate();
+
     /// Hides the history window.
     std::function<void()> onHideWindow;
 
 private:
-    PasteboardContents contentsOf(const ClipboardItem &item) const;
-    PasteboardContents imageContents(const ClipboardItem &item) const;
-    std::optional<PasteboardContents::Entry> imageOfFile(const ClipboardItem &item) const;
-    PasteboardContents::Entry imageInMemory(const QByteArray &representation) const;
-    std::optional<PasteboardContents::Entry> imageOfReloadedFile(const ClipboardItem &item) const;
-    PasteboardContents fileContents(const ClipboardItem &item) const;
-    void refocus(const std::optional<RunningApplication> &target);
-    void sendKeystroke();
+    /// What a run keeps from its start.
+    struct Run
+    {
+        std::optional<RunningApplication> target;
+        bool isFileItem = false;
+    };
+
+    void refocus(const Run &run);
+    void sendKeystroke(const Run &run);
     bool simulatePasteKeystroke();
     void finishPaste(std::chrono::milliseconds delay);
     void later(std::chrono::milliseconds delay, std::function<void()> step);
 
-    Pasteboard &m_pasteboard;
     Workspace &m_workspace;
     PasteKeystroke &m_keystroke;
     Scheduler &m_scheduler;
     ClipboardMonitor &m_monitor;
-    ClipboardItemManager &m_itemManager;
     const UserDefaults &m_defaults;
-    const ImageCodec &m_codec;
+    ScopedFileLease &m_fileLease;
+    PasteboardItemWriter m_writer;
     std::optional<RunningApplication> m_previouslyActiveApp;
     bool m_isPasting = false;
     /// Steps that are still to come look at it: once it is gone, so is the pipeline.

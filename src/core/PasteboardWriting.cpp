@@ -4,27 +4,39 @@
 
 namespace {
 
-void addIfReadable(PasteboardContents &contents, QStringView type,
-                   const std::optional<LazyBytes> &representation)
+bool write(PasteboardContents &pasteboard, QStringView type,
+           const std::optional<LazyBytes> &representation)
 {
-    if (auto bytes = representation ? representation->read() : std::nullopt)
-        contents.add(type, *std::move(bytes));
+    if (!representation)
+        return true;
+    auto bytes = representation->read();
+    if (bytes)
+        pasteboard.add(type, *std::move(bytes));
+    return bytes.has_value();
+}
+
+bool writeText(const ClipboardItem &item, PasteboardContents &pasteboard)
+{
+    if (!item.stringValue)
+        return true;
+    const auto text = item.stringValue->read();
+    if (!text)
+        return false;
+    pasteboard.add(PasteboardType::kString, *text);
+    if (item.contentType != ClipboardContentType::Url)
+        return true;
+    const QUrl url(decodedUtf8(*text), QUrl::StrictMode);
+    if (url.isValid())
+        pasteboard.add(PasteboardType::kUrl, url.toEncoded());
+    return true;
 }
 
 } // namespace
 
-PasteboardContents textFamilyContents(const ClipboardItem &item)
+bool writeTextFamilyToPasteboard(const ClipboardItem &item, PasteboardContents &pasteboard)
 {
-    PasteboardContents contents;
-    const auto text = item.stringValue ? item.stringValue->read() : std::nullopt;
-    if (text)
-        contents.add(PasteboardType::kString, *text);
-    if (text && item.contentType == ClipboardContentType::Url) {
-        const QUrl url(decodedUtf8(*text), QUrl::StrictMode);
-        if (url.isValid())
-            contents.add(PasteboardType::kUrl, url.toEncoded());
-    }
-    addIfReadable(contents, PasteboardType::kHtml, item.htmlRepresentation);
-    addIfReadable(contents, PasteboardType::kRtf, item.rtfRepresentation);
-    return contents;
+    const bool hasText = writeText(item, pasteboard);
+    const bool hasHtml = write(pasteboard, PasteboardType::kHtml, item.htmlRepresentation);
+    const bool hasRtf = write(pasteboard, PasteboardType::kRtf, item.rtfRepresentation);
+    return hasText && hasHtml && hasRtf;
 }

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/PastePipeline.h"
+#include "app/ScopedFileLease.h"
 #include "language/LanguageManager.h"
 #include "settings/HotkeySettingsManager.h"
 #include "tests/fakes/CaptureFixture.h"
@@ -110,6 +111,7 @@ private:
     std::unique_ptr<FakeGlobalHotkey> m_hotkey;
     std::unique_ptr<HotkeySettingsManager> m_hotkeySettings;
     std::unique_ptr<LanguageManager> m_languages;
+    std::unique_ptr<ScopedFileLease> m_fileLease;
     std::unique_ptr<PastePipeline> m_pipeline;
     std::unique_ptr<AppDelegate> m_delegate;
     FakeWindow::State m_window;
@@ -125,9 +127,11 @@ void AppDelegateTest::init()
     m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
     m_languages = std::make_unique<LanguageManager>(*m_defaults);
     m_languages->install();
+    m_fileLease = std::make_unique<ScopedFileLease>(m_files->references, *m_scheduler, *m_clock,
+                                                    *m_defaults);
     m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
                                                  *m_scheduler, *m_monitor, *m_manager,
-                                                 *m_defaults, *m_codec);
+                                                 *m_defaults, *m_codec, *m_fileLease);
     m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_languages, *m_hotkey,
         *m_workspace,
@@ -145,6 +149,7 @@ void AppDelegateTest::cleanup()
 {
     m_delegate.reset();
     m_pipeline.reset();
+    m_fileLease.reset();
     m_languages.reset();
     tearDownCapture();
 }

@@ -1,4 +1,5 @@
 #include "app/PastePipeline.h"
+#include "app/ScopedFileLease.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
@@ -126,6 +127,7 @@ struct FileRoundTripTest::Run
                   ImageStorage(data.filePath(u"images"_s), codec, defaults, clock), references,
                   defaults, clock)
         , monitor(pasteboard, scheduler, clock, manager, privacy, references)
+        , fileLease(references, scheduler, clock, defaults)
     {
         monitor.startMonitoring();
     }
@@ -152,8 +154,9 @@ struct FileRoundTripTest::Run
     FakeImageCodec codec;
     ClipboardItemManager manager;
     ClipboardMonitor monitor;
-    PastePipeline pipeline{pasteboard, workspace, keystroke, scheduler,
-                           monitor,    manager,   defaults,  codec};
+    ScopedFileLease fileLease;
+    PastePipeline pipeline{pasteboard, workspace, keystroke, scheduler, monitor,
+                           manager,    defaults,  codec,     fileLease};
 };
 
 void FileRoundTripTest::init()

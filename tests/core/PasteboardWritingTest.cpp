@@ -1,5 +1,7 @@
 #include "core/PasteboardWriting.h"
 
+#include "tests/fakes/CountingSource.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +26,7 @@ private slots:
     void plainTextIsOneEntry()
     {
         const auto contents
-            = textFamilyContents(textItem(ClipboardContentType::Text, u"Grüße\n"_s));
+            = contentsOf(textItem(ClipboardContentType::Text, u"Grüße\n"_s));
         QCOMPARE(contents.entries,
                  QList({entry(PasteboardType::kString, "Gr\xc3\xbc\xc3\x9f""e\n"_ba)}));
     }
@@ -34,7 +36,7 @@ private slots:
         ClipboardItem item = textItem(ClipboardContentType::Text, u"a"_s);
         item.htmlRepresentation = "\xff\xfe<\0b\0>\0"_ba;
         item.rtfRepresentation = "{\\rtf1 a"_ba;
-        QCOMPARE(textFamilyContents(item).entries,
+        QCOMPARE(contentsOf(item).entries,
                  QList({entry(PasteboardType::kString, "a"_ba),
                         entry(PasteboardType::kHtml, item.htmlRepresentation->bytes()),
                         entry(PasteboardType::kRtf, item.rtfRepresentation->bytes())}));
@@ -44,14 +46,14 @@ private slots:
     {
         ClipboardItem item = textItem(ClipboardContentType::Url, std::nullopt);
         item.htmlRepresentation = "<b>a</b>"_ba;
-        QCOMPARE(textFamilyContents(item).entries,
+        QCOMPARE(contentsOf(item).entries,
                  QList({entry(PasteboardType::kHtml, item.htmlRepresentation->bytes())}));
     }
 
     void aLinkIsOfferedAsUrlToo()
     {
         const QByteArray address = "https://example.com/a?b=c%20d#e"_ba;
-        const auto contents = textFamilyContents(
+        const auto contents = contentsOf(
             textItem(ClipboardContentType::Url, QString::fromUtf8(address)));
         QCOMPARE(contents.entries, QList({entry(PasteboardType::kString, address),
                                           entry(PasteboardType::kUrl, address)}));
@@ -69,23 +71,44 @@ private slots:
     void aLinkThatIsNoUrlIsOnlyText()
     {
         QFETCH(QString, text);
-        QCOMPARE(textFamilyContents(textItem(ClipboardContentType::Url, text)).entries,
+        QCOMPARE(contentsOf(textItem(ClipboardContentType::Url, text)).entries,
                  QList({entry(PasteboardType::kString, text.toUtf8())}));
     }
 
     void aTextThatLooksLikeALinkIsNoUrl()
     {
-        const auto contents = textFamilyContents(
+        const auto contents = contentsOf(
             textItem(ClipboardContentType::Text, u"https://example.com"_s));
         QCOMPARE(contents.entries.size(), 1);
     }
 
     void nothingMakesNothing()
     {
-        QVERIFY(textFamilyContents(textItem(ClipboardContentType::Text, std::nullopt)).isEmpty());
+        QVERIFY(contentsOf(textItem(ClipboardContentType::Text, std::nullopt)).isEmpty());
+    }
+
+    void whatCannotBeReadBackIsLeftOut()
+    {
+        ClipboardItem item = textItem(ClipboardContentType::Url, std::nullopt);
+        item.stringValue
+            = Utf8Text::elsewhere("https://example.com/" + QByteArray(Utf8Text::kLongText, 'a'),
+                                  std::make_shared<CountingSource>(std::nullopt));
+        item.htmlRepresentation = "<b>a</b>"_ba;
+        PasteboardContents contents;
+        QVERIFY(!writeTextFamilyToPasteboard(item, contents));
+        QCOMPARE(contents.entries,
+                 QList({entry(PasteboardType::kHtml, item.htmlRepresentation->bytes())}));
     }
 
 private:
+    static PasteboardContents contentsOf(const ClipboardItem &item)
+    {
+        PasteboardContents contents;
+        if (!writeTextFamilyToPasteboard(item, contents))
+            qFatal("The history cannot read the entry back.");
+        return contents;
+    }
+
     static PasteboardContents::Entry entry(QStringView type, const QByteArray &data)
     {
         return {type.toString(), data};

@@ -35,22 +35,26 @@ void HotkeyManager::installEventHandler()
 void HotkeyManager::registerHotkey(const HotkeySettings &settings)
 {
     unregisterHotkey();
+    m_hotkey.onAssignedLater = [this, settings] { noteRegistered(settings); };
     const int status = m_hotkey.assign(settings.keyCode, settings.modifiers);
-    m_isRegistered = status == 0;
-    if (m_isRegistered) {
-        printLine(u"Hotkey registered successfully: keyCode=%1, modifiers=%2"_s
-                      .arg(settings.keyCode)
-                      .arg(settings.modifiers));
-    } else {
+    if (status == 0)
+        noteRegistered(settings);
+    else
         printLine(u"Failed to register hotkey: %1"_s.arg(status));
-    }
+}
+
+void HotkeyManager::noteRegistered(const HotkeySettings &settings)
+{
+    m_isRegistered = true;
+    printLine(u"Hotkey registered successfully: keyCode=%1, modifiers=%2"_s.arg(settings.keyCode)
+                  .arg(settings.modifiers));
 }
 
 void HotkeyManager::unregisterHotkey()
 {
-    if (!m_isRegistered)
-        return;
+    // What was refused is wanted no longer either.
+    m_hotkey.onAssignedLater = nullptr;
     m_hotkey.release();
-    m_isRegistered = false;
-    printLine(u"Hotkey unregistered"_s);
+    if (std::exchange(m_isRegistered, false))
+        printLine(u"Hotkey unregistered"_s);
 }

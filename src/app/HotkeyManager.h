@@ -19,11 +19,15 @@ public:
     void installEventHandler();
 
     /// Gives up the combination that is in force and asks for \a settings. If that is refused no
-    /// combination is in force.
+    /// combination is in force, until the one that is refused becomes free.
     void registerHotkey(const HotkeySettings &settings);
+
+    /// Whether a combination is in force.
+    bool isRegistered() const { return m_isRegistered; }
 
 private:
     void unregisterHotkey();
+    void noteRegistered(const HotkeySettings &settings);
 
     GlobalHotkey &m_hotkey;
     std::function<void()> m_callback;

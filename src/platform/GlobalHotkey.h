@@ -13,15 +13,19 @@ public:
 
     /// Asks for the combination. \a keyCode and \a modifiers are the stored numbers (see
     /// HotkeySettings). Returns 0, or the desktop's error number if it was refused; then no
-    /// combination is in force. An earlier combination must have been released.
+    /// combination is in force, and it is asked for again when something on the desktop has
+    /// changed. An earlier combination must have been released.
     [[nodiscard]] virtual int assign(quint32 keyCode, quint32 modifiers) = 0;
 
-    /// Gives the combination back; does nothing if none is in force.
+    /// Gives the combination back, or the wish for it; does nothing without one.
     virtual void release() = 0;
 
     /// The code with which a key of this keyboard can be asked for; absent if there is none.
     /// \a nativeKey is the desktop's number of the key, as in QKeyEvent::nativeScanCode().
     virtual std::optional<quint32> findKeyCode(quint32 nativeKey) = 0;
+
+    /// Called when a combination that was refused has come into force.
+    std::function<void()> onAssignedLater;
 
     /// Called once for each press, not on auto-repeat.
     std::function<void()> onPressed;

@@ -84,6 +84,30 @@ private slots:
                               u"Hotkey registered successfully: keyCode=9, modifiers=2048"_s}));
     }
 
+    void aRefusedCombinationMayComeIntoForceLater()
+    {
+        m_hotkey->refusal = 10;
+        m_manager->registerHotkey({49, 2048});
+        QVERIFY(!m_manager->isRegistered());
+        m_hotkey->onAssignedLater();
+        QVERIFY(m_manager->isRegistered());
+        QCOMPARE(m_printed->lines().last(),
+                 u"Hotkey registered successfully: keyCode=49, modifiers=2048"_s);
+        m_manager.reset();
+        QCOMPARE(m_printed->lines().last(), u"Hotkey unregistered"_s);
+    }
+
+    void aRefusedCombinationIsWantedNoLongerAfterAChange()
+    {
+        m_hotkey->refusal = 10;
+        m_manager->registerHotkey({49, 2048});
+        QCOMPARE(m_hotkey->releaseCount, 1);
+        m_hotkey->refusal = 0;
+        m_manager->registerHotkey({9, 2048});
+        QCOMPARE(m_hotkey->releaseCount, 2);
+        QCOMPARE(m_hotkey->assigned, std::pair(9u, 2048u));
+    }
+
     void theEndGivesEverythingBack()
     {
         m_manager->installEventHandler();

@@ -17,7 +17,11 @@ public:
         return refusal;
     }
 
-    void release() override { assigned.reset(); }
+    void release() override
+    {
+        assigned.reset();
+        ++releaseCount;
+    }
 
     std::optional<quint32> findKeyCode(quint32 nativeKey) override
     {
@@ -27,5 +31,6 @@ public:
 
     int refusal = 0; ///< What assign() answers.
     std::optional<std::pair<quint32, quint32>> assigned;
+    int releaseCount = 0;
     std::map<quint32, quint32> keyCodes; ///< By native key.
 };

@@ -111,6 +111,13 @@ void X11Connection::flush()
     xcb_flush(xcb());
 }
 
+void X11Connection::selectRootEvents(quint32 mask)
+{
+    m_rootEvents |= mask;
+    xcb_change_window_attributes(xcb(), rootWindow(), XCB_CW_EVENT_MASK, &m_rootEvents);
+    flush();
+}
+
 void X11Connection::addListener(X11EventListener *listener)
 {
     m_listeners.push_back(listener);

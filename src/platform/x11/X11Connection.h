@@ -48,6 +48,10 @@ public:
     /// meanwhile lie in the queue, and nothing else would tell the event loop.
     void noteWaited() override;
 
+    /// Has the events of \a mask on the root window told to the listeners, besides those that were
+    /// asked for before.
+    void selectRootEvents(quint32 mask);
+
     void addListener(X11EventListener *listener);
     void removeListener(X11EventListener *listener);
 
@@ -63,6 +67,7 @@ private:
     Extension m_xinput;
     Extension m_xkb;
     Extension m_xtest;
+    quint32 m_rootEvents = 0;
     quint32 m_userTime = 0;
     std::vector<X11EventListener *> m_listeners;
     std::unique_ptr<QSocketNotifier> m_notifier;

@@ -42,6 +42,7 @@ X11GlobalHotkey::X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboar
 {
     disableRepeatedReleases();
     m_keyboard.onLayoutChanged = [this] { regrab(); };
+    m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
 }
 
@@ -68,14 +69,8 @@ int X11GlobalHotkey::assign(quint32 keyCode, quint32 modifiers)
 {
     if (!m_keyboard.isSupported())
         return HotkeyError::kNotSupported;
-    const Combination combination{keyCode, modifiers};
-    const std::optional<Grab> wanted = findGrab(combination);
-    if (!wanted)
-        return HotkeyError::kNoSuchKey;
-    const int error = grab(*wanted);
-    if (error == 0)
-        m_combination = combination;
-    return error;
+    m_combination = Combination{keyCode, modifiers};
+    return grab(findGrab(*m_combination));
 }
 
 void X11GlobalHotkey::release()
@@ -125,12 +120,14 @@ std::optional<quint8> X11GlobalHotkey::findKey(const VirtualKey &key)
     return quint8(key.position + kKernelKeyOffset);
 }
 
-int X11GlobalHotkey::grab(const Grab &wanted)
+int X11GlobalHotkey::grab(const std::optional<Grab> &wanted)
 {
+    if (!wanted)
+        return HotkeyError::kNoSuchKey;
     std::vector<xcb_void_cookie_t> requests;
-    for (const quint16 locks : subsetsOf(wanted.locks)) {
+    for (const quint16 locks : subsetsOf(wanted->locks)) {
         requests.push_back(xcb_grab_key_checked(m_connection.xcb(), 0, m_connection.rootWindow(),
-                                                wanted.modifiers | locks, wanted.key,
+                                                wanted->modifiers | locks, wanted->key,
                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     }
     int firstError = 0;
@@ -165,17 +162,35 @@ void X11GlobalHotkey::regrab()
     if (!m_combination)
         return;
     const std::optional<Grab> wanted = findGrab(*m_combination);
-    if (wanted == m_grab)
+    if (m_grab && m_grab == wanted)
         return;
+    const bool wasInForce = m_grab.has_value();
     ungrab();
-    const int error = wanted ? grab(*wanted) : HotkeyError::kNoSuchKey;
-    // Tried again with the next change: the combination stays the one that was asked for.
-    if (error != 0)
+    const int error = grab(wanted);
+    if (error != 0 && wasInForce)
         printLine(u"Failed to register hotkey on the changed keyboard: %1"_s.arg(error));
+    else if (error == 0 && !wasInForce && onAssignedLater)
+        onAssignedLater();
+}
+
+void X11GlobalHotkey::regrabSoon()
+{
+    // A window manager notes one change in several properties.
+    if (std::exchange(m_isRegrabQueued, true))
+        return;
+    QMetaObject::invokeMethod(
+        &m_context,
+        [this] {
+            m_isRegrabQueued = false;
+            regrab();
+        },
+        Qt::QueuedConnection);
 }
 
 void X11GlobalHotkey::handleX11Event(int type, const void *event)
 {
+    if (type == XCB_PROPERTY_NOTIFY && m_combination && !m_grab)
+        regrabSoon();
     if (!m_grab || (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE))
         return;
     const auto *key = static_cast<const xcb_key_press_event_t *>(event);

@@ -11,7 +11,9 @@ struct VirtualKey;
 /// A key grab on the root window.
 ///
 /// The key is grabbed by its place on the keyboard, so that it works in whatever layout is active,
-/// and once for each state of the lock keys. It is grabbed anew when the keyboard changes.
+/// and once for each state of the lock keys. It is grabbed anew when the keyboard changes. While it
+/// is refused it is tried again with each change that a window manager notes on the root window:
+/// that is when holders come and go, and it costs nothing while nobody does anything.
 class X11GlobalHotkey : public GlobalHotkey, private X11EventListener
 {
 public:
@@ -42,13 +44,16 @@ private:
     void disableRepeatedReleases();
     std::optional<Grab> findGrab(const Combination &combination);
     std::optional<quint8> findKey(const VirtualKey &key);
-    int grab(const Grab &wanted);
+    int grab(const std::optional<Grab> &wanted);
     void ungrab();
     void regrab();
+    void regrabSoon();
 
     X11Connection &m_connection;
     X11Keyboard &m_keyboard;
-    std::optional<Combination> m_combination;
-    std::optional<Grab> m_grab;
+    std::optional<Combination> m_combination; ///< Wanted, whether it is in force or not.
+    std::optional<Grab> m_grab; ///< In force.
     bool m_isHeld = false;
+    bool m_isRegrabQueued = false;
+    QObject m_context; ///< Ends the queued calls with the hot key.
 };

@@ -67,7 +67,7 @@ X11Workspace::X11Workspace(X11Connection &connection, const DesktopEntries &entr
     , m_windows(connection)
     , m_applications(connection, entries)
 {
-    selectEvents(m_connection.rootWindow(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
     if (qtConnection())
         m_userTimeFilter = std::make_unique<UserTimeFilter>(m_connection);

@@ -10,7 +10,13 @@
 class FakeNotifications : public Notifications
 {
 public:
-    void show(const QString &title, const QString &text) override { shown.append({title, text}); }
+    void show(const QString &title, const QString &text, std::function<void()> onShown) override
+    {
+        shown.append({title, text});
+        if (isDesktopShowing)
+            onShown();
+    }
 
     QList<std::pair<QString, QString>> shown; ///< Title and text.
+    bool isDesktopShowing = true;
 };

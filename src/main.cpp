@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/HotkeyRefusalNotice.h"
 #include "app/ScopedFileLease.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
@@ -8,6 +9,7 @@
 #include "foundation/UserDefaults.h"
 #include "language/LanguageManager.h"
 #include "persistence/OpenHistoryStore.h"
+#include "platform/linux/DBusNotifications.h"
 #include "platform/linux/DBusSingleInstance.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
@@ -122,8 +124,10 @@ int runApplication(Application &application, SingleInstance &instance)
         scheduler,             clock,                      defaults,
         applicationNames,
         [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
+    DBusNotifications notifications;
+    HotkeyRefusalNotice hotkeyRefusalNotice(defaults, notifications);
     AppDelegate delegate({itemManager, monitor, pastePipeline, hotkeySettings, languages,
-                          platform->globalHotkey(), platform->workspace(),
+                          platform->globalHotkey(), hotkeyRefusalNotice, platform->workspace(),
                           [&windowCollaborators](const ClipboardItemList &items) {
                               return makeHistoryWindow(windowCollaborators, items);
                           }});

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/HotkeyRefusalNotice.h"
 #include "capture/ClipboardMonitor.h"
 #include "foundation/Log.h"
 #include "language/LanguageManager.h"
@@ -107,6 +108,8 @@ void AppDelegate::setupHotkey()
     });
     m_hotkeyManager->installEventHandler();
     m_hotkeyManager->registerHotkey(settings);
+    if (!m_hotkeyManager->isRegistered())
+        m_with.hotkeyRefusalNotice.show(settings);
     printLine(u"Hotkey setup complete: "_s + HotkeySettingsManager::displayString(settings));
 }
 

@@ -9,6 +9,7 @@
 #include <QObject>
 
 class ClipboardMonitor;
+class HotkeyRefusalNotice;
 class HotkeySettingsManager;
 class LanguageManager;
 class QAction;
@@ -34,6 +35,7 @@ public:
         HotkeySettingsManager &hotkeySettings;
         LanguageManager &languages;
         GlobalHotkey &globalHotkey;
+        HotkeyRefusalNotice &hotkeyRefusalNotice;
         Workspace &workspace;
         WindowFactory makeWindow;
     };

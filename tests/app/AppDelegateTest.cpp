@@ -1,11 +1,13 @@
 #include "app/AppDelegate.h"
 
+#include "app/HotkeyRefusalNotice.h"
 #include "app/PastePipeline.h"
 #include "app/ScopedFileLease.h"
 #include "language/LanguageManager.h"
 #include "settings/HotkeySettingsManager.h"
 #include "tests/fakes/CaptureFixture.h"
 #include "tests/fakes/FakeGlobalHotkey.h"
+#include "tests/fakes/FakeNotifications.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 
 #include <QApplication>
@@ -109,6 +111,8 @@ private:
 
     std::unique_ptr<FakePasteKeystroke> m_keystroke;
     std::unique_ptr<FakeGlobalHotkey> m_hotkey;
+    FakeNotifications m_notifications;
+    std::unique_ptr<HotkeyRefusalNotice> m_hotkeyNotice;
     std::unique_ptr<HotkeySettingsManager> m_hotkeySettings;
     std::unique_ptr<LanguageManager> m_languages;
     std::unique_ptr<ScopedFileLease> m_fileLease;
@@ -124,6 +128,7 @@ void AppDelegateTest::init()
     setUpCapture();
     m_keystroke = std::make_unique<FakePasteKeystroke>();
     m_hotkey = std::make_unique<FakeGlobalHotkey>();
+    m_hotkeyNotice = std::make_unique<HotkeyRefusalNotice>(*m_defaults, m_notifications);
     m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
     m_languages = std::make_unique<LanguageManager>(*m_defaults);
     m_languages->install();
@@ -134,7 +139,7 @@ void AppDelegateTest::init()
                                                  *m_defaults, *m_codec, *m_fileLease);
     m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
         *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_languages, *m_hotkey,
-        *m_workspace,
+        *m_hotkeyNotice, *m_workspace,
         [this](const ClipboardItemList &items) {
             ++m_window.windowCount;
             m_window.items = items;

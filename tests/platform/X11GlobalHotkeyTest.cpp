@@ -1,11 +1,18 @@
 #include "platform/x11/X11GlobalHotkey.h"
 
+#include "platform/linux/VirtualKeyCodes.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Keyboard.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QGuiApplication>
 #include <QTest>
+
+#include <memory>
+#include <optional>
+
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-x11.h>
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +25,67 @@ constexpr quint32 kShift = 0x200;
 constexpr quint32 kOption = 0x800;
 constexpr quint32 kControl = 0x1000;
 constexpr int kBadAccess = 10;
+
+constexpr quint8 kSuperKey = 133;
+constexpr quint8 kShiftKey = 50;
+constexpr quint8 kAltKey = 64;
+constexpr quint8 kControlKey = 37;
+
+/// The keyboard as another reader of its map sees it.
+class KeyboardMap
+{
+public:
+    explicit KeyboardMap(xcb_connection_t *xcb)
+    {
+        const int device = xkb_x11_get_core_keyboard_device_id(xcb);
+        m_map.reset(xkb_x11_keymap_new_from_device(m_context.get(), xcb, device,
+                                                   XKB_KEYMAP_COMPILE_NO_FLAGS));
+    }
+
+    /// The key that types the name of \a wanted, if possible without Shift; where none does, the
+    /// one that has it on a US keyboard.
+    quint8 keyFor(const VirtualKey &wanted) const
+    {
+        for (xkb_level_index_t level = 0; level < 2; ++level) {
+            for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(m_map.get());
+                 ++layout) {
+                if (const auto key = keyWith(wanted.keysym, layout, level))
+                    return *key;
+            }
+        }
+        return quint8(wanted.position + 8);
+    }
+
+private:
+    std::optional<quint8> keyWith(quint32 keysym, xkb_layout_index_t layout,
+                                  xkb_level_index_t level) const
+    {
+        for (quint32 key = 8; key < 256; ++key) {
+            const xkb_layout_index_t layoutCount = xkb_keymap_num_layouts_for_key(m_map.get(), key);
+            const xkb_keysym_t *keysyms = nullptr;
+            if (layoutCount != 0 &&
+                xkb_keymap_key_get_syms_by_level(m_map.get(), key, layout % layoutCount, level,
+                                                 &keysyms) == 1 &&
+                keysyms[0] == keysym)
+                return quint8(key);
+        }
+        return std::nullopt;
+    }
+
+    template <auto End>
+    struct Ended
+    {
+        template <typename T>
+        void operator()(T *object) const
+        {
+            End(object);
+        }
+    };
+
+    std::unique_ptr<xkb_context, Ended<xkb_context_unref>> m_context{
+        xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
+    std::unique_ptr<xkb_keymap, Ended<xkb_keymap_unref>> m_map;
+};
 
 } // namespace
 
@@ -43,15 +111,29 @@ private slots:
     void heldKeyDoesNotRepeat();
     void combinationHeldByAnotherIsRefused();
     void nothingIsLeftOfARefusedCombination();
+    void refusedCombinationIsTakenOnceItsHolderHasGone();
+    void refusedCombinationIsWantedNoLongerAfterItsRelease();
+    void combinationLostToAnotherLayoutComesBack();
     void releasedCombinationIsFree();
     void unknownKeyIsRefused();
     void keyIsFoundOnOtherLayouts_data();
     void keyIsFoundOnOtherLayouts();
+    void everyKeyOfTheTableWorks_data();
+    void everyKeyOfTheTableWorks();
+    void lettersAreKnownByTheirPlace_data();
+    void lettersAreKnownByTheirPlace();
+    void keyThatIsRecordedIsTheKeyThatWorks_data();
+    void keyThatIsRecordedIsTheKeyThatWorks();
+    void keyWithoutNameHasNoCode();
     void changedLayoutMovesTheGrab();
     void pressTellsTheTimeOfTheUser();
 
 private:
     void settle();
+    QProcess &launchHolder(const QString &modifiers);
+    void changeRootProperty();
+    void press(quint8 key, quint32 modifiers);
+    void addLayoutRows();
 
     PrivateDesktop &m_desktop;
     std::unique_ptr<X11Connection> m_connection;
@@ -74,6 +156,68 @@ void X11GlobalHotkeyTest::cleanup()
     m_hotkey.reset();
     m_keyboard.reset();
     m_connection.reset();
+    m_desktop.setLayout(u"us"_s);
+}
+
+/// Starts another program that holds Space with \a modifiers, and waits until it does.
+QProcess &X11GlobalHotkeyTest::launchHolder(const QString &modifiers)
+{
+    QProcess &holder = m_desktop.launch(
+        u"/usr/bin/python3"_s,
+        {u"-c"_s, u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
+                  "d.screen().root.grab_key(65, %1, 0, X.GrabModeAsync, X.GrabModeAsync)\n"
+                  "d.sync()\ntime.sleep(1000)\n"_s.arg(modifiers)});
+    [this] {
+        QTRY_VERIFY([this] {
+            const int error = m_hotkey->assign(kSpace, kOption);
+            m_hotkey->release();
+            return error == kBadAccess;
+        }());
+    }();
+    return holder;
+}
+
+/// As a window manager does when windows come and go.
+void X11GlobalHotkeyTest::changeRootProperty()
+{
+    m_desktop.run(u"xprop"_s,
+                  {u"-root"_s, u"-format"_s, u"_TEST"_s, u"8s"_s, u"-set"_s, u"_TEST"_s, u"x"_s});
+}
+
+/// Presses and releases a key as a keyboard would; returns when everybody has been told.
+void X11GlobalHotkeyTest::press(quint8 key, quint32 modifiers)
+{
+    std::vector<quint8> keys;
+    for (const auto &[bit, modifierKey] :
+         {std::pair(kCommand, kSuperKey), std::pair(kShift, kShiftKey), std::pair(kOption, kAltKey),
+          std::pair(kControl, kControlKey)}) {
+        if (modifiers & bit)
+            keys.push_back(modifierKey);
+    }
+    keys.push_back(key);
+    xcb_connection_t *xcb = m_connection->xcb();
+    for (const quint8 code : keys)
+        xcb_test_fake_input(xcb, XCB_KEY_PRESS, code, XCB_CURRENT_TIME, 0, 0, 0, 0);
+    for (auto code = keys.rbegin(); code != keys.rend(); ++code)
+        xcb_test_fake_input(xcb, XCB_KEY_RELEASE, *code, XCB_CURRENT_TIME, 0, 0, 0, 0);
+    m_connection->reply(xcb_get_input_focus_reply, xcb_get_input_focus(xcb));
+    QCoreApplication::processEvents();
+}
+
+void X11GlobalHotkeyTest::addLayoutRows()
+{
+    QTest::addColumn<QString>("layout");
+    QTest::addColumn<int>("group");
+
+    QTest::newRow("American") << u"us"_s << 0;
+    QTest::newRow("German") << u"de"_s << 0;
+    QTest::newRow("French") << u"fr"_s << 0;
+    QTest::newRow("Dvorak") << u"us(dvorak)"_s << 0;
+    QTest::newRow("Chinese") << u"cn"_s << 0;
+    QTest::newRow("Russian") << u"ru"_s << 0;
+    QTest::newRow("American and Russian, the first active") << u"us,ru"_s << 0;
+    QTest::newRow("American and Russian, the second active") << u"us,ru"_s << 1;
+    QTest::newRow("French and Russian, the second active") << u"fr,ru"_s << 1;
 }
 
 /// Returns when everything that was pressed so far has been told: a key that is surely ours,
@@ -181,21 +325,75 @@ void X11GlobalHotkeyTest::nothingIsLeftOfARefusedCombination()
     X11Connection other(m_desktop.displayName());
     X11Keyboard otherKeyboard(other);
     X11GlobalHotkey whole(other, otherKeyboard);
-    QProcess &holder = m_desktop.launch(
-        u"/usr/bin/python3"_s,
-        {u"-c"_s, u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
-                  "d.screen().root.grab_key(65, X.Mod1Mask | X.LockMask, 0, X.GrabModeAsync,"
-                  " X.GrabModeAsync)\nd.sync()\ntime.sleep(1000)\n"_s});
+    QProcess &holder = launchHolder(u"X.Mod1Mask | X.LockMask"_s);
 
-    QTRY_VERIFY([this] {
-        const int error = m_hotkey->assign(kSpace, kOption);
-        if (error == 0)
-            m_hotkey->release(); // The other one is not ready yet.
-        return error == kBadAccess;
-    }());
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), kBadAccess);
+    m_hotkey->release();
     m_desktop.end(holder);
     // Had one variant stayed ours, the whole could not be taken.
     QTRY_COMPARE(whole.assign(kSpace, kOption), 0);
+}
+
+void X11GlobalHotkeyTest::refusedCombinationIsTakenOnceItsHolderHasGone()
+{
+    int laterCount = 0;
+    m_hotkey->onAssignedLater = [&laterCount] { ++laterCount; };
+    QProcess &holder = launchHolder(u"X.Mod1Mask"_s);
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), kBadAccess);
+    changeRootProperty();
+    settle();
+    QCOMPARE(laterCount, 0);
+
+    m_desktop.end(holder);
+    QTRY_VERIFY([&] {
+        changeRootProperty(); // The server may notice the end after us.
+        return laterCount == 1;
+    }());
+    m_desktop.xdotool(u"key alt+space"_s);
+    QTRY_COMPARE(m_pressCount, 1);
+    changeRootProperty();
+    settle();
+    QCOMPARE(laterCount, 1);
+}
+
+void X11GlobalHotkeyTest::refusedCombinationIsWantedNoLongerAfterItsRelease()
+{
+    QProcess &holder = launchHolder(u"X.Mod1Mask"_s);
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), kBadAccess);
+    m_hotkey->release();
+    m_desktop.end(holder);
+    changeRootProperty();
+    settle();
+
+    X11Connection other(m_desktop.displayName());
+    X11Keyboard otherKeyboard(other);
+    X11GlobalHotkey whole(other, otherKeyboard);
+    QTRY_COMPARE(whole.assign(kSpace, kOption), 0);
+}
+
+void X11GlobalHotkeyTest::combinationLostToAnotherLayoutComesBack()
+{
+    // On a French keyboard the key of A is where Q is on an American one.
+    X11Connection other(m_desktop.displayName());
+    X11Keyboard otherKeyboard(other);
+    std::optional<X11GlobalHotkey> holder(std::in_place, other, otherKeyboard);
+    otherKeyboard.onLayoutChanged = nullptr;   // It stays at its place.
+    QCOMPARE(holder->assign(12, kOption), 0);  // Q
+    QCOMPARE(m_hotkey->assign(0, kOption), 0); // A
+    int laterCount = 0;
+    m_hotkey->onAssignedLater = [&laterCount] { ++laterCount; };
+
+    m_desktop.setLayout(u"fr"_s);
+    settle();
+    press(24, kOption);
+    QCOMPARE(m_pressCount, 0);
+    holder.reset();
+    QTRY_VERIFY([&] {
+        changeRootProperty();
+        return laterCount == 1;
+    }());
+    press(24, kOption);
+    QTRY_COMPARE(m_pressCount, 1);
 }
 
 void X11GlobalHotkeyTest::releasedCombinationIsFree()
@@ -244,12 +442,95 @@ void X11GlobalHotkeyTest::keyIsFoundOnOtherLayouts()
     QFETCH(QString, pressedKeyCode);
 
     m_desktop.setLayout(layout, group);
-    const int error = m_hotkey->assign(keyCode, kOption);
+    QCOMPARE(m_hotkey->assign(keyCode, kOption), 0);
     m_desktop.xdotool(u"keydown 64 key "_s + pressedKeyCode + u" keyup 64"_s);
     QCOMPARE(m_keyboard->state().lockedGroup, group);
-    m_desktop.setLayout(u"us"_s);
-    QCOMPARE(error, 0);
     QTRY_COMPARE(m_pressCount, 1);
+}
+
+void X11GlobalHotkeyTest::everyKeyOfTheTableWorks_data()
+{
+    addLayoutRows();
+}
+
+void X11GlobalHotkeyTest::everyKeyOfTheTableWorks()
+{
+    QFETCH(QString, layout);
+    QFETCH(int, group);
+    m_desktop.setLayout(layout, group);
+    QCOMPARE(m_keyboard->state().lockedGroup, quint8(group));
+    const KeyboardMap map(m_connection->xcb());
+
+    for (const VirtualKey &key : virtualKeys()) {
+        for (quint32 set = 0; set < 16; ++set) {
+            const quint32 modifiers = (set & 1 ? kCommand : 0) | (set & 2 ? kShift : 0) |
+                                      (set & 4 ? kOption : 0) | (set & 8 ? kControl : 0);
+            const QByteArray what =
+                u"code %1, modifiers %2"_s.arg(key.code).arg(modifiers, 0, 16).toUtf8();
+            m_pressCount = 0;
+            QVERIFY2(m_hotkey->assign(key.code, modifiers) == 0, what.constData());
+            press(map.keyFor(key), modifiers);
+            QTRY_VERIFY2(m_pressCount == 1, what.constData());
+            m_hotkey->release();
+        }
+    }
+}
+
+void X11GlobalHotkeyTest::lettersAreKnownByTheirPlace_data()
+{
+    QTest::addColumn<QString>("layout");
+    QTest::addColumn<quint8>("key");
+    QTest::addColumn<quint32>("keyCode");
+
+    QTest::newRow("a Cyrillic letter where no layout has another") << u"ru"_s << quint8(55) << 9u;
+    QTest::newRow("a Cyrillic letter beside an American one") << u"us,ru"_s << quint8(55) << 9u;
+    QTest::newRow("a Cyrillic letter beside a French one") << u"fr,ru"_s << quint8(24) << 0u;
+    QTest::newRow("the space bar") << u"ru"_s << quint8(65) << 49u;
+    QTest::newRow("Enter") << u"us"_s << quint8(36) << 36u;
+    QTest::newRow("a dead key") << u"us(intl)"_s << quint8(49) << 50u;
+}
+
+void X11GlobalHotkeyTest::lettersAreKnownByTheirPlace()
+{
+    QFETCH(QString, layout);
+    QFETCH(quint8, key);
+    QFETCH(quint32, keyCode);
+    m_desktop.setLayout(layout);
+    QCOMPARE(m_hotkey->findKeyCode(key), std::optional(keyCode));
+}
+
+void X11GlobalHotkeyTest::keyThatIsRecordedIsTheKeyThatWorks_data()
+{
+    addLayoutRows();
+}
+
+void X11GlobalHotkeyTest::keyThatIsRecordedIsTheKeyThatWorks()
+{
+    QFETCH(QString, layout);
+    QFETCH(int, group);
+    m_desktop.setLayout(layout, group);
+    int foundCount = 0;
+    for (quint32 key = 8; key < 256; ++key) {
+        const auto keyCode = m_hotkey->findKeyCode(key);
+        if (!keyCode)
+            continue;
+        ++foundCount;
+        m_pressCount = 0;
+        QCOMPARE(m_hotkey->assign(*keyCode, kOption | kControl), 0);
+        press(quint8(key), kOption | kControl);
+        QTRY_COMPARE(m_pressCount, 1);
+        m_hotkey->release();
+    }
+    // A few signs share a key on some keyboards.
+    QVERIFY2(foundCount > 40, qPrintable(QString::number(foundCount)));
+}
+
+void X11GlobalHotkeyTest::keyWithoutNameHasNoCode()
+{
+    QVERIFY(!m_hotkey->findKeyCode(71)); // F5
+    QVERIFY(!m_hotkey->findKeyCode(kAltKey));
+    QVERIFY(!m_hotkey->findKeyCode(0));
+    QVERIFY(!m_hotkey->findKeyCode(4711));
 }
 
 void X11GlobalHotkeyTest::changedLayoutMovesTheGrab()
@@ -269,7 +550,6 @@ void X11GlobalHotkeyTest::changedLayoutMovesTheGrab()
     QTRY_COMPARE(m_pressCount, 2);
     m_desktop.xdotool(u"keydown 64 key 38 keyup 64"_s);
     settle();
-    m_desktop.setLayout(u"us"_s);
     QCOMPARE(m_pressCount, 2);
 }
 

@@ -10,11 +10,11 @@
 #include "language/LanguageManager.h"
 #include "persistence/OpenHistoryStore.h"
 #include "platform/linux/DBusNotifications.h"
-#include "platform/linux/DBusSingleInstance.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/InodeBookmarks.h"
 #include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtScheduler.h"
+#include "platform/linux/SocketSingleInstance.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/x11/X11Platform.h"
@@ -58,16 +58,6 @@ int fail(const char *reason)
 {
     std::fprintf(stderr, "tessarine: %s\n", reason);
     return EXIT_FAILURE;
-}
-
-/// Hands over to the process that runs already.
-int activateOther(SingleInstance &instance, const QString &launchToken)
-{
-    if (instance.activateFirst(launchToken)) {
-        printLine(u"Tessarine is already running; its window was asked to show"_s);
-        return EXIT_SUCCESS;
-    }
-    return fail("another instance is running, and it does not answer");
 }
 
 /// Tells when the session's languages have changed.
@@ -136,6 +126,7 @@ int runApplication(Application &application, SingleInstance &instance)
         platform->workspace().noteUserAction(activationToken);
         delegate.applicationDidBecomeActive();
     };
+    instance.listen();
     // Not quit(), which asks every window first.
     const TerminationSignals termination([] { QCoreApplication::exit(); });
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
@@ -148,22 +139,34 @@ int runApplication(Application &application, SingleInstance &instance)
     return status;
 }
 
-int launch(int argc, char *argv[])
+int launchFirst(int argc, char *argv[], SingleInstance &instance)
 {
     requireX11Display();
     // In a session with Wayland Qt might draw there, and the rest of the program is on X11.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
-    // Qt takes it out of the environment.
-    const QString launchToken = qEnvironmentVariable("DESKTOP_STARTUP_ID");
     QApplication::setApplicationName(u"tessarine"_s);
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argc, argv);
-
-    DBusSingleInstance instance;
-    if (instance.claim() == SingleInstance::Role::Second)
-        return activateOther(instance, launchToken);
     return runApplication(application, instance);
+}
+
+/// The application is not made before it is known to be needed: it is what takes time at a start.
+int launch(int argc, char *argv[])
+{
+    const QString launchToken = qEnvironmentVariable("DESKTOP_STARTUP_ID");
+    SocketSingleInstance instance(applicationSupportDirectory());
+    while (instance.claim() == SingleInstance::Role::Second) {
+        switch (instance.activateFirst(launchToken)) {
+        case SingleInstance::Answer::Shown:
+            printLine(u"Tessarine is already running; its window was asked to show"_s);
+            return EXIT_SUCCESS;
+        case SingleInstance::Answer::None:
+            return fail("another instance is running, and it does not answer");
+        case SingleInstance::Answer::Ended: break;
+        }
+    }
+    return launchFirst(argc, argv, instance);
 }
 
 /// What is larger gets pages of its own, which go back when it ends. Left alone, the allocator raises

@@ -14,6 +14,7 @@
 #include "platform/linux/InodeBookmarks.h"
 #include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtScheduler.h"
+#include "platform/linux/SessionBus.h"
 #include "platform/linux/SocketSingleInstance.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/TerminationSignals.h"
@@ -142,6 +143,7 @@ int runApplication(Application &application, SingleInstance &instance)
 int launchFirst(int argc, char *argv[], SingleInstance &instance)
 {
     requireX11Display();
+    leaveBrokenSessionBus();
     // In a session with Wayland Qt might draw there, and the rest of the program is on X11.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");

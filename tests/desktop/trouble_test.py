@@ -16,7 +16,7 @@ class WithoutABusTest(DesktopTest):
         self.program.start()
         self.copy("copied without a bus")
         self.open_window()
-        self.assertIn("No session bus", self.program.output())
+        self.assertIn("No session bus: there is none", self.program.output())
 
 
 class WithoutATrayTest(DesktopTest):

@@ -46,6 +46,7 @@ void AppDelegate::applicationDidBecomeActive()
 
 void AppDelegate::applicationWillTerminate()
 {
+    m_with.pastePipeline.applicationWillTerminate();
     m_with.monitor.stopMonitoring();
     disconnect(&m_with.hotkeySettings, nullptr, this, nullptr);
     disconnect(&m_with.languages, nullptr, this, nullptr);

@@ -105,6 +105,7 @@ private slots:
     void changedLanguageReachesTheMenuAndTheWindow();
     void secondStartShowsTheWindow();
     void terminationLeavesNothingUnwritten();
+    void terminationLetsGoOfThePastedFile();
 
 private:
     void pressHotkey() { m_hotkey->onPressed(); }
@@ -318,6 +319,13 @@ void AppDelegateTest::terminationLeavesNothingUnwritten()
     m_scheduler->advance(5s);
     m_manager->drain();
     QCOMPARE(m_history->live().size(), 1);
+}
+
+void AppDelegateTest::terminationLetsGoOfThePastedFile()
+{
+    m_fileLease->beginScopedFileURLAccess(QUrl(u"file:///home/a"_s));
+    m_delegate->applicationWillTerminate();
+    QCOMPARE(m_files->access.openCount, 0);
 }
 
 QTEST_MAIN(AppDelegateTest)

@@ -71,14 +71,16 @@ struct PasteboardContents
     {
         /// An identifier of PasteboardType, or the MIME type of a picture format that has none.
         QString type;
-        QByteArray data; ///< For kString and kUrl UTF-8; for kFileUrl the encoded URL.
+        /// For kString and kUrl UTF-8; for kFileUrl the encoded URL. What is not in memory is read
+        /// whenever a program asks for it.
+        LazyBytes data;
 
         friend bool operator==(const Entry &, const Entry &) = default;
     };
 
     QList<Entry> entries;
 
-    void add(QStringView type, QByteArray data)
+    void add(QStringView type, LazyBytes data)
     {
         entries.append({type.toString(), std::move(data)});
     }

@@ -224,7 +224,7 @@ QList<QByteArray> FileRoundTripTest::pastedPaths()
     QList<QByteArray> urls;
     for (const auto &entry : m_run->pasteboard.written.entries) {
         if (entry.type == PasteboardType::kFileUrl)
-            urls.append(entry.data);
+            urls.append(entry.data.bytes());
     }
     QList<QByteArray> paths;
     // As GLib reads such a list.

@@ -347,7 +347,7 @@ void X11KeepAliveTest::whatWasTakenOverCanBeReplacedByUs()
     owner.reset();
     QTRY_COMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("kept"));
     PasteboardContents contents;
-    contents.add(PasteboardType::kString, "ours");
+    contents.add(PasteboardType::kString, "ours"_ba);
     pasteboard().write(contents);
     waitForChange(2);
     QVERIFY(pasteboard().snapshot().isOwnWrite);

@@ -1,6 +1,7 @@
 #include "platform/x11/X11Pasteboard.h"
 
 #include "platform/linux/QtImageCodec.h"
+#include "tests/fakes/CountingSource.h"
 #include "tests/fakes/FakeImageCodec.h"
 #include "tests/platform/ForeignOwner.h"
 #include "tests/platform/PrivateDisplay.h"
@@ -117,6 +118,8 @@ private slots:
     void filesAreServedAsFileManagersWantThem();
     void picturesAreServedAsPngToo();
     void aPictureThatCannotBecomeAPngIsServedAsItIs();
+    void whatLiesElsewhereIsReadOnlyWhenAProgramAsks();
+    void whatCannotBeReadIsRefused();
     void aLargeTextIsServed();
     void severalProgramsAreServedAtOnce();
     void aRequestorThatEndsHalfWayHindersNobody();
@@ -555,7 +558,7 @@ void X11PasteboardTest::ownWritesAreMarkedAndNotReadBack()
     QTRY_VERIFY(owner.askedTargets().contains(u"UTF8_STRING"_s));
     const quint64 before = m_pasteboard->changeCount();
     PasteboardContents contents = plainText("mine");
-    contents.add(PasteboardType::kHtml, "<b>mine</b>");
+    contents.add(PasteboardType::kHtml, "<b>mine</b>"_ba);
     m_pasteboard->write(contents);
 
     QTRY_COMPARE(m_pasteboard->changeCount(), before + 1);
@@ -598,7 +601,7 @@ void X11PasteboardTest::richFormsAreServedByteForByte()
     const QByteArray html("<p>\xFF\x00\xFE</p>", 10);
     PasteboardContents contents;
     contents.add(PasteboardType::kHtml, html);
-    contents.add(PasteboardType::kRtf, "{\\rtf1}");
+    contents.add(PasteboardType::kRtf, "{\\rtf1}"_ba);
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(Xclip::offeredTargets(),
@@ -612,8 +615,8 @@ void X11PasteboardTest::richFormsAreServedByteForByte()
 void X11PasteboardTest::filesAreServedAsFileManagersWantThem()
 {
     PasteboardContents contents;
-    contents.add(PasteboardType::kFileUrl, "file:///tmp/one");
-    contents.add(PasteboardType::kFileUrl, "file:///tmp/tw%20o");
+    contents.add(PasteboardType::kFileUrl, "file:///tmp/one"_ba);
+    contents.add(PasteboardType::kFileUrl, "file:///tmp/tw%20o"_ba);
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(Xclip::paste(u"text/uri-list"_s),
@@ -641,11 +644,41 @@ void X11PasteboardTest::picturesAreServedAsPngToo()
 void X11PasteboardTest::aPictureThatCannotBecomeAPngIsServedAsItIs()
 {
     PasteboardContents contents;
-    contents.add(PasteboardType::kTiff, "no TIFF at all");
+    contents.add(PasteboardType::kTiff, "no TIFF at all"_ba);
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QVERIFY(Xclip::paste(u"image/png"_s).isEmpty());
     QCOMPARE(Xclip::paste(u"image/tiff"_s), QByteArray("no TIFF at all"));
+}
+
+void X11PasteboardTest::whatLiesElsewhereIsReadOnlyWhenAProgramAsks()
+{
+    const QByteArray tiff = m_codec.tiffFromPicture(pngOf(smallPicture()))->tiff;
+    const auto source = std::make_shared<CountingSource>(tiff);
+    PasteboardContents contents;
+    contents.add(PasteboardType::kTiff, LazyBytes::elsewhere(tiff.size(), source));
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QVERIFY(Xclip::offeredTargets().contains(u"image/png"_s));
+    QCOMPARE(source->readCount.load(), 0);
+
+    QCOMPARE(Xclip::paste(u"image/tiff"_s), tiff);
+    const QImage pasted = QImage::fromData(Xclip::paste(u"image/png"_s), "PNG");
+    QCOMPARE(pasted.convertToFormat(QImage::Format_RGB32), smallPicture());
+    QCOMPARE(source->readCount.load(), 2);
+}
+
+void X11PasteboardTest::whatCannotBeReadIsRefused()
+{
+    PasteboardContents contents;
+    contents.add(PasteboardType::kTiff,
+                 LazyBytes::elsewhere(10, std::make_shared<CountingSource>(std::nullopt)));
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QVERIFY(Xclip::paste(u"image/tiff"_s).isEmpty());
+    QVERIFY(Xclip::paste(u"image/png"_s).isEmpty());
+    m_pasteboard->write(plainText("later"));
+    QTRY_COMPARE(Xclip::paste(u"UTF8_STRING"_s), QByteArray("later"));
 }
 
 void X11PasteboardTest::aLargeTextIsServed()

@@ -31,7 +31,7 @@ std::size_t fingerprintOf(const PasteboardContents &contents)
 {
     std::size_t fingerprint = 0;
     for (const PasteboardContents::Entry &entry : contents.entries)
-        fingerprint = qHashMulti(fingerprint, entry.type, entry.data);
+        fingerprint = qHashMulti(fingerprint, entry.type, entry.data.bytes());
     return fingerprint;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/x11/X11PasteboardThread.h"
 
+#include "foundation/Digest.h"
 #include "foundation/Log.h"
 #include "foundation/SerialQueue.h"
 #include "platform/ImageCodec.h"
@@ -35,13 +36,13 @@ PasteboardSnapshot ownSnapshot(const PasteboardContents &contents)
         if (!snapshot.types.contains(entry.type))
             snapshot.types.append(entry.type);
         if (entry.type == PasteboardType::kString)
-            snapshot.string = Utf8Text::fromUtf8(entry.data);
+            snapshot.string = Utf8Text::fromUtf8(entry.data.bytes());
         else if (entry.type == PasteboardType::kHtml)
-            snapshot.html = entry.data;
+            snapshot.html = entry.data.bytes();
         else if (entry.type == PasteboardType::kRtf)
-            snapshot.rtf = entry.data;
+            snapshot.rtf = entry.data.bytes();
         else if (entry.type == PasteboardType::kFileUrl)
-            urls.append(QUrl::fromEncoded(entry.data));
+            urls.append(QUrl::fromEncoded(entry.data.bytes()));
     }
     if (!urls.isEmpty())
         snapshot.fileUrls = urls;
@@ -69,7 +70,7 @@ X11PasteboardThread::X11PasteboardThread(const ImageCodec &codec, SnapshotQueue 
     , m_onPublished(std::move(onPublished))
     , m_reader(m_connection)
     , m_server(m_connection,
-               [this](const QByteArray &picture, X11SelectionServer::PngDone done) {
+               [this](const LazyBytes &picture, X11SelectionServer::PngDone done) {
                    encodePng(picture, std::move(done));
                })
     , m_manager(m_connection)
@@ -308,17 +309,19 @@ void X11PasteboardThread::addCopy(X11SelectionReader::Copy copy)
 void X11PasteboardThread::convertPicture(quint64 id, const QByteArray &picture)
 {
     runElsewhere([this, id, picture] {
-        const std::optional<PasteboardImage> image =
+        std::optional<PasteboardImage> image =
             orNothing([&] { return m_codec.tiffFromPicture(picture); });
+        if (image)
+            image->digest = sha256Hex(image->tiff);
         post([this, id, image] { addPicture(id, image); });
     });
 }
 
-void X11PasteboardThread::encodePng(const QByteArray &picture, X11SelectionServer::PngDone done)
+void X11PasteboardThread::encodePng(const LazyBytes &picture, X11SelectionServer::PngDone done)
 {
     runElsewhere([this, picture, done = std::move(done)] {
         const std::optional<QByteArray> png =
-            orNothing([&] { return m_codec.pngFromPicture(picture); });
+            orNothing([&] { return m_codec.pngFromPicture(picture.bytes()); });
         post([png, done] { done(png); });
     });
 }

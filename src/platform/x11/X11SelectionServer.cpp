@@ -46,7 +46,7 @@ QList<QByteArray> fileUrls(const PasteboardContents &contents)
     QList<QByteArray> urls;
     for (const PasteboardContents::Entry &entry : contents.entries) {
         if (entry.type == PasteboardType::kFileUrl)
-            urls.append(entry.data);
+            urls.append(entry.data.bytes());
     }
     return urls;
 }
@@ -187,14 +187,15 @@ void X11SelectionServer::addForms(std::vector<Form> &forms, const PasteboardCont
     if (entry.type != PasteboardType::kString)
         return;
     addForm(forms, u"TEXT", u"UTF8_STRING", entry.data);
-    if (isAscii(entry.data))
+    const QByteArray text = entry.data.bytes();
+    if (isAscii(text))
         addForm(forms, u"STRING", u"STRING", entry.data);
-    else if (isLatin1Representable(entry.data))
-        addForm(forms, u"STRING", u"STRING", QString::fromUtf8(entry.data).toLatin1());
+    else if (isLatin1Representable(text))
+        addForm(forms, u"STRING", u"STRING", QString::fromUtf8(text).toLatin1());
 }
 
 void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, QStringView type,
-                                 const QByteArray &data)
+                                 const LazyBytes &data)
 {
     const X11Atom atom = m_connection.atom(target);
     const auto isThere = [atom](const Form &form) { return form.target == atom; };
@@ -302,7 +303,7 @@ bool X11SelectionServer::hasToWait(const Ownership &ownership,
     m_encodePng(png->source, [this, png](std::optional<QByteArray> data) {
         png->state = LazyPng::State::Done;
         png->data = std::move(data).value_or(QByteArray());
-        png->source.clear();
+        png->source = {};
         for (const auto &waiting : std::exchange(png->waiting, {}))
             handle(waiting, std::chrono::steady_clock::now());
     });
@@ -350,9 +351,11 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
     });
     if (form.png && form.png->data.isEmpty())
         return false;
-    const QByteArray &data = form.png ? form.png->data : form.data;
-    if (data.size() <= m_pieceBytes) {
-        m_connection.setProperty(requestor, property, form.type, data);
+    const auto data = form.png ? form.png->data : form.data.read();
+    if (!data)
+        return false;
+    if (data->size() <= m_pieceBytes) {
+        m_connection.setProperty(requestor, property, form.type, *data);
         return true;
     }
     if (m_transfers.size() >= kMaxTransfers)
@@ -360,8 +363,8 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
     m_connection.watch(requestor);
     m_connection.setProperty(
         requestor, property, m_connection.atom(u"INCR"),
-        QList<quint32>{static_cast<quint32>(std::min<qsizetype>(data.size(), 0x7fffffff))});
-    m_transfers.push_back({requestor, property, form.type, data, 0, now});
+        QList<quint32>{static_cast<quint32>(std::min<qsizetype>(data->size(), 0x7fffffff))});
+    m_transfers.push_back({requestor, property, form.type, *data, 0, now});
     return true;
 }
 

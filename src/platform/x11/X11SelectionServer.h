@@ -21,7 +21,7 @@ public:
 
     using PngDone = std::function<void(std::optional<QByteArray> png)>;
     /// Makes a PNG of another picture elsewhere and calls \a done with it later, on our thread.
-    using PngEncoder = std::function<void(const QByteArray &picture, PngDone done)>;
+    using PngEncoder = std::function<void(const LazyBytes &picture, PngDone done)>;
 
     X11SelectionServer(X11SelectionConnection &connection, PngEncoder encodePng);
     ~X11SelectionServer();
@@ -66,7 +66,7 @@ private:
             Done ///< Without success if there are no data.
         };
 
-        QByteArray source;
+        LazyBytes source;
         QByteArray data;
         State state = State::NotAsked;
         std::vector<X11Event::ConversionRequested> waiting;
@@ -77,7 +77,7 @@ private:
     {
         X11Atom target = 0;
         X11Atom type = 0;
-        QByteArray data;              ///< Shared with all forms of the same content.
+        LazyBytes data;               ///< Shared with all forms of the same content.
         std::shared_ptr<LazyPng> png; ///< Shared with the work under way.
     };
 
@@ -122,7 +122,7 @@ private:
     void addForms(std::vector<Form> &forms, const PasteboardContents &contents,
                   const PasteboardContents::Entry &entry);
     void addForm(std::vector<Form> &forms, QStringView target, QStringView type,
-                 const QByteArray &data);
+                 const LazyBytes &data);
     void addPng(std::vector<Form> &forms, const PasteboardContents::Entry &entry);
     Ownership *find(X11Atom selection);
     void forget(X11Atom selection);

@@ -1,6 +1,5 @@
 #include "platform/linux/QtImageCodec.h"
 
-#include "foundation/Digest.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -151,7 +150,7 @@ private slots:
     void pixelsSurvive();
     void transparencySurvives();
     void onePixelMakesADifference();
-    void theDigestIsThatOfTheTiff();
+    void itsOwnResultComesBackAsItIs();
     void aJpegAndThePngOfItsPixelsGiveTheSameBytes();
     void theSizeIsToldInPixels();
     void whatAccompaniesThePixelsIsDropped();
@@ -230,10 +229,13 @@ void QtImageCodecTest::onePixelMakesADifference()
     QVERIFY(before->tiff != after->tiff);
 }
 
-void QtImageCodecTest::theDigestIsThatOfTheTiff()
+void QtImageCodecTest::itsOwnResultComesBackAsItIs()
 {
     const auto image = m_codec.tiffFromPicture(fileOf(colourful(QImage::Format_RGB32), "PNG"));
-    QCOMPARE(image->digest, sha256Hex(image->tiff));
+    const auto again = m_codec.tiffFromPicture(image->tiff);
+    QVERIFY(again);
+    QCOMPARE(again->tiff.constData(), image->tiff.constData());
+    QCOMPARE(again->size, image->size);
 }
 
 void QtImageCodecTest::aJpegAndThePngOfItsPixelsGiveTheSameBytes()
@@ -242,7 +244,7 @@ void QtImageCodecTest::aJpegAndThePngOfItsPixelsGiveTheSameBytes()
     const auto fromJpeg = m_codec.tiffFromPicture(jpeg);
     const auto fromPng = m_codec.tiffFromPicture(fileOf(QImage::fromData(jpeg), "PNG"));
     QVERIFY(fromJpeg && fromPng);
-    QCOMPARE(fromJpeg->digest, fromPng->digest);
+    QVERIFY(fromJpeg->tiff == fromPng->tiff);
 }
 
 void QtImageCodecTest::theSizeIsToldInPixels()

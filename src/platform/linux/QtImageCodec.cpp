@@ -1,6 +1,5 @@
 #include "platform/linux/QtImageCodec.h"
 
-#include "foundation/Digest.h"
 #include "platform/linux/PlainTiff.h"
 
 #include <QBuffer>
@@ -102,14 +101,12 @@ QtImageCodec::QtImageCodec()
 
 std::optional<PasteboardImage> QtImageCodec::tiffFromPicture(const QByteArray &file) const
 {
-    std::optional<QImage> image = imageFromPicture(file);
+    if (const QImage own = PlainTiff::imageIn(file); !own.isNull())
+        return PasteboardImage{file, own.size()};
+    const std::optional<QImage> image = imageFromPicture(file);
     if (!image)
         return std::nullopt;
-    const QSize size = image->size();
-    QByteArray tiff = PlainTiff::fromImage(*image);
-    image.reset();
-    QByteArray digest = sha256Hex(tiff);
-    return PasteboardImage{std::move(tiff), size, std::move(digest)};
+    return PasteboardImage{PlainTiff::fromImage(*image), image->size()};
 }
 
 std::optional<QByteArray> QtImageCodec::pngFromPicture(const QByteArray &file) const

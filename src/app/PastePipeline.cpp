@@ -52,7 +52,7 @@ void PastePipeline::pasteItem(const ClipboardItem &item)
     });
     m_writer.write(item);
     printLine(u"Item copied to clipboard"_s);
-    const Run run{m_previouslyActiveApp, item.contentType == ClipboardContentType::File};
+    const Run run{m_previouslyActiveApp, m_fileLease.leaseID()};
     if (onHideWindow)
         onHideWindow();
     later(kPasteRefocusDelay, [this, run] { refocus(run); });
@@ -73,7 +73,7 @@ void PastePipeline::applicationWillTerminate()
 void PastePipeline::refocus(const Run &run)
 {
     if (!run.target) {
-        if (run.isFileItem)
+        if (hasLease(run))
             m_fileLease.releaseActiveScopedFileURLIfNeeded(u"no previous app for paste"_s);
         finishPaste(0ms);
         return;
@@ -87,11 +87,17 @@ void PastePipeline::refocus(const Run &run)
 void PastePipeline::sendKeystroke(const Run &run)
 {
     const bool isPosted = simulatePasteKeystroke();
-    if (run.isFileItem && isPosted)
+    if (hasLease(run) && isPosted)
         m_fileLease.scheduleScopedFileURLRelease(u"paste event posted"_s, kPasteLeaseReleaseDelay);
-    else if (run.isFileItem)
+    else if (hasLease(run))
         m_fileLease.releaseActiveScopedFileURLIfNeeded(u"paste event not posted"_s);
     finishPaste(isPosted ? kPasteFinishDelay : 0ms);
+}
+
+/// A paste that was begun meanwhile ends its lease itself.
+bool PastePipeline::hasLease(const Run &run) const
+{
+    return run.leaseID && run.leaseID == m_fileLease.leaseID();
 }
 
 bool PastePipeline::simulatePasteKeystroke()

@@ -17,7 +17,8 @@ class Scheduler;
 /// timeline. Main thread only.
 ///
 /// While it runs, and around copies that the program makes itself, capture is paused, so that
-/// nothing of it comes back as a new entry.
+/// nothing of it comes back as a new entry. What the person copies in the last two tenths of a
+/// second of a run, when the keys are sent already, is not recorded either.
 class PastePipeline
 {
 public:
@@ -56,11 +57,12 @@ private:
     struct Run
     {
         std::optional<RunningApplication> target;
-        bool isFileItem = false;
+        std::optional<QUuid> leaseID; ///< Of the file that is pasted.
     };
 
     void refocus(const Run &run);
     void sendKeystroke(const Run &run);
+    bool hasLease(const Run &run) const;
     bool simulatePasteKeystroke();
     void finishPaste(std::chrono::milliseconds delay);
     void later(std::chrono::milliseconds delay, std::function<void()> step);

@@ -11,9 +11,36 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <mutex>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A file that stays open, so that it can be read even when it is deleted. Any thread.
+class OpenFile : public ByteSource
+{
+public:
+    explicit OpenFile(const QString &path)
+        : m_file(path)
+    {
+    }
+
+    bool open() { return m_file.open(QIODevice::ReadOnly); }
+    qint64 size() const { return m_file.size(); }
+
+    std::optional<QByteArray> read() const override
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_file.seek(0))
+            return std::nullopt;
+        return m_file.readAll();
+    }
+
+private:
+    mutable std::mutex m_mutex; ///< Guards the place in the file.
+    mutable QFile m_file;
+};
 
 std::optional<QByteArray> readFile(const QString &path)
 {
@@ -99,8 +126,10 @@ bool PasteboardItemWriter::writeImageToPasteboard(const ClipboardItem &item,
 bool PasteboardItemWriter::writeImageFile(const QString &name,
                                           PasteboardContents &pasteboard) const
 {
-    auto bytes = readFile(imagePath(name));
-    if (!bytes) {
+    // A large picture on a slow disk would hold up the window's way out; it is read where programs
+    // ask for it, on the pasteboard's thread.
+    const auto file = std::make_shared<OpenFile>(imagePath(name));
+    if (!file->open()) {
         logDragPaste(m_defaults,
                      [&] { return u"writeImageToPasteboard failed reading file name="_s + name; });
         return false;
@@ -109,9 +138,9 @@ bool PasteboardItemWriter::writeImageFile(const QString &name,
     const QStringView type = typeForExtension(extension);
     logDragPaste(m_defaults, [&] {
         return u"writeImageToPasteboard from file name="_s + name + u" ext="_s + extension
-               + u" bytes="_s + QString::number(bytes->size()) + u" type="_s + type.toString();
+               + u" bytes="_s + QString::number(file->size()) + u" type="_s + type.toString();
     });
-    pasteboard.add(type, *std::move(bytes));
+    pasteboard.add(type, LazyBytes::elsewhere(file->size(), file));
     return true;
 }
 

@@ -33,6 +33,9 @@ public:
     /// file by other means.
     void beginScopedFileURLAccess(const QUrl &url);
 
+    /// Of the present lease; absent if there is none.
+    std::optional<QUuid> leaseID() const { return m_activeScopedFileURLLeaseID; }
+
     /// Whether the present lease really holds its file.
     bool isAccessing() const { return m_activeScopedFileURLAccessing != nullptr; }
 

@@ -252,150 +252,167 @@ private slots:
         QVERIFY(!m_pipeline->isPasting());
     }
 
-    // What goes onto the pasteboard.
-
-    void anItemOfMixedContentLeavesThePasteboardEmptyAndIsPastedAllTheSame()
+    void anEntryThatLeavesNothingOnThePasteboardIsPastedAllTheSame_data()
     {
-        ClipboardItem item = textItem(u"hello"_s);
-        item.contentType = ClipboardContentType::Mixed;
-        item.filePath = u"/etc/hosts"_s;
-        paste(item);
+        QTest::addColumn<ClipboardContentType>("type");
+        QTest::newRow("mixed content") << ClipboardContentType::Mixed;
+        QTest::newRow("an image without source") << ClipboardContentType::Image;
+        QTest::newRow("a file without path") << ClipboardContentType::File;
+    }
+
+    void anEntryThatLeavesNothingOnThePasteboardIsPastedAllTheSame()
+    {
+        QFETCH(ClipboardContentType, type);
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(makeItem(type, Timestamp{}));
+        advanceTo(400ms);
         QCOMPARE(m_pasteboard->writeCount, 1);
         QVERIFY(m_pasteboard->written.isEmpty());
-        QCOMPARE(m_keystroke->keyDownCount, 1);
-    }
-
-    void imageFilesGoOutUnchangedUnderTheTypeOfTheirName_data()
-    {
-        QTest::addColumn<QString>("fileName");
-        QTest::addColumn<QString>("type");
-        QTest::newRow("jpg") << u"a.jpg"_s << PasteboardType::kJpeg.toString();
-        QTest::newRow("jpeg") << u"a.jpeg"_s << PasteboardType::kJpeg.toString();
-        QTest::newRow("capitals") << u"a.PNG"_s << PasteboardType::kPng.toString();
-        QTest::newRow("tif") << u"a.tif"_s << PasteboardType::kTiff.toString();
-        QTest::newRow("heic") << u"a.heic"_s << PasteboardType::kTiff.toString();
-        QTest::newRow("nothing") << u"a"_s << PasteboardType::kTiff.toString();
-    }
-
-    void imageFilesGoOutUnchangedUnderTheTypeOfTheirName()
-    {
-        QFETCH(QString, fileName);
-        QFETCH(QString, type);
-        const QByteArray bytes = "no picture, but bytes\0"_ba;
-        writeFile(fileName, bytes);
-        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
-        item.imageFileName = fileName;
-        item.imageRepresentation = "not these"_ba;
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries, Entries{entry(type, bytes)});
-        QVERIFY(!m_printed->contains(u"Failed to restore image data from history item"_s));
-    }
-
-    void aLostImageFileIsReplacedByTheBytesInMemoryEvenUnreadableOnes()
-    {
-        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
-        item.imageFileName = u"lost.jpg"_s;
-        item.imageRepresentation = "no picture"_ba;
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kTiff, "no picture"_ba)});
-        QVERIFY(!m_printed->contains(u"Failed to restore image data from history item"_s));
-    }
-
-    void theBytesInMemoryGoOutAsTiff()
-    {
-        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
-        item.imageRepresentation = "pixels"_ba;
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kTiff, "tiff of pixels"_ba)});
-    }
-
-    void aFileThatCannotBeReadAtFirstIsTriedAgain()
-    {
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
-        item.imageFileName = u"late.jpg"_s;
-        QStringList lines;
-        setPrintSink([&](const QString &line) {
-            lines.append(line);
-            if (line.contains(u"failed reading file"_s))
-                writeFile(u"late.jpg"_s, "pixels"_ba);
-        });
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kTiff, "tiff of pixels"_ba)});
-        QCOMPARE(lines.filter(u"[DragPaste]"_s).last(),
-                 u"[DragPaste] writeImageToPasteboard fallback loadImage() -> tiff bytes=14"_s);
-    }
-
-    void aFileThatComesLateMustBeAPicture()
-    {
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
-        item.imageFileName = u"late.jpg"_s;
-        setPrintSink([&](const QString &line) {
-            if (line.contains(u"failed reading file"_s))
-                writeFile(u"late.jpg"_s, "no picture"_ba);
-        });
-        paste(item);
-        QVERIFY(m_pasteboard->written.isEmpty());
-    }
-
-    void anImageWithoutSourceLeavesThePasteboardEmptyAndIsPastedAllTheSame()
-    {
-        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
-        item.imageFileName = u"lost.png"_s;
-        paste(item);
-        QVERIFY(m_pasteboard->written.isEmpty());
-        QVERIFY(m_printed->contains(u"Failed to restore image data from history item"_s));
         QVERIFY(m_printed->contains(u"Item copied to clipboard"_s));
         QCOMPARE(m_keystroke->keyDownCount, 1);
     }
 
-    void aFileGoesOutAsUrl()
+    // The lease of a file.
+
+    void aPastedFileIsHeldUntilItsReaderHasHadTime()
     {
-        ClipboardItem item = makeItem(ClipboardContentType::File, Timestamp{});
-        item.stringValue = Utf8Text(u"ü b.txt, c"_s);
-        item.filePath = u"/tmp/ü b.txt"_s;
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kFileUrl, "file:///tmp/%C3%BC%20b.txt"_ba)});
+        askForTheTrail();
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(fileItem());
+        QCOMPARE(openCount(), 1);
+        advanceTo(749ms);
+        QCOMPARE(openCount(), 1);
+        QVERIFY(!m_pipeline->isPasting());
+        advanceTo(750ms);
+        QCOMPARE(openCount(), 0);
+        QCOMPARE(releases(), QStringList{release(u"paste event posted"_s, 750)});
+        advanceTo(1min);
+        QCOMPARE(releases().size(), 1);
     }
 
-    void aFileGoesOutFromWhereItsBookmarkLeads()
+    void withoutTargetTheFileIsLetGoAfterAQuarterOfASecond()
     {
-        const ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, false);
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kFileUrl, "file:///new/b"_ba)});
+        askForTheTrail();
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(249ms);
+        QCOMPARE(openCount(), 1);
+        advanceTo(250ms);
+        QCOMPARE(openCount(), 0);
+        QCOMPARE(releases(), QStringList{release(u"no previous app for paste"_s, 250)});
+        // A paste by hand relies on what the other program may read itself.
+        QCOMPARE(m_pasteboard->written.entries.size(), 1);
     }
 
-    void aStaleBookmarkIsRenewedByThePaste()
+    void withoutKeystrokeTheFileIsLetGoAtOnce_data()
     {
-        ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, true);
-        m_manager->addItem(item);
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kFileUrl, "file:///new/b"_ba)});
-        QCOMPARE(m_manager->items().first()->fileBookmarkData, "bookmark of file:///new/b"_ba);
+        QTest::addColumn<bool>("isPermitted");
+        QTest::addColumn<bool>("isFocused");
+        QTest::newRow("no permission") << false << true;
+        QTest::newRow("another window in front") << true << false;
     }
 
-    void aDeadBookmarkGivesWayToThePath()
+    void withoutKeystrokeTheFileIsLetGoAtOnce()
     {
-        ClipboardItem item = bookmarkedFile(u"file:///new/b"_s, false);
-        item.fileBookmarkData = "dead"_ba;
-        m_files->access.files = {QUrl(u"file:///old/a"_s)};
-        paste(item);
-        QCOMPARE(m_pasteboard->written.entries,
-                 Entries{entry(PasteboardType::kFileUrl, "file:///old/a"_ba)});
+        QFETCH(bool, isPermitted);
+        QFETCH(bool, isFocused);
+        askForTheTrail();
+        m_keystroke->permitted = isPermitted;
+        m_keystroke->targetFocused = isFocused;
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(399ms);
+        QCOMPARE(openCount(), 1);
+        advanceTo(400ms);
+        QCOMPARE(openCount(), 0);
+        QCOMPARE(releases(), QStringList{release(u"paste event not posted"_s, 400)});
     }
 
-    void aFileWithoutPathLeavesThePasteboardEmpty()
+    void ofTwoFilesOnlyTheSecondEndsByItsOwnSchedule()
     {
-        paste(makeItem(ClipboardContentType::File, Timestamp{}));
-        QVERIFY(m_pasteboard->written.isEmpty());
+        askForTheTrail();
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(200ms);
+        m_pipeline->pasteItem(fileItem());
+        QCOMPARE(openCount(), 1);
+        // Not at 0.75 s, by the keystroke of the first.
+        advanceTo(949ms);
+        QCOMPARE(openCount(), 1);
+        advanceTo(950ms);
+        QCOMPARE(openCount(), 0);
+        advanceTo(1min);
+        QCOMPARE(releases(),
+                 QStringList({release(u"normal"_s, 200), release(u"paste event posted"_s, 750)}));
+    }
+
+    void aRunThatFailsSparesTheFileOfALaterOne()
+    {
+        m_keystroke->permitted = false;
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(200ms);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(599ms);
+        QCOMPARE(openCount(), 1);
+        advanceTo(600ms);
+        QCOMPARE(openCount(), 0);
+    }
+
+    void aReleaseThatALaterPasteHasOvertakenDoesNothing()
+    {
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(500ms);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(1249ms);
+        QCOMPARE(openCount(), 1);
+        advanceTo(1250ms);
+        QCOMPARE(openCount(), 0);
+    }
+
+    void anyLaterPasteLetsGoOfTheFileFirst()
+    {
+        askForTheTrail();
+        m_pipeline->pasteItem(fileItem());
+        m_pipeline->pasteItem(textItem(u"hello"_s));
+        QCOMPARE(openCount(), 0);
+        QCOMPARE(releases(), QStringList{release(u"normal"_s, 0)});
+    }
+
+    void aFileThatMayNotBeReadIsPastedAllTheSame()
+    {
+        askForTheTrail();
+        m_files->access.isGranted = false;
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(10s);
         QCOMPARE(m_keystroke->keyDownCount, 1);
+        QCOMPARE(releases(), QStringList());
+    }
+
+    void theEndOfTheProgramLetsGoOfTheFile()
+    {
+        askForTheTrail();
+        m_pipeline->pasteItem(fileItem());
+        advanceTo(100ms);
+        m_pipeline->applicationWillTerminate();
+        QCOMPARE(openCount(), 0);
+        QCOMPARE(releases(), QStringList{release(u"app terminate"_s, 100)});
+    }
+
+    void theTrailFollowsAPastedFile()
+    {
+        askForTheTrail();
+        const ClipboardItem item = fileItem();
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(item);
+        QStringList trail = m_printed->lines().filter(u"[DragPaste]"_s);
+        QCOMPARE(trail.takeFirst(),
+                 u"[DragPaste] pasteItem start type=file id="_s + uuidString(item.id));
+        QVERIFY(trail.takeFirst().startsWith(
+            u"[DragPaste] beginScopedFileURLAccess started path=/home/a lease="_s));
+        QCOMPARE(trail, QStringList{u"[DragPaste] pasteItem file writeObjects resolved url=/home/a "
+                                    "stale=false accessing=true"_s});
     }
 
     // The shield.
@@ -448,132 +465,37 @@ private slots:
         QVERIFY(!m_monitor->isPaused());
     }
 
-    // The trail.
-
-    void theTrailIsSilentUnlessItIsAskedFor()
-    {
-        m_pipeline->setPreviouslyActiveApp(kEditor);
-        paste(textItem(u"hello"_s));
-        QVERIFY(trail().isEmpty());
-    }
-
-    void theTrailTellsWhatWasWritten()
-    {
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        writeFile(u"a.JPG"_s, "1234"_ba);
-        ClipboardItem image = makeItem(ClipboardContentType::Image, Timestamp{});
-        image.imageFileName = u"a.JPG"_s;
-        paste(image);
-        QCOMPARE(trail(),
-                 QStringList({u"[DragPaste] pasteItem start type=image id="_s + idOf(image),
-                              u"[DragPaste] writeImageToPasteboard from file name=a.JPG ext=jpg "
-                              u"bytes=4 type=public.jpeg"_s}));
-    }
-
-    void theTrailTellsOfBytesInMemory_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("a picture")
-            << "pixels"_ba
-            << u"[DragPaste] writeImageToPasteboard from in-memory imageRepresentation -> tiff "
-               "bytes=14"_s;
-        QTest::newRow("no picture")
-            << "unreadable"_ba
-            << u"[DragPaste] writeImageToPasteboard fallback raw imageRepresentation bytes=10"_s;
-    }
-
-    void theTrailTellsOfBytesInMemory()
-    {
-        QFETCH(QByteArray, bytes);
-        QFETCH(QString, line);
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        ClipboardItem image = makeItem(ClipboardContentType::Image, Timestamp{});
-        image.imageRepresentation = bytes;
-        paste(image);
-        QCOMPARE(trail().last(), line);
-    }
-
-    void theTrailTellsWhyNothingWasWritten()
-    {
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        ClipboardItem image = makeItem(ClipboardContentType::Image, Timestamp{});
-        image.imageFileName = u"lost"_s;
-        paste(image);
-        QCOMPARE(
-            trail(),
-            QStringList(
-                {u"[DragPaste] pasteItem start type=image id="_s + idOf(image),
-                 u"[DragPaste] writeImageToPasteboard failed reading file name=lost"_s,
-                 u"[DragPaste] writeImageToPasteboard exhausted all sources for id="_s + idOf(image),
-                 u"[DragPaste] pasteItem image failed to write to NSPasteboard"_s}));
-    }
-
-    void theTrailNamesThePathOfAFile()
-    {
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        ClipboardItem file = makeItem(ClipboardContentType::File, Timestamp{});
-        file.filePath = u"/tmp/a b"_s;
-        paste(file);
-        QCOMPARE(trail().last(),
-                 u"[DragPaste] pasteItem file writeObjects fallback path=/tmp/a b"_s);
-    }
-
-    void theTrailTellsWhetherTheBookmarkWasStale_data()
-    {
-        QTest::addColumn<bool>("isStale");
-        QTest::newRow("stale") << true;
-        QTest::newRow("good") << false;
-    }
-
-    void theTrailTellsWhetherTheBookmarkWasStale()
-    {
-        QFETCH(bool, isStale);
-        m_defaults->set(u"debug.drag_paste_logging"_s, true);
-        const ClipboardItem item = bookmarkedFile(u"file:///new/b%20%251"_s, isStale);
-        paste(item);
-        const QString line = u"[DragPaste] pasteItem file writeObjects resolved url=/new/b %1 "
-                             u"stale="_s
-            + (isStale ? u"true"_s : u"false"_s) + u" accessing=true"_s;
-        QVERIFY(trail().contains(line));
-    }
-
 private:
-    /// An entry of /old/a, of which the bookmark leads to \a url.
-    ClipboardItem bookmarkedFile(const QString &url, bool isStale)
+    void advanceTo(std::chrono::milliseconds moment)
+    {
+        const auto step = moment - m_scheduler->now();
+        m_clock->advance(step);
+        m_scheduler->advance(step);
+    }
+
+    /// An entry whose bookmark leads to /home/a.
+    ClipboardItem fileItem()
     {
         ClipboardItem item = makeItem(ClipboardContentType::File, Timestamp{});
-        item.stringValue = Utf8Text(u"a"_s);
-        item.filePath = u"/old/a"_s;
         item.fileBookmarkData = "bookmark"_ba;
-        m_files->bookmarks.places.insert("bookmark"_ba, {QUrl(url), isStale});
+        m_files->bookmarks.places.insert("bookmark"_ba, {QUrl(u"file:///home/a"_s), false});
         return item;
     }
 
-    void advanceTo(std::chrono::milliseconds moment)
+    int openCount() const { return m_files->access.openCount; }
+    void askForTheTrail() { m_defaults->set(u"debug.drag_paste_logging"_s, true); }
+
+    /// What the trail tells of the ends of leases.
+    QStringList releases() const
     {
-        m_scheduler->advance(moment - m_scheduler->now());
+        return m_printed->lines().filter(u"releaseActiveScopedFileURLIfNeeded"_s);
     }
 
-    void paste(const ClipboardItem &item)
+    static QString release(const QString &reason, int heldMs)
     {
-        m_pipeline->setPreviouslyActiveApp(kEditor);
-        m_pipeline->pasteItem(item);
-        m_scheduler->advance(1s);
-    }
-
-    void writeFile(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(m_images + u'/' + name);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("The file cannot be written.");
-    }
-
-    QStringList trail() const { return m_printed->lines().filter(u"[DragPaste]"_s); }
-
-    static QString idOf(const ClipboardItem &item)
-    {
-        return item.id.toString(QUuid::WithoutBraces).toUpper();
+        return u"[DragPaste] releaseActiveScopedFileURLIfNeeded reason=%1 path=/home/a heldMs=%2"_s
+            .arg(reason)
+            .arg(heldMs);
     }
 
     std::unique_ptr<FakePasteKeystroke> m_keystroke;

@@ -31,6 +31,8 @@ public:
     {
         written = contents;
         ++writeCount;
+        if (onWritten)
+            onWritten();
         PasteboardSnapshot snapshot;
         snapshot.isOwnWrite = true;
         copy(snapshot);
@@ -78,6 +80,7 @@ public:
     std::optional<RunningApplication> frontmost;
     PasteboardContents written;
     int writeCount = 0;
+    std::function<void()> onWritten;
     QList<quint64> keptAlive; ///< Change counts.
     QList<quint64> discarded; ///< Change counts.
     mutable int snapshotCount = 0;

@@ -135,7 +135,7 @@ void HistoryWindow::connectPanel()
         QObject::connect(sender, signal, context, [this, slot] { (this->*slot)(); });
     };
     connectTo(&m_panel, &HistoryPanel::cancelRequested, &HistoryWindow::handleEscapeElsewhere);
-    connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::handleDeactivation);
+    connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::turnAway);
     connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hide);
     connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
     connectTo(&m_panel.pinButton(), &PinButton::clicked, &HistoryWindow::togglePin);
@@ -310,22 +310,24 @@ void HistoryWindow::handlePageKey(int key)
     QApplication::sendEvent(&m_panel.tableView(), &press);
 }
 
-void HistoryWindow::handleDeactivation()
-{
-    if (isVisible() && !isPinned() && !m_isHideAnimationInFlight)
-        hide();
-}
-
 void HistoryWindow::handleMousePress(QPoint position)
 {
     // Presses on our own windows and menus reach them as events; they are no turning away.
-    if (isVisible() && !isPinned() && !m_panel.geometry().contains(position)
-        && !QApplication::topLevelAt(position))
-        hide();
+    if (!m_panel.geometry().contains(position) && !QApplication::topLevelAt(position))
+        turnAway();
 }
 
 void HistoryWindow::handleActivation(const RunningApplication &application)
 {
-    if (isVisible() && !isPinned() && !m_collaborators.workspace.isOwnApplication(application))
-        hide();
+    if (!m_collaborators.workspace.isOwnApplication(application))
+        turnAway();
+}
+
+void HistoryWindow::turnAway()
+{
+    if (!isVisible() || isPinned() || m_isHideAnimationInFlight)
+        return;
+    if (onTurnedAway)
+        onTurnedAway();
+    hide();
 }

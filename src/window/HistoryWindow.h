@@ -76,9 +76,9 @@ private:
     void handleSearchEscape();
     void handleEscapeElsewhere();
     void handlePageKey(int key);
-    void handleDeactivation();
     void handleMousePress(QPoint position);
     void handleActivation(const RunningApplication &application);
+    void turnAway();
 
     HistoryWindowStyle m_style;
     HistoryWindowCollaborators m_collaborators;

@@ -105,6 +105,8 @@ private slots:
     void ourOwnActivationDoesNotHide();
     void losingTheKeyboardHides();
     void losingTheKeyboardDoesNotHideAPinnedWindow();
+    void turningAwayIsToldBeforeTheWindowHides();
+    void hidingOtherwiseIsNoTurningAway();
     void afterHidingNothingIsWatchedAnyMore();
     void formerListenersAreStillCalled();
 
@@ -704,6 +706,42 @@ void HistoryWindowTest::losingTheKeyboardDoesNotHideAPinnedWindow()
     QVERIFY(QTest::qWaitForWindowActive(&other));
     QVERIFY(!m_window->isHideAnimationInFlight());
     QVERIFY(m_window->isVisible());
+}
+
+void HistoryWindowTest::turningAwayIsToldBeforeTheWindowHides()
+{
+    make();
+    openWholly();
+    int toldCount = 0;
+    m_window->onTurnedAway = [&] {
+        ++toldCount;
+        QVERIFY(!m_window->isHideAnimationInFlight());
+    };
+    m_pointer->onMousePressed(QPoint(1, 1));
+    QCOMPARE(toldCount, 1);
+    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QCOMPARE(toldCount, 1); // It is the same turning away.
+
+    m_window->show();
+    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QCOMPARE(toldCount, 2);
+}
+
+void HistoryWindowTest::hidingOtherwiseIsNoTurningAway()
+{
+    make();
+    openWholly();
+    bool isTold = false;
+    m_window->onTurnedAway = [&] { isTold = true; };
+    m_window->hide();
+    m_pointer->onMousePressed(QPoint(1, 1));
+    pass(160ms);
+    QVERIFY(!isTold);
+
+    openWholly();
+    m_window->togglePin();
+    m_pointer->onMousePressed(QPoint(1, 1));
+    QVERIFY(!isTold);
 }
 
 void HistoryWindowTest::afterHidingNothingIsWatchedAnyMore()

@@ -1,0 +1,153 @@
+#include "app/StatusMenu.h"
+
+#include "capture/ClipboardMonitor.h"
+#include "language/Localized.h"
+
+#include <QAction>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+
+StatusMenu::StatusMenu(ClipboardMonitor &monitor)
+    : m_monitor(monitor)
+    , m_contextMenu(std::make_unique<QMenu>())
+{
+    m_contextMenu->setObjectName(u"contextMenu"_s);
+    buildMenu();
+    numberActionsOf(*m_contextMenu);
+    refreshMenuTitles();
+    menuNeedsUpdate();
+    connect(m_contextMenu.get(), &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
+}
+
+StatusMenu::~StatusMenu() = default;
+
+QList<StatusMenuEntry> StatusMenu::entries()
+{
+    menuNeedsUpdate();
+    return entriesOf(*m_contextMenu);
+}
+
+void StatusMenu::chooseEntry(int id)
+{
+    if (id > 0 && id <= m_numbered.size())
+        m_numbered.at(id - 1)->trigger();
+}
+
+void StatusMenu::hideSettings()
+{
+    m_settingsMenuItem->setVisible(false);
+    m_settingsSeparator->setVisible(false);
+}
+
+void StatusMenu::refreshMenuTitles()
+{
+    m_showMenuItem->setText(localized(u"menu.show_history"_s, u"Show Clipboard History"_s));
+    m_settingsMenuItem->setText(localized(u"menu.settings"_s, u"Settings..."_s));
+    m_quitMenuItem->setText(localized(u"menu.quit"_s, u"Quit Tessarine"_s));
+    // The first entry has its title from menuNeedsUpdate().
+    const QList<QAction *> pauses = m_pauseMenu->actions();
+    pauses.at(1)->setText(localized(u"menu.pause_15m"_s, u"暂停 15 分钟"_s));
+    pauses.at(2)->setText(localized(u"menu.pause_30m"_s, u"暂停 30 分钟"_s));
+    pauses.at(3)->setText(localized(u"menu.pause_1h"_s, u"暂停 1 小时"_s));
+}
+
+void StatusMenu::menuNeedsUpdate()
+{
+    m_isResumeOffered = m_monitor.isUserPaused();
+    QAction *first = m_pauseMenu->actions().constFirst();
+    if (m_isResumeOffered) {
+        m_pauseMenuItem->setText(localized(u"menu.paused"_s, u"已暂停"_s));
+        first->setText(localized(u"menu.resume"_s, u"恢复"_s));
+    } else {
+        m_pauseMenuItem->setText(localized(u"menu.pause_recording"_s, u"暂停记录"_s));
+        first->setText(localized(u"menu.pause"_s, u"暂停"_s));
+    }
+}
+
+void StatusMenu::buildMenu()
+{
+    m_showMenuItem = addEntry(*m_contextMenu, &StatusMenu::showRequested);
+    m_contextMenu->addSeparator();
+    buildPauseMenu();
+    m_settingsSeparator = m_contextMenu->addSeparator();
+    m_settingsMenuItem = addEntry(*m_contextMenu, &StatusMenu::settingsRequested);
+    m_settingsMenuItem->setShortcut(Qt::CTRL | Qt::Key_Comma);
+    m_contextMenu->addSeparator();
+    m_quitMenuItem = addEntry(*m_contextMenu, &StatusMenu::quitRequested);
+    m_quitMenuItem->setShortcut(Qt::CTRL | Qt::Key_Q);
+    for (QAction *action : {m_settingsMenuItem, m_quitMenuItem})
+        action->setShortcutVisibleInContextMenu(true); // Some desktops hide them otherwise.
+}
+
+void StatusMenu::buildPauseMenu()
+{
+    m_pauseMenu = m_contextMenu->addMenu(QString());
+    m_pauseMenuItem = m_pauseMenu->menuAction();
+    for (const double seconds : {0.0, 900.0, 1800.0, 3600.0})
+        addPause(seconds);
+}
+
+QAction *StatusMenu::addEntry(QMenu &menu, void (StatusMenu::*action)())
+{
+    QAction *entry = menu.addAction(QString());
+    connect(entry, &QAction::triggered, this, action);
+    return entry;
+}
+
+void StatusMenu::addPause(double seconds)
+{
+    QAction *entry = m_pauseMenu->addAction(QString());
+    entry->setData(seconds);
+    connect(entry, &QAction::triggered, this, [this, entry] { choosePause(*entry); });
+}
+
+QList<StatusMenuEntry> StatusMenu::entriesOf(const QMenu &menu) const
+{
+    QList<StatusMenuEntry> entries;
+    const QList<QAction *> actions = menu.actions();
+    for (QAction *action : actions) {
+        if (!action->isVisible())
+            continue;
+        StatusMenuEntry entry;
+        entry.id = int(m_numbered.indexOf(action)) + 1;
+        entry.title = action->text();
+        entry.shortcut = action->shortcut();
+        entry.isSeparator = action->isSeparator();
+        if (const auto *submenu = action->menu<QMenu *>())
+            entry.children = entriesOf(*submenu);
+        entries.append(entry);
+    }
+    return entries;
+}
+
+void StatusMenu::numberActionsOf(const QMenu &menu)
+{
+    const QList<QAction *> actions = menu.actions();
+    for (QAction *action : actions) {
+        m_numbered.append(action);
+        if (const auto *submenu = action->menu<QMenu *>())
+            numberActionsOf(*submenu);
+    }
+}
+
+void StatusMenu::choosePause(const QAction &entry)
+{
+    // By what the entry says: a pause may have ended while the menu was open.
+    const bool isFirst = &entry == m_pauseMenu->actions().constFirst();
+    if (isFirst && m_isResumeOffered)
+        resumeUserPause();
+    else
+        toggleUserPause(entry);
+}
+
+void StatusMenu::toggleUserPause(const QAction &entry)
+{
+    const std::chrono::duration<double> length(entry.data().toDouble());
+    m_monitor.setUserPaused(true, std::chrono::duration_cast<std::chrono::milliseconds>(length));
+}
+
+void StatusMenu::resumeUserPause()
+{
+    m_monitor.resumeFromUserPause();
+}

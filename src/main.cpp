@@ -1,9 +1,11 @@
 #include "app/AppDelegate.h"
 #include "app/HotkeyRefusalNotice.h"
 #include "app/ScopedFileLease.h"
+#include "app/TrayIcon.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
+#include "foundation/InternalCopies.h"
 #include "foundation/Log.h"
 #include "foundation/TextTools.h"
 #include "foundation/UserDefaults.h"
@@ -117,11 +119,24 @@ int runApplication(Application &application, SingleInstance &instance)
         [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
     DBusNotifications notifications;
     HotkeyRefusalNotice hotkeyRefusalNotice(defaults, notifications);
-    AppDelegate delegate({itemManager, monitor, pastePipeline, hotkeySettings, languages,
-                          platform->globalHotkey(), hotkeyRefusalNotice, platform->workspace(),
-                          [&windowCollaborators](const ClipboardItemList &items) {
-                              return makeHistoryWindow(windowCollaborators, items);
-                          }});
+    TrayIcon statusItem;
+    InternalCopies internalCopies;
+    AppDelegate delegate({.itemManager = itemManager,
+                          .monitor = monitor,
+                          .pastePipeline = pastePipeline,
+                          .hotkeySettings = hotkeySettings,
+                          .languages = languages,
+                          .internalCopies = internalCopies,
+                          .globalHotkey = platform->globalHotkey(),
+                          .hotkeyRefusalNotice = hotkeyRefusalNotice,
+                          .statusItem = statusItem,
+                          .workspace = platform->workspace(),
+                          .scheduler = scheduler,
+                          .makeWindow =
+                              [&windowCollaborators](const ClipboardItemList &items) {
+                                  return makeHistoryWindow(windowCollaborators, items);
+                              },
+                          .makeSettingsWindow = {}});
 
     instance.onActivated = [&](const QString &activationToken) {
         platform->workspace().noteUserAction(activationToken);

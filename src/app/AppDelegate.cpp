@@ -1,55 +1,61 @@
 #include "app/AppDelegate.h"
 
 #include "app/HotkeyRefusalNotice.h"
+#include "app/StatusItemIcon.h"
 #include "capture/ClipboardMonitor.h"
+#include "foundation/InternalCopies.h"
 #include "foundation/Log.h"
 #include "language/LanguageManager.h"
 #include "language/Localized.h"
+#include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 #include "settings/HotkeySettingsManager.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QMenu>
 
 using namespace Qt::StringLiterals;
 
-AppDelegate::AppDelegate(Collaborators collaborators) : m_with(std::move(collaborators))
+AppDelegate::AppDelegate(Collaborators collaborators)
+    : m_with(std::move(collaborators))
+    , m_statusMenu(m_with.monitor)
+    , m_dismissingPress(m_with.scheduler)
 {
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate()
+{
+    stopObserving();
+}
 
 void AppDelegate::applicationDidFinishLaunching()
 {
     printLine(u"Tessarine started"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    setupMainMenu();
     setupStatusItem();
     m_with.monitor.onNewClipboardItem = [this](const ClipboardItem &item) { handleNewItem(item); };
     m_with.monitor.onPictureStored = [this] { refreshWindow(); };
-    m_with.pastePipeline.onHideWindow = [this] {
-        if (m_searchWindow)
-            m_searchWindow->hide();
-    };
+    m_with.pastePipeline.onHideWindow = [this] { hideHistoryWindow(); };
     m_with.monitor.startMonitoring();
     setupHotkey();
-    connect(&m_with.hotkeySettings, &HotkeySettingsManager::hotkeySettingsChanged, this,
-            &AppDelegate::hotkeySettingsChanged);
-    connect(&m_with.languages, &LanguageManager::languageChanged, this,
-            &AppDelegate::refreshTexts);
+    observeNotifications();
     printLine(u"Tessarine fully initialized"_s);
 }
 
 void AppDelegate::applicationDidBecomeActive()
 {
-    showHistoryWindow();
+    if (m_settingsWindow && m_settingsWindow->isVisible())
+        m_settingsWindow->show();
+    else
+        showHistoryWindow();
 }
 
 void AppDelegate::applicationWillTerminate()
 {
     m_with.pastePipeline.applicationWillTerminate();
     m_with.monitor.stopMonitoring();
-    disconnect(&m_with.hotkeySettings, nullptr, this, nullptr);
-    disconnect(&m_with.languages, nullptr, this, nullptr);
+    stopObserving();
     m_hotkeyManager.reset();
     m_with.itemManager.drain();
 }
@@ -77,27 +83,64 @@ void AppDelegate::showHistoryWindow()
     m_searchWindow->show();
 }
 
+void AppDelegate::showSettings()
+{
+    if (!m_with.makeSettingsWindow)
+        return;
+    hideHistoryWindow();
+    if (!m_settingsWindow)
+        createSettingsWindow();
+    m_settingsWindow->show();
+}
+
+void AppDelegate::setupMainMenu()
+{
+    connect(&m_mainMenu, &MainMenu::settingsRequested, this, &AppDelegate::showSettings);
+    connect(&m_mainMenu, &MainMenu::hideRequested, this, &AppDelegate::hideWindows);
+    connect(&m_mainMenu, &MainMenu::quitRequested, this, &AppDelegate::terminate);
+}
+
 void AppDelegate::setupStatusItem()
 {
     printLine(u"Setting up menu bar..."_s);
-    const bool isInTray = m_trayIcon.create();
-    if (isInTray) {
-        printLine(u"Status item created successfully"_s);
-        printLine(u"Status item button exists"_s);
-        printLine(u"Menu bar button set up"_s);
-        printLine(u"Button action configured"_s);
-    } else {
+    // A tray may still come, and then finds everything in place.
+    const bool isInTray = m_with.statusItem.create();
+    const auto printStep = [isInTray](const QString &line) {
+        if (isInTray)
+            printLine(line);
+    };
+    if (!isInTray)
         printLine(u"ERROR: Failed to create status item!"_s);
-    }
-    connect(&m_trayIcon, &TrayIcon::clicked, this, &AppDelegate::toggleHistoryWindow);
+    printStep(u"Status item created successfully"_s);
+    printStep(u"Status item button exists"_s);
+    updateStatusItemIcon();
+    printStep(u"Menu bar button set up"_s);
+    m_with.statusItem.onClicked = [this](const QString &token) { statusItemClicked(token); };
+    printStep(u"Button action configured"_s);
+    setupStatusMenu();
+    printStep(u"Status bar set up complete"_s);
+}
 
-    QMenu &menu = m_trayIcon.menu();
-    m_showMenuItem = menu.addAction(QString(), this, &AppDelegate::showHistoryWindow);
-    menu.addSeparator();
-    m_quitMenuItem = menu.addAction(QString(), qApp, [] { QCoreApplication::exit(); });
-    refreshMenuTitles();
-    if (isInTray)
-        printLine(u"Status bar set up complete"_s);
+void AppDelegate::setupStatusMenu()
+{
+    if (!m_with.makeSettingsWindow)
+        m_statusMenu.hideSettings();
+    const auto connectTo = [this](auto signal, auto action) {
+        connect(&m_statusMenu, signal, this, [this, action] {
+            m_with.workspace.noteUserAction({});
+            (this->*action)();
+        });
+    };
+    connectTo(&StatusMenu::showRequested, &AppDelegate::showHistoryWindow);
+    connectTo(&StatusMenu::settingsRequested, &AppDelegate::showSettings);
+    connectTo(&StatusMenu::quitRequested, &AppDelegate::terminate);
+
+    StatusItem &item = m_with.statusItem;
+    item.onMenuRequested
+        = [this](const QPoint &position) { m_statusMenu.contextMenu().popup(position); };
+    item.onMenuWillOpen = [this] { m_with.statusItem.setMenu(m_statusMenu.entries()); };
+    item.onMenuEntryChosen = [this](int id) { m_statusMenu.chooseEntry(id); };
+    item.setMenu(m_statusMenu.entries());
 }
 
 void AppDelegate::setupHotkey()
@@ -114,17 +157,86 @@ void AppDelegate::setupHotkey()
     printLine(u"Hotkey setup complete: "_s + HotkeySettingsManager::displayString(settings));
 }
 
-void AppDelegate::refreshMenuTitles()
+void AppDelegate::observeNotifications()
 {
-    m_showMenuItem->setText(localized(u"menu.show_history"_s, u"Show Clipboard History"_s));
-    m_quitMenuItem->setText(localized(u"menu.quit"_s, u"Quit Tessarine"_s));
+    connect(&m_with.languages, &LanguageManager::languageChanged, this,
+            &AppDelegate::refreshTexts);
+    connect(&m_with.hotkeySettings, &HotkeySettingsManager::hotkeySettingsChanged, this,
+            &AppDelegate::hotkeySettingsChanged);
+    connect(&m_with.monitor, &ClipboardMonitor::clipboardMonitorPauseStateChanged, this,
+            &AppDelegate::refreshStatusItem);
+    connect(&m_with.internalCopies, &InternalCopies::tessarineInternalCopyWillWrite, this,
+            [this] { m_with.pastePipeline.internalCopyWillWrite(); });
+}
+
+void AppDelegate::stopObserving()
+{
+    m_with.languages.disconnect(this);
+    m_with.hotkeySettings.disconnect(this);
+    m_with.monitor.disconnect(this);
+    m_with.internalCopies.disconnect(this);
+    StatusItem &item = m_with.statusItem;
+    item.onClicked = nullptr;
+    item.onMenuRequested = nullptr;
+    item.onMenuWillOpen = nullptr;
+    item.onMenuEntryChosen = nullptr;
 }
 
 void AppDelegate::refreshTexts()
 {
-    refreshMenuTitles();
+    m_mainMenu.refreshMenuTitles();
+    m_statusMenu.refreshMenuTitles();
+    refreshStatusItem();
+    if (m_settingsWindow)
+        m_settingsWindow->refreshLanguage();
     if (m_searchWindow)
         m_searchWindow->refreshLanguage();
+}
+
+/// For panels that draw the menu themselves and do not ask before they open it, too.
+void AppDelegate::refreshStatusItem()
+{
+    updateStatusItemIcon();
+    m_with.statusItem.setMenu(m_statusMenu.entries());
+}
+
+void AppDelegate::updateStatusItemIcon()
+{
+    const bool isPaused = m_with.monitor.isUserPaused();
+    const QString description = isPaused
+        ? u"Tessarine: "_s + localized(u"menu.paused"_s, u"已暂停"_s)
+        : u"Tessarine"_s;
+    m_with.statusItem.setIcon(
+        [isPaused](int side, const QColor &color) {
+            return statusItemImage(side, color, isPaused);
+        },
+        description);
+}
+
+void AppDelegate::statusItemClicked(const QString &activationToken)
+{
+    m_with.workspace.noteUserAction(activationToken);
+    if (!m_dismissingPress.takeClick())
+        toggleHistoryWindow();
+}
+
+void AppDelegate::hideWindows()
+{
+    hideHistoryWindow();
+    if (m_settingsWindow)
+        m_settingsWindow->close();
+}
+
+void AppDelegate::hideHistoryWindow()
+{
+    if (m_searchWindow)
+        m_searchWindow->hide();
+}
+
+void AppDelegate::terminate()
+{
+    // Not quit(), which asks every window first.
+    QCoreApplication::exit();
 }
 
 void AppDelegate::hotkeySettingsChanged(const HotkeySettings &settings)
@@ -171,6 +283,7 @@ void AppDelegate::createWindow(const ClipboardItemList &items)
     m_searchWindow->onPasteSelected
         = [this](const ClipboardItemPointer &item) { m_with.pastePipeline.pasteItem(*item); };
     m_searchWindow->onWindowHidden = [this] { dropWindow(); };
+    m_searchWindow->onTurnedAway = [this] { m_dismissingPress.note(); };
     m_searchWindow->onFavoriteToggled
         = [this](const QUuid &id) { m_with.itemManager.toggleFavorite(id); };
 }
@@ -180,4 +293,15 @@ void AppDelegate::dropWindow()
     // The window is still running its own code; it ends on the next turn of the event loop.
     m_endingWindow = std::move(m_searchWindow);
     QMetaObject::invokeMethod(this, [this] { m_endingWindow.reset(); }, Qt::QueuedConnection);
+}
+
+void AppDelegate::createSettingsWindow()
+{
+    m_settingsWindow = m_with.makeSettingsWindow();
+    m_settingsWindow->onClosed = [this] {
+        // The window is still running its own code; it ends on the next turn of the event loop.
+        std::shared_ptr<SettingsWindowProtocol> ending = std::move(m_settingsWindow);
+        QMetaObject::invokeMethod(
+            this, [ending]() mutable { ending.reset(); }, Qt::QueuedConnection);
+    };
 }

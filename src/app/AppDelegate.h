@@ -1,9 +1,12 @@
 #pragma once
 
+#include "app/DismissingPress.h"
 #include "app/HotkeyManager.h"
+#include "app/MainMenu.h"
 #include "app/PastePipeline.h"
-#include "app/TrayIcon.h"
+#include "app/StatusMenu.h"
 #include "core/ClipboardItemManager.h"
+#include "settings/SettingsWindowProtocol.h"
 #include "window/ClipboardSearchWindowProtocol.h"
 
 #include <QObject>
@@ -11,12 +14,13 @@
 class ClipboardMonitor;
 class HotkeyRefusalNotice;
 class HotkeySettingsManager;
+class InternalCopies;
 class LanguageManager;
-class QAction;
+class StatusItem;
 class Workspace;
 
-/// The root object of the running program: owns the status item and the history window, and routes
-/// between capture, window, hot key and paste. Main thread only.
+/// The root object of the running program: owns the menus and the windows, and routes between
+/// status item, capture, windows, hot key and paste. Main thread only.
 class AppDelegate : public QObject
 {
     Q_OBJECT
@@ -26,6 +30,9 @@ public:
     using WindowFactory
         = std::function<std::unique_ptr<ClipboardSearchWindowProtocol>(const ClipboardItemList &)>;
 
+    /// Makes the settings window; it is not on the screen yet.
+    using SettingsFactory = std::function<std::unique_ptr<SettingsWindowProtocol>()>;
+
     /// What the delegate works with; all of it outlives the delegate.
     struct Collaborators
     {
@@ -34,10 +41,14 @@ public:
         PastePipeline &pastePipeline;
         HotkeySettingsManager &hotkeySettings;
         LanguageManager &languages;
+        InternalCopies &internalCopies;
         GlobalHotkey &globalHotkey;
         HotkeyRefusalNotice &hotkeyRefusalNotice;
+        StatusItem &statusItem;
         Workspace &workspace;
+        Scheduler &scheduler;
         WindowFactory makeWindow;
+        SettingsFactory makeSettingsWindow; ///< Empty if there are no settings to be shown.
     };
 
     explicit AppDelegate(Collaborators collaborators);
@@ -51,27 +62,40 @@ public:
     /// Hides the history window if it is there to stay, else shows it, also out of its way out.
     void toggleHistoryWindow();
     void showHistoryWindow();
+    void showSettings();
 
     bool hasHistoryWindow() const { return m_searchWindow != nullptr; }
+    bool hasSettingsWindow() const { return m_settingsWindow != nullptr; }
 
 private:
+    void setupMainMenu();
     void setupStatusItem();
+    void setupStatusMenu();
     void setupHotkey();
-    void refreshMenuTitles();
+    void observeNotifications();
+    void stopObserving();
     void refreshTexts();
+    void refreshStatusItem();
+    void updateStatusItemIcon();
+    void statusItemClicked(const QString &activationToken);
+    void terminate();
+    void hideWindows();
+    void hideHistoryWindow();
     void hotkeySettingsChanged(const HotkeySettings &settings);
     void handleNewItem(const ClipboardItem &item);
     void refreshWindow();
     void recordPreviouslyActiveApp();
     void createWindow(const ClipboardItemList &items);
     void dropWindow();
+    void createSettingsWindow();
 
     Collaborators m_with;
-    TrayIcon m_trayIcon;
-    QAction *m_showMenuItem = nullptr; ///< Belongs to the menu.
-    QAction *m_quitMenuItem = nullptr; ///< Belongs to the menu.
+    MainMenu m_mainMenu;
+    StatusMenu m_statusMenu;
+    DismissingPress m_dismissingPress;
     std::unique_ptr<HotkeyManager> m_hotkeyManager;
     std::unique_ptr<ClipboardSearchWindowProtocol> m_searchWindow;
     /// Hidden for good, and gone on the next turn of the event loop.
     std::unique_ptr<ClipboardSearchWindowProtocol> m_endingWindow;
+    std::unique_ptr<SettingsWindowProtocol> m_settingsWindow;
 };

@@ -1,34 +1,22 @@
 #pragma once
 
-#include <QObject>
-#include <QRect>
+#include "platform/StatusItem.h"
 
 #include <memory>
 
-class QMenu;
 class QSystemTrayIcon;
 
-/// The program's icon in the desktop's tray, with its menu. Main thread only.
-class TrayIcon : public QObject
+/// The program's icon in whichever tray Qt finds.
+class TrayIcon : public StatusItem
 {
-    Q_OBJECT
-
 public:
     TrayIcon();
     ~TrayIcon() override;
 
-    /// Puts the icon into the tray. False if this desktop has no tray now; the icon still appears
-    /// should a tray come later.
-    [[nodiscard]] bool create();
-
-    /// The menu that the icon opens; it belongs to the item.
-    QMenu &menu() { return *m_menu; }
-
-signals:
-    /// The icon was clicked with the left button.
-    void clicked();
+    bool create() override;
+    void setIcon(IconPainter painter, const QString &description) override;
+    void setMenu(const QList<StatusMenuEntry> &entries) override;
 
 private:
-    std::unique_ptr<QMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };

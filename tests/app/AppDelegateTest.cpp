@@ -1,89 +1,11 @@
-#include "app/AppDelegate.h"
+#include "tests/fakes/AppDelegateFixture.h"
 
-#include "app/HotkeyRefusalNotice.h"
-#include "app/PastePipeline.h"
-#include "app/ScopedFileLease.h"
-#include "language/LanguageManager.h"
-#include "settings/HotkeySettingsManager.h"
-#include "tests/fakes/CaptureFixture.h"
-#include "tests/fakes/FakeGlobalHotkey.h"
-#include "tests/fakes/FakeNotifications.h"
-#include "tests/fakes/FakePasteKeystroke.h"
-
-#include <QApplication>
-#include <QMenu>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace {
-
-/// A history window that only remembers what it was told.
-class FakeWindow : public ClipboardSearchWindowProtocol
-{
-public:
-    struct State
-    {
-        ClipboardItemList items;
-        int windowCount = 0;
-        int showCount = 0;
-        int languageCount = 0;
-        bool isVisible = false;
-        bool isHiding = false;
-    };
-
-    explicit FakeWindow(State &state) : m_state(state) {}
-
-    bool isVisible() const override { return m_state.isVisible; }
-    bool isHideAnimationInFlight() const override { return m_state.isHiding; }
-
-    void show() override
-    {
-        ++m_state.showCount;
-        m_state.isVisible = true;
-        m_state.isHiding = false;
-    }
-
-    void hide() override
-    {
-        if (!m_state.isHiding)
-            m_state.isHiding = true;
-    }
-
-    void finishHiding()
-    {
-        m_state.isHiding = false;
-        m_state.isVisible = false;
-        onWindowHidden();
-    }
-
-    void updateItems(const ClipboardItemList &items) override { m_state.items = items; }
-    void refreshLanguage() override { ++m_state.languageCount; }
-
-private:
-    State &m_state;
-};
-
-QStringList statusMenuTitles()
-{
-    QStringList titles;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (const QWidget *widget : widgets) {
-        if (qobject_cast<const QMenu *>(widget) == nullptr)
-            continue;
-        const QList<QAction *> actions = widget->actions();
-        for (const QAction *action : actions) {
-            if (!action->isSeparator())
-                titles.append(action->text());
-        }
-    }
-    return titles;
-}
-
-} // namespace
-
-class AppDelegateTest : public QObject, protected CaptureFixture
+class AppDelegateTest : public QObject, protected AppDelegateFixture
 {
     Q_OBJECT
 
@@ -102,80 +24,41 @@ private slots:
     void chosenItemIsPastedIntoTheRecordedProgram();
     void refusedHotkeyIsPrintedAndTheProgramGoesOn();
     void changedHotkeyIsRegisteredAtOnce();
-    void changedLanguageReachesTheMenuAndTheWindow();
+    void changedLanguageReachesTheWindows();
+    void internalCopyPausesCaptureForAWhile();
     void secondStartShowsTheWindow();
     void terminationLeavesNothingUnwritten();
     void terminationLetsGoOfThePastedFile();
-
-private:
-    void pressHotkey() { m_hotkey->onPressed(); }
-
-    std::unique_ptr<FakePasteKeystroke> m_keystroke;
-    std::unique_ptr<FakeGlobalHotkey> m_hotkey;
-    FakeNotifications m_notifications;
-    std::unique_ptr<HotkeyRefusalNotice> m_hotkeyNotice;
-    std::unique_ptr<HotkeySettingsManager> m_hotkeySettings;
-    std::unique_ptr<LanguageManager> m_languages;
-    std::unique_ptr<ScopedFileLease> m_fileLease;
-    std::unique_ptr<PastePipeline> m_pipeline;
-    std::unique_ptr<AppDelegate> m_delegate;
-    FakeWindow::State m_window;
-    FakeWindow *m_latestWindow = nullptr;
+    void nothingIsHeardAfterTheEnd();
 };
 
 void AppDelegateTest::init()
 {
-    m_window = {};
-    setUpCapture();
-    m_keystroke = std::make_unique<FakePasteKeystroke>();
-    m_hotkey = std::make_unique<FakeGlobalHotkey>();
-    m_hotkeyNotice = std::make_unique<HotkeyRefusalNotice>(*m_defaults, m_notifications);
-    m_hotkeySettings = std::make_unique<HotkeySettingsManager>(*m_defaults);
-    m_languages = std::make_unique<LanguageManager>(*m_defaults);
-    m_languages->install();
-    m_fileLease = std::make_unique<ScopedFileLease>(m_files->references, *m_scheduler, *m_clock,
-                                                    *m_defaults);
-    m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
-                                                 *m_scheduler, *m_monitor, *m_manager,
-                                                 *m_defaults, *m_codec, *m_fileLease);
-    m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
-        *m_manager, *m_monitor, *m_pipeline, *m_hotkeySettings, *m_languages, *m_hotkey,
-        *m_hotkeyNotice, *m_workspace,
-        [this](const ClipboardItemList &items) {
-            ++m_window.windowCount;
-            m_window.items = items;
-            auto window = std::make_unique<FakeWindow>(m_window);
-            m_latestWindow = window.get();
-            return window;
-        }});
+    setUpDelegate();
     m_delegate->applicationDidFinishLaunching();
 }
 
 void AppDelegateTest::cleanup()
 {
-    m_delegate.reset();
-    m_pipeline.reset();
-    m_fileLease.reset();
-    m_languages.reset();
-    tearDownCapture();
+    tearDownDelegate();
 }
 
 void AppDelegateTest::launchingPrintsItsStepsInOrder()
 {
-    const QStringList lines = m_printed->lines();
-    const QStringList expected{u"Tessarine started"_s,
-                               u"Setting up menu bar..."_s,
-                               u"No saved settings found, using defaults"_s,
-                               u"Event handler installed successfully"_s,
-                               u"Hotkey registered successfully: keyCode=49, modifiers=2048"_s,
-                               u"Hotkey setup complete: ⌥Space"_s,
-                               u"Tessarine fully initialized"_s};
-    qsizetype position = -1;
-    for (const QString &line : expected) {
-        const qsizetype next = lines.indexOf(line);
-        QVERIFY2(next > position, qPrintable(line + u" in "_s + lines.join(u'\n')));
-        position = next;
-    }
+    QCOMPARE(m_printed->lines(),
+             (QStringList{u"Loaded 0 items from disk"_s,
+                          u"Tessarine started"_s,
+                          u"Setting up menu bar..."_s,
+                          u"Status item created successfully"_s,
+                          u"Status item button exists"_s,
+                          u"Menu bar button set up"_s,
+                          u"Button action configured"_s,
+                          u"Status bar set up complete"_s,
+                          u"No saved settings found, using defaults"_s,
+                          u"Event handler installed successfully"_s,
+                          u"Hotkey registered successfully: keyCode=49, modifiers=2048"_s,
+                          u"Hotkey setup complete: ⌥Space"_s,
+                          u"Tessarine fully initialized"_s}));
 }
 
 void AppDelegateTest::hotkeyOpensTheWindowAndClosesItAgain()
@@ -288,16 +171,26 @@ void AppDelegateTest::changedHotkeyIsRegisteredAtOnce()
     QVERIFY(m_printed->contains(u"Hotkey updated: ⌘⌃V"_s));
 }
 
-void AppDelegateTest::changedLanguageReachesTheMenuAndTheWindow()
+void AppDelegateTest::changedLanguageReachesTheWindows()
 {
     m_languages->setLanguage(AppLanguage::Chinese);
-    QCOMPARE(statusMenuTitles(), (QStringList{u"显示剪贴板历史"_s, u"退出 Tessarine"_s}));
     QCOMPARE(m_window.languageCount, 0);
     pressHotkey();
     m_languages->setLanguage(AppLanguage::English);
-    QCOMPARE(statusMenuTitles(),
-             (QStringList{u"Show Clipboard History"_s, u"Quit Tessarine"_s}));
     QCOMPARE(m_window.languageCount, 1);
+    m_delegate->showSettings();
+    m_languages->setLanguage(AppLanguage::Chinese);
+    QCOMPARE(m_settingsWindow.languageCount, 1);
+}
+
+void AppDelegateTest::internalCopyPausesCaptureForAWhile()
+{
+    emit m_internalCopies->tessarineInternalCopyWillWrite();
+    QVERIFY(m_monitor->isPaused());
+    m_scheduler->advance(599ms);
+    QVERIFY(m_monitor->isPaused());
+    m_scheduler->advance(1ms);
+    QVERIFY(!m_monitor->isPaused());
 }
 
 void AppDelegateTest::secondStartShowsTheWindow()
@@ -326,6 +219,20 @@ void AppDelegateTest::terminationLetsGoOfThePastedFile()
     m_fileLease->beginScopedFileURLAccess(QUrl(u"file:///home/a"_s));
     m_delegate->applicationWillTerminate();
     QCOMPARE(m_files->access.openCount, 0);
+}
+
+void AppDelegateTest::nothingIsHeardAfterTheEnd()
+{
+    pressHotkey();
+    m_delegate->applicationWillTerminate();
+    m_languages->setLanguage(AppLanguage::Chinese);
+    emit m_internalCopies->tessarineInternalCopyWillWrite();
+    m_hotkeySettings->announce({9, HotkeySettings::kControl});
+    QCOMPARE(m_window.languageCount, 0);
+    QVERIFY(!m_monitor->isPaused());
+    QVERIFY(!m_hotkey->onPressed);
+    QVERIFY(!m_statusItem->onClicked);
+    QVERIFY(!m_statusItem->onMenuEntryChosen);
 }
 
 QTEST_MAIN(AppDelegateTest)

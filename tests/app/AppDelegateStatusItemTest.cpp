@@ -1,0 +1,259 @@
+#include "app/StatusItemIcon.h"
+#include "tests/fakes/AppDelegateFixture.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// The status item and what it opens: clicks, menus, the icon.
+class AppDelegateStatusItemTest : public QObject, protected AppDelegateFixture
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void clickOpensTheWindowAndClosesItAgain();
+    void clickTellsTheDesktopThatThePersonAsked();
+    void clickWhosePressHidTheWindowLeavesItHidden();
+    void clickOnAWindowThatIsGoneByThenLeavesItHidden();
+    void secondClickShowsTheWindowAgain();
+    void clickLongAfterAPressElsewhereShowsTheWindow();
+    void hotkeyAfterAPressElsewhereTurnsTheWindowRound();
+    void clickHidesAPinnedWindow();
+    void withoutATrayTheErrorIsPrintedAndTheProgramWorks();
+    void trayThatComesLaterFindsIconAndMenu();
+    void panelMenuHasEveryFunction();
+    void panelMenuWithoutSettingsHasNoEntryForThem();
+    void panelMenuShowsTheHistory();
+    void panelMenuIsAskedForTheStateOfTheMoment();
+    void popupMenuOpensWhereItIsWanted();
+    void pauseShowsInTheIconAndEndsByItself();
+    void changedLanguageReachesMenuAndIcon();
+    void settingsLeaveNoHistoryWindowBehind();
+    void settingsStayWhileTheProgramBecomesActive();
+    void closedSettingsAreMadeAnew();
+
+private:
+    QImage icon(bool isPaused) const { return statusItemImage(22, Qt::black, isPaused); }
+    QImage shownIcon() const { return m_statusItem->iconPainter(22, Qt::black); }
+};
+
+void AppDelegateStatusItemTest::init()
+{
+    setUpDelegate();
+    m_delegate->applicationDidFinishLaunching();
+}
+
+void AppDelegateStatusItemTest::cleanup()
+{
+    tearDownDelegate();
+}
+
+void AppDelegateStatusItemTest::clickOpensTheWindowAndClosesItAgain()
+{
+    clickStatusItem();
+    QVERIFY(m_window.isVisible);
+    clickStatusItem();
+    QVERIFY(m_window.isHiding);
+}
+
+void AppDelegateStatusItemTest::clickTellsTheDesktopThatThePersonAsked()
+{
+    clickStatusItem(u"panel-1_TIME4711"_s);
+    QCOMPARE(m_workspace->activationTokens, QStringList{u"panel-1_TIME4711"_s});
+}
+
+void AppDelegateStatusItemTest::clickWhosePressHidTheWindowLeavesItHidden()
+{
+    clickStatusItem();
+    m_latestWindow->pressOutside();
+    m_scheduler->advance(120ms);
+    clickStatusItem();
+    QVERIFY(m_window.isHiding);
+    QCOMPARE(m_window.showCount, 1);
+}
+
+void AppDelegateStatusItemTest::clickOnAWindowThatIsGoneByThenLeavesItHidden()
+{
+    clickStatusItem();
+    m_latestWindow->pressOutside();
+    m_scheduler->advance(160ms);
+    m_latestWindow->finishHiding();
+    m_scheduler->advance(100ms);
+    clickStatusItem();
+    QVERIFY(!m_window.isVisible);
+}
+
+void AppDelegateStatusItemTest::secondClickShowsTheWindowAgain()
+{
+    clickStatusItem();
+    m_latestWindow->pressOutside();
+    clickStatusItem();
+    clickStatusItem();
+    QVERIFY(!m_window.isHiding);
+    QCOMPARE(m_window.showCount, 2);
+}
+
+void AppDelegateStatusItemTest::clickLongAfterAPressElsewhereShowsTheWindow()
+{
+    clickStatusItem();
+    m_latestWindow->pressOutside();
+    m_latestWindow->finishHiding();
+    m_scheduler->advance(500ms);
+    clickStatusItem();
+    QVERIFY(m_window.isVisible);
+}
+
+void AppDelegateStatusItemTest::hotkeyAfterAPressElsewhereTurnsTheWindowRound()
+{
+    pressHotkey();
+    m_latestWindow->pressOutside();
+    m_scheduler->advance(50ms);
+    pressHotkey();
+    QVERIFY(!m_window.isHiding);
+    QCOMPARE(m_window.windowCount, 1);
+}
+
+void AppDelegateStatusItemTest::clickHidesAPinnedWindow()
+{
+    m_window.isPinned = true;
+    clickStatusItem();
+    m_latestWindow->pressOutside();
+    QVERIFY(!m_window.isHiding);
+    clickStatusItem();
+    QVERIFY(m_window.isHiding);
+}
+
+void AppDelegateStatusItemTest::withoutATrayTheErrorIsPrintedAndTheProgramWorks()
+{
+    tearDownDelegate();
+    setUpDelegate();
+    m_statusItem->hasTray = false;
+    m_delegate->applicationDidFinishLaunching();
+    QCOMPARE(m_printed->lines().sliced(1, 4),
+             (QStringList{u"Tessarine started"_s, u"Setting up menu bar..."_s,
+                          u"ERROR: Failed to create status item!"_s,
+                          u"No saved settings found, using defaults"_s}));
+    QCOMPARE(m_printed->lines().constLast(), u"Tessarine fully initialized"_s);
+    pressHotkey();
+    QVERIFY(m_window.isVisible);
+}
+
+void AppDelegateStatusItemTest::trayThatComesLaterFindsIconAndMenu()
+{
+    tearDownDelegate();
+    setUpDelegate();
+    m_statusItem->hasTray = false;
+    m_delegate->applicationDidFinishLaunching();
+    QCOMPARE(shownIcon(), icon(false));
+    QVERIFY(chooseInPanel(u"Show Clipboard History"_s));
+    QVERIFY(m_window.isVisible);
+    clickStatusItem();
+    QVERIFY(m_window.isHiding);
+}
+
+void AppDelegateStatusItemTest::panelMenuHasEveryFunction()
+{
+    QCOMPARE(
+        titlesOf(m_statusItem->menu),
+        (QStringList{u"Show Clipboard History"_s, u"-"_s, u"Pause Recording"_s, u"Pause"_s,
+                     u"Pause for 15 Minutes"_s, u"Pause for 30 Minutes"_s, u"Pause for 1 Hour"_s,
+                     u"-"_s, u"Settings..."_s, u"-"_s, u"Quit Tessarine"_s}));
+}
+
+void AppDelegateStatusItemTest::panelMenuWithoutSettingsHasNoEntryForThem()
+{
+    makeDelegate({});
+    m_delegate->applicationDidFinishLaunching();
+    const QStringList titles = titlesOf(m_statusItem->menu);
+    QVERIFY(!titles.contains(u"Settings..."_s));
+    QCOMPARE(titles.count(u"-"_s), 2);
+}
+
+void AppDelegateStatusItemTest::panelMenuShowsTheHistory()
+{
+    QVERIFY(chooseInPanel(u"Show Clipboard History"_s));
+    QVERIFY(m_window.isVisible);
+    QCOMPARE(m_workspace->activationTokens, QStringList{QString()});
+}
+
+void AppDelegateStatusItemTest::panelMenuIsAskedForTheStateOfTheMoment()
+{
+    m_statusItem->menu.clear();
+    m_statusItem->onMenuWillOpen();
+    QCOMPARE(m_statusItem->menu.constFirst().title, u"Show Clipboard History"_s);
+}
+
+void AppDelegateStatusItemTest::popupMenuOpensWhereItIsWanted()
+{
+    m_statusItem->onMenuRequested({40, 30});
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu != nullptr);
+    QCOMPARE(menu->geometry().topLeft(), QPoint(40, 30));
+    menu->close();
+}
+
+void AppDelegateStatusItemTest::pauseShowsInTheIconAndEndsByItself()
+{
+    QCOMPARE(shownIcon(), icon(false));
+    QVERIFY(chooseInPanel(u"Pause for 15 Minutes"_s));
+    QVERIFY(m_monitor->isUserPaused());
+    QCOMPARE(shownIcon(), icon(true));
+    QCOMPARE(m_statusItem->iconDescription, u"Tessarine: Paused"_s);
+    QVERIFY(titlesOf(m_statusItem->menu).contains(u"Resume"_s));
+
+    m_scheduler->advance(15min);
+    QVERIFY(!m_monitor->isUserPaused());
+    QCOMPARE(shownIcon(), icon(false));
+    QCOMPARE(m_statusItem->iconDescription, u"Tessarine"_s);
+    QVERIFY(!titlesOf(m_statusItem->menu).contains(u"Resume"_s));
+}
+
+void AppDelegateStatusItemTest::changedLanguageReachesMenuAndIcon()
+{
+    m_monitor->setUserPaused(true);
+    m_languages->setLanguage(AppLanguage::Chinese);
+    QCOMPARE(titlesOf(m_statusItem->menu),
+             (QStringList{u"显示剪贴板历史"_s, u"-"_s, u"已暂停"_s, u"恢复"_s, u"暂停 15 分钟"_s,
+                          u"暂停 30 分钟"_s, u"暂停 1 小时"_s, u"-"_s, u"设置…"_s, u"-"_s,
+                          u"退出 Tessarine"_s}));
+    QCOMPARE(m_statusItem->iconDescription, u"Tessarine: 已暂停"_s);
+}
+
+void AppDelegateStatusItemTest::settingsLeaveNoHistoryWindowBehind()
+{
+    clickStatusItem();
+    QVERIFY(chooseInPanel(u"Settings..."_s));
+    QVERIFY(m_window.isHiding);
+    QVERIFY(m_settingsWindow.isVisible);
+    m_latestWindow->finishHiding();
+    QVERIFY(!m_delegate->hasHistoryWindow());
+}
+
+void AppDelegateStatusItemTest::settingsStayWhileTheProgramBecomesActive()
+{
+    m_delegate->showSettings();
+    m_delegate->applicationDidBecomeActive();
+    QCOMPARE(m_window.windowCount, 0);
+    QCOMPARE(m_settingsWindow.showCount, 2);
+}
+
+void AppDelegateStatusItemTest::closedSettingsAreMadeAnew()
+{
+    m_delegate->showSettings();
+    m_latestSettingsWindow->close();
+    QVERIFY(!m_delegate->hasSettingsWindow());
+    QTRY_COMPARE(m_settingsWindow.windowCount, 0);
+    m_delegate->applicationDidBecomeActive();
+    QVERIFY(m_window.isVisible);
+    m_delegate->showSettings();
+    QVERIFY(m_settingsWindow.isVisible);
+}
+
+QTEST_MAIN(AppDelegateStatusItemTest)
+#include "AppDelegateStatusItemTest.moc"

@@ -89,7 +89,7 @@ int runApplication(Application &application, SingleInstance &instance)
     languages.install();
     application.onLocaleChanged = [&languages] { languages.systemLocaleChanged(); };
     const QtImageCodec codec;
-    const std::unique_ptr<Platform> platform = makeX11Platform(codec);
+    const std::unique_ptr<Platform> platform = makeX11Platform(codec, scheduler);
 
     if (!platform->appearance().isComposited())
         printLine(u"No compositor runs: the history window is opaque"_s);

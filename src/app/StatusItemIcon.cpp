@@ -16,19 +16,31 @@ constexpr int kBadgePointSize = 9;
 /// Lengths for a board of kBoardPointSize, whose box is 18 high.
 constexpr qreal kBoardSide = 18;
 constexpr qreal kBadgeOverhang = 4; ///< To the right of the board.
-constexpr qreal kBadgeDrop = 2; ///< Below it.
+constexpr qreal kBadgeDrop = 2;     ///< Below it.
 constexpr qreal kHoleMargin = 1;
 
 /// A symbol's ink begins at this part of its box.
 constexpr qreal kInkMargin = 2.0 / 24;
 
-/// The height at which a drawing of its own lies on whole pixels.
+/// The height at which a drawing of its own lies on whole pixels, and the badge that goes with it:
+/// the bars of the mark are whole pixels then.
 constexpr int kSmallSide = 16;
+constexpr int kSmallBadgeSide = 9;
 
 QPixmap boardPixmap(int side, const QColor &color)
 {
-    const QString name = side == kSmallSide ? u"app/tessarine-symbolic"_s : u"list.clipboard.fill"_s;
+    const QString name =
+        side == kSmallSide ? u"app/tessarine-symbolic"_s : u"list.clipboard.fill"_s;
     return symbolPixmap({name, kBoardPointSize, SymbolWeight::Regular}, color, side / kBoardSide);
+}
+
+QPixmap badgePixmap(int side, const QColor &color)
+{
+    constexpr qreal kBoxPerPoint = 1.2;
+    const qreal scale =
+        side == kSmallSide ? kSmallBadgeSide / (kBadgePointSize * kBoxPerPoint) : side / kBoardSide;
+    return symbolPixmap({u"pause.circle.fill"_s, kBadgePointSize, SymbolWeight::Bold}, color,
+                        scale);
 }
 
 /// The place of the badge for a board that begins at the origin.
@@ -57,11 +69,10 @@ void drawUnscaled(QPainter &painter, const QPoint &place, QPixmap pixmap)
 
 QImage pausedImage(int side, const QColor &color)
 {
-    const qreal scale = side / kBoardSide;
-    const QPixmap badge =
-        symbolPixmap({u"pause.circle.fill"_s, kBadgePointSize, SymbolWeight::Bold}, color, scale);
+    const QPixmap badge = badgePixmap(side, color);
     QRect place = badgePlace(side, badge.width());
-    // The mark hangs below the board, further than its own margin is wide; the board has room above.
+    // The mark hangs below the board, further than its own margin is wide; the board has room
+    // above.
     const int lift = place.bottom() + 1 - side - int(std::lround(badge.width() * kInkMargin));
     place.translate(0, -lift);
 
@@ -70,7 +81,7 @@ QImage pausedImage(int side, const QColor &color)
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     drawUnscaled(painter, QPoint(0, -lift), boardPixmap(side, color));
-    punchHole(painter, place, kHoleMargin * scale);
+    punchHole(painter, place, kHoleMargin * side / kBoardSide);
     drawUnscaled(painter, place.topLeft(), badge);
     return image;
 }

@@ -5,6 +5,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/PasteKeystroke.h"
 #include "platform/PointerMonitor.h"
+#include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 
 #include <stdexcept>
@@ -28,4 +29,5 @@ public:
     virtual PasteKeystroke &pasteKeystroke() = 0;
     virtual PointerMonitor &pointerMonitor() = 0;
     virtual DesktopAppearance &appearance() = 0;
+    virtual StatusItem &statusItem() = 0;
 };

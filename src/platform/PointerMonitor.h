@@ -5,6 +5,8 @@
 #include <functional>
 
 /// Tells of mouse presses anywhere on the screen, without taking them from anyone. Main thread.
+///
+/// Presses on the program's own status item are left out where it can be known that they are.
 class PointerMonitor
 {
 public:

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QString>
 
+#include <algorithm>
 #include <functional>
 
 /// One line of a status item's menu.
@@ -18,7 +19,12 @@ struct StatusMenuEntry
     QList<StatusMenuEntry> children; ///< A submenu if there are any.
     bool isSeparator = false;
 
-    friend bool operator==(const StatusMenuEntry &, const StatusMenuEntry &) = default;
+    friend bool operator==(const StatusMenuEntry &one, const StatusMenuEntry &other)
+    {
+        return one.id == other.id && one.title == other.title && one.shortcut == other.shortcut &&
+               one.isSeparator == other.isSeparator &&
+               std::ranges::equal(one.children, other.children);
+    }
 };
 
 /// The program's icon among those of the desktop, in the tray of a panel. Main thread only.

@@ -1,6 +1,7 @@
 #include "platform/x11/X11Platform.h"
 
 #include "tests/fakes/FakeImageCodec.h"
+#include "tests/fakes/FakeScheduler.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QGuiApplication>
@@ -29,12 +30,13 @@ private slots:
 private:
     PrivateDesktop &m_desktop;
     FakeImageCodec m_codec;
+    FakeScheduler m_scheduler;
 };
 
 void X11PlatformTest::platformOffersEverything()
 {
     requireX11Display();
-    const std::unique_ptr<Platform> platform = makeX11Platform(m_codec);
+    const std::unique_ptr<Platform> platform = makeX11Platform(m_codec, m_scheduler);
 
     QVERIFY(platform->pasteKeystroke().isPermitted());
     QVERIFY(!platform->appearance().isComposited());
@@ -78,7 +80,7 @@ void X11PlatformTest::withoutADisplayThereIsAReason()
     } catch (const PlatformError &error) {
         QCOMPARE(QByteArray(error.what()), reason);
     }
-    QVERIFY_EXCEPTION_THROWN(makeX11Platform(m_codec), PlatformError);
+    QVERIFY_EXCEPTION_THROWN(makeX11Platform(m_codec, m_scheduler), PlatformError);
 }
 
 void X11PlatformTest::serverWithoutExtensionsStillServes()
@@ -86,7 +88,7 @@ void X11PlatformTest::serverWithoutExtensionsStillServes()
     PrivateDesktop bare;
     QVERIFY(bare.start({u"-extension"_s, u"XTEST"_s, u"-extension"_s, u"COMPOSITE"_s}));
     {
-        const std::unique_ptr<Platform> platform = makeX11Platform(m_codec);
+        const std::unique_ptr<Platform> platform = makeX11Platform(m_codec, m_scheduler);
         QVERIFY(!platform->pasteKeystroke().isPermitted());
         QVERIFY(!platform->pasteKeystroke().postKeyDown());
         QVERIFY(!platform->appearance().isComposited());
@@ -99,7 +101,7 @@ void X11PlatformTest::serverThatTellsOfNoCopyIsRefusedWithAReason()
     PrivateDesktop bare;
     QVERIFY(bare.start({u"-extension"_s, u"XFIXES"_s}));
     try {
-        makeX11Platform(m_codec);
+        makeX11Platform(m_codec, m_scheduler);
         QFAIL("A server without XFixes was accepted");
     } catch (const PlatformError &error) {
         QCOMPARE(QByteArray(error.what()), QByteArray("the X server lacks the XFixes extension"));

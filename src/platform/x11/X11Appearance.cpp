@@ -8,7 +8,11 @@
 X11Appearance::X11Appearance(X11Connection &connection)
     : m_connection(connection)
 {
-    m_portal.onChanged = [this] { announceChange(); };
+    m_portal.onChanged = [this] {
+        announceChange();
+        if (onPreferenceChanged)
+            onPreferenceChanged();
+    };
     m_connection.addListener(this);
     watchCompositor();
 }

@@ -14,6 +14,9 @@ public:
     std::optional<bool> prefersDark() const override { return m_portal.prefersDark(); }
     bool isComposited() const override { return m_isComposited; }
 
+    /// Called besides onChanged, and only for prefersDark().
+    std::function<void()> onPreferenceChanged;
+
 private:
     void handleX11Event(int type, const void *event) override;
     void watchCompositor();

@@ -8,6 +8,7 @@
 #include "platform/x11/X11PasteKeystroke.h"
 #include "platform/x11/X11Pasteboard.h"
 #include "platform/x11/X11PointerMonitor.h"
+#include "platform/x11/X11StatusItem.h"
 #include "platform/x11/X11Workspace.h"
 
 namespace {
@@ -15,7 +16,7 @@ namespace {
 class X11Platform : public Platform
 {
 public:
-    explicit X11Platform(const ImageCodec &codec)
+    X11Platform(const ImageCodec &codec, Scheduler &scheduler)
         : m_keyboard(m_connection)
         , m_pasteboard(codec)
         , m_workspace(m_connection, m_entries)
@@ -24,7 +25,12 @@ public:
                            [this] { m_pasteboard.alsoOwnPrimary(); })
         , m_pointerMonitor(m_connection)
         , m_appearance(m_connection)
+        , m_statusItem(m_connection, m_appearance, scheduler)
     {
+        m_pointerMonitor.isOwnPlace = [this](const QPoint &place) {
+            return m_statusItem.contains(place);
+        };
+        m_appearance.onPreferenceChanged = [this] { m_statusItem.refreshColorSoon(); };
     }
 
     Pasteboard &pasteboard() override { return m_pasteboard; }
@@ -33,6 +39,7 @@ public:
     PasteKeystroke &pasteKeystroke() override { return m_pasteKeystroke; }
     PointerMonitor &pointerMonitor() override { return m_pointerMonitor; }
     DesktopAppearance &appearance() override { return m_appearance; }
+    StatusItem &statusItem() override { return m_statusItem; }
 
 private:
     X11Connection m_connection;
@@ -44,11 +51,12 @@ private:
     X11PasteKeystroke m_pasteKeystroke;
     X11PointerMonitor m_pointerMonitor;
     X11Appearance m_appearance;
+    X11StatusItem m_statusItem;
 };
 
 } // namespace
 
-std::unique_ptr<Platform> makeX11Platform(const ImageCodec &codec)
+std::unique_ptr<Platform> makeX11Platform(const ImageCodec &codec, Scheduler &scheduler)
 {
-    return std::make_unique<X11Platform>(codec);
+    return std::make_unique<X11Platform>(codec, scheduler);
 }

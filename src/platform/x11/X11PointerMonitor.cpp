@@ -1,7 +1,6 @@
 #include "platform/x11/X11PointerMonitor.h"
 
-#include <QGuiApplication>
-#include <QScreen>
+#include "platform/linux/ScreenPoint.h"
 
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
@@ -10,18 +9,6 @@ namespace {
 
 constexpr quint32 kLeftButton = 1;
 constexpr quint32 kRightButton = 3;
-
-/// Qt scales each screen about its own corner, which stays where it is.
-QPoint deviceIndependent(QPoint native)
-{
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        const QPoint corner = screen->geometry().topLeft();
-        const QRect nativeGeometry(corner, screen->size() * screen->devicePixelRatio());
-        if (nativeGeometry.contains(native))
-            return corner + (native - corner) / screen->devicePixelRatio();
-    }
-    return native;
-}
 
 } // namespace
 
@@ -79,6 +66,9 @@ void X11PointerMonitor::handleX11Event(int type, const void *event)
     // A raw event does not say where the pointer is.
     const auto pointer = m_connection.reply(
         xcb_query_pointer_reply, xcb_query_pointer(m_connection.xcb(), m_connection.rootWindow()));
-    if (pointer && onMousePressed)
-        onMousePressed(deviceIndependent(QPoint(pointer->root_x, pointer->root_y)));
+    if (!pointer || !onMousePressed)
+        return;
+    const QPoint place(pointer->root_x, pointer->root_y);
+    if (!isOwnPlace || !isOwnPlace(place))
+        onMousePressed(deviceIndependent(place));
 }

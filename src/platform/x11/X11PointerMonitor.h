@@ -13,6 +13,10 @@ public:
     void start() override;
     void stop() override;
 
+    /// Says of a place on the screen, in the screen's own pixels, that presses there are for this
+    /// program and are not to be told of.
+    std::function<bool(const QPoint &place)> isOwnPlace;
+
 private:
     void handleX11Event(int type, const void *event) override;
     void selectPresses(bool isWanted);

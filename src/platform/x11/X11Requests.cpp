@@ -17,10 +17,21 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     };
     set(X11AtomName::CompositorSelection, "_NET_WM_CM_S" + std::to_string(screenNumber));
     set(X11AtomName::GtkApplicationId, "_GTK_APPLICATION_ID");
+    set(X11AtomName::Manager, "MANAGER");
     set(X11AtomName::NetActiveWindow, "_NET_ACTIVE_WINDOW");
+    set(X11AtomName::NetClientList, "_NET_CLIENT_LIST");
     set(X11AtomName::NetSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK");
+    set(X11AtomName::NetSystemTrayColors, "_NET_SYSTEM_TRAY_COLORS");
+    set(X11AtomName::NetSystemTrayOpcode, "_NET_SYSTEM_TRAY_OPCODE");
+    set(X11AtomName::NetSystemTraySelection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber));
+    set(X11AtomName::NetSystemTrayVisual, "_NET_SYSTEM_TRAY_VISUAL");
+    set(X11AtomName::NetWmName, "_NET_WM_NAME");
     set(X11AtomName::NetWmPid, "_NET_WM_PID");
     set(X11AtomName::NetWmUserTime, "_NET_WM_USER_TIME");
+    set(X11AtomName::NetWmWindowType, "_NET_WM_WINDOW_TYPE");
+    set(X11AtomName::NetWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK");
+    set(X11AtomName::Utf8String, "UTF8_STRING");
+    set(X11AtomName::XembedInfo, "_XEMBED_INFO");
     return names;
 }
 

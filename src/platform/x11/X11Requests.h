@@ -13,10 +13,21 @@ enum class X11AtomName : quint8
 {
     CompositorSelection, ///< _NET_WM_CM_S with the number of our screen.
     GtkApplicationId,
+    Manager,
     NetActiveWindow,
+    NetClientList,
     NetSupportingWmCheck,
+    NetSystemTrayColors,
+    NetSystemTrayOpcode,
+    NetSystemTraySelection, ///< _NET_SYSTEM_TRAY_S with the number of our screen.
+    NetSystemTrayVisual,
+    NetWmName,
     NetWmPid,
     NetWmUserTime,
+    NetWmWindowType,
+    NetWmWindowTypeDock,
+    Utf8String,
+    XembedInfo,
     Count,
 };
 

@@ -1,0 +1,387 @@
+#include "platform/x11/X11TrayIcon.h"
+
+#include "platform/linux/ScreenPoint.h"
+#include "platform/linux/StatusIconDrawing.h"
+#include "platform/x11/X11Pixels.h"
+
+#include <QPainter>
+
+#include <cstring>
+#include <utility>
+
+#include <unistd.h>
+
+#include <xcb/xcb.h>
+
+namespace {
+
+constexpr quint32 kLeftButton = 1;
+constexpr quint32 kRightButton = 3;
+
+/// The size before the panel says one; some keep it.
+constexpr quint16 kFirstSide = 24;
+
+constexpr quint32 kRequestDock = 0; ///< SYSTEM_TRAY_REQUEST_DOCK
+constexpr quint32 kXembedVersion = 0;
+constexpr quint32 kXembedMapped = 1;
+
+constexpr char kWindowClass[] = "tessarine\0Tessarine"; // Instance and class, each with its zero.
+
+constexpr quint32 kOwnEvents = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                               XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
+                               XCB_EVENT_MASK_ENTER_WINDOW;
+constexpr quint32 kTrayEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+
+const xcb_screen_t *screenOf(xcb_connection_t *xcb, quint32 rootWindow)
+{
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(xcb));
+    while (screens.rem > 0 && screens.data->root != rootWindow)
+        xcb_screen_next(&screens);
+    return screens.rem > 0 ? screens.data : nullptr;
+}
+
+/// The depth of a visual; 0 if the screen has none of that number.
+quint8 depthOf(const xcb_screen_t *screen, quint32 visual)
+{
+    for (auto depths = xcb_screen_allowed_depths_iterator(screen); depths.rem > 0;
+         xcb_depth_next(&depths)) {
+        for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
+             xcb_visualtype_next(&visuals)) {
+            if (visuals.data->visual_id == visual)
+                return depths.data->depth;
+        }
+    }
+    return 0;
+}
+
+quint32 word(const std::optional<QByteArray> &property, qsizetype index = 0)
+{
+    quint32 value = 0;
+    const qsizetype place = index * qsizetype(sizeof value);
+    if (property && property->size() >= place + qsizetype(sizeof value))
+        std::memcpy(&value, property->constData() + place, sizeof value);
+    return value;
+}
+
+} // namespace
+
+X11TrayIcon::X11TrayIcon(X11Connection &connection)
+    : m_connection(connection)
+    , m_panelGround(connection)
+    , m_color(iconColorOnUnknownGround())
+{
+    m_connection.addListener(this);
+    // A tray that comes announces itself on the root window.
+    m_connection.selectRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    followTray();
+}
+
+X11TrayIcon::~X11TrayIcon()
+{
+    m_connection.removeListener(this);
+    undock();
+    m_connection.flush();
+}
+
+void X11TrayIcon::show()
+{
+    if (std::exchange(m_isShown, true))
+        return;
+    dock();
+}
+
+void X11TrayIcon::hide()
+{
+    m_isShown = false;
+    undock();
+    m_connection.flush();
+}
+
+void X11TrayIcon::setIcon(StatusItem::IconPainter painter, const QString &description)
+{
+    m_painter = std::move(painter);
+    m_description = description.toUtf8();
+    if (m_window == 0)
+        return;
+    setProperties();
+    draw();
+}
+
+void X11TrayIcon::followTray()
+{
+    const auto owner = m_connection.reply(
+        xcb_get_selection_owner_reply,
+        xcb_get_selection_owner(m_connection.xcb(),
+                                m_connection.atom(X11AtomName::NetSystemTraySelection)));
+    if (!owner || owner->owner == m_tray)
+        return;
+    undock();
+    m_tray = owner->owner;
+    if (m_tray == 0)
+        return;
+    xcb_change_window_attributes(m_connection.xcb(), m_tray, XCB_CW_EVENT_MASK, &kTrayEvents);
+    const quint32 request =
+        m_connection.requestProperty(m_tray, m_connection.atom(X11AtomName::NetSystemTrayVisual));
+    rememberTrayColor();
+    const std::optional<QByteArray> visual = m_connection.takeProperty(request);
+    m_trayVisual = word(visual);
+    // It may have ended before we listened.
+    if (!visual)
+        forgetTray();
+}
+
+void X11TrayIcon::forgetTray()
+{
+    undock();
+    m_tray = 0;
+    m_trayVisual = 0;
+    m_trayColor.reset();
+}
+
+void X11TrayIcon::rememberTrayColor()
+{
+    const std::optional<QByteArray> colors = m_connection.takeProperty(
+        m_connection.requestProperty(m_tray, m_connection.atom(X11AtomName::NetSystemTrayColors)));
+    m_trayColor.reset();
+    // The first of four colours is that of plain icons; each part of it has 16 bits.
+    if (colors && colors->size() >= qsizetype(3 * sizeof(quint32)))
+        m_trayColor = QColor::fromRgba64(quint16(word(colors, 0)), quint16(word(colors, 1)),
+                                         quint16(word(colors, 2)));
+}
+
+void X11TrayIcon::dock()
+{
+    if (!m_isShown || m_tray == 0 || m_window != 0)
+        return;
+    m_look = findLook();
+    createWindow();
+    setProperties();
+    askForDocking();
+    m_connection.flush();
+}
+
+void X11TrayIcon::undock()
+{
+    if (m_window != 0)
+        xcb_destroy_window(m_connection.xcb(), m_window);
+    forgetWindow();
+}
+
+void X11TrayIcon::forgetWindow()
+{
+    if (m_colormap != 0)
+        xcb_free_colormap(m_connection.xcb(), m_colormap);
+    m_colormap = 0;
+    m_window = 0;
+    m_isEmbedded = false;
+}
+
+X11TrayIcon::Look X11TrayIcon::findLook() const
+{
+    const xcb_screen_t *screen = screenOf(m_connection.xcb(), m_connection.rootWindow());
+    constexpr quint8 kDepthWithAlpha = 32;
+    if (m_trayVisual != 0 && depthOf(screen, m_trayVisual) == kDepthWithAlpha)
+        return {m_trayVisual, kDepthWithAlpha, true};
+    return {screen->root_visual, screen->root_depth, false};
+}
+
+void X11TrayIcon::createWindow()
+{
+    xcb_connection_t *xcb = m_connection.xcb();
+    const quint32 root = m_connection.rootWindow();
+    xcb_create_window_value_list_t values{};
+    quint32 mask = XCB_CW_EVENT_MASK;
+    values.event_mask = kOwnEvents;
+    if (m_look.isTranslucent) {
+        m_colormap = xcb_generate_id(xcb);
+        xcb_create_colormap(xcb, XCB_COLORMAP_ALLOC_NONE, m_colormap, root, m_look.visual);
+        mask |= XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP;
+        values.colormap = m_colormap;
+    } else {
+        mask |= XCB_CW_BACK_PIXMAP;
+        values.background_pixmap = XCB_BACK_PIXMAP_PARENT_RELATIVE;
+    }
+    m_window = xcb_generate_id(xcb);
+    m_size = QSize(kFirstSide, kFirstSide);
+    xcb_create_window_aux(xcb, m_look.depth, m_window, root, 0, 0, kFirstSide, kFirstSide, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, m_look.visual, mask, &values);
+}
+
+void X11TrayIcon::setProperties()
+{
+    xcb_connection_t *xcb = m_connection.xcb();
+    const auto set = [&](quint32 property, quint32 type, quint8 format, size_t count,
+                         const void *values) {
+        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, m_window, property, type, format,
+                            quint32(count), values);
+    };
+    const quint32 xembedInfo[] = {kXembedVersion, kXembedMapped};
+    const auto processId = quint32(getpid());
+    const quint32 info = m_connection.atom(X11AtomName::XembedInfo);
+    set(info, info, 32, 2, xembedInfo);
+    set(m_connection.atom(X11AtomName::NetWmPid), XCB_ATOM_CARDINAL, 32, 1, &processId);
+    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, sizeof kWindowClass, kWindowClass);
+    set(m_connection.atom(X11AtomName::NetWmName), m_connection.atom(X11AtomName::Utf8String), 8,
+        size_t(m_description.size()), m_description.constData());
+}
+
+void X11TrayIcon::askForDocking()
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = m_tray;
+    message.type = m_connection.atom(X11AtomName::NetSystemTrayOpcode);
+    message.data.data32[0] = XCB_CURRENT_TIME;
+    message.data.data32[1] = kRequestDock;
+    message.data.data32[2] = m_window;
+    xcb_send_event(m_connection.xcb(), 0, m_tray, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char *>(&message));
+}
+
+void X11TrayIcon::handleX11Event(int type, const void *event)
+{
+    switch (type) {
+    case XCB_CLIENT_MESSAGE: handleMessage(event); break;
+    case XCB_PROPERTY_NOTIFY: handleProperty(event); break;
+    case XCB_DESTROY_NOTIFY: handleDestruction(event); break;
+    case XCB_REPARENT_NOTIFY: handleNewParent(event); break;
+    case XCB_CONFIGURE_NOTIFY: handleSize(event); break;
+    case XCB_EXPOSE: handleExposure(event); break;
+    case XCB_ENTER_NOTIFY:
+        if (isOwn(static_cast<const xcb_enter_notify_event_t *>(event)->event))
+            announceGround();
+        break;
+    case XCB_BUTTON_RELEASE: handleButton(event); break;
+    default: break;
+    }
+}
+
+void X11TrayIcon::handleMessage(const void *event)
+{
+    const auto *message = static_cast<const xcb_client_message_event_t *>(event);
+    if (message->type != m_connection.atom(X11AtomName::Manager) ||
+        message->data.data32[1] != m_connection.atom(X11AtomName::NetSystemTraySelection))
+        return;
+    followTray();
+    dock();
+}
+
+void X11TrayIcon::handleProperty(const void *event)
+{
+    const auto *notice = static_cast<const xcb_property_notify_event_t *>(event);
+    if (m_tray == 0 || notice->window != m_tray ||
+        notice->atom != m_connection.atom(X11AtomName::NetSystemTrayColors))
+        return;
+    rememberTrayColor();
+    refreshColor();
+}
+
+void X11TrayIcon::handleDestruction(const void *event)
+{
+    const quint32 window = static_cast<const xcb_destroy_notify_event_t *>(event)->window;
+    if (m_tray != 0 && window == m_tray)
+        forgetTray();
+    else if (isOwn(window))
+        forgetWindow();
+    m_connection.flush();
+}
+
+void X11TrayIcon::handleNewParent(const void *event)
+{
+    const auto *notice = static_cast<const xcb_reparent_notify_event_t *>(event);
+    if (!isOwn(notice->window))
+        return;
+    const bool isLetGo = notice->parent == m_connection.rootWindow();
+    // What a panel lets go of would lie on the desktop as a window of its own.
+    if (isLetGo && m_isEmbedded)
+        undock();
+    else
+        m_isEmbedded = !isLetGo;
+    m_connection.flush();
+}
+
+void X11TrayIcon::handleSize(const void *event)
+{
+    const auto *notice = static_cast<const xcb_configure_notify_event_t *>(event);
+    const QSize size(notice->width, notice->height);
+    if (isOwn(notice->window) && std::exchange(m_size, size) != size)
+        draw();
+}
+
+void X11TrayIcon::handleExposure(const void *event)
+{
+    const auto *notice = static_cast<const xcb_expose_event_t *>(event);
+    if (!isOwn(notice->window) || notice->count != 0)
+        return;
+    draw();
+    announceGround();
+}
+
+void X11TrayIcon::announceGround()
+{
+    if (onGroundMayHaveChanged)
+        onGroundMayHaveChanged();
+}
+
+void X11TrayIcon::handleButton(const void *event)
+{
+    const auto *release = static_cast<const xcb_button_release_event_t *>(event);
+    const QPoint place(release->event_x, release->event_y);
+    if (!isOwn(release->event) || !QRect(QPoint(), m_size).contains(place))
+        return;
+    m_connection.noteUserTime(release->time);
+    if (release->detail == kLeftButton && onClicked)
+        onClicked();
+    else if (release->detail == kRightButton && onMenuRequested)
+        onMenuRequested(deviceIndependent(QPoint(release->root_x, release->root_y)));
+}
+
+void X11TrayIcon::refreshColor()
+{
+    if (m_window == 0 || !m_isEmbedded)
+        return;
+    const std::optional<QColor> behind = m_panelGround.behindIcon(m_window);
+    QColor color = m_color;
+    // What the panel asks for holds unless it is plainly wrong.
+    if (m_trayColor && (!behind || isLegible(*m_trayColor, *behind)))
+        color = *m_trayColor;
+    else if (behind)
+        color = iconColorOn(*behind);
+    if (std::exchange(m_color, color) != color)
+        draw();
+}
+
+bool X11TrayIcon::contains(const QPoint &place)
+{
+    if (m_window == 0 || !m_isEmbedded)
+        return false;
+    const auto inWindow = m_connection.reply(
+        xcb_translate_coordinates_reply,
+        xcb_translate_coordinates(m_connection.xcb(), m_connection.rootWindow(), m_window,
+                                  qint16(place.x()), qint16(place.y())));
+    return inWindow && QRect(QPoint(), m_size).contains(QPoint(inWindow->dst_x, inWindow->dst_y));
+}
+
+void X11TrayIcon::draw()
+{
+    if (m_window == 0 || !m_painter || m_size.isEmpty())
+        return;
+    const QImage icon = drawIconInto(m_size, m_painter, m_color);
+    const QImage picture = m_look.isTranslucent ? icon : onGround(icon);
+    drawPixels(m_connection, m_window, m_look.depth, picture);
+    m_connection.flush();
+}
+
+QImage X11TrayIcon::onGround(const QImage &icon)
+{
+    // The server paints the panel's own ground where the window is cleared.
+    xcb_clear_area(m_connection.xcb(), 0, m_window, 0, 0, 0, 0);
+    const QImage ground = readPixels(m_connection, m_window, icon.rect());
+    // Not on the screen, or not wholly: it is drawn when it comes there.
+    if (ground.isNull())
+        return {};
+    QImage picture = ground.convertToFormat(QImage::Format_RGB32);
+    QPainter(&picture).drawImage(0, 0, icon);
+    return picture;
+}

@@ -23,6 +23,7 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::NetSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK");
     set(X11AtomName::NetSystemTrayColors, "_NET_SYSTEM_TRAY_COLORS");
     set(X11AtomName::NetSystemTrayOpcode, "_NET_SYSTEM_TRAY_OPCODE");
+    set(X11AtomName::NetSystemTrayOrientation, "_NET_SYSTEM_TRAY_ORIENTATION");
     set(X11AtomName::NetSystemTraySelection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber));
     set(X11AtomName::NetSystemTrayVisual, "_NET_SYSTEM_TRAY_VISUAL");
     set(X11AtomName::NetWmName, "_NET_WM_NAME");

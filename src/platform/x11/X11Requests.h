@@ -19,6 +19,7 @@ enum class X11AtomName : quint8
     NetSupportingWmCheck,
     NetSystemTrayColors,
     NetSystemTrayOpcode,
+    NetSystemTrayOrientation,
     NetSystemTraySelection, ///< _NET_SYSTEM_TRAY_S with the number of our screen.
     NetSystemTrayVisual,
     NetWmName,

@@ -6,12 +6,14 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include <unistd.h>
 
 #include <xcb/xcb.h>
+#include <xcb/xcb_icccm.h>
 
 namespace {
 
@@ -19,8 +21,11 @@ constexpr quint32 kLeftButton = 1;
 constexpr quint32 kRightButton = 3;
 
 /// The size before the panel says one; some keep it.
-constexpr quint16 kFirstSide = 24;
+constexpr quint16 kFirstSide = 22;
 
+constexpr int kLeastSide = 16;
+
+constexpr quint32 kVertical = 1;    ///< _NET_SYSTEM_TRAY_ORIENTATION_VERT
 constexpr quint32 kRequestDock = 0; ///< SYSTEM_TRAY_REQUEST_DOCK
 constexpr quint32 kXembedVersion = 0;
 constexpr quint32 kXembedMapped = 1;
@@ -120,14 +125,29 @@ void X11TrayIcon::followTray()
     if (m_tray == 0)
         return;
     xcb_change_window_attributes(m_connection.xcb(), m_tray, XCB_CW_EVENT_MASK, &kTrayEvents);
-    const quint32 request =
-        m_connection.requestProperty(m_tray, m_connection.atom(X11AtomName::NetSystemTrayVisual));
-    rememberTrayColor();
-    const std::optional<QByteArray> visual = m_connection.takeProperty(request);
-    m_trayVisual = word(visual);
     // It may have ended before we listened.
-    if (!visual)
+    if (!readTrayProperties())
         forgetTray();
+}
+
+bool X11TrayIcon::readTrayProperties()
+{
+    const auto request = [this](X11AtomName name) {
+        return m_connection.requestProperty(m_tray, m_connection.atom(name));
+    };
+    const quint32 visualRequest = request(X11AtomName::NetSystemTrayVisual);
+    const quint32 orientationRequest = request(X11AtomName::NetSystemTrayOrientation);
+    const quint32 colorsRequest = request(X11AtomName::NetSystemTrayColors);
+    const std::optional<QByteArray> visual = m_connection.takeProperty(visualRequest);
+    m_trayVisual = word(visual);
+    m_isVertical = word(m_connection.takeProperty(orientationRequest)) == kVertical;
+    const std::optional<QByteArray> colors = m_connection.takeProperty(colorsRequest);
+    m_trayColor.reset();
+    // The first of four colours is that of plain icons; each part of it has 16 bits.
+    if (colors && colors->size() >= qsizetype(3 * sizeof(quint32)))
+        m_trayColor = QColor::fromRgba64(quint16(word(colors, 0)), quint16(word(colors, 1)),
+                                         quint16(word(colors, 2)));
+    return visual.has_value();
 }
 
 void X11TrayIcon::forgetTray()
@@ -138,17 +158,6 @@ void X11TrayIcon::forgetTray()
     m_trayColor.reset();
 }
 
-void X11TrayIcon::rememberTrayColor()
-{
-    const std::optional<QByteArray> colors = m_connection.takeProperty(
-        m_connection.requestProperty(m_tray, m_connection.atom(X11AtomName::NetSystemTrayColors)));
-    m_trayColor.reset();
-    // The first of four colours is that of plain icons; each part of it has 16 bits.
-    if (colors && colors->size() >= qsizetype(3 * sizeof(quint32)))
-        m_trayColor = QColor::fromRgba64(quint16(word(colors, 0)), quint16(word(colors, 1)),
-                                         quint16(word(colors, 2)));
-}
-
 void X11TrayIcon::dock()
 {
     if (!m_isShown || m_tray == 0 || m_window != 0)
@@ -156,6 +165,7 @@ void X11TrayIcon::dock()
     m_look = findLook();
     createWindow();
     setProperties();
+    askForRoom();
     askForDocking();
     m_connection.flush();
 }
@@ -239,6 +249,23 @@ void X11TrayIcon::askForDocking()
                    reinterpret_cast<const char *>(&message));
 }
 
+void X11TrayIcon::askForRoom()
+{
+    if (m_window == 0)
+        return;
+    // Some panels give no more than what is asked for; the thickness of the panel is theirs to
+    // choose.
+    QSize room(kLeastSide, kLeastSide);
+    if (m_isVertical)
+        room.setHeight(std::max(kLeastSide, m_size.width()));
+    else
+        room.setWidth(std::max(kLeastSide, m_size.height()));
+    xcb_size_hints_t hints{};
+    xcb_icccm_size_hints_set_min_size(&hints, room.width(), room.height());
+    xcb_icccm_set_wm_normal_hints(m_connection.xcb(), m_window, &hints);
+    m_connection.flush();
+}
+
 void X11TrayIcon::handleX11Event(int type, const void *event)
 {
     switch (type) {
@@ -270,10 +297,11 @@ void X11TrayIcon::handleMessage(const void *event)
 void X11TrayIcon::handleProperty(const void *event)
 {
     const auto *notice = static_cast<const xcb_property_notify_event_t *>(event);
-    if (m_tray == 0 || notice->window != m_tray ||
-        notice->atom != m_connection.atom(X11AtomName::NetSystemTrayColors))
+    const bool isOfTray = notice->atom == m_connection.atom(X11AtomName::NetSystemTrayColors) ||
+                          notice->atom == m_connection.atom(X11AtomName::NetSystemTrayOrientation);
+    if (m_tray == 0 || notice->window != m_tray || !isOfTray || !readTrayProperties())
         return;
-    rememberTrayColor();
+    askForRoom();
     refreshColor();
 }
 
@@ -305,8 +333,10 @@ void X11TrayIcon::handleSize(const void *event)
 {
     const auto *notice = static_cast<const xcb_configure_notify_event_t *>(event);
     const QSize size(notice->width, notice->height);
-    if (isOwn(notice->window) && std::exchange(m_size, size) != size)
-        draw();
+    if (!isOwn(notice->window) || std::exchange(m_size, size) == size)
+        return;
+    askForRoom();
+    draw();
 }
 
 void X11TrayIcon::handleExposure(const void *event)

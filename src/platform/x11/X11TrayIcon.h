@@ -57,6 +57,7 @@ private:
     void announceGround();
     bool isOwn(quint32 window) const { return m_window != 0 && window == m_window; }
     void followTray();
+    bool readTrayProperties();
     void forgetTray();
     void dock();
     void undock();
@@ -64,16 +65,17 @@ private:
     Look findLook() const;
     void createWindow();
     void setProperties();
+    void askForRoom();
     void askForDocking();
-    void rememberTrayColor();
     void draw();
     QImage onGround(const QImage &icon);
 
     X11Connection &m_connection;
     X11PanelGround m_panelGround;
     bool m_isShown = false;
-    quint32 m_tray = 0;       ///< The window that owns the selection of trays; 0 without a tray.
-    quint32 m_trayVisual = 0; ///< 0 if the tray names none.
+    quint32 m_tray = 0;        ///< The window that owns the selection of trays; 0 without a tray.
+    quint32 m_trayVisual = 0;  ///< 0 if the tray names none.
+    bool m_isVertical = false; ///< The tray's icons stand one above the other.
     std::optional<QColor> m_trayColor; ///< What the tray asks its icons to have.
     quint32 m_window = 0;              ///< Ours; 0 if it is in no tray.
     quint32 m_colormap = 0;

@@ -135,7 +135,7 @@ void HistoryWindow::connectPanel()
         QObject::connect(sender, signal, context, [this, slot] { (this->*slot)(); });
     };
     connectTo(&m_panel, &HistoryPanel::cancelRequested, &HistoryWindow::handleEscapeElsewhere);
-    connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::turnAway);
+    connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::handleDeactivation);
     connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hide);
     connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
     connectTo(&m_panel.pinButton(), &PinButton::clicked, &HistoryWindow::togglePin);
@@ -308,6 +308,19 @@ void HistoryWindow::handlePageKey(int key)
 {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(&m_panel.tableView(), &press);
+}
+
+void HistoryWindow::handleDeactivation()
+{
+    if (!hasFocus())
+        turnAway();
+}
+
+bool HistoryWindow::hasFocus() const
+{
+    const auto frontmost = m_collaborators.workspace.frontmostApplication();
+    return frontmost && m_collaborators.workspace.isOwnApplication(*frontmost)
+        && frontmost->window == m_panel.effectiveWinId();
 }
 
 void HistoryWindow::handleMousePress(QPoint position)

@@ -76,6 +76,10 @@ private:
     void handleSearchEscape();
     void handleEscapeElsewhere();
     void handlePageKey(int key);
+    void handleDeactivation();
+    /// Whether the window has the focus as the desktop sees it. Another program that takes the
+    /// keyboard for itself for a while leaves it there, though our window then counts as inactive.
+    bool hasFocus() const;
     void handleMousePress(QPoint position);
     void handleActivation(const RunningApplication &application);
     void turnAway();

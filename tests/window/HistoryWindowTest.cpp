@@ -107,6 +107,8 @@ private slots:
     void losingTheKeyboardDoesNotHideAPinnedWindow();
     void turningAwayIsToldBeforeTheWindowHides();
     void hidingOtherwiseIsNoTurningAway();
+    void losingTheKeyboardWithoutTheFocusDoesNotHide();
+    void losingTheKeyboardToAnotherWindowOfOursHides();
     void afterHidingNothingIsWatchedAnyMore();
     void formerListenersAreStillCalled();
 
@@ -742,6 +744,35 @@ void HistoryWindowTest::hidingOtherwiseIsNoTurningAway()
     m_window->togglePin();
     m_pointer->onMousePressed(QPoint(1, 1));
     QVERIFY(!isTold);
+}
+
+void HistoryWindowTest::losingTheKeyboardWithoutTheFocusDoesNotHide()
+{
+    // As when another program takes the keyboard for a while.
+    make();
+    openWholly();
+    m_workspace->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m_window->isVisible());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+
+    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::losingTheKeyboardToAnotherWindowOfOursHides()
+{
+    make();
+    openWholly();
+    QWidget other;
+    other.show();
+    m_workspace->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, other.winId(), 5};
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m_window->isHideAnimationInFlight());
 }
 
 void HistoryWindowTest::afterHidingNothingIsWatchedAnyMore()

@@ -22,7 +22,7 @@ tour_packages=(
 
 # More programs that the desktop tests drive.
 test_packages=(
-    featherpad xterm chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity
+    featherpad xterm chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
 )
 
 # What only the slow ones among them drive.

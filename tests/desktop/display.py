@@ -31,7 +31,10 @@ class Display:
     def press(self, chord):
         """Presses and releases a chord such as "alt+space". Returns when it was sent, in seconds of
         time.monotonic()."""
-        codes = [self.keycode(name) for name in chord.split("+")]
+        return self.press_keys([self.keycode(name) for name in chord.split("+")])
+
+    def press_keys(self, codes):
+        """The same for keys by their X numbers, which no layout changes."""
         for code in codes[:-1]:
             xtest.fake_input(self.connection, X.KeyPress, code)
         self.connection.sync()

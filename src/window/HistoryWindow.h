@@ -1,6 +1,6 @@
 #pragma once
 
-#include "window/CallbackHook.h"
+#include "foundation/CallbackHook.h"
 #include "window/ClipboardSearchWindowProtocol.h"
 #include "window/ClipboardTableViewController.h"
 #include "window/HistoryPanel.h"

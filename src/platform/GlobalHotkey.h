@@ -20,6 +20,9 @@ public:
     /// Gives the combination back, or the wish for it; does nothing without one.
     virtual void release() = 0;
 
+    /// Whether a combination is in force, and not only wanted.
+    virtual bool isInForce() const = 0;
+
     /// The code with which a key of this keyboard can be asked for; absent if there is none.
     /// \a nativeKey is the desktop's number of the key, as in QKeyEvent::nativeScanCode().
     virtual std::optional<quint32> findKeyCode(quint32 nativeKey) = 0;

@@ -23,6 +23,8 @@ public:
         ++releaseCount;
     }
 
+    bool isInForce() const override { return assigned.has_value(); }
+
     std::optional<quint32> findKeyCode(quint32 nativeKey) override
     {
         const auto key = keyCodes.find(nativeKey);

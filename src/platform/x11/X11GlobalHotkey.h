@@ -22,6 +22,7 @@ public:
 
     [[nodiscard]] int assign(quint32 keyCode, quint32 modifiers) override;
     void release() override;
+    bool isInForce() const override { return m_grab.has_value(); }
     std::optional<quint32> findKeyCode(quint32 nativeKey) override;
 
 private:

@@ -23,6 +23,9 @@ public:
     virtual void updateItems(const ClipboardItemList &items) = 0;
     virtual void refreshLanguage() = 0;
 
+    /// Reads again whether the pin button is wanted. Without it the window cannot stay pinned.
+    virtual void refreshPinButtonVisibility() = 0;
+
     std::function<void(const ClipboardItemPointer &item)> onPasteSelected;
     /// The window is about to hide because the person pressed the mouse elsewhere, or another window
     /// has got the focus.

@@ -40,12 +40,11 @@ public:
     void hide() override;
     void updateItems(const ClipboardItemList &items) override;
     void refreshLanguage() override;
+    void refreshPinButtonVisibility() override;
 
     /// Takes light or dark from the desktop again.
     void refreshAppearance();
 
-    /// Reads again whether the pin button is wanted. Without it the window cannot stay pinned.
-    void refreshPinButtonVisibility();
 
     bool isPinned() const;
     void togglePin();

@@ -55,6 +55,7 @@ public:
 
     void updateItems(const ClipboardItemList &items) override { m_state.items = items; }
     void refreshLanguage() override { ++m_state.languageCount; }
+    void refreshPinButtonVisibility() override {}
 
 private:
     State &m_state;

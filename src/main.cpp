@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/HotkeyRefusalNotice.h"
 #include "app/ScopedFileLease.h"
-#include "app/TrayIcon.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
@@ -119,7 +118,6 @@ int runApplication(Application &application, SingleInstance &instance)
         [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
     DBusNotifications notifications;
     HotkeyRefusalNotice hotkeyRefusalNotice(defaults, notifications);
-    TrayIcon statusItem;
     InternalCopies internalCopies;
     AppDelegate delegate({.itemManager = itemManager,
                           .monitor = monitor,
@@ -129,7 +127,7 @@ int runApplication(Application &application, SingleInstance &instance)
                           .internalCopies = internalCopies,
                           .globalHotkey = platform->globalHotkey(),
                           .hotkeyRefusalNotice = hotkeyRefusalNotice,
-                          .statusItem = statusItem,
+                          .statusItem = platform->statusItem(),
                           .workspace = platform->workspace(),
                           .scheduler = scheduler,
                           .makeWindow =

@@ -199,7 +199,10 @@ private:
 StatusNotifierItem::StatusNotifierItem()
     : m_object(std::make_unique<Object>(*this))
 {
-    m_hosts.onWatcherStarted = [this] { registerIfPossible(); };
+    m_hosts.onWatcherStarted = [this] {
+        m_isRegistered = false;
+        registerIfPossible();
+    };
     m_hosts.onChanged = [this] {
         if (onHostsChanged)
             onHostsChanged();
@@ -218,16 +221,15 @@ StatusNotifierItem::~StatusNotifierItem() = default;
 
 bool StatusNotifierItem::create()
 {
-    // Read before the item is there: a watcher that is found on the way is told of it below.
-    const StatusNotifierHosts::Presence presence = m_hosts.presence();
     std::optional<QDBusConnection> bus = findSessionBus();
     constexpr auto kEverything = QDBusConnection::ExportAllSlots |
                                  QDBusConnection::ExportAllSignals |
                                  QDBusConnection::ExportAllProperties;
-    m_isOffered = bus && m_menu.offer(kMenuPath) &&
-                  bus->registerObject(kItemPath, m_object.get(), kEverything);
+    m_isOffered = m_isOffered || (bus && m_menu.offer(kMenuPath) &&
+                                  bus->registerObject(kItemPath, m_object.get(), kEverything));
     registerIfPossible();
-    return m_isOffered && m_hosts.hasWatcher() && presence != StatusNotifierHosts::Presence::Absent;
+    return m_isOffered && m_hosts.hasWatcher() &&
+           m_hosts.presence() != StatusNotifierHosts::Presence::Absent;
 }
 
 void StatusNotifierItem::setIcon(IconPainter painter, const QString &description)
@@ -247,8 +249,9 @@ void StatusNotifierItem::setColor(const QColor &color)
 
 void StatusNotifierItem::registerIfPossible()
 {
-    if (m_isOffered && m_hosts.hasWatcher())
-        m_hosts.registerItem();
+    if (!m_isOffered || !m_hosts.hasWatcher() || std::exchange(m_isRegistered, true))
+        return;
+    m_hosts.registerItem();
 }
 
 #include "StatusNotifierItem.moc"

@@ -35,6 +35,7 @@ private:
 
     StatusNotifierHosts m_hosts;
     DBusMenu m_menu;
-    bool m_isOffered = false;
+    bool m_isOffered = false; ///< Can be called.
+    bool m_isRegistered = false; ///< With the watcher of now.
     std::unique_ptr<Object> m_object; ///< What a host calls.
 };

@@ -132,6 +132,9 @@ void HotkeyRecorderTest::theNextCombinationIsRecorded_data()
         << Recorded{u"Tab"_s, false, true, false, false};
     QTest::newRow("Backspace") << int(Qt::Key_Backspace) << none << u"\b"_s << 22u
                                << Recorded{u"Backspace"_s, false, false, false, false};
+    QTest::newRow("a key of the numeric keypad is taken for its twin")
+        << int(Qt::Key_1) << (Qt::AltModifier | Qt::KeypadModifier) << u"1"_s << kUnknownKey
+        << Recorded{u"1"_s, false, false, true, false};
     QTest::newRow("a dead key has the name of its key")
         << int(Qt::Key_Dead_Grave) << none << QString() << 49u
         << Recorded{u"`"_s, false, false, false, false};

@@ -41,6 +41,9 @@ X11GlobalHotkey::X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboar
     , m_keyboard(keyboard)
 {
     disableRepeatedReleases();
+    // The way round it would be to listen to all keys, which are nobody's business: a password for
+    // the locked screen is among them. And the menu would get the key too, and keep the keyboard.
+    printLine(u"While a menu of another program is open, all keys go to it, the hot key too"_s);
     m_keyboard.onLayoutChanged = [this] { regrab(); };
     m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);

@@ -35,6 +35,7 @@ void MimeTypesTest::targetsStandForIdentifiers_data()
     row("RTF as office programs call it", u"text/richtext"_s, PasteboardType::kRtf);
     row("files", u"text/uri-list"_s, PasteboardType::kFileUrl);
     row("files of GNOME", u"x-special/gnome-copied-files"_s, PasteboardType::kFileUrl);
+    row("files of MATE", u"x-special/mate-copied-files"_s, PasteboardType::kFileUrl);
     row("TIFF", u"image/tiff"_s, PasteboardType::kTiff);
     row("PNG", u"image/png"_s, PasteboardType::kPng);
     row("JPEG", u"image/jpeg"_s, PasteboardType::kJpeg);
@@ -59,7 +60,8 @@ void MimeTypesTest::theBestTargetComesFirst()
              (QStringList{u"UTF8_STRING"_s, u"text/plain;charset=utf-8"_s, u"text/plain"_s,
                           u"STRING"_s}));
     QCOMPARE(MimeTypes::targetsFor(PasteboardType::kFileUrl),
-             (QStringList{u"text/uri-list"_s, u"x-special/gnome-copied-files"_s}));
+             (QStringList{u"text/uri-list"_s, u"x-special/gnome-copied-files"_s,
+                          u"x-special/mate-copied-files"_s}));
 }
 
 void MimeTypesTest::whatIsOfferedUnderAWrongNameIsOnlyRead()

@@ -621,8 +621,9 @@ void X11PasteboardTest::filesAreServedAsFileManagersWantThem()
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(Xclip::paste(u"text/uri-list"_s),
              QByteArray("file:///tmp/one\r\nfile:///tmp/tw%20o\r\n"));
-    QCOMPARE(Xclip::paste(u"x-special/gnome-copied-files"_s),
-             QByteArray("copy\nfile:///tmp/one\nfile:///tmp/tw%20o"));
+    for (const QString &target :
+         {u"x-special/gnome-copied-files"_s, u"x-special/mate-copied-files"_s})
+        QCOMPARE(Xclip::paste(target), QByteArray("copy\nfile:///tmp/one\nfile:///tmp/tw%20o"));
 }
 
 void X11PasteboardTest::picturesAreServedAsPngToo()

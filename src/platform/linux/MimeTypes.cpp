@@ -33,6 +33,7 @@ constexpr Mapping kMappings[] = {
     {PasteboardType::kRtf, u"text/richtext", Use::ReadOnly}, // Means another format.
     {PasteboardType::kFileUrl, MimeTypes::kUriList},
     {PasteboardType::kFileUrl, MimeTypes::kGnomeCopiedFiles},
+    {PasteboardType::kFileUrl, MimeTypes::kMateCopiedFiles},
     {PasteboardType::kPng, u"image/png"},
     {PasteboardType::kTiff, u"image/tiff"},
     {PasteboardType::kJpeg, u"image/jpeg"},

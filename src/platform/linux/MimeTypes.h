@@ -10,6 +10,8 @@ namespace MimeTypes {
 inline constexpr QStringView kPasswordManagerHint = u"x-kde-passwordManagerHint";
 inline constexpr QStringView kUriList = u"text/uri-list";
 inline constexpr QStringView kGnomeCopiedFiles = u"x-special/gnome-copied-files";
+/// The same under the name that MATE's file manager reads, and no other.
+inline constexpr QStringView kMateCopiedFiles = u"x-special/mate-copied-files";
 
 /// The targets under which content of \a type can be asked for, best first. Empty for an identifier
 /// that has no counterpart here.

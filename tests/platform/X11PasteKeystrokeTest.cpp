@@ -48,6 +48,7 @@ private slots:
     void latchedModifierDoesNotMatter();
     void terminalGetsPrimary_data();
     void terminalGetsPrimary();
+    void terminalGetsNothingThatIsNotOurs();
     void terminalGetsItsOwnChord();
     void heldModifiersArePutBack_data();
     void heldModifiersArePutBack();
@@ -79,6 +80,7 @@ private:
     std::unique_ptr<X11Workspace> m_workspace;
     std::unique_ptr<X11PasteKeystroke> m_keystroke;
     int m_primaryCount = 0;
+    bool m_isPrimaryOurs = true;
 };
 
 void X11PasteKeystrokeTest::init()
@@ -88,8 +90,12 @@ void X11PasteKeystrokeTest::init()
     m_entries = std::make_unique<DesktopEntries>(QStringList{u"/usr/share/applications"_s}, u"C"_s);
     m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_entries);
     m_primaryCount = 0;
+    m_isPrimaryOurs = true;
     m_keystroke = std::make_unique<X11PasteKeystroke>(*m_connection, *m_keyboard, *m_entries,
-                                                      [this] { ++m_primaryCount; });
+                                                      [this] {
+                                                          ++m_primaryCount;
+                                                          return m_isPrimaryOurs;
+                                                      });
     QVERIFY(m_desktop.startWindowManager(u"openbox"_s));
 }
 
@@ -313,6 +319,21 @@ void X11PasteKeystrokeTest::terminalGetsPrimary()
         return !typed.isEmpty();
     }());
     QCOMPARE(typed, "from the history");
+}
+
+void X11PasteKeystrokeTest::terminalGetsNothingThatIsNotOurs()
+{
+    const quint32 window = m_desktop.openWindow(
+        u"xterm"_s, {u"-fa"_s, u"Mono"_s, u"-e"_s, u"sleep"_s, u"1000"_s}, u"XTerm"_s);
+    m_isPrimaryOurs = false;
+    m_keystroke->prepare({u"debian-xterm"_s, u"XTerm"_s, window, 0});
+    QVERIFY(!m_keystroke->postKeyDown());
+    QVERIFY(!m_keystroke->postKeyUp());
+
+    m_isPrimaryOurs = true;
+    m_keystroke->prepare({u"debian-xterm"_s, u"XTerm"_s, window, 0});
+    QVERIFY(m_keystroke->postKeyDown());
+    QVERIFY(m_keystroke->postKeyUp());
 }
 
 void X11PasteKeystrokeTest::terminalGetsItsOwnChord()

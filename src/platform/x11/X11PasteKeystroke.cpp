@@ -31,11 +31,11 @@ bool hasKey(const QByteArray &heldKeys, quint8 key)
 
 X11PasteKeystroke::X11PasteKeystroke(X11Connection &connection, X11Keyboard &keyboard,
                                      const DesktopEntries &entries,
-                                     std::function<void()> onPrimaryNeeded)
+                                     std::function<bool()> ownPrimary)
     : m_connection(connection)
     , m_keyboard(keyboard)
     , m_entries(entries)
-    , m_onPrimaryNeeded(std::move(onPrimaryNeeded))
+    , m_ownPrimary(std::move(ownPrimary))
     , m_windows(connection)
 {
 }
@@ -63,8 +63,7 @@ void X11PasteKeystroke::prepare(const RunningApplication &target)
     const bool isTerminal = m_wantedChord != PasteChord::ControlV;
     const bool isShiftInsert =
         m_wantedChord == PasteChord::ShiftInsert || !findLetterV(m_keyboard.state().lockedGroup);
-    if (isTerminal && isShiftInsert && m_onPrimaryNeeded)
-        m_onPrimaryNeeded();
+    m_wouldPasteOther = isTerminal && isShiftInsert && !m_ownPrimary();
 }
 
 bool X11PasteKeystroke::isTargetFocused() const
@@ -100,7 +99,7 @@ std::optional<X11PasteKeystroke::Chord> X11PasteKeystroke::findChord(PasteChord 
 
 bool X11PasteKeystroke::postKeyDown()
 {
-    if (!isPermitted() || !m_keyboard.isSupported())
+    if (!isPermitted() || !m_keyboard.isSupported() || m_wouldPasteOther)
         return false;
 
     liftHeldModifiers();

@@ -21,9 +21,10 @@ class DesktopEntries;
 class X11PasteKeystroke : public PasteKeystroke
 {
 public:
-    /// \a onPrimaryNeeded lets the PRIMARY selection be owned with what is on the pasteboard.
+    /// \a ownPrimary offers what is on the pasteboard as the PRIMARY selection too; false if that
+    /// is nothing of ours.
     X11PasteKeystroke(X11Connection &connection, X11Keyboard &keyboard,
-                      const DesktopEntries &entries, std::function<void()> onPrimaryNeeded);
+                      const DesktopEntries &entries, std::function<bool()> ownPrimary);
 
     bool isPermitted() const override;
     void requestPermission() override;
@@ -69,11 +70,13 @@ private:
     X11Connection &m_connection;
     X11Keyboard &m_keyboard;
     const DesktopEntries &m_entries;
-    std::function<void()> m_onPrimaryNeeded;
+    std::function<bool()> m_ownPrimary;
     mutable X11Windows m_windows;
 
     RunningApplication m_target;
     PasteChord m_wantedChord = PasteChord::ControlV;
+    /// The chord would paste what somebody else has selected.
+    bool m_wouldPasteOther = false;
     std::optional<Chord> m_pressedChord;
     X11Keyboard::State m_earlierState;
     std::vector<LiftedKey> m_liftedKeys;

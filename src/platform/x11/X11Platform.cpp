@@ -22,7 +22,7 @@ public:
         , m_workspace(m_connection, m_entries)
         , m_globalHotkey(m_connection, m_keyboard)
         , m_pasteKeystroke(m_connection, m_keyboard, m_entries,
-                           [this] { m_pasteboard.alsoOwnPrimary(); })
+                           [this] { return m_pasteboard.alsoOwnPrimary(); })
         , m_pointerMonitor(m_connection)
         , m_appearance(m_connection)
         , m_statusItem(m_connection, m_appearance, scheduler)

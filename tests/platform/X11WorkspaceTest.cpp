@@ -9,9 +9,13 @@
 #include <QTest>
 #include <QWindow>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr std::array kWindowManagers{"openbox", "xfwm4", "metacity"};
 
 constexpr quint32 kLetterV = 9;
 constexpr quint32 kShift = 0x200;
@@ -41,6 +45,8 @@ private slots:
     void windowIsActivated_data() { addWindowManagers(); }
     void windowIsActivated();
     void minimisedWindowComesBack();
+    void windowOnAnotherDesktopIsReached_data();
+    void windowOnAnotherDesktopIsReached();
     void deadWindowIsIgnored_data() { addWindowManagers(); }
     void deadWindowIsIgnored();
     void activationIsAnnouncedOnce();
@@ -80,7 +86,7 @@ void X11WorkspaceTest::cleanup()
 void X11WorkspaceTest::addWindowManagers()
 {
     QTest::addColumn<QString>("windowManager");
-    for (const char *name : {"openbox", "xfwm4", "metacity"})
+    for (const char *name : kWindowManagers)
         QTest::newRow(name) << QString::fromLatin1(name);
     QTest::newRow("no window manager") << QString();
 }
@@ -222,6 +228,30 @@ void X11WorkspaceTest::minimisedWindowComesBack()
     const quint32 first = openTerminal(u"first"_s);
     const quint32 second = openTerminal(u"second"_s);
     m_desktop.xdotool(u"windowminimize --sync %1"_s.arg(first));
+    QTRY_VERIFY(isFrontmost(second));
+
+    RunningApplication application;
+    application.window = first;
+    m_workspace->activate(application);
+    QTRY_VERIFY(isFrontmost(first));
+}
+
+void X11WorkspaceTest::windowOnAnotherDesktopIsReached_data()
+{
+    QTest::addColumn<QString>("windowManager");
+    for (const char *name : kWindowManagers)
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void X11WorkspaceTest::windowOnAnotherDesktopIsReached()
+{
+    QFETCH(QString, windowManager);
+    startWindowManager(windowManager);
+    m_desktop.xdotool(u"set_num_desktops 2"_s);
+    const quint32 first = openTerminal(u"first"_s);
+    const quint32 second = openTerminal(u"second"_s);
+    m_desktop.xdotool(u"set_desktop_for_window %1 1"_s.arg(first));
+    QTRY_COMPARE(m_desktop.xdotool(u"get_desktop_for_window %1"_s.arg(first)).trimmed(), "1");
     QTRY_VERIFY(isFrontmost(second));
 
     RunningApplication application;

@@ -20,12 +20,14 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::Manager, "MANAGER");
     set(X11AtomName::NetActiveWindow, "_NET_ACTIVE_WINDOW");
     set(X11AtomName::NetClientList, "_NET_CLIENT_LIST");
+    set(X11AtomName::NetCurrentDesktop, "_NET_CURRENT_DESKTOP");
     set(X11AtomName::NetSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK");
     set(X11AtomName::NetSystemTrayColors, "_NET_SYSTEM_TRAY_COLORS");
     set(X11AtomName::NetSystemTrayOpcode, "_NET_SYSTEM_TRAY_OPCODE");
     set(X11AtomName::NetSystemTrayOrientation, "_NET_SYSTEM_TRAY_ORIENTATION");
     set(X11AtomName::NetSystemTraySelection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber));
     set(X11AtomName::NetSystemTrayVisual, "_NET_SYSTEM_TRAY_VISUAL");
+    set(X11AtomName::NetWmDesktop, "_NET_WM_DESKTOP");
     set(X11AtomName::NetWmName, "_NET_WM_NAME");
     set(X11AtomName::NetWmPid, "_NET_WM_PID");
     set(X11AtomName::NetWmUserTime, "_NET_WM_USER_TIME");

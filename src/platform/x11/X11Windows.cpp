@@ -8,6 +8,7 @@ namespace {
 
 /// Windows lie in few others, and dialogues belong to few others; more means a ring.
 constexpr int kMaxDepth = 32;
+constexpr quint32 kAllDesktops = 0xffffffff;
 
 } // namespace
 
@@ -35,6 +36,18 @@ quint32 X11Windows::activeWindow()
         return active.value_or(0);
     const quint32 focus = focusWindow();
     return focus == 0 ? 0 : topLevelOf(focus);
+}
+
+std::optional<quint32> X11Windows::otherDesktopOf(quint32 window)
+{
+    const quint32 windowRequest =
+        m_requests.requestProperty(window, m_requests.atom(X11AtomName::NetWmDesktop));
+    const quint32 currentRequest = m_requests.requestProperty(
+        m_requests.rootWindow(), m_requests.atom(X11AtomName::NetCurrentDesktop));
+    const std::optional<quint32> desktop = firstValue(m_requests.takeProperty(windowRequest));
+    const std::optional<quint32> current = firstValue(m_requests.takeProperty(currentRequest));
+    const bool isElsewhere = desktop && current && *desktop != *current && *desktop != kAllDesktops;
+    return isElsewhere ? desktop : std::nullopt;
 }
 
 bool X11Windows::hasWindowManager()

@@ -36,6 +36,9 @@ public:
     /// Absent if the window is not there.
     std::optional<Identity> identity(quint32 window);
 
+    /// The desktop on which \a window is, if that is another than the one that is shown.
+    std::optional<quint32> otherDesktopOf(quint32 window);
+
     /// Whether a window manager runs that activates windows when it is asked to.
     bool hasWindowManager();
 

@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+#include <algorithm>
+
 #include <unistd.h>
 
 #include <xcb/xcb.h>
@@ -111,10 +113,15 @@ void X11Workspace::activate(const RunningApplication &application)
     if (window == 0)
         return;
     m_windowToFocus = 0;
-    if (m_windows.hasWindowManager())
+    if (m_windows.hasWindowManager()) {
+        // There are window managers that activate no window of a desktop that is not shown.
+        if (const auto desktop = m_windows.otherDesktopOf(window))
+            askWindowManager(m_connection.xcb(), m_connection.rootWindow(),
+                             X11AtomName::NetCurrentDesktop, {*desktop, m_connection.userTime()});
         askWindowManagerToActivate(m_connection.xcb(), window);
-    else
+    } else {
         focus(window);
+    }
     m_connection.flush();
 }
 
@@ -162,13 +169,19 @@ void X11Workspace::activateOwnWindow(QWindow *window)
 
 void X11Workspace::askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window)
 {
+    askWindowManager(xcb, window, X11AtomName::NetActiveWindow,
+                     {kSourcePerson, m_connection.userTime()});
+}
+
+void X11Workspace::askWindowManager(xcb_connection_t *xcb, quint32 window, X11AtomName wish,
+                                    std::array<quint32, 2> details)
+{
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = m_connection.atom(X11AtomName::NetActiveWindow);
-    message.data.data32[0] = kSourcePerson;
-    message.data.data32[1] = m_connection.userTime();
+    message.type = m_connection.atom(wish);
+    std::ranges::copy(details, message.data.data32);
     xcb_send_event(xcb, 0, m_connection.rootWindow(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&message));

@@ -6,6 +6,8 @@
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Windows.h"
 
+#include <array>
+
 /// The programs on an X11 desktop, with any window manager or none.
 class X11Workspace : public Workspace, private X11EventListener
 {
@@ -28,6 +30,8 @@ private:
     void selectEvents(quint32 window, quint32 eventMask);
     void announceActivation();
     void askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window);
+    void askWindowManager(xcb_connection_t *xcb, quint32 window, X11AtomName wish,
+                          std::array<quint32, 2> details);
     void focusWhenViewable(quint32 window);
     void focus(quint32 window);
 

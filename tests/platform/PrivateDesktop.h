@@ -168,12 +168,10 @@ public:
     /// does not listen, so it is asked again and again.
     bool activate(quint32 window) const
     {
-        return waitUntil(
-            [&] {
-                xdotool(QStringLiteral("windowactivate %1").arg(window));
-                return xdotool(QStringLiteral("getactivewindow")).trimmed().toUInt() == window;
-            },
-            30);
+        return waitUntil([&] {
+            xdotool(QStringLiteral("windowactivate %1").arg(window));
+            return xdotool(QStringLiteral("getactivewindow")).trimmed().toUInt() == window;
+        });
     }
 
     /// Sets the keyboard layouts, as in "us,ru", and makes one of them active.
@@ -217,7 +215,7 @@ public:
 
     /// Asks again and again until \a condition holds. For conditions of other programs only: the
     /// event loop does not turn meanwhile.
-    static bool waitUntil(const std::function<bool()> &condition, int seconds = 15)
+    static bool waitUntil(const std::function<bool()> &condition, int seconds = 30)
     {
         const QDeadlineTimer deadline(seconds * 1000);
         while (!condition()) {

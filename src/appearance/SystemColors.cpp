@@ -21,6 +21,7 @@ SystemColors lightColors()
     colors.sidebarColor = QColor(0xEC, 0xED, 0xF0);
     colors.controlColor = Qt::white;
     colors.controlLineColor = withAlpha(Qt::black, 0.18);
+    colors.switchOffColor = QColor(0x85, 0x88, 0x8F);
     colors.controlAccentColor = QColor(0x24, 0x59, 0xC7);
     colors.accentFillColor = QColor(0x24, 0x59, 0xC7);
     colors.selectionColor = QColor(0x1B, 0x4D, 0xB3);
@@ -51,6 +52,7 @@ SystemColors darkColors()
     colors.sidebarColor = QColor(0x26, 0x27, 0x2C);
     colors.controlColor = QColor(0x3A, 0x3B, 0x41);
     colors.controlLineColor = withAlpha(Qt::white, 0.12);
+    colors.switchOffColor = QColor(0x7A, 0x7D, 0x86);
     colors.controlAccentColor = QColor(0x7B, 0xA4, 0xF7);
     colors.accentFillColor = QColor(0x2E, 0x63, 0xD0);
     colors.selectionColor = QColor(0x1F, 0x4C, 0xA8);

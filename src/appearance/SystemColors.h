@@ -20,6 +20,7 @@ struct SystemColors
     QColor sidebarColor;
     QColor controlColor;
     QColor controlLineColor;
+    QColor switchOffColor; ///< Under a white knob.
     QColor controlAccentColor; ///< As a tint, on the window background.
     QColor accentFillColor; ///< Under white text.
     QColor selectionColor; ///< Ground of the selected row; white at 0.7 reads well on it.

@@ -19,6 +19,9 @@ public:
     /// Makes all texts anew; the title then is that of the window and no longer the pane's.
     virtual void refreshLanguage() = 0;
 
+    /// The person has chosen whether the history window shows its pin button.
+    std::function<void()> onPinButtonVisibilityChanged;
+
     /// The window is closed and its owner may drop it, though not inside the call.
     std::function<void()> onClosed;
 };

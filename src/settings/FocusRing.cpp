@@ -1,0 +1,77 @@
+#include "settings/FocusRing.h"
+
+#include "settings/SettingsControl.h"
+
+#include <QEvent>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qreal kWidth = 2;
+constexpr qreal kGap = 1.5;
+constexpr int kRoom = 4;
+
+} // namespace
+
+FocusRing::FocusRing(const SystemColors &colors, QWidget *window)
+    : QWidget(window)
+    , m_colors(colors)
+{
+    setObjectName(u"focusRing"_s);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+    const auto controls = window->findChildren<SettingsControl *>();
+    for (SettingsControl *control : controls) {
+        connect(control, &SettingsControl::focusVisibleChanged, this,
+                [this, control](bool isVisible) {
+                    if (isVisible)
+                        follow(control);
+                    else if (m_control == control)
+                        follow(nullptr);
+                });
+    }
+}
+
+bool FocusRing::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+        place();
+    return QWidget::eventFilter(watched, event);
+}
+
+void FocusRing::paintEvent(QPaintEvent *)
+{
+    if (!m_control)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_colors.controlAccentColor, kWidth));
+    const qreal distance = kGap + kWidth / 2;
+    const QRectF outline
+        = QRectF(rect()).adjusted(kRoom, kRoom, -kRoom, -kRoom).adjusted(-distance, -distance,
+                                                                         distance, distance);
+    const qreal radius = m_control->radius() + distance;
+    painter.drawRoundedRect(outline, radius, radius);
+}
+
+void FocusRing::follow(SettingsControl *control)
+{
+    if (m_control)
+        m_control->removeEventFilter(this);
+    m_control = control;
+    setVisible(control);
+    if (!control)
+        return;
+    control->installEventFilter(this);
+    place();
+    raise();
+}
+
+void FocusRing::place()
+{
+    const QRect around(m_control->mapTo(parentWidget(), QPoint()), m_control->size());
+    setGeometry(around.adjusted(-kRoom, -kRoom, kRoom, kRoom));
+    update();
+}

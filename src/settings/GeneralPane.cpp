@@ -1,0 +1,71 @@
+#include "settings/GeneralPane.h"
+
+#include "foundation/UserDefaults.h"
+#include "language/LanguageManager.h"
+#include "language/Localized.h"
+#include "settings/SettingsCard.h"
+#include "settings/SettingsLabel.h"
+#include "settings/SettingsSwitch.h"
+
+#include <QHBoxLayout>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::array kLanguages{AppLanguage::System, AppLanguage::English, AppLanguage::Chinese};
+const QString kShowsPinButtonKey = u"ClipboardSearchWindowShowsPinButton"_s;
+
+} // namespace
+
+GeneralPane::GeneralPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
+                         LanguageManager &languages, UserDefaults &defaults, QWidget *parent)
+    : SettingsPaneView(colors, parent)
+    , m_languages(languages)
+    , m_defaults(defaults)
+{
+    SettingsCard *card = addCard();
+    buildLanguageRow(*card, std::move(menuLook));
+    buildPinButtonRow(*card);
+}
+
+void GeneralPane::refreshLanguage()
+{
+    QStringList names;
+    for (const AppLanguage language : kLanguages)
+        names += displayName(language);
+    m_languagePicker->setOptions(names);
+    const auto current = std::ranges::find(kLanguages, m_languages.currentLanguage());
+    m_languagePicker->setCurrentIndex(int(current - kLanguages.begin()));
+
+    m_languageName->setText(localized(u"settings.language.title"_s, u"Language"_s));
+    m_languagePicker->setAccessibleName(m_languageName->text());
+    m_pinButtonName->setText(localized(u"settings.show_pin_button"_s, u"Show Pin Button"_s));
+    m_pinButtonSwitch->setAccessibleName(m_pinButtonName->text());
+}
+
+void GeneralPane::buildLanguageRow(SettingsCard &card, SettingsPicker::MenuLookSource menuLook)
+{
+    m_languageName = card.makeName();
+    m_languagePicker = new SettingsPicker(colors(), std::move(menuLook), this);
+    m_languagePicker->setObjectName(u"languagePicker"_s);
+    card.addRow(m_languageName)->addWidget(m_languagePicker);
+    connect(m_languagePicker, &SettingsPicker::chosen, this,
+            [this](int index) { m_languages.setLanguage(kLanguages.at(size_t(index))); });
+}
+
+void GeneralPane::buildPinButtonRow(SettingsCard &card)
+{
+    m_pinButtonName = card.makeName();
+    m_pinButtonSwitch = new SettingsSwitch(colors(), this);
+    m_pinButtonSwitch->setObjectName(u"pinButtonSwitch"_s);
+    m_pinButtonSwitch->setChecked(!m_defaults.contains(kShowsPinButtonKey)
+                                  || m_defaults.boolean(kShowsPinButtonKey));
+    card.addRow(m_pinButtonName)->addWidget(m_pinButtonSwitch);
+    connect(m_pinButtonSwitch, &SettingsSwitch::toggled, this, [this](bool isShown) {
+        m_defaults.set(kShowsPinButtonKey, isShown);
+        emit pinButtonVisibilityChanged();
+    });
+}

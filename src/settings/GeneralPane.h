@@ -1,0 +1,34 @@
+#pragma once
+
+#include "settings/SettingsPaneView.h"
+#include "settings/SettingsPicker.h"
+
+class LanguageManager;
+class SettingsSwitch;
+class UserDefaults;
+
+/// Language, and what the history window shows.
+class GeneralPane : public SettingsPaneView
+{
+    Q_OBJECT
+
+public:
+    GeneralPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
+                LanguageManager &languages, UserDefaults &defaults, QWidget *parent);
+
+    void refreshLanguage() override;
+
+signals:
+    void pinButtonVisibilityChanged();
+
+private:
+    void buildLanguageRow(SettingsCard &card, SettingsPicker::MenuLookSource menuLook);
+    void buildPinButtonRow(SettingsCard &card);
+
+    LanguageManager &m_languages;
+    UserDefaults &m_defaults;
+    SettingsLabel *m_languageName = nullptr;
+    SettingsPicker *m_languagePicker = nullptr;
+    SettingsLabel *m_pinButtonName = nullptr;
+    SettingsSwitch *m_pinButtonSwitch = nullptr;
+};

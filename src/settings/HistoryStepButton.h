@@ -1,0 +1,21 @@
+#pragma once
+
+#include "settings/SettingsControl.h"
+
+/// Goes back or forward among the panes.
+class HistoryStepButton : public SettingsControl
+{
+    Q_OBJECT
+
+public:
+    HistoryStepButton(const SystemColors &colors, const QString &symbol, QWidget *parent);
+
+    QSize sizeHint() const override;
+    qreal radius() const override;
+
+protected:
+    void draw(QPainter &painter) const override;
+
+private:
+    QString m_symbol;
+};

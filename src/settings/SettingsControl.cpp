@@ -1,0 +1,79 @@
+#include "settings/SettingsControl.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <utility>
+
+namespace {
+
+constexpr qreal kDisabledOpacity = 0.45;
+constexpr float kHoverShare = 0.06F;
+constexpr float kPressedShare = 0.14F;
+
+QColor mixed(const QColor &color, const QColor &other, float share)
+{
+    const auto mix = [share](float a, float b) { return a + (b - a) * share; };
+    return QColor::fromRgbF(mix(color.redF(), other.redF()), mix(color.greenF(), other.greenF()),
+                            mix(color.blueF(), other.blueF()));
+}
+
+} // namespace
+
+SettingsControl::SettingsControl(const SystemColors &colors, QWidget *parent)
+    : QAbstractButton(parent)
+    , m_colors(colors)
+{
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+QColor SettingsControl::pressable(const QColor &color) const
+{
+    if (isDown())
+        return mixed(color, m_colors.labelColor, kPressedShare);
+    return underMouse() ? mixed(color, m_colors.labelColor, kHoverShare) : color;
+}
+
+void SettingsControl::drawGround(QPainter &painter, const QColor &ground, const QColor &line) const
+{
+    painter.setBrush(ground);
+    painter.setPen(line);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius(), radius());
+}
+
+void SettingsControl::focusInEvent(QFocusEvent *event)
+{
+    QAbstractButton::focusInEvent(event);
+    setFocusVisible(event->reason() == Qt::TabFocusReason
+                    || event->reason() == Qt::BacktabFocusReason);
+}
+
+void SettingsControl::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractButton::focusOutEvent(event);
+    setFocusVisible(false);
+}
+
+void SettingsControl::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void SettingsControl::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!isEnabled())
+        painter.setOpacity(kDisabledOpacity);
+    draw(painter);
+}
+
+void SettingsControl::setFocusVisible(bool isVisible)
+{
+    if (std::exchange(m_isFocusVisible, isVisible) != isVisible)
+        emit focusVisibleChanged(isVisible);
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "appearance/SystemColors.h"
+
+#include <QLabel>
+
+/// A line of text in one of the window's colours. What does not fit ends in an ellipsis.
+class SettingsLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    using Color = QColor SystemColors::*;
+
+    /// \a colors belong to the window, which repaints itself when they change.
+    SettingsLabel(const SystemColors &colors, const QFont &font, Color color, QWidget *parent);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    const SystemColors &m_colors;
+    QFont m_font;
+    Color m_color;
+};

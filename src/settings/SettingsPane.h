@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// The pages of the settings, in the order of the sidebar.
+enum class SettingsPane { General, Storage, Privacy, Shortcuts, About };
+
+/// The panes that there is something to set in.
+const QList<SettingsPane> &availablePanes();
+
+/// In the interface language.
+QString title(SettingsPane pane);
+
+QString symbolName(SettingsPane pane);

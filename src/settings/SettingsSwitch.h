@@ -1,0 +1,18 @@
+#pragma once
+
+#include "settings/SettingsControl.h"
+
+/// Turns one thing on and off.
+class SettingsSwitch : public SettingsControl
+{
+    Q_OBJECT
+
+public:
+    SettingsSwitch(const SystemColors &colors, QWidget *parent);
+
+    QSize sizeHint() const override;
+    qreal radius() const override;
+
+protected:
+    void draw(QPainter &painter) const override;
+};

@@ -161,6 +161,7 @@ int launchFirst(int argc, char *argv[], SingleInstance &instance)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setApplicationName(u"tessarine"_s);
+    QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argc, argv);
     return runApplication(application, instance);

@@ -172,6 +172,7 @@ int MenuStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidg
             return 1;
         }
         return 0;
+    case SH_Menu_KeyboardSearch:
     case SH_Menu_Scrollable:
     case SH_Menu_MouseTracking:
     case SH_Menu_SloppySubMenus: return 1;
@@ -280,6 +281,7 @@ void MenuStyle::drawTexts(QPainter &painter, const QStyleOptionMenuItem &option,
 void MenuStyle::drawScroller(QPainter &painter, const QStyleOption &option) const
 {
     const bool isDown = option.state & State_DownArrow;
+    painter.fillRect(option.rect, m_colors.raisedSurfaceColor); // Items run under it.
     drawSymbol(painter, option.rect,
                {isDown ? u"chevron.down"_s : u"chevron.up"_s, kChevronSize, SymbolWeight::Semibold},
                m_colors.secondaryLabelColor);

@@ -45,13 +45,20 @@ void SettingsControl::drawGround(QPainter &painter, const QColor &ground, const 
 void SettingsControl::focusInEvent(QFocusEvent *event)
 {
     QAbstractButton::focusInEvent(event);
-    setFocusVisible(event->reason() == Qt::TabFocusReason
-                    || event->reason() == Qt::BacktabFocusReason);
+    switch (event->reason()) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason: setFocusVisible(true); break;
+    // Back from another window or from a menu, everything is as it was.
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason: setFocusVisible(m_wasFocusVisible); break;
+    default: setFocusVisible(false); break;
+    }
 }
 
 void SettingsControl::focusOutEvent(QFocusEvent *event)
 {
     QAbstractButton::focusOutEvent(event);
+    m_wasFocusVisible = m_isFocusVisible;
     setFocusVisible(false);
 }
 

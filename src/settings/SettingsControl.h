@@ -45,4 +45,5 @@ private:
 
     const SystemColors &m_colors;
     bool m_isFocusVisible = false;
+    bool m_wasFocusVisible = false; ///< When it last lost the focus.
 };

@@ -41,14 +41,16 @@ SettingsView::SettingsView(const SettingsCollaborators &collaborators)
     setAttribute(Qt::WA_QuitOnClose, false);
     setMinimumSize(kLeastSize);
     resize(kSize);
+    // In the order in which the Tab key goes through them.
     buildSidebar();
-    buildPanes();
     buildBar();
+    buildPanes();
     arrange();
     new FocusRing(m_colors, this);
     refreshAppearance();
     refreshLanguage();
     showPane();
+    m_items.value(selectedPane())->setFocus();
 }
 
 void SettingsView::refreshLanguage()

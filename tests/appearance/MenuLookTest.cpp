@@ -28,6 +28,7 @@ private slots:
     void aPressInTheShadowClosesTheMenu();
     void aMoveInTheShadowOfASubmenuReachesTheMenuBelow();
     void aTitleHasRoomBesideItsShortcut();
+    void typingFindsAnItem();
 
 private:
     QRect cardOf(const QMenu &menu) const
@@ -166,6 +167,13 @@ void MenuLookTest::aTitleHasRoomBesideItsShortcut()
     m_first->setShortcut(QKeySequence(u"Ctrl+Q"_s));
     const QFontMetrics metrics(interfaceFont(12));
     QVERIFY(m_menu->sizeHint().width() >= before + metrics.horizontalAdvance(u"Ctrl+Q"_s));
+}
+
+void MenuLookTest::typingFindsAnItem()
+{
+    m_menu->popup({100, 100});
+    QTest::keyClicks(m_menu.get(), u"qu"_s);
+    QCOMPARE(m_menu->activeAction(), m_last);
 }
 
 QTEST_MAIN(MenuLookTest)

@@ -26,6 +26,7 @@ void click(SettingsWindow &window, const QString &objectName)
 
 void save(SettingsWindow &window, const QString &path)
 {
+    QTest::qWait(20); // Lays out what has changed.
     window.view().grab().save(path);
     std::printf("%s\n", qPrintable(path));
 }

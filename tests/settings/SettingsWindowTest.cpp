@@ -42,6 +42,8 @@ private slots:
     void lightAndDarkChangeInTheOpenWindow();
     void theDesktopsPaletteDecidesWhereNothingElseDoes();
     void theRingIsSeenAfterTheTabKeyAndNotAfterAClick();
+    void theRingIsThereAgainAfterAnotherWindow();
+    void theTabKeyGoesFromTheListToTheBarAndThePane();
     void everyControlThatCanBeReachedHasAName();
     void returnPressesAControl();
     void nothingIsWrittenByLooking();
@@ -298,6 +300,32 @@ void SettingsWindowTest::theRingIsSeenAfterTheTabKeyAndNotAfterAClick()
     QVERIFY(ring->geometry().contains(around.adjusted(-3, -3, 3, 3)));
     // It stands in nobody's way.
     QVERIFY(ring->testAttribute(Qt::WA_TransparentForMouseEvents));
+}
+
+void SettingsWindowTest::theRingIsThereAgainAfterAnotherWindow()
+{
+    const auto *ring = find<QWidget>("focusRing");
+    find("languagePicker")->setFocus(Qt::TabFocusReason);
+    QVERIFY(ring->isVisible());
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(!ring->isVisible());
+    m_window->view().activateWindow();
+    QTRY_VERIFY(ring->isVisible());
+}
+
+void SettingsWindowTest::theTabKeyGoesFromTheListToTheBarAndThePane()
+{
+    click("pane.keyboard");
+    QStringList visited;
+    for (int i = 0; i < 9; ++i) {
+        visited += m_window->view().focusWidget()->objectName();
+        QTest::keyClick(m_window->view().focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(visited, QStringList({u"pane.keyboard"_s, u"backButton"_s, u"cmdToggle"_s,
+                                   u"shiftToggle"_s, u"optionToggle"_s, u"controlToggle"_s,
+                                   u"keyPicker"_s, u"recordButton"_s, u"pane.keyboard"_s}));
 }
 
 void SettingsWindowTest::everyControlThatCanBeReachedHasAName()

@@ -1,32 +1,23 @@
 #include "app/AppDelegate.h"
 
 #include "app/HotkeyRefusalNotice.h"
-#include "app/StatusItemIcon.h"
+#include "app/StatusItemController.h"
 #include "capture/ClipboardMonitor.h"
 #include "foundation/InternalCopies.h"
 #include "foundation/Log.h"
 #include "language/LanguageManager.h"
-#include "language/Localized.h"
-#include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 #include "settings/HotkeySettingsManager.h"
 
 #include <QGuiApplication>
-#include <QMenu>
 
 using namespace Qt::StringLiterals;
 
-AppDelegate::AppDelegate(Collaborators collaborators)
-    : m_with(std::move(collaborators))
-    , m_statusMenu(m_with.monitor)
-    , m_dismissingPress(m_with.scheduler)
+AppDelegate::AppDelegate(Collaborators collaborators) : m_with(std::move(collaborators))
 {
 }
 
-AppDelegate::~AppDelegate()
-{
-    stopObserving();
-}
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
@@ -56,6 +47,7 @@ void AppDelegate::applicationWillTerminate()
     m_with.pastePipeline.applicationWillTerminate();
     m_with.monitor.stopMonitoring();
     stopObserving();
+    m_statusItemController.reset();
     m_hotkeyManager.reset();
     m_with.itemManager.drain();
 }
@@ -102,45 +94,18 @@ void AppDelegate::setupMainMenu()
 
 void AppDelegate::setupStatusItem()
 {
-    printLine(u"Setting up menu bar..."_s);
-    // A tray may still come, and then finds everything in place.
-    const bool isInTray = m_with.statusItem.create();
-    const auto printStep = [isInTray](const QString &line) {
-        if (isInTray)
-            printLine(line);
-    };
-    if (!isInTray)
-        printLine(u"ERROR: Failed to create status item!"_s);
-    printStep(u"Status item created successfully"_s);
-    printStep(u"Status item button exists"_s);
-    updateStatusItemIcon();
-    printStep(u"Menu bar button set up"_s);
-    m_with.statusItem.onClicked = [this](const QString &token) { statusItemClicked(token); };
-    printStep(u"Button action configured"_s);
-    setupStatusMenu();
-    printStep(u"Status bar set up complete"_s);
-}
-
-void AppDelegate::setupStatusMenu()
-{
+    m_statusItemController = std::make_unique<StatusItemController>(
+        m_with.statusItem, m_with.monitor, m_with.workspace, m_with.scheduler);
+    StatusItemController *controller = m_statusItemController.get();
     if (!m_with.makeSettingsWindow)
-        m_statusMenu.hideSettings();
-    const auto connectTo = [this](auto signal, auto action) {
-        connect(&m_statusMenu, signal, this, [this, action] {
-            m_with.workspace.noteUserAction({});
-            (this->*action)();
-        });
-    };
-    connectTo(&StatusMenu::showRequested, &AppDelegate::showHistoryWindow);
-    connectTo(&StatusMenu::settingsRequested, &AppDelegate::showSettings);
-    connectTo(&StatusMenu::quitRequested, &AppDelegate::terminate);
-
-    StatusItem &item = m_with.statusItem;
-    item.onMenuRequested
-        = [this](const QPoint &position) { m_statusMenu.contextMenu().popup(position); };
-    item.onMenuWillOpen = [this] { m_with.statusItem.setMenu(m_statusMenu.entries()); };
-    item.onMenuEntryChosen = [this](int id) { m_statusMenu.chooseEntry(id); };
-    item.setMenu(m_statusMenu.entries());
+        controller->hideSettings();
+    connect(controller, &StatusItemController::toggleRequested, this,
+            &AppDelegate::toggleHistoryWindow);
+    connect(controller, &StatusItemController::showRequested, this,
+            &AppDelegate::showHistoryWindow);
+    connect(controller, &StatusItemController::settingsRequested, this, &AppDelegate::showSettings);
+    connect(controller, &StatusItemController::quitRequested, this, &AppDelegate::terminate);
+    controller->setupStatusItem();
 }
 
 void AppDelegate::setupHotkey()
@@ -164,7 +129,7 @@ void AppDelegate::observeNotifications()
     connect(&m_with.hotkeySettings, &HotkeySettingsManager::hotkeySettingsChanged, this,
             &AppDelegate::hotkeySettingsChanged);
     connect(&m_with.monitor, &ClipboardMonitor::clipboardMonitorPauseStateChanged, this,
-            &AppDelegate::refreshStatusItem);
+            [this] { m_statusItemController->refresh(); });
     connect(&m_with.internalCopies, &InternalCopies::tessarineInternalCopyWillWrite, this,
             [this] { m_with.pastePipeline.internalCopyWillWrite(); });
 }
@@ -175,49 +140,16 @@ void AppDelegate::stopObserving()
     m_with.hotkeySettings.disconnect(this);
     m_with.monitor.disconnect(this);
     m_with.internalCopies.disconnect(this);
-    StatusItem &item = m_with.statusItem;
-    item.onClicked = nullptr;
-    item.onMenuRequested = nullptr;
-    item.onMenuWillOpen = nullptr;
-    item.onMenuEntryChosen = nullptr;
 }
 
 void AppDelegate::refreshTexts()
 {
     m_mainMenu.refreshMenuTitles();
-    m_statusMenu.refreshMenuTitles();
-    refreshStatusItem();
+    m_statusItemController->refreshTexts();
     if (m_settingsWindow)
         m_settingsWindow->refreshLanguage();
     if (m_searchWindow)
         m_searchWindow->refreshLanguage();
-}
-
-/// For panels that draw the menu themselves and do not ask before they open it, too.
-void AppDelegate::refreshStatusItem()
-{
-    updateStatusItemIcon();
-    m_with.statusItem.setMenu(m_statusMenu.entries());
-}
-
-void AppDelegate::updateStatusItemIcon()
-{
-    const bool isPaused = m_with.monitor.isUserPaused();
-    const QString description = isPaused
-        ? u"Tessarine: "_s + localized(u"menu.paused"_s, u"已暂停"_s)
-        : u"Tessarine"_s;
-    m_with.statusItem.setIcon(
-        [isPaused](int side, const QColor &color) {
-            return statusItemImage(side, color, isPaused);
-        },
-        description);
-}
-
-void AppDelegate::statusItemClicked(const QString &activationToken)
-{
-    m_with.workspace.noteUserAction(activationToken);
-    if (!m_dismissingPress.takeClick())
-        toggleHistoryWindow();
 }
 
 void AppDelegate::hideWindows()
@@ -283,7 +215,10 @@ void AppDelegate::createWindow(const ClipboardItemList &items)
     m_searchWindow->onPasteSelected
         = [this](const ClipboardItemPointer &item) { m_with.pastePipeline.pasteItem(*item); };
     m_searchWindow->onWindowHidden = [this] { dropWindow(); };
-    m_searchWindow->onTurnedAway = [this] { m_dismissingPress.note(); };
+    m_searchWindow->onTurnedAway = [this] {
+        if (m_statusItemController)
+            m_statusItemController->noteTurningAway();
+    };
     m_searchWindow->onFavoriteToggled
         = [this](const QUuid &id) { m_with.itemManager.toggleFavorite(id); };
 }

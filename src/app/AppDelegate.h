@@ -1,10 +1,8 @@
 #pragma once
 
-#include "app/DismissingPress.h"
 #include "app/HotkeyManager.h"
 #include "app/MainMenu.h"
 #include "app/PastePipeline.h"
-#include "app/StatusMenu.h"
 #include "core/ClipboardItemManager.h"
 #include "settings/SettingsWindowProtocol.h"
 #include "window/ClipboardSearchWindowProtocol.h"
@@ -17,6 +15,7 @@ class HotkeySettingsManager;
 class InternalCopies;
 class LanguageManager;
 class StatusItem;
+class StatusItemController;
 class Workspace;
 
 /// The root object of the running program: owns the menus and the windows, and routes between
@@ -70,14 +69,10 @@ public:
 private:
     void setupMainMenu();
     void setupStatusItem();
-    void setupStatusMenu();
     void setupHotkey();
     void observeNotifications();
     void stopObserving();
     void refreshTexts();
-    void refreshStatusItem();
-    void updateStatusItemIcon();
-    void statusItemClicked(const QString &activationToken);
     void terminate();
     void hideWindows();
     void hideHistoryWindow();
@@ -91,8 +86,7 @@ private:
 
     Collaborators m_with;
     MainMenu m_mainMenu;
-    StatusMenu m_statusMenu;
-    DismissingPress m_dismissingPress;
+    std::unique_ptr<StatusItemController> m_statusItemController;
     std::unique_ptr<HotkeyManager> m_hotkeyManager;
     std::unique_ptr<ClipboardSearchWindowProtocol> m_searchWindow;
     /// Hidden for good, and gone on the next turn of the event loop.

@@ -1,6 +1,8 @@
 #include "tests/fakes/AppDelegateFixture.h"
 
+#include <QRegularExpression>
 #include <QTest>
+#include <QWidget>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -27,6 +29,11 @@ private slots:
     void changedLanguageReachesTheWindows();
     void internalCopyPausesCaptureForAWhile();
     void secondStartShowsTheWindow();
+    void settingsLeaveNoHistoryWindowBehind();
+    void settingsStayWhileTheProgramBecomesActive();
+    void closedSettingsAreMadeAnew();
+    void hidingTheProgramHidesAllItsWindows();
+    void terminationEndsTheFileLeaseFirst();
     void terminationLeavesNothingUnwritten();
     void terminationLetsGoOfThePastedFile();
     void nothingIsHeardAfterTheEnd();
@@ -199,6 +206,64 @@ void AppDelegateTest::secondStartShowsTheWindow()
     m_delegate->applicationDidBecomeActive();
     QCOMPARE(m_window.windowCount, 1);
     QVERIFY(m_window.isVisible);
+}
+
+void AppDelegateTest::settingsLeaveNoHistoryWindowBehind()
+{
+    clickStatusItem();
+    QVERIFY(chooseInPanel(u"Settings..."_s));
+    QVERIFY(m_window.isHiding);
+    QVERIFY(m_settingsWindow.isVisible);
+    m_latestWindow->finishHiding();
+    QVERIFY(!m_delegate->hasHistoryWindow());
+}
+
+void AppDelegateTest::settingsStayWhileTheProgramBecomesActive()
+{
+    m_delegate->showSettings();
+    m_delegate->applicationDidBecomeActive();
+    QCOMPARE(m_window.windowCount, 0);
+    QCOMPARE(m_settingsWindow.showCount, 2);
+}
+
+void AppDelegateTest::closedSettingsAreMadeAnew()
+{
+    m_delegate->showSettings();
+    m_latestSettingsWindow->close();
+    QVERIFY(!m_delegate->hasSettingsWindow());
+    QTRY_COMPARE(m_settingsWindow.windowCount, 0);
+    m_delegate->applicationDidBecomeActive();
+    QVERIFY(m_window.isVisible);
+    m_delegate->showSettings();
+    QVERIFY(m_settingsWindow.isVisible);
+}
+
+void AppDelegateTest::hidingTheProgramHidesAllItsWindows()
+{
+    pressHotkey();
+    QWidget widget;
+    widget.setFocusPolicy(Qt::StrongFocus);
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowActive(&widget));
+    widget.setFocus();
+    m_delegate->showSettings();
+    pressHotkey();
+    QTest::keyClick(&widget, Qt::Key_H, Qt::ControlModifier);
+    QVERIFY(m_window.isHiding);
+    QVERIFY(!m_settingsWindow.isVisible);
+}
+
+void AppDelegateTest::terminationEndsTheFileLeaseFirst()
+{
+    m_defaults->set(u"debug.drag_paste_logging"_s, true);
+    QFile file(m_directory->filePath(u"report.txt"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    m_fileLease->beginScopedFileURLAccess(QUrl::fromLocalFile(file.fileName()));
+    m_delegate->applicationWillTerminate();
+    const QStringList lines = m_printed->lines();
+    const qsizetype released = lines.indexOf(QRegularExpression(u".*reason=app terminate.*"_s));
+    QVERIFY(released >= 0);
+    QVERIFY(released < lines.indexOf(u"Hotkey unregistered"_s));
 }
 
 void AppDelegateTest::terminationLeavesNothingUnwritten()

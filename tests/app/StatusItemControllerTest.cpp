@@ -1,3 +1,5 @@
+#include "app/StatusItemController.h"
+
 #include "app/StatusItemIcon.h"
 #include "tests/fakes/AppDelegateFixture.h"
 
@@ -8,8 +10,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// The status item and what it opens: clicks, menus, the icon.
-class AppDelegateStatusItemTest : public QObject, protected AppDelegateFixture
+/// The controller as part of the program, since half of what a click does depends on the windows.
+class StatusItemControllerTest : public QObject, protected AppDelegateFixture
 {
     Q_OBJECT
 
@@ -34,27 +36,24 @@ private slots:
     void popupMenuOpensWhereItIsWanted();
     void pauseShowsInTheIconAndEndsByItself();
     void changedLanguageReachesMenuAndIcon();
-    void settingsLeaveNoHistoryWindowBehind();
-    void settingsStayWhileTheProgramBecomesActive();
-    void closedSettingsAreMadeAnew();
 
 private:
     QImage icon(bool isPaused) const { return statusItemImage(22, Qt::black, isPaused); }
     QImage shownIcon() const { return m_statusItem->iconPainter(22, Qt::black); }
 };
 
-void AppDelegateStatusItemTest::init()
+void StatusItemControllerTest::init()
 {
     setUpDelegate();
     m_delegate->applicationDidFinishLaunching();
 }
 
-void AppDelegateStatusItemTest::cleanup()
+void StatusItemControllerTest::cleanup()
 {
     tearDownDelegate();
 }
 
-void AppDelegateStatusItemTest::clickOpensTheWindowAndClosesItAgain()
+void StatusItemControllerTest::clickOpensTheWindowAndClosesItAgain()
 {
     clickStatusItem();
     QVERIFY(m_window.isVisible);
@@ -62,13 +61,13 @@ void AppDelegateStatusItemTest::clickOpensTheWindowAndClosesItAgain()
     QVERIFY(m_window.isHiding);
 }
 
-void AppDelegateStatusItemTest::clickTellsTheDesktopThatThePersonAsked()
+void StatusItemControllerTest::clickTellsTheDesktopThatThePersonAsked()
 {
     clickStatusItem(u"panel-1_TIME4711"_s);
     QCOMPARE(m_workspace->activationTokens, QStringList{u"panel-1_TIME4711"_s});
 }
 
-void AppDelegateStatusItemTest::clickWhosePressHidTheWindowLeavesItHidden()
+void StatusItemControllerTest::clickWhosePressHidTheWindowLeavesItHidden()
 {
     clickStatusItem();
     m_latestWindow->pressOutside();
@@ -78,7 +77,7 @@ void AppDelegateStatusItemTest::clickWhosePressHidTheWindowLeavesItHidden()
     QCOMPARE(m_window.showCount, 1);
 }
 
-void AppDelegateStatusItemTest::clickOnAWindowThatIsGoneByThenLeavesItHidden()
+void StatusItemControllerTest::clickOnAWindowThatIsGoneByThenLeavesItHidden()
 {
     clickStatusItem();
     m_latestWindow->pressOutside();
@@ -89,7 +88,7 @@ void AppDelegateStatusItemTest::clickOnAWindowThatIsGoneByThenLeavesItHidden()
     QVERIFY(!m_window.isVisible);
 }
 
-void AppDelegateStatusItemTest::secondClickShowsTheWindowAgain()
+void StatusItemControllerTest::secondClickShowsTheWindowAgain()
 {
     clickStatusItem();
     m_latestWindow->pressOutside();
@@ -99,7 +98,7 @@ void AppDelegateStatusItemTest::secondClickShowsTheWindowAgain()
     QCOMPARE(m_window.showCount, 2);
 }
 
-void AppDelegateStatusItemTest::clickLongAfterAPressElsewhereShowsTheWindow()
+void StatusItemControllerTest::clickLongAfterAPressElsewhereShowsTheWindow()
 {
     clickStatusItem();
     m_latestWindow->pressOutside();
@@ -109,7 +108,7 @@ void AppDelegateStatusItemTest::clickLongAfterAPressElsewhereShowsTheWindow()
     QVERIFY(m_window.isVisible);
 }
 
-void AppDelegateStatusItemTest::hotkeyAfterAPressElsewhereTurnsTheWindowRound()
+void StatusItemControllerTest::hotkeyAfterAPressElsewhereTurnsTheWindowRound()
 {
     pressHotkey();
     m_latestWindow->pressOutside();
@@ -119,7 +118,7 @@ void AppDelegateStatusItemTest::hotkeyAfterAPressElsewhereTurnsTheWindowRound()
     QCOMPARE(m_window.windowCount, 1);
 }
 
-void AppDelegateStatusItemTest::clickHidesAPinnedWindow()
+void StatusItemControllerTest::clickHidesAPinnedWindow()
 {
     m_window.isPinned = true;
     clickStatusItem();
@@ -129,7 +128,7 @@ void AppDelegateStatusItemTest::clickHidesAPinnedWindow()
     QVERIFY(m_window.isHiding);
 }
 
-void AppDelegateStatusItemTest::withoutATrayTheErrorIsPrintedAndTheProgramWorks()
+void StatusItemControllerTest::withoutATrayTheErrorIsPrintedAndTheProgramWorks()
 {
     tearDownDelegate();
     setUpDelegate();
@@ -144,7 +143,7 @@ void AppDelegateStatusItemTest::withoutATrayTheErrorIsPrintedAndTheProgramWorks(
     QVERIFY(m_window.isVisible);
 }
 
-void AppDelegateStatusItemTest::trayThatComesLaterFindsIconAndMenu()
+void StatusItemControllerTest::trayThatComesLaterFindsIconAndMenu()
 {
     tearDownDelegate();
     setUpDelegate();
@@ -157,7 +156,7 @@ void AppDelegateStatusItemTest::trayThatComesLaterFindsIconAndMenu()
     QVERIFY(m_window.isHiding);
 }
 
-void AppDelegateStatusItemTest::panelMenuHasEveryFunction()
+void StatusItemControllerTest::panelMenuHasEveryFunction()
 {
     QCOMPARE(
         titlesOf(m_statusItem->menu),
@@ -166,7 +165,7 @@ void AppDelegateStatusItemTest::panelMenuHasEveryFunction()
                      u"-"_s, u"Settings..."_s, u"-"_s, u"Quit Tessarine"_s}));
 }
 
-void AppDelegateStatusItemTest::panelMenuWithoutSettingsHasNoEntryForThem()
+void StatusItemControllerTest::panelMenuWithoutSettingsHasNoEntryForThem()
 {
     makeDelegate({});
     m_delegate->applicationDidFinishLaunching();
@@ -175,21 +174,21 @@ void AppDelegateStatusItemTest::panelMenuWithoutSettingsHasNoEntryForThem()
     QCOMPARE(titles.count(u"-"_s), 2);
 }
 
-void AppDelegateStatusItemTest::panelMenuShowsTheHistory()
+void StatusItemControllerTest::panelMenuShowsTheHistory()
 {
     QVERIFY(chooseInPanel(u"Show Clipboard History"_s));
     QVERIFY(m_window.isVisible);
     QCOMPARE(m_workspace->activationTokens, QStringList{QString()});
 }
 
-void AppDelegateStatusItemTest::panelMenuIsAskedForTheStateOfTheMoment()
+void StatusItemControllerTest::panelMenuIsAskedForTheStateOfTheMoment()
 {
     m_statusItem->menu.clear();
     m_statusItem->onMenuWillOpen();
     QCOMPARE(m_statusItem->menu.constFirst().title, u"Show Clipboard History"_s);
 }
 
-void AppDelegateStatusItemTest::popupMenuOpensWhereItIsWanted()
+void StatusItemControllerTest::popupMenuOpensWhereItIsWanted()
 {
     m_statusItem->onMenuRequested({40, 30});
     auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
@@ -198,7 +197,7 @@ void AppDelegateStatusItemTest::popupMenuOpensWhereItIsWanted()
     menu->close();
 }
 
-void AppDelegateStatusItemTest::pauseShowsInTheIconAndEndsByItself()
+void StatusItemControllerTest::pauseShowsInTheIconAndEndsByItself()
 {
     QCOMPARE(shownIcon(), icon(false));
     QVERIFY(chooseInPanel(u"Pause for 15 Minutes"_s));
@@ -214,7 +213,7 @@ void AppDelegateStatusItemTest::pauseShowsInTheIconAndEndsByItself()
     QVERIFY(!titlesOf(m_statusItem->menu).contains(u"Resume"_s));
 }
 
-void AppDelegateStatusItemTest::changedLanguageReachesMenuAndIcon()
+void StatusItemControllerTest::changedLanguageReachesMenuAndIcon()
 {
     m_monitor->setUserPaused(true);
     m_languages->setLanguage(AppLanguage::Chinese);
@@ -225,35 +224,5 @@ void AppDelegateStatusItemTest::changedLanguageReachesMenuAndIcon()
     QCOMPARE(m_statusItem->iconDescription, u"Tessarine: 已暂停"_s);
 }
 
-void AppDelegateStatusItemTest::settingsLeaveNoHistoryWindowBehind()
-{
-    clickStatusItem();
-    QVERIFY(chooseInPanel(u"Settings..."_s));
-    QVERIFY(m_window.isHiding);
-    QVERIFY(m_settingsWindow.isVisible);
-    m_latestWindow->finishHiding();
-    QVERIFY(!m_delegate->hasHistoryWindow());
-}
-
-void AppDelegateStatusItemTest::settingsStayWhileTheProgramBecomesActive()
-{
-    m_delegate->showSettings();
-    m_delegate->applicationDidBecomeActive();
-    QCOMPARE(m_window.windowCount, 0);
-    QCOMPARE(m_settingsWindow.showCount, 2);
-}
-
-void AppDelegateStatusItemTest::closedSettingsAreMadeAnew()
-{
-    m_delegate->showSettings();
-    m_latestSettingsWindow->close();
-    QVERIFY(!m_delegate->hasSettingsWindow());
-    QTRY_COMPARE(m_settingsWindow.windowCount, 0);
-    m_delegate->applicationDidBecomeActive();
-    QVERIFY(m_window.isVisible);
-    m_delegate->showSettings();
-    QVERIFY(m_settingsWindow.isVisible);
-}
-
-QTEST_MAIN(AppDelegateStatusItemTest)
-#include "AppDelegateStatusItemTest.moc"
+QTEST_MAIN(StatusItemControllerTest)
+#include "StatusItemControllerTest.moc"

@@ -129,6 +129,7 @@ int runApplication(Application &application, SingleInstance &instance)
                           .hotkeyRefusalNotice = hotkeyRefusalNotice,
                           .statusItem = platform->statusItem(),
                           .workspace = platform->workspace(),
+                          .appearance = platform->appearance(),
                           .scheduler = scheduler,
                           .makeWindow =
                               [&windowCollaborators](const ClipboardItemList &items) {

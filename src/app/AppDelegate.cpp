@@ -95,7 +95,7 @@ void AppDelegate::setupMainMenu()
 void AppDelegate::setupStatusItem()
 {
     m_statusItemController = std::make_unique<StatusItemController>(
-        m_with.statusItem, m_with.monitor, m_with.workspace, m_with.scheduler);
+        m_with.statusItem, m_with.monitor, m_with.workspace, m_with.appearance, m_with.scheduler);
     StatusItemController *controller = m_statusItemController.get();
     if (!m_with.makeSettingsWindow)
         controller->hideSettings();

@@ -10,6 +10,7 @@
 #include <QObject>
 
 class ClipboardMonitor;
+class DesktopAppearance;
 class HotkeyRefusalNotice;
 class HotkeySettingsManager;
 class InternalCopies;
@@ -45,6 +46,7 @@ public:
         HotkeyRefusalNotice &hotkeyRefusalNotice;
         StatusItem &statusItem;
         Workspace &workspace;
+        const DesktopAppearance &appearance;
         Scheduler &scheduler;
         WindowFactory makeWindow;
         SettingsFactory makeSettingsWindow; ///< Empty if there are no settings to be shown.

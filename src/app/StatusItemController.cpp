@@ -1,9 +1,11 @@
 #include "app/StatusItemController.h"
 
 #include "app/StatusItemIcon.h"
+#include "appearance/MenuLook.h"
 #include "capture/ClipboardMonitor.h"
 #include "foundation/Log.h"
 #include "language/Localized.h"
+#include "platform/DesktopAppearance.h"
 #include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 
@@ -12,10 +14,13 @@
 using namespace Qt::StringLiterals;
 
 StatusItemController::StatusItemController(StatusItem &statusItem, ClipboardMonitor &monitor,
-                                           Workspace &workspace, Scheduler &scheduler)
+                                           Workspace &workspace,
+                                           const DesktopAppearance &appearance,
+                                           Scheduler &scheduler)
     : m_statusItem(statusItem)
     , m_monitor(monitor)
     , m_workspace(workspace)
+    , m_appearance(appearance)
     , m_menu(monitor)
     , m_dismissingPress(scheduler)
 {
@@ -65,8 +70,7 @@ void StatusItemController::refreshTexts()
 void StatusItemController::takeClicks()
 {
     m_statusItem.onClicked = [this](const QString &token) { statusItemClicked(token); };
-    m_statusItem.onMenuRequested
-        = [this](const QPoint &position) { m_menu.contextMenu().popup(position); };
+    m_statusItem.onMenuRequested = [this](const QPoint &position) { popUpMenu(position); };
     m_statusItem.onMenuWillOpen = [this] { m_statusItem.setMenu(m_menu.entries()); };
     m_statusItem.onMenuEntryChosen = [this](int id) { m_menu.chooseEntry(id); };
 }
@@ -83,6 +87,15 @@ void StatusItemController::setupMenu()
     passOn(&StatusMenu::settingsRequested, &StatusItemController::settingsRequested);
     passOn(&StatusMenu::quitRequested, &StatusItemController::quitRequested);
     m_statusItem.setMenu(m_menu.entries());
+}
+
+void StatusItemController::popUpMenu(const QPoint &position)
+{
+    QMenu &menu = m_menu.contextMenu();
+    menu.close(); // It gets its look while it is not on the screen.
+    applyMenuLook(menu, {desktopColorScheme(m_appearance.prefersDark()),
+                         m_appearance.isComposited()});
+    menu.popup(position);
 }
 
 void StatusItemController::updateStatusItemIcon()

@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+class DesktopAppearance;
 class StatusItem;
 class Workspace;
 
@@ -16,7 +17,7 @@ class StatusItemController : public QObject
 public:
     /// All of it must outlive the controller, which takes the callbacks of \a statusItem.
     StatusItemController(StatusItem &statusItem, ClipboardMonitor &monitor, Workspace &workspace,
-                         Scheduler &scheduler);
+                         const DesktopAppearance &appearance, Scheduler &scheduler);
     ~StatusItemController() override;
 
     /// Puts the item into the tray, and prints each step. Without a tray there is one line, and
@@ -42,12 +43,14 @@ signals:
 private:
     void takeClicks();
     void setupMenu();
+    void popUpMenu(const QPoint &position);
     void updateStatusItemIcon();
     void statusItemClicked(const QString &activationToken);
 
     StatusItem &m_statusItem;
     ClipboardMonitor &m_monitor;
     Workspace &m_workspace;
+    const DesktopAppearance &m_appearance;
     StatusMenu m_menu;
     DismissingPress m_dismissingPress;
 };

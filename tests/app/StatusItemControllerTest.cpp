@@ -190,6 +190,7 @@ void StatusItemControllerTest::panelMenuIsAskedForTheStateOfTheMoment()
 
 void StatusItemControllerTest::popupMenuOpensWhereItIsWanted()
 {
+    m_appearance.composited = false; // A shadow would lie around the menu.
     m_statusItem->onMenuRequested({40, 30});
     auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     QVERIFY(menu != nullptr);

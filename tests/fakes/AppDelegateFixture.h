@@ -8,6 +8,7 @@
 #include "language/LanguageManager.h"
 #include "settings/HotkeySettingsManager.h"
 #include "tests/fakes/CaptureFixture.h"
+#include "tests/fakes/FakeDesktopAppearance.h"
 #include "tests/fakes/FakeGlobalHotkey.h"
 #include "tests/fakes/FakeHistoryWindow.h"
 #include "tests/fakes/FakeNotifications.h"
@@ -58,6 +59,7 @@ protected:
             .hotkeyRefusalNotice = *m_hotkeyNotice,
             .statusItem = *m_statusItem,
             .workspace = *m_workspace,
+            .appearance = m_appearance,
             .scheduler = *m_scheduler,
             .makeWindow =
                 [this](const ClipboardItemList &items) {
@@ -97,6 +99,7 @@ protected:
 
     std::unique_ptr<FakePasteKeystroke> m_keystroke;
     std::unique_ptr<FakeGlobalHotkey> m_hotkey;
+    FakeDesktopAppearance m_appearance;
     FakeNotifications m_notifications;
     std::unique_ptr<HotkeyRefusalNotice> m_hotkeyNotice;
     std::unique_ptr<HotkeySettingsManager> m_hotkeySettings;

@@ -1,0 +1,165 @@
+#!/usr/bin/python3
+"""The icon in the tray, its menu and the keys of the windows: what a person does without the hot
+key."""
+from case import DesktopTest, main
+from clients import Mousepad, copy_by_xclip, read_by_xclip
+from waiting import wait_until
+
+ICON_TITLE = "Tessarine"
+
+
+class ShellTest(DesktopTest):
+    desktop_options = {"tray": "tint2"}
+
+    def setUp(self):
+        super().setUp()
+        self.program.start()
+        self.icon = self.display.wait_for_window(title=ICON_TITLE)
+
+    # Steps
+
+    def click_icon(self, button=1):
+        x, y, width, height = self.display.place(self.icon)
+        self.display.click(x + width // 2, y + height // 2, button)
+
+    def open_by_icon(self):
+        self.click_icon()
+        return self.wait_for_history_window()
+
+    def menus(self):
+        """The windows of the program's open menus; no window manager puts a frame around them."""
+        return [window for window in self.display.root.query_tree().children
+                if self.display.is_viewable(window)
+                and self.display.window_class(window)[1] == "tessarine"
+                and window.get_attributes().override_redirect]
+
+    def open_menu(self):
+        self.click_icon(button=3)
+        wait_until(self.menus, "the menu to open")
+
+    def wait_until_menu_closed(self):
+        wait_until(lambda: not self.menus(), "the menu to close")
+
+    def choose_in_menu(self, *keys):
+        """Opens the menu of the icon, and presses the keys there."""
+        self.open_menu()
+        for key in keys:
+            self.display.press(key)
+        self.wait_until_menu_closed()
+
+    def pin(self, window):
+        x, y, width, _ = self.display.place(window)
+        pin_from_the_right, pin_from_the_top = 26, 40
+        self.display.click(x + width - pin_from_the_right, y + pin_from_the_top)
+        self.cut_in_the_field("pinned")  # Keys come after the click, so that it is over then.
+
+    def cut_in_the_field(self, text):
+        self.display.type(text)
+        self.display.press("ctrl+a")
+        self.display.press("ctrl+x")
+        wait_until(lambda: read_by_xclip(self.desktop) == text.encode(), f"{text!r} to be cut")
+
+    def wait_until_icon_says(self, description):
+        """The words for those who do not see the picture."""
+        wait_until(lambda: self.display.title(self.icon) == description, description)
+
+    def assert_stays_closed(self, mark):
+        """A copy that comes later is in the history, so that an earlier click is over, too."""
+        self.copy("copied after that")
+        self.assertIsNone(self.history_window())
+        self.assertIsNone(self.program.find_line("Showing clipboard history window", since=mark))
+
+    # Clicks
+
+    def test_a_click_opens_and_another_closes(self):
+        self.open_by_icon()
+        mark = self.program.mark()
+        self.click_icon()
+        self.wait_until_closed()
+        self.assert_stays_closed(mark)
+
+    def test_a_click_takes_the_focus_from_an_editor(self):
+        with Mousepad(self.desktop, self.display) as editor:
+            editor.focus()
+            mark = self.program.mark()
+            self.open_by_icon()
+            self.program.wait_for_line("Recorded previous app: ", since=mark)
+
+    def test_a_click_closes_a_pinned_window(self):
+        window = self.open_by_icon()
+        self.pin(window)
+        self.display.click(5, 5)
+        self.copy("copied after the click")
+        self.assertIsNotNone(self.history_window())
+        mark = self.program.mark()
+        self.click_icon()
+        self.wait_until_closed()
+        self.assert_stays_closed(mark)
+
+    # The menu
+
+    def test_the_menu_opens_the_history(self):
+        self.choose_in_menu("Down", "Return")
+        self.wait_for_history_window()
+
+    def test_the_menu_ends_the_program(self):
+        self.copy("kept")
+        self.choose_in_menu("Up", "Return")
+        self.assertEqual(0, self.program.wait_for_exit())
+        self.assertEqual(["kept"], self.program.texts())
+
+    def test_a_press_elsewhere_closes_the_menu(self):
+        self.open_menu()
+        self.display.click(5, 5)
+        self.wait_until_menu_closed()
+        self.assert_alive()
+
+    def test_nothing_is_recorded_in_a_pause(self):
+        self.choose_in_menu("Down", "Down", "Right", "Down", "Return")  # For 15 minutes.
+        self.wait_until_icon_says("Tessarine: Paused")
+        copy_by_xclip(self.desktop, b"a secret of the pause")
+        self.choose_in_menu("Down", "Down", "Right", "Return")  # Resume.
+        self.wait_until_icon_says("Tessarine")
+        self.copy("after the pause")
+        self.assertEqual(["after the pause"], self.program.texts())
+
+    # Keys
+
+    def test_the_window_ends_the_program_by_its_key(self):
+        self.copy("kept")
+        self.open_by_icon()
+        self.display.press("ctrl+q")
+        self.assertEqual(0, self.program.wait_for_exit())
+        self.assertEqual(["kept"], self.program.texts())
+
+    def test_the_window_hides_by_its_key(self):
+        self.open_by_icon()
+        self.display.press("ctrl+h")
+        self.wait_until_closed()
+        self.assert_alive()
+
+    def test_text_keys_work_in_the_search_field(self):
+        self.open_by_icon()
+        self.cut_in_the_field("lighthouse")
+        self.program.wait_for_text("lighthouse")
+        self.display.press("ctrl+v")
+        self.display.type("s")  # Nothing is called so, if the text came back once and whole.
+        mark = self.program.mark()
+        self.display.press("Return")
+        self.copy("copied meanwhile")
+        self.assertIsNone(self.program.find_line("Item copied to clipboard", since=mark))
+        self.display.press("BackSpace")
+        self.display.press("Return")
+        self.program.wait_for_line("Item copied to clipboard", since=mark)
+
+    def test_the_list_gets_its_keys(self):
+        """The application's shortcuts for text are not in the way of a list."""
+        self.copy("an entry")
+        self.open_by_icon()
+        for key in ("Tab", "Tab", "Down", "ctrl+c", "Return"):
+            self.display.press(key)
+        self.program.wait_for_line("Item copied to clipboard")
+
+
+if __name__ == "__main__":
+    main()

@@ -79,7 +79,19 @@ protected:
     }
 };
 
-int runApplication(Application &application, SingleInstance &instance)
+/// What the launcher gave along. It is for this process alone, so no other inherits it.
+QString takeLaunchToken()
+{
+    QString token;
+    for (const char *name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        if (!qEnvironmentVariableIsEmpty(name))
+            token = qEnvironmentVariable(name);
+        qunsetenv(name);
+    }
+    return token;
+}
+
+int runApplication(Application &application, SingleInstance &instance, const QString &launchToken)
 {
     const SystemClock clock;
     QtScheduler scheduler;
@@ -147,6 +159,8 @@ int runApplication(Application &application, SingleInstance &instance)
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
     delegate.applicationDidFinishLaunching();
+    if (!launchToken.isEmpty())
+        platform->workspace().noteUserAction(launchToken);
     scheduler.runAfter(kWarmUpDelay, [&] { warmUpHistoryWindow(windowCollaborators); });
     const int status = QApplication::exec();
     instance.onActivated = nullptr;
@@ -154,7 +168,7 @@ int runApplication(Application &application, SingleInstance &instance)
     return status;
 }
 
-int launchFirst(int argc, char *argv[], SingleInstance &instance)
+int launchFirst(int argc, char *argv[], SingleInstance &instance, const QString &launchToken)
 {
     requireX11Display();
     leaveBrokenSessionBus();
@@ -165,13 +179,13 @@ int launchFirst(int argc, char *argv[], SingleInstance &instance)
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argc, argv);
-    return runApplication(application, instance);
+    return runApplication(application, instance, launchToken);
 }
 
 /// The application is not made before it is known to be needed: it is what takes time at a start.
 int launch(int argc, char *argv[])
 {
-    const QString launchToken = qEnvironmentVariable("DESKTOP_STARTUP_ID");
+    const QString launchToken = takeLaunchToken();
     SocketSingleInstance instance(applicationSupportDirectory());
     while (instance.claim() == SingleInstance::Role::Second) {
         switch (instance.activateFirst(launchToken)) {
@@ -183,7 +197,7 @@ int launch(int argc, char *argv[])
         case SingleInstance::Answer::Ended: break;
         }
     }
-    return launchFirst(argc, argv, instance);
+    return launchFirst(argc, argv, instance, launchToken);
 }
 
 /// What is larger gets pages of its own, which go back when it ends. Left alone, the allocator raises

@@ -27,7 +27,7 @@ public:
     /// The program whose window has the focus; absent if none has, or the desktop does not tell.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
-    /// True if \a application is this very program.
+    /// True if \a application is this program, by its identifier; two missing ones are the same.
     virtual bool isOwnApplication(const RunningApplication &application) const = 0;
 
     /// Brings the window of \a application to the front and gives it the focus.
@@ -42,7 +42,8 @@ public:
 
     /// To be called when the person has just asked for something outside the program's windows, in
     /// a launcher or a tray, before a window is shown for it: the desktop will let it take the
-    /// focus. \a activationToken is what the launcher gave along; it may be empty.
+    /// focus. \a activationToken is what the launcher gave along; it may be empty. A launcher that
+    /// waits for the program is told that it is there.
     virtual void noteUserAction(const QString &activationToken) = 0;
 
     /// The name of an installed program by its identifier; absent if there is no such program.

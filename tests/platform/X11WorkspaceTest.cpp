@@ -54,6 +54,9 @@ private slots:
     void listenerHearsNothingOfAWindowThatIsKnownToBeInFront();
     void ownWindowGetsTheFocus_data() { addWindowManagers(); }
     void ownWindowGetsTheFocus();
+    void windowForAPersonsActionGetsTheFocus_data();
+    void windowForAPersonsActionGetsTheFocus();
+    void timeThatLiesAheadIsNotBelieved();
     void ownWindowIsOurs();
     void installedProgramHasAName();
 
@@ -375,11 +378,64 @@ void X11WorkspaceTest::ownWindowGetsTheFocus()
     }
 }
 
+void X11WorkspaceTest::windowForAPersonsActionGetsTheFocus_data()
+{
+    QTest::addColumn<QString>("windowManager");
+    QTest::addColumn<QString>("token");
+    for (const char *manager : {"openbox", "xfwm4", "metacity"}) {
+        const QString program = QString::fromLatin1(manager);
+        QTest::addRow("no token under %s", manager) << program << QString();
+        QTest::addRow("token of this moment under %s", manager) << program << u"panel_TIME%1"_s;
+        QTest::addRow("token without a time under %s", manager) << program << u"panel_TIME0"_s;
+    }
+}
+
+void X11WorkspaceTest::windowForAPersonsActionGetsTheFocus()
+{
+    QFETCH(QString, windowManager);
+    QFETCH(QString, token);
+    startWindowManager(windowManager);
+    const quint32 terminal = openTerminal(u"terminal"_s);
+
+    for (int round = 0; round < 2; ++round) {
+        m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(terminal));
+        m_desktop.xdotool(u"key a key b"_s);
+        QTRY_VERIFY(isFrontmost(terminal));
+
+        QLineEdit field;
+        field.setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool);
+        field.winId();
+        m_workspace->noteUserAction(
+            token.contains(u"%1"_s) ? token.arg(m_connection->serverTime()) : token);
+        m_workspace->prepareOwnWindow(field.windowHandle());
+        field.show();
+        m_workspace->activateOwnWindow(field.windowHandle());
+        QTRY_VERIFY(isFrontmost(quint32(field.winId())));
+        m_desktop.xdotool(u"type seen"_s);
+        QTRY_COMPARE(field.text(), u"seen"_s);
+    }
+}
+
+void X11WorkspaceTest::timeThatLiesAheadIsNotBelieved()
+{
+    const quint32 now = m_connection->serverTime();
+    QVERIFY(now != 0);
+    m_workspace->noteUserAction(u"panel_TIME%1"_s.arg(now + 1'000'000));
+    QVERIFY(m_connection->userTime() - now < 100'000);
+    const quint32 noted = m_connection->userTime();
+    m_workspace->noteUserAction(u"panel_TIME%1"_s.arg(now - 1));
+    QCOMPARE(m_connection->userTime(), noted);
+}
+
 void X11WorkspaceTest::ownWindowIsOurs()
 {
     RunningApplication application;
+    application.bundleIdentifier = u"other"_s;
     QVERIFY(!m_workspace->isOwnApplication(application));
     application.processId = QCoreApplication::applicationPid();
+    QVERIFY(m_workspace->isOwnApplication(application));
+    application.processId = 0;
+    application.bundleIdentifier = QGuiApplication::desktopFileName();
     QVERIFY(m_workspace->isOwnApplication(application));
 }
 
@@ -395,6 +451,7 @@ int main(int argc, char *argv[])
     if (!desktop.start())
         return EXIT_FAILURE;
     qputenv("QT_QPA_PLATFORM", "xcb");
+    QApplication::setDesktopFileName(u"own"_s);
     QApplication application(argc, argv);
     X11WorkspaceTest test(desktop);
     return QTest::qExec(&test, argc, argv);

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <string>
 
+#include <xcb/sync.h>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 #include <xcb/xinput.h>
@@ -76,7 +77,8 @@ void X11Connection::connectToServer(const QByteArray &displayName)
     int screenNumber = 0;
     xcb_connection_t *xcb = openDisplay(displayName, &screenNumber);
     // Asked for before the first answer is awaited: two round trips for all.
-    for (xcb_extension_t *extension : {&xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
+    for (xcb_extension_t *extension :
+         {&xcb_sync_id, &xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
         xcb_prefetch_extension_data(xcb, extension);
     learn(xcb, findScreen(xcb, screenNumber)->root, screenNumber);
     learnExtensions();
@@ -84,12 +86,15 @@ void X11Connection::connectToServer(const QByteArray &displayName)
 
 void X11Connection::learnExtensions()
 {
+    m_sync = learnExtension(xcb(), &xcb_sync_id);
     m_xfixes = learnExtension(xcb(), &xcb_xfixes_id);
     m_xinput = learnExtension(xcb(), &xcb_input_id);
     m_xkb = learnExtension(xcb(), &xcb_xkb_id);
     m_xtest = learnExtension(xcb(), &xcb_test_id);
 
     // An extension serves only those who have told it the version they speak.
+    if (m_sync.isPresent)
+        xcb_discard_reply(xcb(), xcb_sync_initialize(xcb(), 3, 0).sequence);
     const auto xfixesVersion =
         m_xfixes.isPresent ? std::optional(xcb_xfixes_query_version(xcb(), 5, 0)) : std::nullopt;
     const auto xinputVersion =
@@ -147,6 +152,38 @@ void X11Connection::noteUserTime(quint32 time)
     // The server's clock wraps round after 49 days; zero stands for no time at all.
     if (time != 0 && (m_userTime == 0 || qint32(time - m_userTime) > 0))
         m_userTime = time;
+}
+
+quint32 X11Connection::serverTime()
+{
+    if (!m_sync.isPresent)
+        return 0;
+    if (!m_serverTimeCounter)
+        m_serverTimeCounter = findServerTimeCounter();
+    if (*m_serverTimeCounter == 0)
+        return 0;
+    // The only way to it that brings an answer, and not an event that would have to be waited for.
+    const auto time = reply(xcb_sync_query_counter_reply,
+                            xcb_sync_query_counter(xcb(), *m_serverTimeCounter));
+    return time ? time->counter_value.lo : 0;
+}
+
+quint32 X11Connection::findServerTimeCounter()
+{
+    constexpr QByteArrayView kName("SERVERTIME");
+    const auto counters = reply(xcb_sync_list_system_counters_reply,
+                                xcb_sync_list_system_counters(xcb()));
+    if (!counters)
+        return 0;
+    for (auto counter = xcb_sync_list_system_counters_counters_iterator(counters.get());
+         counter.rem > 0; xcb_sync_systemcounter_next(&counter)) {
+        // Right behind the length. The library's own function reckons with padding in between.
+        const char *name = reinterpret_cast<const char *>(&counter.data->name_len)
+            + sizeof counter.data->name_len;
+        if (QByteArrayView(name, counter.data->name_len) == kName)
+            return counter.data->counter;
+    }
+    return 0;
 }
 
 void X11Connection::processEvents()

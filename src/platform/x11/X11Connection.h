@@ -59,16 +59,23 @@ public:
     quint32 userTime() const { return m_userTime; }
     void noteUserTime(quint32 time);
 
+    /// The server's time of this moment; 0 if it does not tell. Waits for its answer.
+    quint32 serverTime();
+
 private:
     void connectToServer(const QByteArray &displayName);
     void learnExtensions();
     void processEvents();
+    quint32 findServerTimeCounter();
+
+    Extension m_sync;
     Extension m_xfixes;
     Extension m_xinput;
     Extension m_xkb;
     Extension m_xtest;
     quint32 m_rootEvents = 0;
     quint32 m_userTime = 0;
+    std::optional<quint32> m_serverTimeCounter; ///< 0 if there is none.
     std::vector<X11EventListener *> m_listeners;
     std::unique_ptr<QSocketNotifier> m_notifier;
     bool m_isProcessingQueued = false;

@@ -21,6 +21,8 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::NetActiveWindow, "_NET_ACTIVE_WINDOW");
     set(X11AtomName::NetClientList, "_NET_CLIENT_LIST");
     set(X11AtomName::NetCurrentDesktop, "_NET_CURRENT_DESKTOP");
+    set(X11AtomName::NetStartupInfo, "_NET_STARTUP_INFO");
+    set(X11AtomName::NetStartupInfoBegin, "_NET_STARTUP_INFO_BEGIN");
     set(X11AtomName::NetSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK");
     set(X11AtomName::NetSystemTrayColors, "_NET_SYSTEM_TRAY_COLORS");
     set(X11AtomName::NetSystemTrayOpcode, "_NET_SYSTEM_TRAY_OPCODE");

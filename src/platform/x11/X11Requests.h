@@ -17,6 +17,8 @@ enum class X11AtomName : quint8
     NetActiveWindow,
     NetClientList,
     NetCurrentDesktop,
+    NetStartupInfo,
+    NetStartupInfoBegin,
     NetSupportingWmCheck,
     NetSystemTrayColors,
     NetSystemTrayOpcode,

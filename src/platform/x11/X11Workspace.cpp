@@ -1,5 +1,7 @@
 #include "platform/x11/X11Workspace.h"
 
+#include "platform/x11/X11StartupNotification.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -98,7 +100,9 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const
 
 bool X11Workspace::isOwnApplication(const RunningApplication &application) const
 {
-    return application.processId == getpid();
+    // By its name too, because a window need not tell its process.
+    return application.processId == getpid()
+        || application.bundleIdentifier == QGuiApplication::desktopFileName();
 }
 
 std::optional<QString> X11Workspace::applicationName(const QString &bundleIdentifier) const
@@ -139,12 +143,13 @@ void X11Workspace::prepareOwnWindow(QWindow *window)
 
 void X11Workspace::noteUserAction(const QString &activationToken)
 {
-    // The time stands at the token's end (startup-notification).
-    constexpr QStringView kTimeMark = u"_TIME";
-    const qsizetype mark = activationToken.lastIndexOf(kTimeMark);
-    const quint32 time = QStringView(activationToken).mid(mark + kTimeMark.size()).toUInt();
-    if (mark >= 0 && time != 0)
-        m_connection.noteUserTime(time);
+    const quint32 now = m_connection.serverTime();
+    const quint32 actedAt = startupTimeOf(activationToken);
+    // A time that lies ahead would be the latest for days, and win over every real one.
+    const bool isUsable = actedAt != 0 && (now == 0 || qint32(now - actedAt) >= 0);
+    m_connection.noteUserTime(isUsable ? actedAt : now);
+    if (!activationToken.isEmpty())
+        completeStartup(m_connection, activationToken);
 }
 
 void X11Workspace::activateOwnWindow(QWindow *window)

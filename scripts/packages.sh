@@ -23,6 +23,7 @@ tour_packages=(
 # More programs that the desktop tests drive.
 test_packages=(
     featherpad xterm chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
+    libgtk-3-bin desktop-file-utils
 )
 
 # What only the slow ones among them drive.

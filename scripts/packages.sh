@@ -6,7 +6,7 @@ build_packages=(
     qt6-base-dev qt6-svg-dev
     libxcb1-dev libxcb-xfixes0-dev libxcb-xtest0-dev libxcb-keysyms1-dev libxcb-ewmh-dev
     libxcb-icccm4-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-sync-dev libxkbcommon-dev libxkbcommon-x11-dev
-    libdbus-1-dev libssl-dev libsqlite3-dev nlohmann-json3-dev
+    libsm-dev libdbus-1-dev libssl-dev libsqlite3-dev nlohmann-json3-dev
 )
 
 # Plug-ins that the running program loads, and a font for desktops that have none.

@@ -18,13 +18,16 @@
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/SocketSingleInstance.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/TerminationDeadline.h"
 #include "platform/linux/TerminationSignals.h"
+#include "platform/linux/UnexpectedExit.h"
 #include "platform/x11/X11Platform.h"
 #include "settings/HotkeySettingsManager.h"
 #include "window/ApplicationNames.h"
 #include "window/HistoryWindowFactory.h"
 
 #include <QApplication>
+#include <QSessionManager>
 #include <QStandardPaths>
 
 #include <csignal>
@@ -40,6 +43,9 @@ namespace {
 
 /// The start itself is over by then.
 constexpr auto kWarmUpDelay = 300ms;
+
+/// Many large pictures take some seconds; sessions that end wait a little longer than this.
+constexpr auto kTerminationPatience = 10s;
 
 QString applicationSupportDirectory()
 {
@@ -91,8 +97,21 @@ QString takeLaunchToken()
     return token;
 }
 
+/// Who wants the program in each session has an entry that starts it there. If it were part of a
+/// saved session as well, it would be started twice, and its window would come up unasked.
+void keepOutOfSavedSessions(const QGuiApplication &application)
+{
+    const auto forget = [](QSessionManager &manager) {
+        manager.setRestartHint(QSessionManager::RestartNever);
+    };
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, forget);
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, forget);
+}
+
 int runApplication(Application &application, SingleInstance &instance, const QString &launchToken)
 {
+    // Ends after all that has to be written.
+    TerminationDeadline terminationDeadline(kTerminationPatience);
     const SystemClock clock;
     QtScheduler scheduler;
     UserDefaults defaults;
@@ -156,12 +175,16 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
     instance.listen();
     // Not quit(), which asks every window first.
     const TerminationSignals termination([] { QCoreApplication::exit(); });
-    QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
-                     &AppDelegate::applicationWillTerminate);
+    const auto terminate = [&] {
+        terminationDeadline.start();
+        delegate.applicationWillTerminate();
+    };
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate, terminate);
     delegate.applicationDidFinishLaunching();
     if (!launchToken.isEmpty())
         platform->workspace().noteUserAction(launchToken);
     scheduler.runAfter(kWarmUpDelay, [&] { warmUpHistoryWindow(windowCollaborators); });
+    const UnexpectedExit unexpectedExit(terminate);
     const int status = QApplication::exec();
     instance.onActivated = nullptr;
     application.onLocaleChanged = nullptr;
@@ -179,6 +202,7 @@ int launchFirst(int argc, char *argv[], SingleInstance &instance, const QString 
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argc, argv);
+    keepOutOfSavedSessions(application);
     return runApplication(application, instance, launchToken);
 }
 

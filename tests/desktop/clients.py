@@ -142,28 +142,41 @@ class FeatherPad(FileEditor):
         return self.save().removesuffix("\n")
 
 
-class XTerm(Client):
+class Terminal(Client):
     """A terminal with a program in it that writes what it is given to a file, below a text."""
-
-    window_class = "xterm"
-
-    COPY_KEYS = "XTerm*VT100.translations: #override Ctrl Shift <Key>C: copy-selection(CLIPBOARD)"
 
     def __init__(self, desktop, display, shown=""):
         super().__init__(desktop, display)
-        self.file_path = desktop.path(f"xterm-{os.urandom(4).hex()}.txt")
+        self.file_path = desktop.path(f"{self.window_class}-{os.urandom(4).hex()}.txt")
         self.shown_path = self.file_path + ".shown"
         with open(self.shown_path, "w", encoding="utf-8") as file:
             file.write(shown)
 
-    def command(self):
-        return ["xterm", "-fa", "Mono", "-xrm", self.COPY_KEYS, "-e", "sh", "-c",
-                f"cat {self.shown_path}; printf '\\033]2;ready\\007'; cat > {self.file_path}"]
+    def script(self):
+        return (f"cat {self.shown_path}; printf '\\033]2;ready\\007'; "
+                f"cat > {self.file_path}")
 
     def __enter__(self):
         super().__enter__()
         wait_until(lambda: self.display.title(self.window) == "ready", "the text in the terminal")
         return self
+
+    def text_after_paste(self):
+        self.focus()
+        self.display.press("Return")
+        wait_until(lambda: os.path.exists(self.file_path) and os.path.getsize(self.file_path),
+                   "a line in the terminal")
+        with open(self.file_path, encoding="utf-8") as file:
+            return file.read().removesuffix("\n")
+
+
+class XTerm(Terminal):
+    window_class = "xterm"
+
+    COPY_KEYS = "XTerm*VT100.translations: #override Ctrl Shift <Key>C: copy-selection(CLIPBOARD)"
+
+    def command(self):
+        return ["xterm", "-fa", "Mono", "-xrm", self.COPY_KEYS, "-e", "sh", "-c", self.script()]
 
     def select_and_copy(self):
         """Copies the first line."""
@@ -175,13 +188,15 @@ class XTerm(Client):
 
         self.retry_until_copied(drag_and_press)
 
-    def text_after_paste(self):
-        self.focus()
-        self.display.press("Return")
-        wait_until(lambda: os.path.exists(self.file_path) and os.path.getsize(self.file_path),
-                   "a line in the terminal")
-        with open(self.file_path, encoding="utf-8") as file:
-            return file.read().removesuffix("\n")
+
+class Xfce4Terminal(Terminal):
+    """One of the many that are built on VTE."""
+
+    window_class = "xfce4-terminal"
+
+    def command(self):
+        return ["xfce4-terminal", "--disable-server", "--dynamic-title-mode=replace",
+                "-x", "sh", "-c", self.script()]
 
 
 class Chromium(Client):
@@ -193,11 +208,17 @@ class Chromium(Client):
 <script>addEventListener("load", () => { document.title = "ready"; });</script>
 <style>body { margin: 0 }</style><body>"""
 
-    FIELD = """<textarea id="field" rows="10" cols="60" autofocus></textarea><script>
+    # The title tells what is in the field of a page with this.
+    TELLING = """<script>
 const field = document.getElementById("field");
-field.addEventListener("input", () => { document.title = "got:" + field.value; });
+field.addEventListener("input", () => {
+    document.title = "got:" + (field.value ?? field.innerHTML);
+});
 field.focus();
 </script>"""
+
+    FIELD = '<textarea id="field" rows="10" cols="60" autofocus></textarea>' + TELLING
+    STYLED_FIELD = '<div id="field" contenteditable style="height: 300px"></div>' + TELLING
 
     def __init__(self, desktop, display, body=FIELD):
         super().__init__(desktop, display)
@@ -243,7 +264,7 @@ field.focus();
         shutil.rmtree(self.profile, ignore_errors=True)
 
     def text_after_paste(self):
-        wait_until(lambda: "got:" in self.display.title(self.window), "text in the text area")
+        wait_until(lambda: "got:" in self.display.title(self.window), "something in the field")
         return self.display.title(self.window).split("got:", 1)[1]
 
 

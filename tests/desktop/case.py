@@ -36,6 +36,7 @@ def showing_the_scene(test):
 
 class DesktopTest(unittest.TestCase):
     desktop_options = {}
+    hot_key = HOT_KEY
 
     def __init_subclass__(cls, **options):
         super().__init_subclass__(**options)
@@ -91,9 +92,15 @@ class DesktopTest(unittest.TestCase):
         return self.display.find_window(title=WINDOW_TITLE)
 
     def open_window(self):
-        """Presses the hot key, and returns the window once it has the focus."""
-        self.display.press(HOT_KEY)
-        return self.wait_for_history_window()
+        """Presses the hot key, and returns the window once it has the focus.
+
+        Alt is let go only then, as people do it: a program that saw it go down and up, and nothing
+        in between, would go to its menu bar.
+        """
+        *modifiers, key = self.hot_key.split("+")
+        with self.display.holding(*modifiers):
+            self.display.press(key)
+            return self.wait_for_history_window()
 
     def wait_for_history_window(self, seconds=5.0):
         window = wait_until(self.history_window, "the history window", seconds)

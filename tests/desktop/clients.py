@@ -91,12 +91,16 @@ class Client:
 class FileEditor(Client):
     """An editor that shows one file, and saves it by Ctrl+S."""
 
-    def __init__(self, desktop, display, content="", name=None):
+    def __init__(self, desktop, display, content="", name=None, env=None):
         super().__init__(desktop, display)
+        self.own_env = env
         self.file_path = desktop.path("home", name or f"{os.urandom(4).hex()}.txt")
         with open(self.file_path, "w", encoding="utf-8", newline="") as file:
             file.write(content)
         self.content = content
+
+    def env(self):
+        return self.own_env or super().env()
 
     def saved_text(self):
         with open(self.file_path, encoding="utf-8", newline="") as file:
@@ -137,6 +141,19 @@ class FeatherPad(FileEditor):
 
     def command(self):
         return ["featherpad", "--standalone", self.file_path]
+
+    def __enter__(self):
+        # While it starts it takes the focus back from whatever window opens.
+        super().__enter__()
+        self.press_until("space", self.is_changed)
+        self.press_until("ctrl+z", lambda: not self.is_changed())
+        return self
+
+    def is_changed(self):
+        return self.display.title(self.window).startswith("*")
+
+    def press_until(self, chord, condition):
+        retry_until(lambda: self.display.press(chord), condition, f"{chord} to be taken")
 
     def text_after_paste(self):
         return self.save().removesuffix("\n")

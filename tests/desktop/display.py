@@ -1,4 +1,5 @@
 """The X display seen from outside the program under test: keys, windows, pixels."""
+import contextlib
 import time
 
 from Xlib import X, XK, Xatom, display, error
@@ -58,6 +59,20 @@ class Display:
     def let_go(self, name):
         xtest.fake_input(self.connection, X.KeyRelease, self.keycode(name))
         self.connection.sync()
+
+    @contextlib.contextmanager
+    def holding(self, *names):
+        for name in names:
+            self.hold(name)
+        try:
+            yield
+        finally:
+            for name in reversed(names):
+                self.let_go(name)
+
+    def is_held(self, name):
+        code = self.keycode(name)
+        return bool(self.connection.query_keymap()[code // 8] & 1 << code % 8)
 
     def click(self, x, y, button=1):
         xtest.fake_input(self.connection, X.MotionNotify, x=x, y=y)

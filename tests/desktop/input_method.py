@@ -21,8 +21,7 @@ class Pinyin:
 
     def __init__(self, desktop):
         self.desktop = desktop
-        self.env = dict(desktop.env, XMODIFIERS="@im=fcitx", QT_IM_MODULE="fcitx",
-                        GTK_IM_MODULE="xim")
+        self.env = dict(desktop.env, XMODIFIERS="@im=fcitx", QT_IM_MODULE="fcitx")
         self.process = None
 
     def __enter__(self):
@@ -34,13 +33,18 @@ class Pinyin:
         wait_until(self.is_up, "the input method to come up", 30)
         return self
 
+    def wait_until_active(self):
+        """Once a program that it serves has the focus."""
+        wait_until(lambda: self.active_method() == "pinyin",
+                   lambda: f"pinyin, not {self.active_method()!r}", 30)
+
     def __exit__(self, *_):
         self.process.terminate()
         self.process.wait(10)
 
     def is_up(self):
         names = self.desktop.run("busctl", "--user", "--no-legend", "list", check=False)
-        return b"org.fcitx.Fcitx5" in names and self.active_method() == "pinyin"
+        return b"org.fcitx.Fcitx5" in names
 
     def active_method(self):
         return self.desktop.run("fcitx5-remote", "-n", env=self.env, check=False).decode().strip()

@@ -129,6 +129,10 @@ class Mousepad(FileEditor):
     def command(self):
         return ["mousepad", "--disable-server", self.file_path]
 
+    def env(self):
+        # Else it remembers what was not saved, and asks for it at its next start.
+        return dict(super().env(), GSETTINGS_BACKEND="memory")
+
     def text_after_paste(self):
         # It puts a line end behind a last line that has none.
         return self.save().removesuffix("\n")

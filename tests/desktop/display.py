@@ -2,7 +2,7 @@
 import contextlib
 import time
 
-from Xlib import X, XK, Xatom, display, error
+from Xlib import X, XK, Xatom, Xutil, display, error
 from Xlib.ext import xtest
 
 from waiting import retry_until, wait_until
@@ -163,6 +163,9 @@ class Display:
         """Another window that has just come up may take the focus back, so this is repeated."""
         retry_until(lambda: self.message(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0]),
                     lambda: self.is_active(window), f"window {self.title(window)} active")
+
+    def minimise(self, window):
+        self.message(window, "WM_CHANGE_STATE", [Xutil.IconicState, 0, 0, 0, 0])
 
     def move(self, window, x, y, width, height):
         """Asks the window manager to put the window there, frame and all."""

@@ -4,7 +4,7 @@ even if they were moved in between."""
 import os
 
 from case import DesktopTest, main
-from clients import PCManFM
+from clients import PCManFM, Thunar
 from waiting import wait_until
 
 CONTENT = b"what the report says"
@@ -34,10 +34,10 @@ class FilesTest(DesktopTest):
                                             "stringValue, fileBookmarkData")
         return path, row[1]
 
-    def paste_file(self, query):
+    def paste_file(self, query, manager_class=PCManFM):
         """Chooses the entry by a search, and returns the name of the file that a file manager makes
         of it in its empty folder."""
-        with PCManFM(self.desktop, self.display, os.fsdecode(self.target)) as manager:
+        with manager_class(self.desktop, self.display, os.fsdecode(self.target)) as manager:
             manager.focus()
             mark = self.choose(query)
             self.program.wait_for_line("Posted keyUp event", since=mark)
@@ -54,6 +54,11 @@ class FilesTest(DesktopTest):
     def test_a_file_that_stayed_where_it_was(self):
         self.copy_file(b"a report.txt")
         self.assertEqual(b"a report.txt", self.paste_file("report"))
+
+    def test_a_file_into_another_file_manager(self):
+        path, _ = self.copy_file(b"a report.txt")
+        self.assertEqual(b"a report.txt", self.paste_file("report", Thunar))
+        self.assertTrue(os.path.exists(path))
 
     def test_a_file_renamed_since_it_was_copied(self):
         path, bookmark = self.copy_file(b"a report.txt")

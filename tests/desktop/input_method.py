@@ -43,8 +43,7 @@ class Pinyin:
         self.process.wait(10)
 
     def is_up(self):
-        names = self.desktop.run("busctl", "--user", "--no-legend", "list", check=False)
-        return b"org.fcitx.Fcitx5" in names
+        return self.desktop.run("fcitx5-remote", env=self.env, check=False).strip().isdigit()
 
     def active_method(self):
         return self.desktop.run("fcitx5-remote", "-n", env=self.env, check=False).decode().strip()

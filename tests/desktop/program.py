@@ -1,6 +1,7 @@
 """The program under test: started on a desktop with data of its own, watched by what it prints,
 by its database and by /proc."""
 import collections
+import contextlib
 import os
 import signal
 import sqlite3
@@ -92,6 +93,15 @@ class Program:
         """Ends the program as a crash would."""
         self.process.send_signal(signal.SIGKILL)
         self.process.wait()
+
+    @contextlib.contextmanager
+    def held_up(self):
+        """It takes its next step only behind the block, however long that takes."""
+        self.process.send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self.process.send_signal(signal.SIGCONT)
 
     def wait_for_exit(self, seconds=10.0):
         status = self.process.wait(seconds)

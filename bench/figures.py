@@ -17,6 +17,7 @@ from session import ROOT, Session
 from copy_figures import CopyFigures
 from desktop import Desktop
 from hostile_figures import HostileFigures
+from paste_figures import PasteFigures
 from process_figures import ProcessFigures
 from room_figures import RoomFigures
 from window_figures import WindowFigures
@@ -50,7 +51,8 @@ def main():
     with Desktop() as desktop:
         session = Session(desktop, program, options.repeats)
         parts = (RoomFigures(session, bench), CopyFigures(session), WindowFigures(session),
-                 ProcessFigures(session, options.idle), HostileFigures(session))
+                 PasteFigures(session), ProcessFigures(session, options.idle),
+                 HostileFigures(session))
         rows = [row for part in parts for row in part.rows() if options.only in row[0]]
         print_table(session, rows, options.counts)
         session.end()

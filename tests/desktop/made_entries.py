@@ -5,7 +5,7 @@ import sqlite3
 import time
 import uuid
 
-NEWER_BY_MICROSECONDS = 1_000_000
+SECOND = 1_000_000  # In the microseconds of the store.
 
 
 class MadeEntries:
@@ -13,7 +13,7 @@ class MadeEntries:
 
     def __init__(self, program):
         self.program = program
-        self.copied_at = time.time_ns() // 1000
+        self.copied_at = time.time_ns() // 1000 - 3600 * SECOND  # So that none is of the future.
 
     def add(self, *entries):
         """Each entry is a dictionary of columns, and is newer than the one before."""
@@ -27,7 +27,7 @@ class MadeEntries:
             store.close()
 
     def insert(self, store, entry):
-        self.copied_at += NEWER_BY_MICROSECONDS
+        self.copied_at += SECOND
         identity = str(uuid.uuid4()).upper()
         row = dict(id=identity, position=0, timestamp=self.copied_at, fileTypesJSON=b"[]",
                    tagsJSON=b"[]", isFavorite=0, isRemoteClipboard=0, updatedAt=self.copied_at,

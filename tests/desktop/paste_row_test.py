@@ -10,7 +10,7 @@ COUNT = 500
 class PasteRowTest(DesktopTest):
     def test_all_arrive_in_order_and_none_is_a_new_copy(self):
         texts = [f"entry {number:03} of the row\n" for number in range(COUNT)]
-        self.program.write_settings({"history.limit": str(COUNT)})
+        self.program.write_settings({"history.limit": "1000"})
         self.program.start()
         self.program.end()
         MadeEntries(self.program).add(
@@ -27,7 +27,7 @@ class PasteRowTest(DesktopTest):
         self.copy_after_paste("copied behind the row")
         after = self.program.rows("id, timestamp, stringValue")
         self.assertEqual("copied behind the row", after[0][2])
-        self.assertEqual(before[:COUNT - 1], after[1:])
+        self.assertEqual(before, after[1:])
 
 
 if __name__ == "__main__":

@@ -22,10 +22,9 @@ tour_packages=(
 
 # More programs that the desktop tests drive.
 test_packages=(
-    featherpad xterm chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
-    libgtk-3-bin desktop-file-utils
     featherpad xterm xfce4-terminal chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
-    python3-gi gir1.2-gtk-3.0 fcitx5 fcitx5-pinyin fcitx5-frontend-qt5
+    libgtk-3-bin desktop-file-utils python3-gi gir1.2-gtk-3.0
+    fcitx5 fcitx5-pinyin fcitx5-frontend-qt5
 )
 
 # What only the slow ones among them drive.

@@ -38,8 +38,7 @@ public:
         if (look.iconColor)
             setIconColor(*look.iconColor);
         announce();
-        // Once the server answers, everybody sees the tray.
-        m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(xcb()));
+        waitUntilDone();
     }
 
     ~FakeTray() override { m_connection.removeListener(this); }
@@ -91,7 +90,7 @@ public:
         xcb_reparent_window(xcb(), icon(), m_connection.rootWindow(), 300, 300);
         xcb_map_window(xcb(), icon());
         m_icons.clear();
-        m_connection.flush();
+        waitUntilDone();
     }
 
     /// What is seen on the screen where the icon lies.
@@ -118,6 +117,12 @@ public:
 
 private:
     xcb_connection_t *xcb() { return m_connection.xcb(); }
+
+    /// Once the server answers, other connections see what was done.
+    void waitUntilDone()
+    {
+        m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(xcb()));
+    }
 
     void createPanel()
     {

@@ -100,11 +100,10 @@ class XfcePanel(Panel):
     takes_items = True
 
     def command(self):
-        self.configure("xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", f"""<?xml version="1.0"?>
+        self.configure("xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", """<?xml version="1.0"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
   <property name="panels" type="array"><value type="int" value="1"/>
-    <property name="dark-mode" type="bool" value="{str(self.is_dark).lower()}"/>
     <property name="panel-1" type="empty">
       <property name="position" type="string" value="p=8;x=640;y=780"/>
       <property name="position-locked" type="bool" value="true"/>
@@ -118,13 +117,15 @@ class XfcePanel(Panel):
   </property>
 </channel>
 """)
+        # The settings of a panel that ran before are kept by a service.
+        self.set_dark(self.is_dark)
         return ("xfce4-panel",)
 
-    def become_dark(self):
-        """While it runs."""
-        self.is_dark = True
-        self.desktop.run("xfconf-query", "-c", "xfce4-panel", "-p", "/panels/dark-mode", "-s",
-                         "true")
+    def set_dark(self, is_dark):
+        """While it runs, too."""
+        self.is_dark = is_dark
+        self.desktop.run("xfconf-query", "-c", "xfce4-panel", "-p", "/panels/dark-mode",
+                         "-n", "-t", "bool", "-s", str(is_dark).lower())
 
 
 class LxqtPanel(Panel):
@@ -161,7 +162,9 @@ def find_icon(display, place):
         return None
     data = display.pixels(*inner)
     greys = [(data[i] + data[i + 1] + data[i + 2]) // 3 for i in range(0, len(data), 4)]
-    ground = collections.Counter(greys).most_common(1)[0][0]
+    last = len(greys) - inner[2]
+    edge = greys[:inner[2]] + greys[last:] + greys[::inner[2]] + greys[inner[2] - 1::inner[2]]
+    ground = collections.Counter(edge).most_common(1)[0][0]
     marked = [i for i, grey in enumerate(greys) if abs(grey - ground) > 40]
     if not marked:
         return None

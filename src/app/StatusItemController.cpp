@@ -1,13 +1,13 @@
 #include "app/StatusItemController.h"
 
 #include "app/StatusItemIcon.h"
-#include "appearance/MenuLook.h"
 #include "capture/ClipboardMonitor.h"
 #include "foundation/Log.h"
 #include "language/Localized.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/StatusItem.h"
 #include "platform/Workspace.h"
+#include "widgets/MenuLook.h"
 
 #include <QMenu>
 

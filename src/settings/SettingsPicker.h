@@ -1,7 +1,7 @@
 #pragma once
 
-#include "appearance/MenuLook.h"
 #include "settings/SettingsControl.h"
+#include "widgets/MenuLook.h"
 
 #include <QStringList>
 

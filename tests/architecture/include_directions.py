@@ -5,7 +5,7 @@ from dataclasses import dataclass
 
 GROUND = {"platform", "appearance", "foundation"}
 BELOW_CAPTURE = {"core", "language"} | GROUND
-BELOW_WINDOW = {"preview", "tags", "capture", "persistence"} | BELOW_CAPTURE
+BELOW_WINDOW = {"preview", "tags", "capture", "persistence", "widgets"} | BELOW_CAPTURE
 
 # A folder includes itself and what stands here. A folder that is missing here is an error, so that
 # a new one is given its place on purpose.
@@ -19,6 +19,7 @@ MAY_INCLUDE = {
     "persistence": BELOW_CAPTURE,
     "core": {"language"} | GROUND,
     "language": GROUND,
+    "widgets": {"appearance", "foundation"},
     "platform": {"foundation"},
     "platform/linux": {"platform", "foundation"},
     "platform/x11": {"platform", "platform/linux", "foundation"},

@@ -1,8 +1,8 @@
-#include "appearance/MenuLook.h"
+#include "widgets/MenuLook.h"
 
 #include "appearance/InterfaceFont.h"
-#include "appearance/MenuFrame.h"
-#include "appearance/MenuStyle.h"
+#include "widgets/MenuFrame.h"
+#include "widgets/MenuStyle.h"
 
 #include <QApplication>
 #include <QMenu>

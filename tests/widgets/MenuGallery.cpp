@@ -3,7 +3,7 @@
 //   MenuGallery SECONDS [dark] [plain] [left] [many]   leaves it on the screen; "many" is a menu
 //                                                      higher than the screen
 
-#include "appearance/MenuLook.h"
+#include "widgets/MenuLook.h"
 
 #include <QApplication>
 #include <QMenu>

@@ -1,4 +1,4 @@
-#include "appearance/MenuLook.h"
+#include "widgets/MenuLook.h"
 
 #include "appearance/InterfaceFont.h"
 #include "appearance/SoftShadow.h"

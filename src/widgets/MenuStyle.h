@@ -1,6 +1,6 @@
 #pragma once
 
-#include "appearance/MenuLook.h"
+#include "widgets/MenuLook.h"
 #include "appearance/SoftShadow.h"
 
 #include <QMargins>

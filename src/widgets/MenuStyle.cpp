@@ -1,4 +1,4 @@
-#include "appearance/MenuStyle.h"
+#include "widgets/MenuStyle.h"
 
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"

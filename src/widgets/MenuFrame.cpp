@@ -1,6 +1,6 @@
-#include "appearance/MenuFrame.h"
+#include "widgets/MenuFrame.h"
 
-#include "appearance/MenuStyle.h"
+#include "widgets/MenuStyle.h"
 
 #include <QApplication>
 #include <QMenu>

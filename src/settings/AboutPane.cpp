@@ -49,8 +49,8 @@ AboutPane::AboutPane(const SystemColors &colors, QWidget *parent)
 void AboutPane::refreshLanguage()
 {
     m_appName->setText(localized(u"settings.about.app_name"_s, u"Tessarine"_s));
-    m_version->setText(localized(u"settings.about.version"_s, u"Version"_s) + u' '
-                       + QCoreApplication::applicationVersion());
+    m_version->setText(localized(u"settings.about.version"_s, u"Version"_s) + u' ' +
+                       QCoreApplication::applicationVersion());
     m_licenceName->setText(localized(u"settings.about.license"_s, u"License"_s));
     m_licence->setText(localized(u"settings.about.license.name"_s, u"MIT License"_s));
 }

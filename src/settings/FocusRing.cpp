@@ -49,9 +49,9 @@ void FocusRing::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(m_colors.controlAccentColor, kWidth));
     const qreal distance = kGap + kWidth / 2;
-    const QRectF outline
-        = QRectF(rect()).adjusted(kRoom, kRoom, -kRoom, -kRoom).adjusted(-distance, -distance,
-                                                                         distance, distance);
+    const QRectF outline = QRectF(rect())
+                               .adjusted(kRoom, kRoom, -kRoom, -kRoom)
+                               .adjusted(-distance, -distance, distance, distance);
     const qreal radius = m_control->radius() + distance;
     painter.drawRoundedRect(outline, radius, radius);
 }

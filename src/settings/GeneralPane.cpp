@@ -61,8 +61,8 @@ void GeneralPane::buildPinButtonRow(SettingsCard &card)
     m_pinButtonName = card.makeName();
     m_pinButtonSwitch = new SettingsSwitch(colors(), this);
     m_pinButtonSwitch->setObjectName(u"pinButtonSwitch"_s);
-    m_pinButtonSwitch->setChecked(!m_defaults.contains(kShowsPinButtonKey)
-                                  || m_defaults.boolean(kShowsPinButtonKey));
+    m_pinButtonSwitch->setChecked(!m_defaults.contains(kShowsPinButtonKey) ||
+                                  m_defaults.boolean(kShowsPinButtonKey));
     card.addRow(m_pinButtonName)->addWidget(m_pinButtonSwitch);
     connect(m_pinButtonSwitch, &SettingsSwitch::toggled, this, [this](bool isShown) {
         m_defaults.set(kShowsPinButtonKey, isShown);

@@ -4,7 +4,14 @@
 #include <QString>
 
 /// The pages of the settings, in the order of the sidebar.
-enum class SettingsPane { General, Storage, Privacy, Shortcuts, About };
+enum class SettingsPane
+{
+    General,
+    Storage,
+    Privacy,
+    Shortcuts,
+    About
+};
 
 /// The panes that there is something to set in.
 const QList<SettingsPane> &availablePanes();

@@ -32,9 +32,9 @@ constexpr int kBarInset = 16;
 } // namespace
 
 SettingsView::SettingsView(const SettingsCollaborators &collaborators)
-    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint
-                           | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint
-                           | Qt::WindowStaysOnTopHint)
+    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                           Qt::WindowStaysOnTopHint)
     , m_collaborators(collaborators)
     , m_paneHistory(availablePanes().first())
 {
@@ -132,7 +132,8 @@ void SettingsView::buildBar()
     m_backButton->setObjectName(u"backButton"_s);
     m_forwardButton = new HistoryStepButton(m_colors, u"chevron.forward"_s, this);
     m_forwardButton->setObjectName(u"forwardButton"_s);
-    connect(m_backButton, &HistoryStepButton::clicked, this, [this] { step(&PaneHistory::goBack); });
+    connect(m_backButton, &HistoryStepButton::clicked, this,
+            [this] { step(&PaneHistory::goBack); });
     connect(m_forwardButton, &HistoryStepButton::clicked, this,
             [this] { step(&PaneHistory::goForward); });
 }

@@ -44,8 +44,8 @@ void SettingsWindow::placeInitially()
     m_view.setGeometry(frame);
 }
 
-std::unique_ptr<SettingsWindowProtocol> makeSettingsWindow(
-    const SettingsCollaborators &collaborators)
+std::unique_ptr<SettingsWindowProtocol>
+makeSettingsWindow(const SettingsCollaborators &collaborators)
 {
     return std::make_unique<SettingsWindow>(collaborators);
 }

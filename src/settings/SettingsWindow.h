@@ -29,5 +29,5 @@ private:
 };
 
 /// The settings window, not yet shown.
-std::unique_ptr<SettingsWindowProtocol> makeSettingsWindow(
-    const SettingsCollaborators &collaborators);
+std::unique_ptr<SettingsWindowProtocol>
+makeSettingsWindow(const SettingsCollaborators &collaborators);

@@ -22,8 +22,7 @@ constexpr int kHintGap = 4;
 } // namespace
 
 ShortcutsPane::ShortcutsPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
-                             HotkeySettingsManager &manager, GlobalHotkey &hotkey,
-                             QWidget *parent)
+                             HotkeySettingsManager &manager, GlobalHotkey &hotkey, QWidget *parent)
     : SettingsPaneView(colors, parent)
     , m_manager(manager)
     , m_hotkey(hotkey)
@@ -62,9 +61,8 @@ void ShortcutsPane::refreshLanguage()
     m_keyPicker->setAccessibleName(m_keyName->text());
     m_recordingHint->setText(localized(u"settings.shortcuts.recording_hint"_s,
                                        u"Press a key combination, Esc to cancel"_s));
-    m_refusalNote->setText(
-        localized(u"settings.hotkey.refused"_s,
-                  u"Not available: another program may be using it"_s));
+    m_refusalNote->setText(localized(u"settings.hotkey.refused"_s,
+                                     u"Not available: another program may be using it"_s));
     m_instructionsHeading->setText(localized(u"settings.instructions.title"_s, u"Instructions"_s));
     m_instruction->setText(
         localized(u"settings.instruction.3"_s, u"Click Record and press any key"_s));
@@ -151,10 +149,10 @@ void ShortcutsPane::buildRecordRow(SettingsCard &card)
             m_recorder.startRecording();
     });
     connect(&m_recorder, &HotkeyRecorder::isRecordingChanged, this, &ShortcutsPane::showRecording);
-    m_recorder.onKeyRecorded
-        = [this](const QString &keyName, bool command, bool shift, bool option, bool control) {
-              change({keyName, command, shift, option, control});
-          };
+    m_recorder.onKeyRecorded = [this](const QString &keyName, bool command, bool shift, bool option,
+                                      bool control) {
+        change({keyName, command, shift, option, control});
+    };
 }
 
 void ShortcutsPane::buildInstructions()
@@ -190,9 +188,9 @@ void ShortcutsPane::showCurrent(const HotkeySettings &settings)
 
 void ShortcutsPane::showRecording(bool isRecording)
 {
-    m_recordButton->setText(isRecording ? localized(u"settings.button.recording"_s,
-                                                    u"Recording..."_s)
-                                        : localized(u"settings.button.record"_s, u"Record"_s));
+    m_recordButton->setText(isRecording
+                                ? localized(u"settings.button.recording"_s, u"Recording..."_s)
+                                : localized(u"settings.button.record"_s, u"Record"_s));
     m_recordButton->setSymbol(isRecording ? u"record.circle.fill"_s : u"record.circle"_s);
     m_recordButton->setAlarming(isRecording);
     refresh();

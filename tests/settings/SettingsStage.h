@@ -40,5 +40,5 @@ struct SettingsStage
     FakeDesktopAppearance appearance;
     FakeGlobalHotkey hotkey;
     QList<HotkeySettings> changes; ///< That were announced.
-    int status = 0; ///< What the desktop said to the last combination.
+    int status = 0;                ///< What the desktop said to the last combination.
 };

@@ -42,8 +42,8 @@ void takeShots(const QString &directory)
             SettingsWindow window(stage.collaborators());
             window.show();
             QTest::qWait(200); // The focus is seen in an active window only.
-            const QString prefix = directory + (isDark ? u"/dark-"_s : u"/light-"_s)
-                + (language == AppLanguage::Chinese ? u"zh-"_s : u"en-"_s);
+            const QString prefix = directory + (isDark ? u"/dark-"_s : u"/light-"_s) +
+                                   (language == AppLanguage::Chinese ? u"zh-"_s : u"en-"_s);
             window.view().findChild<QWidget *>(u"pinButtonSwitch"_s)->setFocus(Qt::TabFocusReason);
             save(window, prefix + u"general.png"_s);
             click(window, u"pane.keyboard"_s);

@@ -55,10 +55,7 @@ private:
         return m_window->view().findChild<Widget *>(QString::fromLatin1(objectName));
     }
 
-    void click(const char *objectName)
-    {
-        QTest::mouseClick(find(objectName), Qt::LeftButton);
-    }
+    void click(const char *objectName) { QTest::mouseClick(find(objectName), Qt::LeftButton); }
 
     QMenu *openLanguageMenu()
     {
@@ -180,7 +177,8 @@ void SettingsWindowTest::aClosedWindowMayBeDroppedSoonAfter()
     click("pane.keyboard");
     click("recordButton");
     m_window->onClosed = [this] {
-        QMetaObject::invokeMethod(qApp, [this] { m_window.reset(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            qApp, [this] { m_window.reset(); }, Qt::QueuedConnection);
     };
     m_window->view().close();
     QTRY_VERIFY(!m_window);
@@ -241,8 +239,7 @@ void SettingsWindowTest::thePinSwitchWritesAtOnceAndTells()
 {
     const QString key = u"ClipboardSearchWindowShowsPinButton"_s;
     QList<bool> stored;
-    m_window->onPinButtonVisibilityChanged
-        = [&] { stored.append(m_stage->defaults.boolean(key)); };
+    m_window->onPinButtonVisibilityChanged = [&] { stored.append(m_stage->defaults.boolean(key)); };
     click("pinButtonSwitch");
     click("pinButtonSwitch");
     QCOMPARE(stored, QList<bool>({false, true}));
@@ -264,9 +261,7 @@ void SettingsWindowTest::theVersionIsTold()
 
 void SettingsWindowTest::lightAndDarkChangeInTheOpenWindow()
 {
-    const auto ground = [this] {
-        return m_window->view().grab().toImage().pixelColor(400, 500);
-    };
+    const auto ground = [this] { return m_window->view().grab().toImage().pixelColor(400, 500); };
     QCOMPARE(ground(), systemColors(ColorScheme::Light).windowBackgroundColor);
     m_stage->appearance.dark = true;
     m_stage->appearance.onChanged();
@@ -352,8 +347,8 @@ void SettingsWindowTest::nothingIsWrittenByLooking()
     click("pane.keyboard");
     click("pane.info.circle");
     m_window->close();
-    for (const QString &key : {u"AppLanguage"_s, u"ClipboardSearchWindowShowsPinButton"_s,
-                               u"HotkeySettings"_s})
+    for (const QString &key :
+         {u"AppLanguage"_s, u"ClipboardSearchWindowShowsPinButton"_s, u"HotkeySettings"_s})
         QVERIFY2(!m_stage->defaults.contains(key), qPrintable(key));
 }
 

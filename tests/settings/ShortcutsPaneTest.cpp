@@ -42,10 +42,7 @@ private:
         return m_window->view().findChild<Widget *>(QString::fromLatin1(objectName));
     }
 
-    void click(const char *objectName)
-    {
-        QTest::mouseClick(find(objectName), Qt::LeftButton);
-    }
+    void click(const char *objectName) { QTest::mouseClick(find(objectName), Qt::LeftButton); }
 
     /// Opens the window with \a settings stored.
     void openWith(const HotkeySettings &settings);

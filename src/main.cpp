@@ -23,6 +23,7 @@
 #include "platform/linux/UnexpectedExit.h"
 #include "platform/x11/X11Platform.h"
 #include "settings/HotkeySettingsManager.h"
+#include "settings/SettingsWindow.h"
 #include "window/ApplicationNames.h"
 #include "window/HistoryWindowFactory.h"
 
@@ -147,6 +148,9 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
         scheduler,             clock,                      defaults,
         applicationNames,
         [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
+    const SettingsCollaborators settingsCollaborators{
+        platform->workspace(), platform->appearance(), platform->globalHotkey(),
+        defaults,              languages,              hotkeySettings};
     DBusNotifications notifications;
     HotkeyRefusalNotice hotkeyRefusalNotice(defaults, notifications);
     InternalCopies internalCopies;
@@ -166,7 +170,10 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
                               [&windowCollaborators](const ClipboardItemList &items) {
                                   return makeHistoryWindow(windowCollaborators, items);
                               },
-                          .makeSettingsWindow = {}});
+                          .makeSettingsWindow =
+                              [&settingsCollaborators] {
+                                  return makeSettingsWindow(settingsCollaborators);
+                              }});
 
     instance.onActivated = [&](const QString &activationToken) {
         platform->workspace().noteUserAction(activationToken);

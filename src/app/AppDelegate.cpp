@@ -77,8 +77,6 @@ void AppDelegate::showHistoryWindow()
 
 void AppDelegate::showSettings()
 {
-    if (!m_with.makeSettingsWindow)
-        return;
     hideHistoryWindow();
     if (!m_settingsWindow)
         createSettingsWindow();
@@ -97,8 +95,6 @@ void AppDelegate::setupStatusItem()
     m_statusItemController = std::make_unique<StatusItemController>(
         m_with.statusItem, m_with.monitor, m_with.workspace, m_with.appearance, m_with.scheduler);
     StatusItemController *controller = m_statusItemController.get();
-    if (!m_with.makeSettingsWindow)
-        controller->hideSettings();
     connect(controller, &StatusItemController::toggleRequested, this,
             &AppDelegate::toggleHistoryWindow);
     connect(controller, &StatusItemController::showRequested, this,
@@ -233,6 +229,10 @@ void AppDelegate::dropWindow()
 void AppDelegate::createSettingsWindow()
 {
     m_settingsWindow = m_with.makeSettingsWindow();
+    m_settingsWindow->onPinButtonVisibilityChanged = [this] {
+        if (m_searchWindow)
+            m_searchWindow->refreshPinButtonVisibility();
+    };
     m_settingsWindow->onClosed = [this] {
         // The window is still running its own code; it ends on the next turn of the event loop.
         std::shared_ptr<SettingsWindowProtocol> ending = std::move(m_settingsWindow);

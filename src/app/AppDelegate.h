@@ -49,7 +49,7 @@ public:
         const DesktopAppearance &appearance;
         Scheduler &scheduler;
         WindowFactory makeWindow;
-        SettingsFactory makeSettingsWindow; ///< Empty if there are no settings to be shown.
+        SettingsFactory makeSettingsWindow;
     };
 
     explicit AppDelegate(Collaborators collaborators);

@@ -24,9 +24,6 @@ public:
     /// the item appears complete should a tray come later.
     void setupStatusItem();
 
-    /// For a program that has no settings to show.
-    void hideSettings() { m_menu.hideSettings(); }
-
     /// Takes over whether recording is paused.
     void refresh();
     void refreshTexts();

@@ -34,12 +34,6 @@ void StatusMenu::chooseEntry(int id)
         m_numbered.at(id - 1)->trigger();
 }
 
-void StatusMenu::hideSettings()
-{
-    m_settingsMenuItem->setVisible(false);
-    m_settingsSeparator->setVisible(false);
-}
-
 void StatusMenu::refreshMenuTitles()
 {
     m_showMenuItem->setText(localized(u"menu.show_history"_s, u"Show Clipboard History"_s));
@@ -70,7 +64,7 @@ void StatusMenu::buildMenu()
     m_showMenuItem = addEntry(*m_contextMenu, &StatusMenu::showRequested);
     m_contextMenu->addSeparator();
     buildPauseMenu();
-    m_settingsSeparator = m_contextMenu->addSeparator();
+    m_contextMenu->addSeparator();
     m_settingsMenuItem = addEntry(*m_contextMenu, &StatusMenu::settingsRequested);
     m_settingsMenuItem->setShortcut(Qt::CTRL | Qt::Key_Comma);
     m_contextMenu->addSeparator();
@@ -107,8 +101,6 @@ QList<StatusMenuEntry> StatusMenu::entriesOf(const QMenu &menu) const
     QList<StatusMenuEntry> entries;
     const QList<QAction *> actions = menu.actions();
     for (QAction *action : actions) {
-        if (!action->isVisible())
-            continue;
         StatusMenuEntry entry;
         entry.id = int(m_numbered.indexOf(action)) + 1;
         entry.title = action->text();

@@ -32,9 +32,6 @@ public:
     /// Does what the entry is for; nothing if there is no such entry any more.
     void chooseEntry(int id);
 
-    /// For a program that has none to show.
-    void hideSettings();
-
     void refreshMenuTitles();
 
     /// Takes over whether recording is paused. Both forms of the menu do it before they are shown.
@@ -62,7 +59,6 @@ private:
     QMenu *m_pauseMenu = nullptr; ///< The entries below belong to the menus.
     QAction *m_showMenuItem = nullptr;
     QAction *m_pauseMenuItem = nullptr;
-    QAction *m_settingsSeparator = nullptr;
     QAction *m_settingsMenuItem = nullptr;
     QAction *m_quitMenuItem = nullptr;
     QList<QAction *> m_numbered;    ///< Every entry; its number is one more than its place here.

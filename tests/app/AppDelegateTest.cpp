@@ -32,6 +32,7 @@ private slots:
     void settingsLeaveNoHistoryWindowBehind();
     void settingsStayWhileTheProgramBecomesActive();
     void closedSettingsAreMadeAnew();
+    void pinButtonFollowsTheSettingsAtOnce();
     void hidingTheProgramHidesAllItsWindows();
     void terminationEndsTheFileLeaseFirst();
     void terminationLeavesNothingUnwritten();
@@ -236,6 +237,15 @@ void AppDelegateTest::closedSettingsAreMadeAnew()
     QVERIFY(m_window.isVisible);
     m_delegate->showSettings();
     QVERIFY(m_settingsWindow.isVisible);
+}
+
+void AppDelegateTest::pinButtonFollowsTheSettingsAtOnce()
+{
+    m_delegate->showSettings();
+    m_latestSettingsWindow->onPinButtonVisibilityChanged(); // Nobody is there to follow.
+    pressHotkey();
+    m_latestSettingsWindow->onPinButtonVisibilityChanged();
+    QCOMPARE(m_window.pinButtonRefreshCount, 1);
 }
 
 void AppDelegateTest::hidingTheProgramHidesAllItsWindows()

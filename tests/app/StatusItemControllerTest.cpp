@@ -30,7 +30,6 @@ private slots:
     void withoutATrayTheErrorIsPrintedAndTheProgramWorks();
     void trayThatComesLaterFindsIconAndMenu();
     void panelMenuHasEveryFunction();
-    void panelMenuWithoutSettingsHasNoEntryForThem();
     void panelMenuShowsTheHistory();
     void panelMenuIsAskedForTheStateOfTheMoment();
     void popupMenuOpensWhereItIsWanted();
@@ -163,15 +162,6 @@ void StatusItemControllerTest::panelMenuHasEveryFunction()
         (QStringList{u"Show Clipboard History"_s, u"-"_s, u"Pause Recording"_s, u"Pause"_s,
                      u"Pause for 15 Minutes"_s, u"Pause for 30 Minutes"_s, u"Pause for 1 Hour"_s,
                      u"-"_s, u"Settings..."_s, u"-"_s, u"Quit Tessarine"_s}));
-}
-
-void StatusItemControllerTest::panelMenuWithoutSettingsHasNoEntryForThem()
-{
-    makeDelegate({});
-    m_delegate->applicationDidFinishLaunching();
-    const QStringList titles = titlesOf(m_statusItem->menu);
-    QVERIFY(!titles.contains(u"Settings..."_s));
-    QCOMPARE(titles.count(u"-"_s), 2);
 }
 
 void StatusItemControllerTest::panelMenuShowsTheHistory()

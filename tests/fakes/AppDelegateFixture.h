@@ -38,16 +38,6 @@ protected:
         m_pipeline = std::make_unique<PastePipeline>(*m_pasteboard, *m_workspace, *m_keystroke,
                                                      *m_scheduler, *m_monitor, *m_manager,
                                                      *m_defaults, *m_codec, *m_fileLease);
-        makeDelegate([this] {
-            auto window = std::make_unique<FakeSettingsWindow>(m_settingsWindow);
-            m_latestSettingsWindow = window.get();
-            return window;
-        });
-    }
-
-    void makeDelegate(AppDelegate::SettingsFactory makeSettingsWindow)
-    {
-        m_delegate.reset();
         m_delegate = std::make_unique<AppDelegate>(AppDelegate::Collaborators{
             .itemManager = *m_manager,
             .monitor = *m_monitor,
@@ -68,7 +58,12 @@ protected:
                     m_latestWindow = window.get();
                     return window;
                 },
-            .makeSettingsWindow = std::move(makeSettingsWindow)});
+            .makeSettingsWindow =
+                [this] {
+                    auto window = std::make_unique<FakeSettingsWindow>(m_settingsWindow);
+                    m_latestSettingsWindow = window.get();
+                    return window;
+                }});
     }
 
     void tearDownDelegate()

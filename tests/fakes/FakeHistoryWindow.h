@@ -14,6 +14,7 @@ public:
         int showCount = 0;
         int hideCount = 0;
         int languageCount = 0;
+        int pinButtonRefreshCount = 0;
         bool isVisible = false;
         bool isHiding = false;
         bool isPinned = false;
@@ -55,7 +56,7 @@ public:
 
     void updateItems(const ClipboardItemList &items) override { m_state.items = items; }
     void refreshLanguage() override { ++m_state.languageCount; }
-    void refreshPinButtonVisibility() override {}
+    void refreshPinButtonVisibility() override { ++m_state.pinButtonRefreshCount; }
 
 private:
     State &m_state;

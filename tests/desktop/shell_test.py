@@ -123,6 +123,55 @@ class ShellTest(DesktopTest):
         self.copy("after the pause")
         self.assertEqual(["after the pause"], self.program.texts())
 
+    # Settings
+
+    def wait_for_settings(self):
+        window = self.display.wait_for_window(title="General")
+        self.display.wait_until_active(window)
+        return window
+
+    def test_the_menu_opens_the_settings(self):
+        self.open_by_icon()
+        self.choose_in_menu("Down", "Down", "Down", "Return")
+        self.wait_for_settings()
+        self.wait_until_closed()
+
+    def test_the_window_opens_the_settings_by_its_key(self):
+        self.open_by_icon()
+        self.display.press("ctrl+comma")
+        self.wait_for_settings()
+        self.wait_until_closed()
+
+    def test_a_second_start_brings_back_the_settings(self):
+        self.choose_in_menu("Down", "Down", "Down", "Return")
+        settings = self.wait_for_settings()
+        with Mousepad(self.desktop, self.display) as editor:
+            editor.focus()
+            mark = self.program.mark()
+            self.desktop.run(self.program.path, env=self.program.env)
+            self.display.wait_until_active(settings)
+            self.assert_stays_closed(mark)
+
+    def test_keys_work_in_the_settings(self):
+        self.choose_in_menu("Down", "Down", "Down", "Return")
+        self.wait_for_settings()
+        self.display.press("ctrl+q")
+        self.assertEqual(0, self.program.wait_for_exit())
+
+    def test_another_language_is_there_at_once(self):
+        self.choose_in_menu("Down", "Down", "Right", "Return")  # Pause.
+        self.wait_until_icon_says("Tessarine: Paused")
+        self.choose_in_menu("Down", "Down", "Down", "Return")
+        self.wait_for_settings()
+        self.display.press("Tab")
+        self.display.press("space")
+        wait_until(self.menus, "the languages to choose from")
+        self.display.press("Down")
+        self.display.press("Return")
+        self.wait_until_icon_says("Tessarine: 已暂停")
+        self.click_icon()
+        self.display.wait_for_window(title="剪贴板历史")
+
     # Keys
 
     def test_the_window_ends_the_program_by_its_key(self):

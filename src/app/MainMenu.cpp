@@ -102,6 +102,9 @@ void MainMenu::addEditItem(const QString &name, const Title &title, const QKeySe
 
 void MainMenu::followFocus(QWidget *widget)
 {
+    // A menu that is open by itself has the focus, and would take the actions for entries.
+    if (widget && widget->window()->windowType() == Qt::Popup)
+        return;
     m_focusWidget = widget;
     // A text field answers these keys itself. A list that cannot cut or paste is to get the keys,
     // which an item that can be chosen would take.

@@ -88,6 +88,7 @@ private slots:
     void quitWorksByItsKeyAlthoughItsTitleIsEmpty();
     void settingsAndHideWorkByTheirKeys();
     void keysWorkInEachWindowThatGetsTheFocus();
+    void anOpenMenuIsLeftAsItIs();
     void keysWorkInATextField();
     void whatTheDesktopDoesNotOfferCannotBeChosen();
     void textKeysWorkOnceInATextField_data();
@@ -215,6 +216,17 @@ void MainMenuTest::keysWorkInEachWindowThatGetsTheFocus()
     show(*m_window, m_window->list);
     press(Qt::Key_Q);
     QCOMPARE(quit.count(), 2);
+}
+
+void MainMenuTest::anOpenMenuIsLeftAsItIs()
+{
+    QMenu popup;
+    popup.addAction(u"the only entry"_s);
+    popup.popup({10, 10});
+    popup.activateWindow(); // As an X server does it where no other window has the focus.
+    popup.setFocus();
+    QTRY_COMPARE(QApplication::focusWidget(), &popup);
+    QCOMPARE(popup.actions().size(), 1);
 }
 
 void MainMenuTest::keysWorkInATextField()

@@ -88,6 +88,20 @@ class HotkeyTest(DesktopTest):
             self.open_window()
             self.assertEqual(1, self.triggered_count())
 
+    def test_a_window_opened_beside_a_menu_gets_the_keys_when_it_closes(self):
+        self.copy_after_start("an entry")
+        with Mousepad(self.desktop, self.display):
+            self.display.press("alt+f")
+            wait_until(lambda: not self.is_keyboard_free(), "the menu")
+            self.desktop.spawn(self.program.path, env=self.program.env)
+            self.wait_for_history_window()
+            with self.assertRaises(Late):
+                self.wait_until_closed(seconds=1)
+            self.display.press("Escape")
+            wait_until(self.is_keyboard_free, "the menu to give the keyboard back")
+            self.display.press("Return")
+            self.program.wait_for_line("Item copied to clipboard")
+
     def is_keyboard_free(self):
         status = self.display.root.grab_keyboard(
             False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)

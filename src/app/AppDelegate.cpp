@@ -6,6 +6,7 @@
 #include "foundation/InternalCopies.h"
 #include "foundation/Log.h"
 #include "language/LanguageManager.h"
+#include "platform/GlobalHotkey.h"
 #include "platform/Workspace.h"
 #include "settings/HotkeySettingsManager.h"
 
@@ -113,7 +114,7 @@ void AppDelegate::setupHotkey()
     });
     m_hotkeyManager->installEventHandler();
     m_hotkeyManager->registerHotkey(settings);
-    if (!m_hotkeyManager->isRegistered())
+    if (!m_with.globalHotkey.isInForce())
         m_with.hotkeyRefusalNotice.show(settings);
     printLine(u"Hotkey setup complete: "_s + HotkeySettingsManager::displayString(settings));
 }

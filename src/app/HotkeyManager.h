@@ -22,9 +22,6 @@ public:
     /// combination is in force, until the one that is refused becomes free.
     void registerHotkey(const HotkeySettings &settings);
 
-    /// Whether a combination is in force.
-    bool isRegistered() const { return m_isRegistered; }
-
 private:
     void unregisterHotkey();
     void noteRegistered(const HotkeySettings &settings);

@@ -75,6 +75,17 @@ class SignalTest(SessionEndTest):
                 self.program.end()
 
 
+class QuitTest(SessionEndTest):
+    def test_the_key_that_quits_ends_in_order(self):
+        self.program.start()
+        texts = self.capture_many()
+        self.open_window()
+        self.display.press("ctrl+q")
+        self.assertEqual(0, self.program.wait_for_exit())
+        self.assertTrue(self.program.find_line("Event handler removed"))
+        self.assert_all_is_on_disk(texts)
+
+
 class SessionManagerTest(SessionEndTest):
     def setUp(self):
         super().setUp()

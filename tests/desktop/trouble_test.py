@@ -2,6 +2,8 @@
 """A desktop that lacks something, and a disk that does not do as it should: one clear line, and the
 program goes on, or ends with a reason where nothing can work."""
 import os
+import signal
+import socket
 import subprocess
 import unittest
 
@@ -17,6 +19,67 @@ class WithoutABusTest(DesktopTest):
         self.copy("copied without a bus")
         self.open_window()
         self.assertIn("No session bus: there is none", self.program.output())
+
+
+class WithABadBusTest(DesktopTest):
+    desktop_options = {"bus": False}
+
+    def set_bus(self, address):
+        self.program.env["DBUS_SESSION_BUS_ADDRESS"] = address
+
+    def start_on_bus(self):
+        """Starts the program on a bus of its own; returns the process of the bus."""
+        self.set_bus(self.desktop.start_another_bus())
+        bus = self.desktop.started[-1]
+        self.addCleanup(bus.kill)
+        self.program.start()
+        return bus
+
+    def assert_works(self, text):
+        self.copy(text)
+        self.open_window()
+        self.display.press("Escape")
+        self.wait_until_closed()
+
+    def test_a_bus_that_never_answers_does_not_hold_up_the_start(self):
+        path = self.desktop.path("silent-bus")
+        with socket.socket(socket.AF_UNIX) as silent:
+            silent.bind(path)
+            silent.listen()
+            self.set_bus("unix:path=" + path)
+            self.program.start()
+            self.assertIn("No session bus: it does not answer", self.program.output())
+            self.assert_works("copied beside a silent bus")
+            second = subprocess.run([self.program.path], env=self.program.env, timeout=10,
+                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                    check=False)
+            self.assertEqual(0, second.returncode)
+            self.wait_for_history_window()
+            self.assertEqual(0, self.program.end())
+
+    def test_a_bus_that_refuses_changes_nothing(self):
+        self.set_bus("unix:path=" + self.desktop.path("no-bus"))
+        self.program.start()
+        self.assertIn("No session bus: ", self.program.output())
+        self.assert_works("copied beside a dead bus")
+
+    def test_a_bus_that_goes_away_takes_nothing_with_it(self):
+        bus = self.start_on_bus()
+        bus.kill()
+        bus.wait()
+        self.assert_works("copied after the bus had gone")
+        self.assertEqual(0, self.program.end())
+
+    def test_a_bus_that_falls_silent_changes_nothing(self):
+        bus = self.start_on_bus()
+        # The start itself, in which Qt asks the bus this and that, is over by then.
+        self.assert_works("copied while the bus was well")
+        bus.send_signal(signal.SIGSTOP)
+        try:
+            self.assert_works("copied after the bus had fallen silent")
+            self.assertEqual(0, self.program.end())
+        finally:
+            bus.send_signal(signal.SIGCONT)
 
 
 class WithoutATrayTest(DesktopTest):

@@ -1,5 +1,6 @@
 #include "foundation/UserDefaults.h"
 
+#include "foundation/Log.h"
 #include "foundation/PrivateFiles.h"
 
 #include <QFileInfo>
@@ -24,7 +25,10 @@ UserDefaults::UserDefaults(const QString &filePath)
 {
 }
 
-UserDefaults::~UserDefaults() = default;
+UserDefaults::~UserDefaults()
+{
+    write();
+}
 
 bool UserDefaults::contains(const QString &key) const
 {
@@ -63,6 +67,7 @@ void UserDefaults::set(const QString &key, const QVariant &value)
     const std::lock_guard lock(m_mutex);
     ensurePrivateTarget();
     m_settings->setValue(key, value);
+    writeSoon();
 }
 
 void UserDefaults::remove(const QString &key)
@@ -70,6 +75,7 @@ void UserDefaults::remove(const QString &key)
     const std::lock_guard lock(m_mutex);
     ensurePrivateTarget();
     m_settings->remove(key);
+    writeSoon();
 }
 
 /// A file that is there keeps its rights when it is written.
@@ -83,6 +89,26 @@ void UserDefaults::ensurePrivateTarget()
     [[maybe_unused]] const bool isThere
         = (QFileInfo(directory).isDir() || ensurePrivateDirectory(directory))
         && ensurePrivateFile(path);
+}
+
+/// The settings object would write by itself, but it tells nobody when it cannot.
+void UserDefaults::writeSoon()
+{
+    if (!std::exchange(m_isWriteDue, true))
+        QMetaObject::invokeMethod(m_settings.get(), [this] { write(); }, Qt::QueuedConnection);
+}
+
+void UserDefaults::write()
+{
+    std::unique_lock lock(m_mutex);
+    if (!std::exchange(m_isWriteDue, false))
+        return;
+    m_settings->sync();
+    if (m_settings->status() == QSettings::NoError || std::exchange(m_isFailureTold, true))
+        return;
+    const QString path = m_settings->fileName();
+    lock.unlock();
+    printLine("Failed to write the settings; they last until the program ends: "_L1 + path);
 }
 
 QVariant UserDefaults::value(const QString &key) const

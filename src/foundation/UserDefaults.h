@@ -29,15 +29,20 @@ public:
     std::optional<QString> string(const QString &key) const;
     std::optional<QByteArray> data(const QString &key) const;
 
-    /// The value reaches the file soon after, at the latest when the object ends.
+    /// The value reaches the file soon after, at the latest when the object ends. If it cannot be
+    /// written, that is printed once, and the value lasts as long as the object.
     void set(const QString &key, const QVariant &value);
     void remove(const QString &key);
 
 private:
     QVariant value(const QString &key) const;
     void ensurePrivateTarget();
+    void writeSoon();
+    void write();
 
     mutable std::mutex m_mutex; ///< Guards the settings object, which is not safe to share.
     std::unique_ptr<QSettings> m_settings;
     bool m_isTargetPrivate = false;
+    bool m_isWriteDue = false;
+    bool m_isFailureTold = false;
 };

@@ -1,5 +1,8 @@
 #include "foundation/UserDefaults.h"
 
+#include "tests/fakes/FileSizeLimit.h"
+#include "tests/fakes/PrintedLines.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,6 +31,10 @@ private slots:
     void otherThreadsMayRead();
     void whatIsWrittenIsForTheUserAlone();
     void readingCreatesNothing();
+    void whatIsSetReachesTheFileSoon();
+    void fullDiskIsToldOnce();
+    void folderThatCannotBeMadeIsToldOnce();
+    void whatIsWrittenAtTheEndIsToldOfToo();
 
 private:
     QString path() const { return m_directory->filePath(u"sub/tessarine.conf"_s); }
@@ -142,6 +149,60 @@ void UserDefaultsTest::readingCreatesNothing()
 {
     QVERIFY(!UserDefaults(path()).contains(u"a.b"_s));
     QVERIFY(!QFile::exists(m_directory->filePath(u"sub"_s)));
+}
+
+void UserDefaultsTest::whatIsSetReachesTheFileSoon()
+{
+    const PrintedLines lines;
+    UserDefaults defaults(path());
+    defaults.set(u"a.b"_s, 7);
+    QTRY_COMPARE(UserDefaults(path()).integer(u"a.b"_s), 7);
+    QCOMPARE(lines.lines(), QStringList());
+}
+
+void UserDefaultsTest::fullDiskIsToldOnce()
+{
+    const PrintedLines lines;
+    UserDefaults defaults(path());
+    {
+        const FileSizeLimit limit(0);
+        for (int value = 1; value <= 3; ++value) {
+            defaults.set(u"a.b"_s, value);
+            QTRY_COMPARE(lines.lines().size(), 1);
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(lines.lines().constFirst().startsWith(u"Failed to write the settings"_s));
+        QVERIFY(lines.lines().constFirst().endsWith(path()));
+        QCOMPARE(lines.lines().size(), 1);
+        QCOMPARE(defaults.integer(u"a.b"_s), 3);
+    }
+    // There is room again.
+    defaults.set(u"c.d"_s, 4);
+    QTRY_COMPARE(UserDefaults(path()).integer(u"c.d"_s), 4);
+    QCOMPARE(UserDefaults(path()).integer(u"a.b"_s), 3);
+}
+
+void UserDefaultsTest::folderThatCannotBeMadeIsToldOnce()
+{
+    QFile inTheWay(m_directory->filePath(u"sub"_s));
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    const PrintedLines lines;
+    UserDefaults defaults(path());
+    defaults.set(u"a.b"_s, 1);
+    QTRY_COMPARE(lines.lines().size(), 1);
+    defaults.set(u"a.b"_s, 2);
+    QCoreApplication::processEvents();
+    QCOMPARE(lines.lines().size(), 1);
+    QCOMPARE(defaults.integer(u"a.b"_s), 2);
+}
+
+void UserDefaultsTest::whatIsWrittenAtTheEndIsToldOfToo()
+{
+    QFile inTheWay(m_directory->filePath(u"sub"_s));
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    const PrintedLines lines;
+    { UserDefaults(path()).set(u"a.b"_s, 1); }
+    QCOMPARE(lines.lines().size(), 1);
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

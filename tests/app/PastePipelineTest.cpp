@@ -2,6 +2,7 @@
 
 #include "app/ScopedFileLease.h"
 #include "tests/fakes/CaptureFixture.h"
+#include "tests/fakes/CountingSource.h"
 #include "tests/fakes/FakePasteKeystroke.h"
 
 #include <QTest>
@@ -269,6 +270,19 @@ private slots:
         QCOMPARE(m_pasteboard->writeCount, 1);
         QVERIFY(m_pasteboard->written.isEmpty());
         QVERIFY(m_printed->contains(u"Item copied to clipboard"_s));
+        QCOMPARE(m_keystroke->keyDownCount, 1);
+    }
+
+    void aTextThatTheHistoryHasLostEndsNoRun()
+    {
+        const auto lost = std::make_shared<CountingSource>(std::nullopt);
+        ClipboardItem item = textItem(u"hello"_s);
+        item.stringValue = Utf8Text::elsewhere(QByteArray(Utf8Text::kLongText + 1, 'a'), lost);
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(item);
+        advanceTo(400ms);
+        QVERIFY(m_printed->contains(u"Failed to restore text data from history item"_s));
+        QVERIFY(m_pasteboard->written.isEmpty());
         QCOMPARE(m_keystroke->keyDownCount, 1);
     }
 

@@ -7,7 +7,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include <unistd.h>
@@ -25,8 +24,6 @@ constexpr quint16 kFirstSide = 22;
 
 constexpr int kLeastSide = 16;
 
-constexpr quint32 kVertical = 1;    ///< _NET_SYSTEM_TRAY_ORIENTATION_VERT
-constexpr quint32 kRequestDock = 0; ///< SYSTEM_TRAY_REQUEST_DOCK
 constexpr quint32 kXembedVersion = 0;
 constexpr quint32 kXembedMapped = 1;
 
@@ -35,7 +32,6 @@ constexpr char kWindowClass[] = "tessarine\0Tessarine"; // Instance and class, e
 constexpr quint32 kOwnEvents = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
                                XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
                                XCB_EVENT_MASK_ENTER_WINDOW;
-constexpr quint32 kTrayEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
 
 const xcb_screen_t *screenOf(xcb_connection_t *xcb, quint32 rootWindow)
 {
@@ -59,26 +55,24 @@ quint8 depthOf(const xcb_screen_t *screen, quint32 visual)
     return 0;
 }
 
-quint32 word(const std::optional<QByteArray> &property, qsizetype index = 0)
-{
-    quint32 value = 0;
-    const qsizetype place = index * qsizetype(sizeof value);
-    if (property && property->size() >= place + qsizetype(sizeof value))
-        std::memcpy(&value, property->constData() + place, sizeof value);
-    return value;
-}
-
 } // namespace
 
 X11TrayIcon::X11TrayIcon(X11Connection &connection)
     : m_connection(connection)
+    , m_tray(connection)
     , m_panelGround(connection)
     , m_color(iconColorOnUnknownGround())
 {
     m_connection.addListener(this);
-    // A tray that comes announces itself on the root window.
-    m_connection.selectRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    followTray();
+    m_tray.onReplaced = [this] {
+        undock();
+        dock();
+        m_connection.flush();
+    };
+    m_tray.onWishesChanged = [this] {
+        askForRoom();
+        refreshColor();
+    };
 }
 
 X11TrayIcon::~X11TrayIcon()
@@ -112,61 +106,15 @@ void X11TrayIcon::setIcon(StatusItem::IconPainter painter, const QString &descri
     draw();
 }
 
-void X11TrayIcon::followTray()
-{
-    const auto owner = m_connection.reply(
-        xcb_get_selection_owner_reply,
-        xcb_get_selection_owner(m_connection.xcb(),
-                                m_connection.atom(X11AtomName::NetSystemTraySelection)));
-    if (!owner || owner->owner == m_tray)
-        return;
-    undock();
-    m_tray = owner->owner;
-    if (m_tray == 0)
-        return;
-    xcb_change_window_attributes(m_connection.xcb(), m_tray, XCB_CW_EVENT_MASK, &kTrayEvents);
-    // It may have ended before we listened.
-    if (!readTrayProperties())
-        forgetTray();
-}
-
-bool X11TrayIcon::readTrayProperties()
-{
-    const auto request = [this](X11AtomName name) {
-        return m_connection.requestProperty(m_tray, m_connection.atom(name));
-    };
-    const quint32 visualRequest = request(X11AtomName::NetSystemTrayVisual);
-    const quint32 orientationRequest = request(X11AtomName::NetSystemTrayOrientation);
-    const quint32 colorsRequest = request(X11AtomName::NetSystemTrayColors);
-    const std::optional<QByteArray> visual = m_connection.takeProperty(visualRequest);
-    m_trayVisual = word(visual);
-    m_isVertical = word(m_connection.takeProperty(orientationRequest)) == kVertical;
-    const std::optional<QByteArray> colors = m_connection.takeProperty(colorsRequest);
-    m_trayColor.reset();
-    // The first of four colours is that of plain icons; each part of it has 16 bits.
-    if (colors && colors->size() >= qsizetype(3 * sizeof(quint32)))
-        m_trayColor = QColor::fromRgba64(quint16(word(colors, 0)), quint16(word(colors, 1)),
-                                         quint16(word(colors, 2)));
-    return visual.has_value();
-}
-
-void X11TrayIcon::forgetTray()
-{
-    undock();
-    m_tray = 0;
-    m_trayVisual = 0;
-    m_trayColor.reset();
-}
-
 void X11TrayIcon::dock()
 {
-    if (!m_isShown || m_tray == 0 || m_window != 0)
+    if (!m_isShown || m_tray.window() == 0 || m_window != 0)
         return;
     m_look = findLook();
     createWindow();
     setProperties();
     askForRoom();
-    askForDocking();
+    m_tray.askForDocking(m_window);
     m_connection.flush();
 }
 
@@ -190,8 +138,8 @@ X11TrayIcon::Look X11TrayIcon::findLook() const
 {
     const xcb_screen_t *screen = screenOf(m_connection.xcb(), m_connection.rootWindow());
     constexpr quint8 kDepthWithAlpha = 32;
-    if (m_trayVisual != 0 && depthOf(screen, m_trayVisual) == kDepthWithAlpha)
-        return {m_trayVisual, kDepthWithAlpha, true};
+    if (m_tray.visual() != 0 && depthOf(screen, m_tray.visual()) == kDepthWithAlpha)
+        return {m_tray.visual(), kDepthWithAlpha, true};
     return {screen->root_visual, screen->root_depth, false};
 }
 
@@ -235,20 +183,6 @@ void X11TrayIcon::setProperties()
         size_t(m_description.size()), m_description.constData());
 }
 
-void X11TrayIcon::askForDocking()
-{
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = m_tray;
-    message.type = m_connection.atom(X11AtomName::NetSystemTrayOpcode);
-    message.data.data32[0] = XCB_CURRENT_TIME;
-    message.data.data32[1] = kRequestDock;
-    message.data.data32[2] = m_window;
-    xcb_send_event(m_connection.xcb(), 0, m_tray, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char *>(&message));
-}
-
 void X11TrayIcon::askForRoom()
 {
     if (m_window == 0)
@@ -256,7 +190,7 @@ void X11TrayIcon::askForRoom()
     // Some panels give no more than what is asked for; the thickness of the panel is theirs to
     // choose.
     QSize room(kLeastSide, kLeastSide);
-    if (m_isVertical)
+    if (m_tray.isVertical())
         room.setHeight(std::max(kLeastSide, m_size.width()));
     else
         room.setWidth(std::max(kLeastSide, m_size.height()));
@@ -269,8 +203,6 @@ void X11TrayIcon::askForRoom()
 void X11TrayIcon::handleX11Event(int type, const void *event)
 {
     switch (type) {
-    case XCB_CLIENT_MESSAGE: handleMessage(event); break;
-    case XCB_PROPERTY_NOTIFY: handleProperty(event); break;
     case XCB_DESTROY_NOTIFY: handleDestruction(event); break;
     case XCB_REPARENT_NOTIFY: handleNewParent(event); break;
     case XCB_CONFIGURE_NOTIFY: handleSize(event); break;
@@ -284,33 +216,9 @@ void X11TrayIcon::handleX11Event(int type, const void *event)
     }
 }
 
-void X11TrayIcon::handleMessage(const void *event)
-{
-    const auto *message = static_cast<const xcb_client_message_event_t *>(event);
-    if (message->type != m_connection.atom(X11AtomName::Manager) ||
-        message->data.data32[1] != m_connection.atom(X11AtomName::NetSystemTraySelection))
-        return;
-    followTray();
-    dock();
-}
-
-void X11TrayIcon::handleProperty(const void *event)
-{
-    const auto *notice = static_cast<const xcb_property_notify_event_t *>(event);
-    const bool isOfTray = notice->atom == m_connection.atom(X11AtomName::NetSystemTrayColors) ||
-                          notice->atom == m_connection.atom(X11AtomName::NetSystemTrayOrientation);
-    if (m_tray == 0 || notice->window != m_tray || !isOfTray || !readTrayProperties())
-        return;
-    askForRoom();
-    refreshColor();
-}
-
 void X11TrayIcon::handleDestruction(const void *event)
 {
-    const quint32 window = static_cast<const xcb_destroy_notify_event_t *>(event)->window;
-    if (m_tray != 0 && window == m_tray)
-        forgetTray();
-    else if (isOwn(window))
+    if (isOwn(static_cast<const xcb_destroy_notify_event_t *>(event)->window))
         forgetWindow();
     m_connection.flush();
 }
@@ -374,8 +282,9 @@ void X11TrayIcon::refreshColor()
     const std::optional<QColor> behind = m_panelGround.behindIcon(m_window);
     QColor color = m_color;
     // What the panel asks for holds unless it is plainly wrong.
-    if (m_trayColor && (!behind || isLegible(*m_trayColor, *behind)))
-        color = *m_trayColor;
+    const std::optional<QColor> wanted = m_tray.iconColor();
+    if (wanted && (!behind || isLegible(*wanted, *behind)))
+        color = *wanted;
     else if (behind)
         color = iconColorOn(*behind);
     if (std::exchange(m_color, color) != color)

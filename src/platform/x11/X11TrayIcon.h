@@ -3,6 +3,7 @@
 #include "platform/StatusItem.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11PanelGround.h"
+#include "platform/x11/X11Tray.h"
 
 #include <optional>
 
@@ -14,7 +15,7 @@ public:
     ~X11TrayIcon() override;
 
     /// Whether there is a tray now.
-    bool hasTray() const { return m_tray != 0; }
+    bool hasTray() const { return m_tray.window() != 0; }
 
     /// Puts the icon into the tray, and into each one that comes, until it is hidden.
     void show();
@@ -47,8 +48,6 @@ private:
     };
 
     void handleX11Event(int type, const void *event) override;
-    void handleMessage(const void *event);
-    void handleProperty(const void *event);
     void handleDestruction(const void *event);
     void handleNewParent(const void *event);
     void handleSize(const void *event);
@@ -56,9 +55,6 @@ private:
     void handleButton(const void *event);
     void announceGround();
     bool isOwn(quint32 window) const { return m_window != 0 && window == m_window; }
-    void followTray();
-    bool readTrayProperties();
-    void forgetTray();
     void dock();
     void undock();
     void forgetWindow();
@@ -66,18 +62,14 @@ private:
     void createWindow();
     void setProperties();
     void askForRoom();
-    void askForDocking();
     void draw();
     QImage onGround(const QImage &icon);
 
     X11Connection &m_connection;
+    X11Tray m_tray;
     X11PanelGround m_panelGround;
     bool m_isShown = false;
-    quint32 m_tray = 0;        ///< The window that owns the selection of trays; 0 without a tray.
-    quint32 m_trayVisual = 0;  ///< 0 if the tray names none.
-    bool m_isVertical = false; ///< The tray's icons stand one above the other.
-    std::optional<QColor> m_trayColor; ///< What the tray asks its icons to have.
-    quint32 m_window = 0;              ///< Ours; 0 if it is in no tray.
+    quint32 m_window = 0; ///< Ours; 0 if it is in no tray.
     quint32 m_colormap = 0;
     Look m_look;
     bool m_isEmbedded = false;

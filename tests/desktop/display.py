@@ -80,6 +80,15 @@ class Display:
         xtest.fake_input(self.connection, X.ButtonRelease, button)
         self.connection.sync()
 
+    def press_button(self, button=1):
+        """Where the pointer is."""
+        xtest.fake_input(self.connection, X.ButtonPress, button)
+        self.connection.sync()
+
+    def let_go_of_button(self, button=1):
+        xtest.fake_input(self.connection, X.ButtonRelease, button)
+        self.connection.sync()
+
     def drag(self, from_x, from_y, to_x, to_y):
         xtest.fake_input(self.connection, X.MotionNotify, x=from_x, y=from_y)
         xtest.fake_input(self.connection, X.ButtonPress, 1)

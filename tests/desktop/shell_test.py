@@ -3,7 +3,8 @@
 key."""
 from case import DesktopTest, main
 from clients import Mousepad, copy_by_xclip, read_by_xclip
-from waiting import wait_until
+from panels import LxqtPanel, find_icon
+from waiting import retry_until, wait_until
 
 ICON_TITLE = "Tessarine"
 
@@ -208,6 +209,37 @@ class ShellTest(DesktopTest):
         for key in ("Tab", "Tab", "Down", "ctrl+c", "Return"):
             self.display.press(key)
         self.program.wait_for_line("Item copied to clipboard")
+
+
+class SlowClickTest(DesktopTest):
+    """A click that is let go only when its press has already closed the history."""
+
+    def setUp(self):
+        super().setUp()
+        self.panel = LxqtPanel(self.desktop, self.display, is_dark=False).start()
+        self.addCleanup(self.panel.end)
+        self.program.start()
+
+    def middle_of_icon(self):
+        icon = wait_until(lambda: find_icon(self.display, self.panel.place()), "the icon")
+        return icon.x + icon.width // 2, icon.y + icon.height // 2
+
+    def test_it_leaves_the_history_closed(self):
+        x, y = self.middle_of_icon()
+        # A panel that has just come up lets the first clicks fall.
+        retry_until(lambda: self.display.click(x, y), self.history_window, "the history window")
+        self.wait_for_history_window()
+        mark = self.program.mark()
+        self.display.press_button()
+        self.wait_until_closed()
+        self.display.let_go_of_button()
+        self.copy("copied after the click")
+        self.assertIsNone(self.history_window())
+        self.display.click(x, y)
+        self.wait_for_history_window()
+        shown = [line for line in self.program.lines[mark:]
+                 if "Showing clipboard history window" in line.text]
+        self.assertEqual(1, len(shown))
 
 
 if __name__ == "__main__":

@@ -86,6 +86,8 @@ void AppDelegate::showSettings()
 
 void AppDelegate::setupMainMenu()
 {
+    // The settings have a pane that says what this program is.
+    connect(&m_mainMenu, &MainMenu::aboutRequested, this, &AppDelegate::showSettings);
     connect(&m_mainMenu, &MainMenu::settingsRequested, this, &AppDelegate::showSettings);
     connect(&m_mainMenu, &MainMenu::hideRequested, this, &AppDelegate::hideWindows);
     connect(&m_mainMenu, &MainMenu::quitRequested, this, &AppDelegate::terminate);

@@ -10,8 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kApplicationName = u"Tessarine"_s;
-
 bool hasSlot(const QWidget *widget, const QByteArray &slot)
 {
     return widget && widget->metaObject()->indexOfSlot(slot + "()") >= 0;
@@ -43,17 +41,16 @@ void MainMenu::buildApplicationMenu()
 {
     QMenu &menu = *m_applicationMenu;
     menu.menuAction()->setObjectName(u"mainMenuItem"_s);
-    menu.setTitle(kApplicationName);
-    QAction *about =
-        addItem(menu, u"aboutMenuItem"_s, {u"menu.about"_s, u"About "_s + kApplicationName});
+    menu.setTitle(u"Tessarine"_s);
+    QAction *about = addItem(menu, u"aboutMenuItem"_s, {u"menu.about"_s, u"About Tessarine"_s});
     connect(about, &QAction::triggered, this, &MainMenu::aboutRequested);
     menu.addSeparator();
     QAction *settings = addItem(menu, u"appSettingsMenuItem"_s,
                                 {u"menu.settings"_s, u"Settings..."_s}, Qt::CTRL | Qt::Key_Comma);
     connect(settings, &QAction::triggered, this, &MainMenu::settingsRequested);
     menu.addSeparator();
-    QAction *hide = addItem(menu, u"hideMenuItem"_s,
-                            {u"menu.hide"_s, u"Hide "_s + kApplicationName}, Qt::CTRL | Qt::Key_H);
+    QAction *hide = addItem(menu, u"hideMenuItem"_s, {u"menu.hide"_s, u"Hide Tessarine"_s},
+                            Qt::CTRL | Qt::Key_H);
     connect(hide, &QAction::triggered, this, &MainMenu::hideRequested);
     // Windows of other programs are theirs and the window manager's here.
     addItem(menu, u"hideOthersMenuItem"_s, {u"menu.hide_others"_s, u"Hide Others"_s},

@@ -1,5 +1,6 @@
 #include "settings/SettingsCard.h"
 
+#include "appearance/Hairline.h"
 #include "appearance/InterfaceFont.h"
 #include "settings/SettingsLabel.h"
 #include "settings/SettingsMetrics.h"
@@ -73,6 +74,6 @@ void SettingsCard::paintEvent(QPaintEvent *)
     const QColor line = withAlpha(m_colors.separatorColor, kSeparatorAlpha);
     for (int i = 1; i < m_rows->count(); ++i) {
         const int top = m_rows->itemAt(i)->geometry().top();
-        painter.fillRect(kRowInset, top, width() - 2 * kRowInset, 1, line);
+        drawHairline(painter, QRect(kRowInset, top, width() - 2 * kRowInset, 1), line);
     }
 }

@@ -1,5 +1,6 @@
 #include "settings/SettingsView.h"
 
+#include "appearance/Hairline.h"
 #include "language/Localized.h"
 #include "platform/DesktopAppearance.h"
 #include "settings/AboutPane.h"
@@ -105,8 +106,8 @@ void SettingsView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(rect(), m_colors.windowBackgroundColor);
     painter.fillRect(0, 0, kSidebarWidth, height(), m_colors.sidebarColor);
-    painter.fillRect(kSidebarWidth, 0, kSidebarLine, height(),
-                     withAlpha(m_colors.separatorColor, kSeparatorAlpha));
+    drawHairline(painter, QRect(kSidebarWidth, 0, kSidebarLine, height()),
+                 withAlpha(m_colors.separatorColor, kSeparatorAlpha));
 }
 
 void SettingsView::buildSidebar()

@@ -1,5 +1,6 @@
 #include "widgets/MenuStyle.h"
 
+#include "appearance/Hairline.h"
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
 
@@ -234,7 +235,7 @@ void MenuStyle::drawItem(QPainter &painter, const QStyleOptionMenuItem &option) 
     if (option.menuItemType == QStyleOptionMenuItem::Separator) {
         const QRect line(option.rect.x() + kTextInset, option.rect.y() + kSeparatorHeight / 2,
                          option.rect.width() - 2 * kTextInset, 1);
-        painter.fillRect(line, withAlpha(m_colors.separatorColor, kSeparatorAlpha));
+        drawHairline(painter, line, withAlpha(m_colors.separatorColor, kSeparatorAlpha));
         painter.restore();
         return;
     }

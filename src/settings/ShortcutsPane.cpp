@@ -76,6 +76,14 @@ void ShortcutsPane::refresh()
     m_refusalNote->setVisible(!m_recorder.isRecording() && !m_hotkey.isInForce());
 }
 
+bool ShortcutsPane::event(QEvent *event)
+{
+    // What is typed in another window is for that window, also if it is one of ours.
+    if (event->type() == QEvent::WindowDeactivate)
+        m_recorder.stopRecording();
+    return SettingsPaneView::event(event);
+}
+
 void ShortcutsPane::hideEvent(QHideEvent *event)
 {
     // Nobody would know why keys do nothing.

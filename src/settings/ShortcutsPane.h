@@ -26,6 +26,7 @@ public:
     void refresh() override;
 
 protected:
+    bool event(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:

@@ -4,6 +4,7 @@
 #include "tests/fakes/PrintedLines.h"
 #include "tests/settings/SettingsStage.h"
 
+#include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 
@@ -29,6 +30,7 @@ private slots:
     void escapeEndsTheRecordingAndChangesNothing();
     void theButtonStartsAndEndsTheRecording();
     void leavingThePaneEndsTheRecording();
+    void turningToAnotherWindowEndsTheRecording();
     void aRefusedCombinationIsShownAndSaidToBeRefused();
     void theRefusalIsForgottenWithTheNextCombination();
     void aCombinationThatWasRefusedBeforeIsSaidToBeRefused();
@@ -205,6 +207,19 @@ void ShortcutsPaneTest::leavingThePaneEndsTheRecording()
     QVERIFY(m_stage->changes.isEmpty());
     click("pane.keyboard");
     QCOMPARE(find("recordButton")->text(), u"Record"_s);
+}
+
+void ShortcutsPaneTest::turningToAnotherWindowEndsTheRecording()
+{
+    click("recordButton");
+    QLineEdit other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCOMPARE(find("recordButton")->text(), u"Record"_s);
+    QTest::keyClicks(&other, u"h"_s);
+    QCOMPARE(other.text(), u"h"_s);
+    QVERIFY(m_stage->changes.isEmpty());
 }
 
 void ShortcutsPaneTest::aRefusedCombinationIsShownAndSaidToBeRefused()

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QStyle>
 
 #include <cmath>
 
@@ -89,9 +90,11 @@ void SettingsPicker::openMenu()
     }
     applyMenuLook(*menu, m_menuLook());
     QAction *current = menu->actions().value(m_currentIndex);
-    const int right = mapToGlobal(QPoint(width(), 0)).x();
-    // The present choice lies over the button, which is as high as an item of the menu.
-    menu->popup({right - menu->sizeHint().width(), mapToGlobal(QPoint()).y()}, current);
+    // The present choice lies over the button, which is as high as an item of the menu. Menus are
+    // placed by their items, and forget what is above the first.
+    const int padding = menu->style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, menu);
+    const QPoint end = mapToGlobal(QPoint(width(), 0));
+    menu->popup(end - QPoint(menu->sizeHint().width(), padding), current);
     menu->setActiveAction(current);
 }
 

@@ -34,6 +34,7 @@ private slots:
     void aChangeOfLanguageChangesAllTextsAndTheTitle();
     void theTitleNamesThePaneAgainAfterTheNextChangeOfPane();
     void theLanguageMenuHasAllLanguagesAndMarksThePresentOne();
+    void thePresentLanguageLiesOverThePicker();
     void thePinButtonIsShownUntilThePersonSaysOtherwise();
     void thePinSwitchWritesAtOnceAndTells();
     void aStoredPinSettingIsShown();
@@ -228,6 +229,15 @@ void SettingsWindowTest::theLanguageMenuHasAllLanguagesAndMarksThePresentOne()
     }
     QCOMPARE(texts, QStringList({u"Follow System"_s, u"English"_s, u"简体中文"_s}));
     QCOMPARE(marked, QStringList{u"English"_s});
+}
+
+void SettingsWindowTest::thePresentLanguageLiesOverThePicker()
+{
+    const QMenu *menu = openLanguageMenu();
+    const QRect item = menu->actionGeometry(menu->actions().at(1));
+    const QWidget *picker = find("languagePicker");
+    QCOMPARE(menu->mapToGlobal(item.topLeft()).y(), picker->mapToGlobal(QPoint()).y());
+    QCOMPARE(item.height(), picker->height());
 }
 
 void SettingsWindowTest::thePinButtonIsShownUntilThePersonSaysOtherwise()

@@ -8,16 +8,18 @@
 class SingleInstance
 {
 public:
-    enum class Role {
-        First, ///< This process is the one that runs.
-        Second, ///< Another process runs already.
+    enum class Role
+    {
+        First,   ///< This process is the one that runs.
+        Second,  ///< Another process runs already.
         Unknown, ///< There is no way to tell; the program runs.
     };
 
-    enum class Answer {
+    enum class Answer
+    {
         Shown, ///< The other process shows its window.
         Ended, ///< The other process has ended meanwhile; claim() may now give another role.
-        None, ///< The other process did not answer in time.
+        None,  ///< The other process did not answer in time.
     };
 
     virtual ~SingleInstance() = default;

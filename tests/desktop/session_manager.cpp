@@ -1,5 +1,6 @@
-/// A session manager of few words, for tests. It prints its address, which belongs into the variable
-/// SESSION_MANAGER, and then a line for each thing that a client tells; it does what it reads:
+/// A session manager of few words, for tests. It prints its address, which belongs into the
+/// variable SESSION_MANAGER, and then a line for each thing that a client tells; it does what it
+/// reads:
 ///
 ///     save      has every client save itself because the session ends, as at a logout
 ///     cancel    tells them that the session goes on after all
@@ -105,10 +106,10 @@ void giveProperties(SmsConn client, SmPointer)
 
 Status greetClient(SmsConn, SmPointer, unsigned long *mask, SmsCallbacks *callbacks, char **)
 {
-    *mask = SmsRegisterClientProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask
-        | SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask
-        | SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask | SmsSetPropertiesProcMask
-        | SmsDeletePropertiesProcMask | SmsGetPropertiesProcMask;
+    *mask = SmsRegisterClientProcMask | SmsInteractRequestProcMask | SmsInteractDoneProcMask |
+            SmsSaveYourselfRequestProcMask | SmsSaveYourselfP2RequestProcMask |
+            SmsSaveYourselfDoneProcMask | SmsCloseConnectionProcMask | SmsSetPropertiesProcMask |
+            SmsDeletePropertiesProcMask | SmsGetPropertiesProcMask;
     callbacks->register_client.callback = registerClient;
     callbacks->interact_request.callback = requestInteraction;
     callbacks->interact_done.callback = finishInteraction;
@@ -146,9 +147,8 @@ void serve(IceConn connection)
 {
     if (IceProcessMessages(connection, nullptr, nullptr) != IceProcessMessagesIOError)
         return;
-    clients.remove_if([connection](SmsConn client) {
-        return SmsGetIceConnection(client) == connection;
-    });
+    clients.remove_if(
+        [connection](SmsConn client) { return SmsGetIceConnection(client) == connection; });
     connections.remove(connection);
     IceSetShutdownNegotiation(connection, False);
     IceCloseConnection(connection);
@@ -205,8 +205,9 @@ int main()
     int count = 0;
     IceListenObj *listeners = nullptr;
     IceSetIOErrorHandler(ignoreBrokenConnection);
-    if (!SmsInitialize(vendor, release, greetClient, nullptr, admitEverybody, sizeof error, error)
-        || !IceListenForConnections(&count, &listeners, sizeof error, error) || count == 0) {
+    if (!SmsInitialize(vendor, release, greetClient, nullptr, admitEverybody, sizeof error,
+                       error) ||
+        !IceListenForConnections(&count, &listeners, sizeof error, error) || count == 0) {
         std::fprintf(stderr, "%s\n", error);
         return EXIT_FAILURE;
     }

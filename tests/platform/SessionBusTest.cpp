@@ -28,8 +28,9 @@ public:
         address.sun_family = AF_UNIX;
         const QByteArray name = QFile::encodeName(path);
         std::memcpy(address.sun_path, name.constData(), size_t(name.size()));
-        m_isThere = ::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
-            && ::listen(m_socket, backlog) == 0;
+        m_isThere =
+            ::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+            ::listen(m_socket, backlog) == 0;
     }
     ~SilentBus() { ::close(m_socket); }
     SilentBus(const SilentBus &) = delete;

@@ -23,8 +23,8 @@ public:
         xcb_change_window_attributes(m_connection.xcb(), m_connection.rootWindow(),
                                      XCB_CW_EVENT_MASK, &eventMask);
         // It is to be listening before anybody speaks.
-        const auto answer = m_connection.reply(xcb_get_input_focus_reply,
-                                               xcb_get_input_focus(m_connection.xcb()));
+        const auto answer =
+            m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.xcb()));
         m_connection.addListener(this);
     }
     ~MessageListener() override { m_connection.removeListener(this); }

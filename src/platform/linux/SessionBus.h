@@ -5,8 +5,8 @@
 #include <optional>
 
 /// To be called once, before the application object is made. If the session has no bus, or one that
-/// does not answer at once, that is printed, and the process lives without: whoever asks for the bus,
-/// here or in Qt, is then told so at once, in place of waiting for it or starting another one.
+/// does not answer at once, that is printed, and the process lives without: whoever asks for the
+/// bus, here or in Qt, is then told so at once, in place of waiting for it or starting another one.
 void leaveBrokenSessionBus();
 
 /// The bus of the session; absent if the session has none or it cannot be reached.

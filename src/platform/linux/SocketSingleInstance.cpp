@@ -47,8 +47,8 @@ public:
     int listenAt(const QByteArray &name) const
     {
         const Address address(name);
-        const bool isListening = ::bind(m_descriptor, address.generic(), address.length) == 0
-            && ::listen(m_descriptor, kMaxWaiting) == 0;
+        const bool isListening = ::bind(m_descriptor, address.generic(), address.length) == 0 &&
+                                 ::listen(m_descriptor, kMaxWaiting) == 0;
         return isListening ? 0 : errno;
     }
 
@@ -63,22 +63,22 @@ public:
     {
         ucred peer{};
         socklen_t length = sizeof peer;
-        return ::getsockopt(m_descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0
-            && peer.uid == ::getuid();
+        return ::getsockopt(m_descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 &&
+               peer.uid == ::getuid();
     }
 
     bool send(const QByteArray &message) const
     {
-        return ::send(m_descriptor, message.constData(), size_t(message.size()), MSG_NOSIGNAL)
-            == message.size();
+        return ::send(m_descriptor, message.constData(), size_t(message.size()), MSG_NOSIGNAL) ==
+               message.size();
     }
 
     /// Empty at the end, or after an error.
     QByteArray receive() const
     {
         QByteArray message(kMaxTokenBytes, Qt::Uninitialized);
-        message.resize(std::max<ssize_t>(
-            0, ::recv(m_descriptor, message.data(), size_t(message.size()), 0)));
+        message.resize(
+            std::max<ssize_t>(0, ::recv(m_descriptor, message.data(), size_t(message.size()), 0)));
         return message;
     }
 
@@ -148,10 +148,10 @@ private:
 };
 
 SocketSingleInstance::SocketSingleInstance(const QString &directory)
-    : m_name("tessarine-" + QByteArray::number(::getuid()) + '-'
-             + QCryptographicHash::hash(directory.toUtf8(), QCryptographicHash::Sha256)
-                   .toHex()
-                   .first(32))
+    : m_name("tessarine-" + QByteArray::number(::getuid()) + '-' +
+             QCryptographicHash::hash(directory.toUtf8(), QCryptographicHash::Sha256)
+                 .toHex()
+                 .first(32))
 {
 }
 
@@ -215,8 +215,8 @@ void SocketSingleInstance::listen()
 
 void SocketSingleInstance::receiveVisitor()
 {
-    const int descriptor = ::accept4(m_server->descriptor(), nullptr, nullptr,
-                                     SOCK_CLOEXEC | SOCK_NONBLOCK);
+    const int descriptor =
+        ::accept4(m_server->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
     if (descriptor < 0)
         return;
     auto socket = std::make_unique<Socket>(descriptor);

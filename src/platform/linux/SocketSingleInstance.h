@@ -33,7 +33,7 @@ private:
 
     QByteArray m_name;
     std::unique_ptr<Socket> m_server; ///< Set in the first process.
-    std::unique_ptr<Socket> m_first; ///< To the first process; set in a second one.
+    std::unique_ptr<Socket> m_first;  ///< To the first process; set in a second one.
     std::unique_ptr<QSocketNotifier> m_notifier;
     QObject m_visitors; ///< Parent of the second processes that are being served.
 };

@@ -8,7 +8,10 @@
 class TerminationDeadline
 {
 public:
-    explicit TerminationDeadline(std::chrono::milliseconds patience) : m_patience(patience) {}
+    explicit TerminationDeadline(std::chrono::milliseconds patience)
+        : m_patience(patience)
+    {
+    }
 
     /// The time runs from now on, and until the object is destroyed.
     void start();

@@ -2,7 +2,8 @@
 
 #include <functional>
 
-/// Runs a function before the process ends by std::exit() on the main thread while the object lives.
+/// Runs a function before the process ends by std::exit() on the main thread while the object
+/// lives.
 ///
 /// So do libraries when the display or the session manager has gone, in the middle of the event
 /// loop: nothing of ours would be told, since nothing on the stack is destroyed. One object in the

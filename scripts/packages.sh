@@ -30,7 +30,7 @@ test_packages=(
 
 # What only the slow ones among them drive.
 slow_test_packages=(
-    libreoffice-writer libreoffice-gtk3
+    libreoffice-writer libreoffice-gtk3 xfce4-session
 )
 
 # Prints those of the given packages that are not installed.

@@ -5,7 +5,8 @@ build_packages=(
     g++ cmake ninja-build ccache mold pkg-config
     qt6-base-dev qt6-svg-dev
     libxcb1-dev libxcb-xfixes0-dev libxcb-xtest0-dev libxcb-keysyms1-dev libxcb-ewmh-dev
-    libxcb-icccm4-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-sync-dev libxkbcommon-dev libxkbcommon-x11-dev
+    libxcb-icccm4-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-sync-dev libxkbcommon-dev
+    libxkbcommon-x11-dev
     libsm-dev libdbus-1-dev libssl-dev libsqlite3-dev nlohmann-json3-dev
 )
 

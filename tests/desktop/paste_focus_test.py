@@ -4,29 +4,15 @@ import contextlib
 
 from activation_watch import ActivationWatch
 from bystander import Bystander
-from case import DesktopTest, main
+from case import main
 from clients import Mousepad, read_by_xclip
+from paste_case import CHOSEN, PasteCase
 from waiting import wait_until
 
-CHOSEN = "the chosen quick fox"
-LATER = "something copied later"
 NOT_IN_FRONT = "The paste target is not in front; the entry stays on the clipboard"
 
 
-class PasteFocusCase(DesktopTest):
-    settings = {}
-
-    def setUp(self):
-        super().setUp()
-        self.program.write_settings(self.settings)
-        self.program.start()
-        self.copy(CHOSEN)
-        self.copy(LATER)
-
-    def choose_for(self, editor):
-        editor.focus()
-        return self.choose("quick")
-
+class PasteFocusCase(PasteCase):
     def open_window_over(self, editor):
         """Returns the place that the output has come to before."""
         editor.focus()
@@ -47,7 +33,7 @@ class PasteFocusCase(DesktopTest):
             yield
 
     def assert_pasted(self, editor, mark):
-        self.program.wait_for_line("Simulated Cmd+V paste completed", since=mark)
+        self.wait_for_paste(mark)
         self.assertEqual(CHOSEN, editor.text_after_paste())
 
     def assert_not_pasted(self, mark, bystander):

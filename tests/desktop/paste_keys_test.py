@@ -1,28 +1,12 @@
 #!/usr/bin/python3
 """The paste command arrives whatever the person holds down, and whatever they write with."""
-from case import DesktopTest, main
+from case import main
 from clients import Chromium, FeatherPad, Mousepad, XTerm, Xfce4Terminal
 from input_method import Pinyin
-
-CHOSEN = "the chosen quick fox"
-LATER = "something copied later"
+from paste_case import CHOSEN, PasteCase
 
 
-class PasteKeysTest(DesktopTest):
-    def setUp(self):
-        super().setUp()
-        self.program.start()
-        self.copy(CHOSEN)
-        self.copy(LATER)
-
-    def choose_for(self, client):
-        client.focus()
-        return self.choose("quick")
-
-    def wait_for_paste(self, mark):
-        self.program.wait_for_line("Simulated Cmd+V paste completed", since=mark)
-        self.wait_until_closed()
-
+class PasteKeysTest(PasteCase):
     # Keys that are held
 
     def test_with_modifiers_still_held(self):

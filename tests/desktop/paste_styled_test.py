@@ -7,6 +7,7 @@ import random
 from case import DesktopTest, main
 from clients import (Chromium, FeatherPad, Mousepad, XTerm, Xfce4Terminal, copy_by_xclip,
                      read_by_xclip)
+from made_entries import MadeEntries
 from pictures import noise_png
 from png_taker import PngTaker
 from waiting import wait_until
@@ -38,7 +39,7 @@ class PasteStyledTest(DesktopTest):
     def paste_newest(self, client):
         client.focus()
         mark = self.choose("")
-        self.program.wait_for_line("Posted keyUp event", since=mark)
+        self.program.wait_for_line("Simulated Cmd+V paste completed", since=mark)
         self.wait_until_closed()
 
     # Styled text
@@ -57,6 +58,15 @@ class PasteStyledTest(DesktopTest):
         for editor in (Mousepad, FeatherPad, XTerm, Xfce4Terminal):
             with self.subTest(editor.window_class), editor(self.desktop, self.display) as client:
                 self.assertEqual(PLAIN, self.paste_styled(client))
+
+    def test_nothing_of_an_entry_of_a_kind_that_nothing_is_written_for(self):
+        self.program.end()
+        MadeEntries(self.program).add({"contentTypeRaw": "mixed", "stringValue": PLAIN})
+        self.program.start()
+        with Mousepad(self.desktop, self.display) as editor:
+            self.paste_newest(editor)
+            self.display.type("x")
+            self.assertEqual("x", editor.text_after_paste())
 
     # Pictures
 

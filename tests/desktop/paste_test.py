@@ -1,27 +1,11 @@
 #!/usr/bin/python3
 """The chosen entry lands in the window that the person came from."""
-from case import DesktopTest, main
+from case import main
 from clients import Chromium, FeatherPad, Mousepad, XTerm, Xfce4Terminal, read_by_xclip
-
-CHOSEN = "the chosen quick fox"
-LATER = "something copied later"
+from paste_case import CHOSEN, LATER, PasteCase
 
 
-class PasteTest(DesktopTest):
-    def setUp(self):
-        super().setUp()
-        self.program.start()
-        self.copy(CHOSEN)
-        self.copy(LATER)
-
-    def paste_into(self, client):
-        """Chooses the older entry by a search, and returns what arrived."""
-        client.focus()
-        mark = self.choose("quick")
-        self.program.wait_for_line("Posted keyUp event", since=mark)
-        self.wait_until_closed()
-        return client.text_after_paste()
-
+class PasteTest(PasteCase):
     def test_into_a_gtk_editor(self):
         with Mousepad(self.desktop, self.display) as editor:
             self.assertEqual(CHOSEN, self.paste_into(editor))
@@ -45,7 +29,7 @@ class PasteTest(DesktopTest):
     def test_return_without_a_search_takes_the_newest(self):
         with Mousepad(self.desktop, self.display) as editor:
             mark = self.choose("")
-            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.wait_for_paste(mark)
             self.assertEqual(LATER, editor.text_after_paste())
 
     def test_down_chooses_the_next_entry(self):
@@ -55,7 +39,7 @@ class PasteTest(DesktopTest):
             self.display.press("Down")
             self.display.press("Down")
             self.display.press("Return")
-            self.program.wait_for_line("Posted keyUp event", since=mark)
+            self.wait_for_paste(mark)
             self.assertEqual(CHOSEN, editor.text_after_paste())
 
     def test_a_paste_is_no_new_copy(self):

@@ -40,7 +40,9 @@ class PasteFormsTest(DesktopTest):
 
     def choose_newest(self):
         """Returns the targets that the clipboard has then."""
-        copy_by_xclip(self.desktop, b"what lay there before", "application/x-before")
+        copy_by_xclip(self.desktop, b"what lay there", "application/x-before")
+        wait_until(lambda: read_by_xclip(self.desktop, "application/x-before") == b"what lay there",
+                   "the copy that is to be replaced")
         before = self.display.selection_owner()
         self.choose("")
         self.wait_until_closed()

@@ -92,6 +92,7 @@ private slots:
     void lateWatcherGetsTheItem();
     void itemRegistersOnlyWhenItIsCreated();
     void watcherThatRestartsGetsTheItemAgain();
+    void newWatcherIsNotTakenForTheFormerOne();
     void hostsThatComeAndGoAreFollowed();
     void processOfTheWatcherIsLearnt();
     void itemSaysWhatItIs();
@@ -219,6 +220,20 @@ void StatusNotifierItemTest::watcherThatRestartsGetsTheItemAgain()
     watcher = makeWatcher(true);
     QTRY_COMPARE(watcher->items.size(), 1);
     QTRY_COMPARE(m_item->hosts(), Presence::Present);
+}
+
+void StatusNotifierItemTest::newWatcherIsNotTakenForTheFormerOne()
+{
+    auto watcher = makeWatcher(true);
+    makeItem();
+    QTRY_COMPARE(m_item->hosts(), Presence::Present);
+    watcher.reset();
+    QTRY_COMPARE(m_item->hosts(), Presence::Absent);
+    m_changes.clear();
+    watcher = makeWatcher(false);
+    QTRY_VERIFY(m_changes.contains(Presence::Pending));
+    QTRY_COMPARE(m_item->hosts(), Presence::Absent);
+    QVERIFY(!m_changes.contains(Presence::Present));
 }
 
 void StatusNotifierItemTest::hostsThatComeAndGoAreFollowed()

@@ -1,5 +1,7 @@
 #!/usr/bin/python3
 """The status item in the trays of real panels: it is seen, it can be clicked, and it comes back."""
+import os
+
 from case import HOT_KEY, DesktopTest, main
 from panels import LxqtPanel, Tint2, Trayer, XfcePanel, find_icon
 from waiting import retry_until, wait_until
@@ -188,6 +190,21 @@ class ChangingPanelsTest(TrayTest):
         self.open_window()
         self.display.press("Return")
         self.program.wait_for_line("Item copied to clipboard")
+
+
+class LostBusTest(TrayTest):
+    def test_the_icon_moves_to_the_tray_when_the_bus_ends(self):
+        self.start_panel(LxqtPanel)
+        self.program.start()
+        self.wait_for_legible_icon()
+        tray = Tint2(self.desktop, self.display, False).start()
+        self.addCleanup(tray.end)
+        bus = next(process for process in self.desktop.started
+                   if os.path.basename(process.args[0]) == "dbus-daemon")
+        bus.kill()
+        wait_until(lambda: self.display.find_window(window_class="tessarine"),
+                   "the icon in the tray")
+        self.assert_alive()
 
 
 if __name__ == "__main__":

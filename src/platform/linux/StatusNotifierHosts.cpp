@@ -47,6 +47,8 @@ public:
     {
         m_bus.connect(kBusService, kBusPath, kBusService, u"NameOwnerChanged"_s, {kWatcherName}, {},
                       this, SLOT(handleOwnerChanged(QString, QString, QString)));
+        m_bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                      u"Disconnected"_s, this, SLOT(handleLostBus()));
         // Without the service's name: with it the connection would first wait to learn its owner.
         for (const auto &signal :
              {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
@@ -89,6 +91,13 @@ private slots:
         setWatcher(newOwner);
         if (!newOwner.isEmpty())
             askForHost();
+        announceChange();
+    }
+
+    /// The bus cannot tell any more that the watcher has left it.
+    void handleLostBus()
+    {
+        setWatcher({});
         announceChange();
     }
 

@@ -135,6 +135,8 @@ QColor X11StatusItemTest::hostIconColor()
     argument.beginArray();
     argument.beginStructure();
     argument >> width >> height >> bytes;
+    argument.endStructure();
+    argument.endArray();
     const qsizetype middle = 4 * (qsizetype(height) / 2 * width + width / 2);
     if (bytes.size() < middle + 4)
         return {};

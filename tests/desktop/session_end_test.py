@@ -5,8 +5,9 @@ import subprocess
 import threading
 
 import case
-from case import DesktopTest, main
+from case import main
 from clients import copy_by_xclip
+from session_case import SessionEndCase
 from waiting import wait_until
 
 RESTART_NEVER = "restart style 3"
@@ -43,24 +44,7 @@ class SessionManager:
         self.process.stdout.close()
 
 
-class SessionEndTest(DesktopTest):
-    def capture_many(self, desktop=None):
-        """Has texts captured faster than they are written; returns them, the newest first.
-        desktop has the environment in which they are copied."""
-        texts = [f"one of many: {number} " + "and so on " * 50_000 + "end" for number in range(20)]
-        for text in texts:
-            mark = self.program.mark()
-            copy_by_xclip(desktop or self.desktop, text.encode())
-            self.program.wait_for_line("New clipboard item: text", since=mark)
-        return texts[::-1]
-
-    def assert_all_is_on_disk(self, texts):
-        self.assertTrue(texts == self.program.texts(),
-                        f"{len(self.program.texts())} of {len(texts)} texts are in the store")
-        self.assert_intact()
-
-
-class SignalTest(SessionEndTest):
+class SignalTest(SessionEndCase):
     def test_signals_that_end_a_session_lose_nothing(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number.name):
@@ -75,7 +59,7 @@ class SignalTest(SessionEndTest):
                 self.program.end()
 
 
-class QuitTest(SessionEndTest):
+class QuitTest(SessionEndCase):
     def test_the_key_that_quits_ends_in_order(self):
         self.program.start()
         texts = self.capture_many()
@@ -86,7 +70,7 @@ class QuitTest(SessionEndTest):
         self.assert_all_is_on_disk(texts)
 
 
-class SessionManagerTest(SessionEndTest):
+class SessionManagerTest(SessionEndCase):
     def setUp(self):
         super().setUp()
         self.manager = SessionManager(self.desktop, case.arguments.session_manager)
@@ -136,7 +120,7 @@ class SessionManagerTest(SessionEndTest):
         self.assert_all_is_on_disk(texts)
 
 
-class ServerEndTest(SessionEndTest):
+class ServerEndTest(SessionEndCase):
     def setUp(self):
         super().setUp()
         number = self.desktop.spawn_told("Xvfb", "-displayfd", "{fd}", "-nolisten", "tcp")

@@ -2,9 +2,9 @@
 """The program in a session of Xfce, and the logout from it."""
 import os
 
-from case import DesktopTest, main
-from clients import copy_by_xclip
+from case import main
 from desktop import descendants_of
+from session_case import SessionEndCase
 from waiting import wait_until
 
 
@@ -19,7 +19,7 @@ def variable_of(pid, name):
                 None)
 
 
-class XfceSessionTest(DesktopTest):
+class XfceSessionTest(SessionEndCase):
     # It brings a window manager of its own.
     desktop_options = {"wm": "none"}
 
@@ -37,15 +37,10 @@ class XfceSessionTest(DesktopTest):
     def test_the_logout_loses_nothing_and_is_not_held_up(self):
         self.program.env["SESSION_MANAGER"] = self.start_session()
         self.program.start()
-        texts = [f"one of many: {number} " + "and so on " * 50_000 + "end" for number in range(20)]
-        for text in texts:
-            mark = self.program.mark()
-            copy_by_xclip(self.desktop, text.encode())
-            self.program.wait_for_line("New clipboard item: text", since=mark)
+        texts = self.capture_many()
         self.desktop.run("xfce4-session-logout", "--logout")
         self.assertEqual(0, self.program.wait_for_exit())
-        self.assertTrue(texts[::-1] == self.program.texts(),
-                        f"{len(self.program.texts())} of {len(texts)} texts are in the store")
+        self.assert_all_is_on_disk(texts)
         self.assertEqual(0, self.session.wait(20))
 
 

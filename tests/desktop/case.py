@@ -16,6 +16,8 @@ from waiting import retry_until, wait_until
 
 WINDOW_TITLE = "Clipboard History"
 HOT_KEY = "alt+space"
+OTHER_HOT_KEY = "ctrl+alt+v"
+OTHER_HOT_KEY_SETTINGS = {"HotkeySettings": '{"keyCode":9,"modifiers":6144}'}
 
 arguments = None
 
@@ -109,6 +111,13 @@ class DesktopTest(unittest.TestCase):
 
     def wait_until_closed(self, seconds=5.0):
         wait_until(lambda: self.history_window() is None, "the history window to close", seconds)
+
+    def open_menus(self):
+        """The windows of the program's menus; no window manager puts a frame around them."""
+        return [window for window in self.display.root.query_tree().children
+                if self.display.is_viewable(window)
+                and self.display.window_class(window)[1] == "tessarine"
+                and window.get_attributes().override_redirect]
 
     def choose(self, query):
         """Opens the window, types the query, and presses Return."""

@@ -6,7 +6,7 @@ import re
 import shutil
 import tempfile
 
-from case import HOT_KEY, DesktopTest, main
+from case import HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
 from clients import Mousepad, XTerm
 from desktop import OPENBOX_CONFIGURATION, without_keybinding
 from waiting import Late, wait_until
@@ -15,7 +15,6 @@ from Xlib import X
 # X numbers of keys.
 ALT, CONTROL, SPACE, LETTER_V = 64, 37, 65, 55
 
-CONTROL_ALT_V = {"HotkeySettings": '{"keyCode":9,"modifiers":6144}'}
 REGISTERED = "Hotkey registered successfully"
 REFUSED = "Failed to register hotkey: 10"
 TRIGGERED = "Hotkey triggered"
@@ -47,7 +46,7 @@ class HotkeyTest(DesktopTest):
         self.wait_until_closed()
 
     def test_it_works_on_other_keyboards(self):
-        self.program.write_settings(CONTROL_ALT_V)
+        self.program.write_settings(OTHER_HOT_KEY_SETTINGS)
         self.program.start()
         for layouts, group in (("ru", 0), ("us,ru", 0), ("us,ru", 1), ("cn", 0)):
             with self.subTest(layouts=layouts, group=group):

@@ -4,7 +4,7 @@ import contextlib
 
 from activation_watch import ActivationWatch
 from bystander import Bystander
-from case import main
+from case import OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, main
 from clients import Mousepad, read_by_xclip
 from paste_case import CHOSEN, PasteCase
 from waiting import wait_until
@@ -95,8 +95,8 @@ class LostFocusTest(PasteFocusCase):
 class OtherHotKey:
     """For window managers that keep Alt+Space for the menu of the window."""
 
-    hot_key = "ctrl+alt+v"
-    settings = {"HotkeySettings": '{"keyCode":9,"modifiers":6144}'}
+    hot_key = OTHER_HOT_KEY
+    settings = OTHER_HOT_KEY_SETTINGS
 
 
 class Xfwm4Test(OtherHotKey, PasteFocusTest):

@@ -27,19 +27,12 @@ class ShellTest(DesktopTest):
         self.click_icon()
         return self.wait_for_history_window()
 
-    def menus(self):
-        """The windows of the program's open menus; no window manager puts a frame around them."""
-        return [window for window in self.display.root.query_tree().children
-                if self.display.is_viewable(window)
-                and self.display.window_class(window)[1] == "tessarine"
-                and window.get_attributes().override_redirect]
-
     def open_menu(self):
         self.click_icon(button=3)
-        wait_until(self.menus, "the menu to open")
+        wait_until(self.open_menus, "the menu to open")
 
     def wait_until_menu_closed(self):
-        wait_until(lambda: not self.menus(), "the menu to close")
+        wait_until(lambda: not self.open_menus(), "the menu to close")
 
     def choose_in_menu(self, *keys):
         """Opens the menu of the icon, and presses the keys there."""
@@ -166,7 +159,7 @@ class ShellTest(DesktopTest):
         self.wait_for_settings()
         self.display.press("Tab")
         self.display.press("space")
-        wait_until(self.menus, "the languages to choose from")
+        wait_until(self.open_menus, "the languages to choose from")
         self.display.press("Down")
         self.display.press("Return")
         self.wait_until_icon_says("Tessarine: 已暂停")

@@ -48,14 +48,7 @@ class TrayTest(DesktopTest):
 
     def is_menu_open(self):
         """Whether the panel shows a menu, or the program one of its own."""
-        return self.display.is_menu_open() or any(
-            window.get_attributes().override_redirect
-            for window in self.display.root.query_tree().children
-            if "tessarine" in self.display.window_class(window)
-            and self.display.is_viewable(window))
-
-    def wait_until_gone(self):
-        wait_until(lambda: self.history_window() is None, "the history window to close")
+        return self.display.is_menu_open() or self.open_menus()
 
 
 class EveryPanel:
@@ -80,7 +73,7 @@ class EveryPanel:
         self.click_until(self.history_window, "the history window")
         self.wait_for_history_window()
         self.click_icon()
-        self.wait_until_gone()
+        self.wait_until_closed()
         self.click_icon()
         self.wait_for_history_window()
 

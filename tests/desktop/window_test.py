@@ -1,9 +1,8 @@
 #!/usr/bin/python3
 """The window opens and closes by the keys that people press, whatever program has the focus."""
-import os
 import subprocess
 
-from case import HOT_KEY, DesktopTest, main
+from case import HOT_KEY, OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
 from clients import Mousepad
 
 
@@ -12,11 +11,9 @@ class WindowTest(DesktopTest):
         super().setUp()
         self.program.start()
 
-    def start_with_setting(self, line):
+    def start_with_settings(self, settings):
         self.program.end()
-        os.makedirs(os.path.dirname(self.program.settings_path), exist_ok=True)
-        with open(self.program.settings_path, "w", encoding="utf-8") as file:
-            file.write(f"[General]\n{line}\n")
+        self.program.write_settings(settings)
         self.program.start()
 
     def test_the_hot_key_opens_and_closes(self):
@@ -47,12 +44,12 @@ class WindowTest(DesktopTest):
                         self.display.press(lock)
 
     def test_another_hot_key_from_the_settings_file(self):
-        self.start_with_setting('HotkeySettings="{\\"keyCode\\":9,\\"modifiers\\":6144}"')
-        self.display.press("ctrl+alt+v")
+        self.start_with_settings(OTHER_HOT_KEY_SETTINGS)
+        self.display.press(OTHER_HOT_KEY)
         self.wait_for_history_window()
 
     def test_the_language_from_the_settings_file(self):
-        self.start_with_setting("AppLanguage=chinese")
+        self.start_with_settings({"AppLanguage": "chinese"})
         self.display.press(HOT_KEY)
         self.display.wait_for_window(title="剪贴板历史")
 
@@ -61,7 +58,7 @@ class WindowTest(DesktopTest):
         self.program.env.update(LANGUAGE="fr:zh_TW:en_US")
         self.program.start()
         self.open_window()  # A new installation is in English.
-        self.start_with_setting("AppLanguage=system")
+        self.start_with_settings({"AppLanguage": "system"})
         self.display.press(HOT_KEY)
         self.display.wait_for_window(title="剪贴板历史")
 

@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-void HotkeyChoice::show(const HotkeySettings &settings)
+void HotkeyChoice::takeOver(const HotkeySettings &settings)
 {
     cmdEnabled = settings.modifiers & HotkeySettings::kCommand;
     shiftEnabled = settings.modifiers & HotkeySettings::kShift;

@@ -15,8 +15,8 @@ struct HotkeyChoice
     bool optionEnabled = true;
     bool controlEnabled = false;
 
-    /// Takes over \a settings; the key stays as it was if the other one cannot be picked.
-    void show(const HotkeySettings &settings);
+    /// The key stays as it was if that of \a settings is not among those that are shown.
+    void takeOver(const HotkeySettings &settings);
 
     /// Stores the choice and tells everybody. False, and nothing is changed, if no key that can be
     /// stored has that name.

@@ -18,10 +18,12 @@ class HotkeySettingsManager : public QObject
 public:
     explicit HotkeySettingsManager(UserDefaults &defaults) : m_defaults(defaults) {}
 
-    /// The keys that can be picked by name, in the order of the picker.
+    /// The keys that are shown in the picker when the pane opens; keyNames() has two more, which
+    /// can be picked but are not shown again.
     static const QStringList &availableKeys();
 
-    /// The names of all keys that can be stored: those, and the two that only a few people want.
+    /// The names of all keys that can be stored, in the order of the picker: those, and Backspace
+    /// and Esc.
     static const QStringList &keyNames();
 
     /// The stored combination, or the default if there is none that can be read.

@@ -39,7 +39,7 @@ ShortcutsPane::ShortcutsPane(const SystemColors &colors, SettingsPicker::MenuLoo
     buildInstructions();
 
     const HotkeySettings settings = manager.loadSettings();
-    m_choice.show(settings);
+    m_choice.takeOver(settings);
     showChoice();
     showCurrent(settings);
     connect(&manager, &HotkeySettingsManager::hotkeySettingsChanged, this,

@@ -82,16 +82,16 @@ private slots:
         QCOMPARE(m_manager->loadSettings(), (HotkeySettings{9, 0x1100}));
     }
 
-    void storedSettingsAreShown()
+    void storedSettingsAreTakenOver()
     {
         HotkeyChoice choice;
-        choice.show({9, 0x1200});
+        choice.takeOver({9, 0x1200});
         QCOMPARE(choice, (HotkeyChoice{u"V"_s, false, true, false, true}));
-        choice.show({49, 0x900});
+        choice.takeOver({49, 0x900});
         QCOMPARE(choice, (HotkeyChoice{u"Space"_s, true, false, true, false}));
     }
 
-    void aKeyThatCannotBePickedLeavesThePickerAsItWas_data()
+    void aKeyThatIsNotShownLeavesThePickerAsItWas_data()
     {
         QTest::addColumn<quint32>("keyCode");
         QTest::newRow("a code without name") << 10u;
@@ -100,23 +100,23 @@ private slots:
         QTest::newRow("Esc") << 52u;
     }
 
-    void aKeyThatCannotBePickedLeavesThePickerAsItWas()
+    void aKeyThatIsNotShownLeavesThePickerAsItWas()
     {
         QFETCH(quint32, keyCode);
         HotkeyChoice choice;
-        choice.show({9, 0x800});
-        choice.show({keyCode, 0x100});
+        choice.takeOver({9, 0x800});
+        choice.takeOver({keyCode, 0x100});
         QCOMPARE(choice, (HotkeyChoice{u"V"_s, true, false, false, false}));
     }
 
-    void whatIsShownIsWhatIsStored()
+    void whatIsTakenOverIsWhatWasStored()
     {
         for (const QString &name : HotkeySettingsManager::availableKeys()) {
             HotkeyChoice choice{name, true, false, false, true};
             QVERIFY(choice.apply(*m_manager));
-            HotkeyChoice shown;
-            shown.show(m_announced.last());
-            QCOMPARE(shown, choice);
+            HotkeyChoice takenOver;
+            takenOver.takeOver(m_announced.last());
+            QCOMPARE(takenOver, choice);
         }
     }
 

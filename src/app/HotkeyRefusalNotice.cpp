@@ -4,6 +4,7 @@
 #include "language/Localized.h"
 #include "platform/Notifications.h"
 #include "settings/HotkeyText.h"
+#include "settings/SettingsPane.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,7 +25,7 @@ void HotkeyRefusalNotice::show(const HotkeySettings &settings)
         localized(u"hotkey.refused.text"_s,
                   u"Another program has this key combination. Choose another one under %@ > %@."_s),
         {localized(u"settings.window.title"_s, u"Settings"_s),
-         localized(u"settings.shortcuts.title"_s, u"Shortcuts"_s)});
+         ::title(SettingsPane::Shortcuts)});
     // Where nothing could show it, as early in a session, the next start tries again.
     m_notifications.show(title, text, [&defaults = m_defaults] { defaults.set(kShownKey, true); });
 }

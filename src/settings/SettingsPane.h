@@ -13,7 +13,7 @@ enum class SettingsPane
     About
 };
 
-/// The panes that there is something to set in.
+/// The panes that the window lists, in that order.
 const QList<SettingsPane> &availablePanes();
 
 /// In the interface language.

@@ -1,6 +1,5 @@
 #include "settings/SettingsWindow.h"
 
-#include "language/LanguageManager.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/Workspace.h"
 
@@ -12,8 +11,6 @@ SettingsWindow::SettingsWindow(const SettingsCollaborators &collaborators)
     , m_appearanceHook(collaborators.appearance.onChanged, [this] { m_view.refreshAppearance(); })
 {
     placeInitially();
-    QObject::connect(&collaborators.languages, &LanguageManager::languageChanged, &m_view,
-                     &SettingsView::refreshLanguage);
     QObject::connect(&m_view, &SettingsView::pinButtonVisibilityChanged, &m_view, [this] {
         if (onPinButtonVisibilityChanged)
             onPinButtonVisibilityChanged();

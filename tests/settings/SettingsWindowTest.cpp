@@ -186,7 +186,6 @@ void SettingsWindowTest::aClosedWindowMayBeDroppedSoonAfter()
     // A recorder that still listened would touch what has gone.
     QWidget other;
     QTest::keyClick(&other, Qt::Key_A);
-    m_stage->languages.setLanguage(AppLanguage::Chinese);
     QVERIFY(!m_stage->appearance.onChanged);
 }
 
@@ -204,6 +203,7 @@ void SettingsWindowTest::aChangeOfLanguageChangesAllTextsAndTheTitle()
 {
     click("pane.keyboard");
     m_stage->languages.setLanguage(AppLanguage::Chinese);
+    m_window->refreshLanguage();
     QCOMPARE(title(), u"设置"_s);
     QCOMPARE(find("pane.keyboard")->text(), u"快捷键"_s);
     QCOMPARE(find("recordButton")->text(), u"录制"_s);
@@ -213,6 +213,7 @@ void SettingsWindowTest::aChangeOfLanguageChangesAllTextsAndTheTitle()
 void SettingsWindowTest::theTitleNamesThePaneAgainAfterTheNextChangeOfPane()
 {
     m_stage->languages.setLanguage(AppLanguage::Chinese);
+    m_window->refreshLanguage();
     click("pane.info.circle");
     QCOMPARE(title(), u"关于"_s);
 }

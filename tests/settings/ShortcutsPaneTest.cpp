@@ -269,10 +269,12 @@ void ShortcutsPaneTest::aCombinationThatHasBecomeFreeIsNoLongerRefused()
 void ShortcutsPaneTest::theTextsAreMadeAnew()
 {
     m_stage->languages.setLanguage(AppLanguage::Chinese);
+    m_window->refreshLanguage();
     QCOMPARE(find("recordButton")->text(), u"录制"_s);
     click("recordButton");
     QCOMPARE(find("recordButton")->text(), u"正在录制…"_s);
     m_stage->languages.setLanguage(AppLanguage::English);
+    m_window->refreshLanguage();
     QCOMPARE(find("recordButton")->text(), u"Recording..."_s);
 }
 

@@ -4,8 +4,9 @@
 
 namespace {
 
-bool write(PasteboardContents &pasteboard, QStringView type,
-           const std::optional<LazyBytes> &representation)
+/// False if \a representation is there and cannot be read.
+bool writeIfPresent(PasteboardContents &pasteboard, QStringView type,
+                    const std::optional<LazyBytes> &representation)
 {
     if (!representation)
         return true;
@@ -15,7 +16,7 @@ bool write(PasteboardContents &pasteboard, QStringView type,
     return bytes.has_value();
 }
 
-bool writeText(const ClipboardItem &item, PasteboardContents &pasteboard)
+bool writeTextIfPresent(const ClipboardItem &item, PasteboardContents &pasteboard)
 {
     if (!item.stringValue)
         return true;
@@ -35,8 +36,10 @@ bool writeText(const ClipboardItem &item, PasteboardContents &pasteboard)
 
 bool writeTextFamilyToPasteboard(const ClipboardItem &item, PasteboardContents &pasteboard)
 {
-    const bool hasText = writeText(item, pasteboard);
-    const bool hasHtml = write(pasteboard, PasteboardType::kHtml, item.htmlRepresentation);
-    const bool hasRtf = write(pasteboard, PasteboardType::kRtf, item.rtfRepresentation);
-    return hasText && hasHtml && hasRtf;
+    const bool isTextComplete = writeTextIfPresent(item, pasteboard);
+    const bool isHtmlComplete
+        = writeIfPresent(pasteboard, PasteboardType::kHtml, item.htmlRepresentation);
+    const bool isRtfComplete
+        = writeIfPresent(pasteboard, PasteboardType::kRtf, item.rtfRepresentation);
+    return isTextComplete && isHtmlComplete && isRtfComplete;
 }

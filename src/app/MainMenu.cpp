@@ -58,6 +58,7 @@ void MainMenu::buildApplicationMenu()
         ->setEnabled(false);
     addItem(menu, u"showAllMenuItem"_s, {u"menu.show_all"_s, u"Show All"_s})->setEnabled(false);
     menu.addSeparator();
+    // It is there for its key alone, so it needs no title: people see the status menu's.
     QAction *quit = menu.addAction(QString());
     quit->setShortcut(Qt::CTRL | Qt::Key_Q);
     connect(quit, &QAction::triggered, this, &MainMenu::quitRequested);

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-/// Whether somebody shows status items that register over D-Bus. Main thread only; never waits.
+/// Whether somebody shows status items that register over D-Bus. Main thread only.
 ///
 /// Items register with a watcher, and hosts, which are panels, take them from there. Both may come
 /// late, go, and come back.
@@ -23,7 +23,8 @@ public:
     StatusNotifierHosts();
     ~StatusNotifierHosts();
 
-    /// As far as the answers tell that have come, also before the event loop has seen them.
+    /// Never waits. Counts an answer as soon as it has arrived, even if the event loop has not
+    /// delivered it.
     Presence presence() const;
 
     /// Whether there is a watcher to register with.

@@ -5,7 +5,8 @@
 #include "platform/linux/StatusNotifierHosts.h"
 
 /// A status item that registers over D-Bus, and that panels draw themselves, with its menu
-/// (org.kde.StatusNotifierItem). It registers with each watcher that comes.
+/// (org.kde.StatusNotifierItem). It registers with each watcher that comes. It stands alone where a
+/// desktop has only such items; where there may be another tray, it is one of two ways to be seen.
 class StatusNotifierItem : public StatusItem
 {
 public:

@@ -1,11 +1,11 @@
 #include "settings/GeneralPane.h"
 
-#include "foundation/UserDefaults.h"
 #include "language/LanguageManager.h"
 #include "language/Localized.h"
 #include "settings/SettingsCard.h"
 #include "settings/SettingsLabel.h"
 #include "settings/SettingsSwitch.h"
+#include "widgets/PinButtonSetting.h"
 
 #include <QHBoxLayout>
 
@@ -16,7 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array kLanguages{AppLanguage::System, AppLanguage::English, AppLanguage::Chinese};
-const QString kShowsPinButtonKey = u"ClipboardSearchWindowShowsPinButton"_s;
 
 } // namespace
 
@@ -61,11 +60,10 @@ void GeneralPane::buildPinButtonRow(SettingsCard &card)
     m_pinButtonName = card.makeName();
     m_pinButtonSwitch = new SettingsSwitch(colors(), this);
     m_pinButtonSwitch->setObjectName(u"pinButtonSwitch"_s);
-    m_pinButtonSwitch->setChecked(!m_defaults.contains(kShowsPinButtonKey) ||
-                                  m_defaults.boolean(kShowsPinButtonKey));
+    m_pinButtonSwitch->setChecked(isPinButtonWanted(m_defaults));
     card.addRow(m_pinButtonName)->addWidget(m_pinButtonSwitch);
-    connect(m_pinButtonSwitch, &SettingsSwitch::toggled, this, [this](bool isShown) {
-        m_defaults.set(kShowsPinButtonKey, isShown);
+    connect(m_pinButtonSwitch, &SettingsSwitch::toggled, this, [this](bool isWanted) {
+        setPinButtonWanted(m_defaults, isWanted);
         emit pinButtonVisibilityChanged();
     });
 }

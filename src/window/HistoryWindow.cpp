@@ -5,6 +5,7 @@
 #include "platform/DesktopAppearance.h"
 #include "platform/PointerMonitor.h"
 #include "platform/Workspace.h"
+#include "widgets/PinButtonSetting.h"
 #include "window/ClipboardTableView.h"
 #include "window/FilterBarView.h"
 #include "window/PinButton.h"
@@ -22,7 +23,6 @@ namespace {
 
 constexpr auto kFadeDuration = 160ms;
 const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
-const QString kShowsPinButtonKey = u"ClipboardSearchWindowShowsPinButton"_s;
 
 } // namespace
 
@@ -110,12 +110,10 @@ void HistoryWindow::refreshAppearance()
 
 void HistoryWindow::refreshPinButtonVisibility()
 {
-    const UserDefaults &defaults = m_collaborators.defaults;
-    const bool isShown = !defaults.contains(kShowsPinButtonKey)
-        || defaults.boolean(kShowsPinButtonKey);
-    if (!isShown && isPinned())
+    const bool isWanted = isPinButtonWanted(m_collaborators.defaults);
+    if (!isWanted && isPinned())
         setPinned(false);
-    m_panel.setPinButtonShown(isShown);
+    m_panel.setPinButtonShown(isWanted);
 }
 
 bool HistoryWindow::isPinned() const

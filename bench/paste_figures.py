@@ -1,7 +1,7 @@
 """How soon a chosen entry is where it was wanted.
 
-Time counts from the Return key, and 400 ms of it are the program's own: it gives the focus back after
-250 ms and presses the keys 150 ms later.
+Time counts from the Return key, and 400 ms of it are the program's own: it gives the focus back
+after 250 ms and presses the keys 150 ms later.
 """
 import time
 

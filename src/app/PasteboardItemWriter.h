@@ -18,8 +18,8 @@ public:
                          ScopedFileLease &fileLease, const ImageCodec &codec,
                          const UserDefaults &defaults);
 
-    /// Replaces what is on the pasteboard, also if nothing of \a item can be had any more; a printed
-    /// line tells of that. For a file a lease begins.
+    /// Replaces what is on the pasteboard, also if nothing of \a item can be had any more; a
+    /// printed line tells of that. For a file a lease begins.
     void write(const ClipboardItem &item);
 
 private:

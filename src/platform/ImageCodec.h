@@ -12,8 +12,8 @@ public:
 
     /// Decodes \a file, a picture of any known format, and writes it as a TIFF: the same pixels
     /// always give the same bytes. Absent if the bytes are no picture, if it has no extent, or if
-    /// it would take an unreasonable amount of memory. What this function has made itself it returns
-    /// as it is, which costs nothing. The digest is left to the caller.
+    /// it would take an unreasonable amount of memory. What this function has made itself it
+    /// returns as it is, which costs nothing. The digest is left to the caller.
     virtual std::optional<PasteboardImage> tiffFromPicture(const QByteArray &file) const = 0;
 
     /// Decodes \a file and writes it as a PNG. Absent like above.

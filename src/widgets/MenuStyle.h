@@ -1,7 +1,7 @@
 #pragma once
 
-#include "widgets/MenuLook.h"
 #include "appearance/SoftShadow.h"
+#include "widgets/MenuLook.h"
 
 #include <QMargins>
 #include <QPixmap>

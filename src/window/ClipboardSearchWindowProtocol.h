@@ -27,8 +27,8 @@ public:
     virtual void refreshPinButtonVisibility() = 0;
 
     std::function<void(const ClipboardItemPointer &item)> onPasteSelected;
-    /// The window is about to hide because the person pressed the mouse elsewhere, or another window
-    /// has got the focus.
+    /// The window is about to hide because the person pressed the mouse elsewhere, or another
+    /// window has got the focus.
     std::function<void()> onTurnedAway;
     /// The window is gone from the screen and its owner may drop it, though not inside the call.
     std::function<void()> onWindowHidden;

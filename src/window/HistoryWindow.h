@@ -45,7 +45,6 @@ public:
     /// Takes light or dark from the desktop again.
     void refreshAppearance();
 
-
     bool isPinned() const;
     void togglePin();
 

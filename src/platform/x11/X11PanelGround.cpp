@@ -3,8 +3,6 @@
 #include "platform/linux/StatusIconDrawing.h"
 #include "platform/x11/X11Pixels.h"
 
-#include <cstring>
-
 #include <xcb/xcb.h>
 
 namespace {
@@ -15,16 +13,6 @@ constexpr int kMaxDepth = 32;
 /// Along which lines of a panel its pixels are read, in parts of its thickness: most of what lies
 /// on a panel does not reach to its edges.
 constexpr double kSampledLines[] = {0.15, 0.5, 0.85};
-
-QList<quint32> words(const std::optional<QByteArray> &property)
-{
-    if (!property)
-        return {};
-    QList<quint32> values(property->size() / qsizetype(sizeof(quint32)));
-    if (!values.isEmpty())
-        std::memcpy(values.data(), property->constData(), size_t(values.size()) * sizeof(quint32));
-    return values;
-}
 
 } // namespace
 
@@ -57,7 +45,7 @@ std::optional<QColor> X11PanelGround::ofPanels(qint64 processId)
 
 QList<quint32> X11PanelGround::panels(qint64 processId)
 {
-    const QList<quint32> windows = words(m_requests.takeProperty(m_requests.requestProperty(
+    const QList<quint32> windows = propertyWords(m_requests.takeProperty(m_requests.requestProperty(
         m_requests.rootWindow(), m_requests.atom(X11AtomName::NetClientList))));
     QList<std::pair<quint32, quint32>> questions;
     for (const quint32 window : windows) {
@@ -69,8 +57,8 @@ QList<quint32> X11PanelGround::panels(qint64 processId)
     QList<quint32> own;
     QList<quint32> others;
     for (qsizetype i = 0; i < windows.size(); ++i) {
-        const QList<quint32> types = words(m_requests.takeProperty(questions[i].first));
-        const QList<quint32> owner = words(m_requests.takeProperty(questions[i].second));
+        const QList<quint32> types = propertyWords(m_requests.takeProperty(questions[i].first));
+        const QList<quint32> owner = propertyWords(m_requests.takeProperty(questions[i].second));
         if (!types.contains(m_requests.atom(X11AtomName::NetWmWindowTypeDock)))
             continue;
         const bool isOwn = processId != 0 && !owner.isEmpty() && owner.first() == processId;

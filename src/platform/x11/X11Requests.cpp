@@ -1,6 +1,7 @@
 #include "platform/x11/X11Requests.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 
 #include <xcb/xcb.h>
@@ -72,4 +73,14 @@ std::optional<QByteArray> X11Requests::takeProperty(quint32 request)
         return std::nullopt;
     return QByteArray(static_cast<const char *>(xcb_get_property_value(answer.get())),
                       xcb_get_property_value_length(answer.get()));
+}
+
+QList<quint32> propertyWords(const std::optional<QByteArray> &property)
+{
+    if (!property)
+        return {};
+    QList<quint32> words(property->size() / qsizetype(sizeof(quint32)));
+    if (!words.isEmpty())
+        std::memcpy(words.data(), property->constData(), size_t(words.size()) * sizeof(quint32));
+    return words;
 }

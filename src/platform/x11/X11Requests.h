@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 
 #include <array>
 #include <cstdlib>
@@ -95,3 +96,6 @@ private:
     quint32 m_rootWindow = 0;
     std::array<quint32, size_t(X11AtomName::Count)> m_atoms{};
 };
+
+/// The values of 32 bits in a property that takeProperty() has returned; none if it is absent.
+QList<quint32> propertyWords(const std::optional<QByteArray> &property);

@@ -1,22 +1,11 @@
 #include "platform/x11/X11Tray.h"
 
-#include <cstring>
-
 #include <xcb/xcb.h>
 
 namespace {
 
 constexpr quint32 kRequestDock = 0; ///< SYSTEM_TRAY_REQUEST_DOCK
 constexpr quint32 kVertical = 1;    ///< _NET_SYSTEM_TRAY_ORIENTATION_VERT
-
-quint32 word(const std::optional<QByteArray> &property, qsizetype index = 0)
-{
-    quint32 value = 0;
-    const qsizetype place = index * qsizetype(sizeof value);
-    if (property && property->size() >= place + qsizetype(sizeof value))
-        std::memcpy(&value, property->constData() + place, sizeof value);
-    return value;
-}
 
 } // namespace
 
@@ -74,14 +63,15 @@ bool X11Tray::readWishes()
     const quint32 orientationRequest = request(X11AtomName::NetSystemTrayOrientation);
     const quint32 colorsRequest = request(X11AtomName::NetSystemTrayColors);
     const std::optional<QByteArray> visual = m_connection.takeProperty(visualRequest);
-    m_visual = word(visual);
-    m_isVertical = word(m_connection.takeProperty(orientationRequest)) == kVertical;
-    const std::optional<QByteArray> colors = m_connection.takeProperty(colorsRequest);
+    m_visual = propertyWords(visual).value(0);
+    m_isVertical =
+        propertyWords(m_connection.takeProperty(orientationRequest)).value(0) == kVertical;
+    const QList<quint32> colors = propertyWords(m_connection.takeProperty(colorsRequest));
     m_iconColor.reset();
     // The first of four colours is that of plain icons; each part of it has 16 bits.
-    if (colors && colors->size() >= qsizetype(3 * sizeof(quint32)))
-        m_iconColor = QColor::fromRgba64(quint16(word(colors, 0)), quint16(word(colors, 1)),
-                                         quint16(word(colors, 2)));
+    if (colors.size() >= 3)
+        m_iconColor
+            = QColor::fromRgba64(quint16(colors[0]), quint16(colors[1]), quint16(colors[2]));
     return visual.has_value();
 }
 

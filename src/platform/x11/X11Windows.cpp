@@ -1,7 +1,5 @@
 #include "platform/x11/X11Windows.h"
 
-#include <cstring>
-
 #include <xcb/xcb.h>
 
 namespace {
@@ -10,16 +8,13 @@ namespace {
 constexpr int kMaxDepth = 32;
 constexpr quint32 kAllDesktops = 0xffffffff;
 
-} // namespace
-
-std::optional<quint32> X11Windows::firstValue(const std::optional<QByteArray> &property) const
+std::optional<quint32> firstValue(const std::optional<QByteArray> &property)
 {
-    quint32 value = 0;
-    if (!property || size_t(property->size()) < sizeof value)
-        return std::nullopt;
-    std::memcpy(&value, property->constData(), sizeof value);
-    return value;
+    const QList<quint32> words = propertyWords(property);
+    return words.isEmpty() ? std::nullopt : std::optional(words.first());
 }
+
+} // namespace
 
 quint32 X11Windows::activeWindow()
 {

@@ -49,7 +49,6 @@ public:
     bool isViewable(quint32 window);
 
 private:
-    std::optional<quint32> firstValue(const std::optional<QByteArray> &property) const;
     bool isWindowManagerAlive(const std::optional<quint32> &checkWindow);
     quint32 focusWindow();
     quint32 windowUnderPointer();

@@ -1,13 +1,10 @@
 #include "platform/linux/DBusMenu.h"
 
+#include "platform/linux/DBusMenuTypes.h"
 #include "platform/linux/SessionBus.h"
 
-#include <QDBusArgument>
 #include <QDBusContext>
-#include <QDBusMetaType>
-#include <QDBusVariant>
 #include <QMap>
-#include <QVariantMap>
 
 #include <algorithm>
 
@@ -15,135 +12,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The number of the menu itself, among those of its entries.
-constexpr int kRootId = 0;
+using dbusmenu::kRootId;
 
 /// Deeper than any menu of ours; it keeps a request for "all" within bounds.
 constexpr int kMaxDepth = 16;
-
-} // namespace
-
-namespace dbusmenu {
-
-/// An entry with those below it, as they go over the bus.
-struct Layout
-{
-    int id = kRootId;
-    QVariantMap properties;
-    QList<Layout> children;
-};
-
-struct Properties
-{
-    int id = kRootId;
-    QVariantMap values;
-};
-
-struct PropertyNames
-{
-    int id = kRootId;
-    QStringList names;
-};
-
-struct Event
-{
-    int id = kRootId;
-    QString name;
-    QDBusVariant data;
-    uint time = 0;
-};
-
-QDBusArgument &operator<<(QDBusArgument &argument, const Layout &layout)
-{
-    argument.beginStructure();
-    argument << layout.id << layout.properties;
-    argument.beginArray(QMetaType::fromType<QDBusVariant>());
-    for (const Layout &child : layout.children)
-        argument << QDBusVariant(QVariant::fromValue(child));
-    argument.endArray();
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, Layout &layout)
-{
-    argument.beginStructure();
-    argument >> layout.id >> layout.properties;
-    layout.children.clear();
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        QDBusVariant child;
-        argument >> child;
-        layout.children.append(qdbus_cast<Layout>(child.variant()));
-    }
-    argument.endArray();
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const Properties &properties)
-{
-    argument.beginStructure();
-    argument << properties.id << properties.values;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, Properties &properties)
-{
-    argument.beginStructure();
-    argument >> properties.id >> properties.values;
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const PropertyNames &properties)
-{
-    argument.beginStructure();
-    argument << properties.id << properties.names;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, PropertyNames &properties)
-{
-    argument.beginStructure();
-    argument >> properties.id >> properties.names;
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const Event &event)
-{
-    argument.beginStructure();
-    argument << event.id << event.name << event.data << event.time;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, Event &event)
-{
-    argument.beginStructure();
-    argument >> event.id >> event.name >> event.data >> event.time;
-    argument.endStructure();
-    return argument;
-}
-
-} // namespace dbusmenu
-
-namespace {
-
-void registerTypes()
-{
-    qDBusRegisterMetaType<dbusmenu::Layout>();
-    qDBusRegisterMetaType<dbusmenu::Properties>();
-    qDBusRegisterMetaType<QList<dbusmenu::Properties>>();
-    qDBusRegisterMetaType<dbusmenu::PropertyNames>();
-    qDBusRegisterMetaType<QList<dbusmenu::PropertyNames>>();
-    qDBusRegisterMetaType<dbusmenu::Event>();
-    qDBusRegisterMetaType<QList<dbusmenu::Event>>();
-    qDBusRegisterMetaType<QList<QStringList>>();
-}
 
 /// An underscore marks the letter that chooses an entry; two of them are an underscore.
 QString label(const QString &title)
@@ -262,7 +134,7 @@ public:
     explicit Object(DBusMenu &owner)
         : m_owner(owner)
     {
-        registerTypes();
+        dbusmenu::registerTypes();
     }
 
     uint version() const { return 3; }
@@ -443,11 +315,7 @@ DBusMenu::~DBusMenu() = default;
 
 bool DBusMenu::offer(const QString &path)
 {
-    std::optional<QDBusConnection> bus = findSessionBus();
-    constexpr auto kEverything = QDBusConnection::ExportAllSlots |
-                                 QDBusConnection::ExportAllSignals |
-                                 QDBusConnection::ExportAllProperties;
-    return bus && bus->registerObject(path, m_object.get(), kEverything);
+    return offerOnSessionBus(path, *m_object);
 }
 
 void DBusMenu::setEntries(const QList<StatusMenuEntry> &entries)

@@ -62,7 +62,8 @@ struct DropMessage
 using Connection = std::unique_ptr<DBusConnection, CloseConnection>;
 using Message = std::unique_ptr<DBusMessage, DropMessage>;
 
-/// Says hello to the bus, and waits long for it. Returns what is wrong with it; null if it answers.
+/// Says hello to the bus, and waits as long as the library does; the caller bounds it. Returns what
+/// is wrong with the bus; null if it answers.
 QString problemOfBus(const QByteArray &address)
 {
     BusError error;
@@ -101,4 +102,13 @@ std::optional<QDBusConnection> findSessionBus()
         return std::nullopt;
     const QDBusConnection bus = QDBusConnection::sessionBus();
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
+bool offerOnSessionBus(const QString &path, QObject &object)
+{
+    std::optional<QDBusConnection> bus = findSessionBus();
+    constexpr auto kEverything = QDBusConnection::ExportAllSlots |
+                                 QDBusConnection::ExportAllSignals |
+                                 QDBusConnection::ExportAllProperties;
+    return bus && bus->registerObject(path, &object, kEverything);
 }

@@ -13,3 +13,7 @@ void leaveBrokenSessionBus();
 ///
 /// The bus is never started on the way: a program that starts its own bus would be alone on it.
 std::optional<QDBusConnection> findSessionBus();
+
+/// Lets others call the slots of \a object at \a path, hear its signals and read its properties,
+/// for as long as it lives. False without a session bus.
+[[nodiscard]] bool offerOnSessionBus(const QString &path, QObject &object);

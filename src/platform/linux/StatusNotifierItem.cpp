@@ -221,12 +221,8 @@ StatusNotifierItem::~StatusNotifierItem() = default;
 
 bool StatusNotifierItem::create()
 {
-    std::optional<QDBusConnection> bus = findSessionBus();
-    constexpr auto kEverything = QDBusConnection::ExportAllSlots |
-                                 QDBusConnection::ExportAllSignals |
-                                 QDBusConnection::ExportAllProperties;
-    m_isOffered = m_isOffered || (bus && m_menu.offer(kMenuPath) &&
-                                  bus->registerObject(kItemPath, m_object.get(), kEverything));
+    m_isOffered = m_isOffered ||
+                  (m_menu.offer(kMenuPath) && offerOnSessionBus(kItemPath, *m_object));
     registerIfPossible();
     return m_isOffered && m_hosts.hasWatcher() &&
            m_hosts.presence() != StatusNotifierHosts::Presence::Absent;

@@ -109,88 +109,111 @@ void keepOutOfSavedSessions(const QGuiApplication &application)
     QObject::connect(&application, &QGuiApplication::saveStateRequest, forget);
 }
 
-int runApplication(Application &application, SingleInstance &instance, const QString &launchToken)
+/// What everything else stands on.
+struct Ground
 {
-    // Ends after all that has to be written.
-    TerminationDeadline terminationDeadline(kTerminationPatience);
+    explicit Ground(Application &application)
+    {
+        languages.install();
+        application.onLocaleChanged = [this] { languages.systemLocaleChanged(); };
+        platform = makeX11Platform(codec, scheduler);
+        if (!platform->appearance().isComposited())
+            printLine(u"No compositor runs: the history window is opaque"_s);
+    }
+
+    /// Ends after all that has to be written.
+    TerminationDeadline terminationDeadline{kTerminationPatience};
     const SystemClock clock;
     QtScheduler scheduler;
     UserDefaults defaults;
-    LanguageManager languages(defaults);
-    languages.install();
-    application.onLocaleChanged = [&languages] { languages.systemLocaleChanged(); };
+    LanguageManager languages{defaults};
     const QtImageCodec codec;
-    const std::unique_ptr<Platform> platform = makeX11Platform(codec, scheduler);
+    std::unique_ptr<Platform> platform;
+};
 
-    if (!platform->appearance().isComposited())
-        printLine(u"No compositor runs: the history window is opaque"_s);
+/// The rooms of the program, each with what it needs.
+struct Program
+{
+    explicit Program(Ground &standsOn) : ground(standsOn) {}
 
+    Ground &ground;
+    Platform &platform = *ground.platform;
     const QString directory = applicationSupportDirectory();
     const BoundedCalls fileCalls;
-    const InodeBookmarks bookmarks(fileCalls);
-    const DescriptorFileAccess fileAccess(fileCalls);
-    const FileReferences fileReferences(bookmarks, fileAccess, defaults);
-    ClipboardItemManager itemManager(openHistoryStore(directory, clock),
-                                     ImageStorage(imagesDirectoryIn(directory), codec, defaults,
-                                                  clock),
-                                     fileReferences, defaults, clock);
-    PrivacySettingsManager privacySettings(defaults);
-    HotkeySettingsManager hotkeySettings(defaults);
-    ClipboardMonitor monitor(platform->pasteboard(), scheduler, clock, itemManager,
-                             privacySettings, fileReferences);
-    ScopedFileLease fileLease(fileReferences, scheduler, clock, defaults);
-    PastePipeline pastePipeline(platform->pasteboard(), platform->workspace(),
-                                platform->pasteKeystroke(), scheduler, monitor, itemManager,
-                                defaults, codec, fileLease);
-    ApplicationNames applicationNames(platform->workspace());
+    const InodeBookmarks bookmarks{fileCalls};
+    const DescriptorFileAccess fileAccess{fileCalls};
+    const FileReferences fileReferences{bookmarks, fileAccess, ground.defaults};
+    ClipboardItemManager itemManager{openHistoryStore(directory, ground.clock),
+                                     ImageStorage(imagesDirectoryIn(directory), ground.codec,
+                                                  ground.defaults, ground.clock),
+                                     fileReferences, ground.defaults, ground.clock};
+    PrivacySettingsManager privacySettings{ground.defaults};
+    HotkeySettingsManager hotkeySettings{ground.defaults};
+    ClipboardMonitor monitor{platform.pasteboard(), ground.scheduler, ground.clock,
+                             itemManager,           privacySettings,  fileReferences};
+    ScopedFileLease fileLease{fileReferences, ground.scheduler, ground.clock, ground.defaults};
+    PastePipeline pastePipeline{platform.pasteboard(),     platform.workspace(),
+                                platform.pasteKeystroke(), ground.scheduler,
+                                monitor,                   itemManager,
+                                ground.defaults,           ground.codec,
+                                fileLease};
+    ApplicationNames applicationNames{platform.workspace()};
     const HistoryWindowCollaborators windowCollaborators{
-        platform->workspace(), platform->pointerMonitor(), platform->appearance(),
-        scheduler,             clock,                      defaults,
+        platform.workspace(), platform.pointerMonitor(), platform.appearance(),
+        ground.scheduler,     ground.clock,              ground.defaults,
         applicationNames,
-        [&platform] { return searchTextOnPasteboard(platform->pasteboard()); }};
+        [this] { return searchTextOnPasteboard(platform.pasteboard()); }};
     const SettingsCollaborators settingsCollaborators{
-        platform->workspace(), platform->appearance(), platform->globalHotkey(),
-        defaults,              languages,              hotkeySettings};
+        platform.workspace(), platform.appearance(), platform.globalHotkey(),
+        ground.defaults,      ground.languages,      hotkeySettings};
     DBusNotifications notifications;
-    HotkeyRefusalNotice hotkeyRefusalNotice(defaults, notifications);
+    HotkeyRefusalNotice hotkeyRefusalNotice{ground.defaults, notifications};
     InternalCopies internalCopies;
-    AppDelegate delegate({.itemManager = itemManager,
-                          .monitor = monitor,
-                          .pastePipeline = pastePipeline,
-                          .hotkeySettings = hotkeySettings,
-                          .languages = languages,
-                          .internalCopies = internalCopies,
-                          .globalHotkey = platform->globalHotkey(),
-                          .hotkeyRefusalNotice = hotkeyRefusalNotice,
-                          .statusItem = platform->statusItem(),
-                          .workspace = platform->workspace(),
-                          .appearance = platform->appearance(),
-                          .scheduler = scheduler,
-                          .makeWindow =
-                              [&windowCollaborators](const ClipboardItemList &items) {
-                                  return makeHistoryWindow(windowCollaborators, items);
-                              },
-                          .makeSettingsWindow =
-                              [&settingsCollaborators] {
-                                  return makeSettingsWindow(settingsCollaborators);
-                              }});
+    AppDelegate delegate{AppDelegate::Collaborators{
+        .itemManager = itemManager,
+        .monitor = monitor,
+        .pastePipeline = pastePipeline,
+        .hotkeySettings = hotkeySettings,
+        .languages = ground.languages,
+        .internalCopies = internalCopies,
+        .globalHotkey = platform.globalHotkey(),
+        .hotkeyRefusalNotice = hotkeyRefusalNotice,
+        .statusItem = platform.statusItem(),
+        .workspace = platform.workspace(),
+        .appearance = platform.appearance(),
+        .scheduler = ground.scheduler,
+        .makeWindow = [this](const ClipboardItemList &items) {
+            return makeHistoryWindow(windowCollaborators, items);
+        },
+        .makeSettingsWindow = [this] { return makeSettingsWindow(settingsCollaborators); }}};
+};
 
-    instance.onActivated = [&](const QString &activationToken) {
-        platform->workspace().noteUserAction(activationToken);
-        delegate.applicationDidBecomeActive();
+void connectInstance(SingleInstance &instance, Program &program)
+{
+    instance.onActivated = [&program](const QString &activationToken) {
+        program.platform.workspace().noteUserAction(activationToken);
+        program.delegate.applicationDidBecomeActive();
     };
     instance.listen();
-    // Not quit(), which asks every window first.
-    const TerminationSignals termination([] { QCoreApplication::exit(); });
+}
+
+int runApplication(Application &application, SingleInstance &instance, const QString &launchToken)
+{
+    Ground ground(application);
+    Program program(ground);
+    AppDelegate &delegate = program.delegate;
+    connectInstance(instance, program);
+    const TerminationSignals termination([&delegate] { delegate.terminate(); });
     const auto terminate = [&] {
-        terminationDeadline.start();
+        ground.terminationDeadline.start();
         delegate.applicationWillTerminate();
     };
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate, terminate);
     delegate.applicationDidFinishLaunching();
     if (!launchToken.isEmpty())
-        platform->workspace().noteUserAction(launchToken);
-    scheduler.runAfter(kWarmUpDelay, [&] { warmUpHistoryWindow(windowCollaborators); });
+        program.platform.workspace().noteUserAction(launchToken);
+    ground.scheduler.runAfter(kWarmUpDelay,
+                              [&] { warmUpHistoryWindow(program.windowCollaborators); });
     const UnexpectedExit unexpectedExit(terminate);
     const int status = QApplication::exec();
     instance.onActivated = nullptr;
@@ -231,8 +254,8 @@ int launch(int argc, char *argv[])
     return launchFirst(argc, argv, instance, launchToken);
 }
 
-/// What is larger gets pages of its own, which go back when it ends. Left alone, the allocator raises
-/// this with the first large picture, and then keeps the memory of a picture for ever.
+/// What is larger gets pages of its own, which go back when it ends. Left alone, the allocator
+/// raises this with the first large picture, and then keeps the memory of a picture for ever.
 constexpr int kLargeAllocation = 128 << 10;
 
 } // namespace

@@ -53,6 +53,12 @@ void AppDelegate::applicationWillTerminate()
     m_with.itemManager.drain();
 }
 
+void AppDelegate::terminate()
+{
+    // Not quit(), which asks every window first.
+    QCoreApplication::exit();
+}
+
 void AppDelegate::toggleHistoryWindow()
 {
     const bool isThereToStay = m_searchWindow && m_searchWindow->isVisible()
@@ -162,12 +168,6 @@ void AppDelegate::hideHistoryWindow()
 {
     if (m_searchWindow)
         m_searchWindow->hide();
-}
-
-void AppDelegate::terminate()
-{
-    // Not quit(), which asks every window first.
-    QCoreApplication::exit();
 }
 
 void AppDelegate::hotkeySettingsChanged(const HotkeySettings &settings)

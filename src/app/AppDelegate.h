@@ -56,9 +56,14 @@ public:
     ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
-    /// The program was started once more, or chosen in a launcher.
+    /// The program was started once more, or chosen in a launcher: shows the history window, or
+    /// brings the settings forward if they are open.
     void applicationDidBecomeActive();
+    /// Stops listening to the desktop and writes what is still to be written.
     void applicationWillTerminate();
+
+    /// Has the event loop end, and the program with it.
+    void terminate();
 
     /// Hides the history window if it is there to stay, else shows it, also out of its way out.
     void toggleHistoryWindow();
@@ -75,7 +80,6 @@ private:
     void observeNotifications();
     void stopObserving();
     void refreshTexts();
-    void terminate();
     void hideWindows();
     void hideHistoryWindow();
     void hotkeySettingsChanged(const HotkeySettings &settings);

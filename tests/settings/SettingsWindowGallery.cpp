@@ -4,6 +4,7 @@
 //   SettingsWindowGallery measure N     opens it N times and prints times
 //   SettingsWindowGallery stay SECONDS [dark]   leaves it on the screen
 
+#include "tests/fakes/PaintWatch.h"
 #include "tests/settings/SettingsStage.h"
 
 #include <QAbstractButton>
@@ -60,31 +61,6 @@ void takeShots(const QString &directory)
         }
     }
 }
-
-/// Waits for the window's next paint and says when it was over.
-class PaintWatch : public QObject
-{
-public:
-    explicit PaintWatch(QWidget &view) { view.installEventFilter(this); }
-
-    void wait()
-    {
-        while (!m_isPainted)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        // One turn later everything below the window is painted too.
-        if (event->type() == QEvent::Paint)
-            QTimer::singleShot(0, this, [this] { m_isPainted = true; });
-        return false;
-    }
-
-private:
-    bool m_isPainted = false;
-};
 
 void measure(int rounds)
 {

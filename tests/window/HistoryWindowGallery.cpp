@@ -9,6 +9,7 @@
 #include "tests/fakes/FakeDesktopAppearance.h"
 #include "tests/fakes/FakePointerMonitor.h"
 #include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/PaintWatch.h"
 #include "tests/window/SampleHistory.h"
 
 #include "foundation/UserDefaults.h"
@@ -115,32 +116,6 @@ void takeShots(const QString &directory)
         }
     }
 }
-
-/// Waits for the window's next paint and says when it was over.
-class PaintWatch : public QObject
-{
-public:
-    explicit PaintWatch(QWidget &panel) { panel.installEventFilter(this); }
-
-    void wait()
-    {
-        m_isPainted = false;
-        while (!m_isPainted)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        // One turn later everything below the window is painted too.
-        if (event->type() == QEvent::Paint)
-            QTimer::singleShot(0, this, [this] { m_isPainted = true; });
-        return false;
-    }
-
-private:
-    bool m_isPainted = false;
-};
 
 void measure(int rounds, bool isComposited, bool isWarm)
 {

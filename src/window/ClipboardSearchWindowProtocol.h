@@ -17,7 +17,7 @@ public:
 
     virtual void show() = 0;
 
-    /// Does nothing while the window is on its way out. Ends in onWindowHidden.
+    /// Ends in onWindowHidden. Does nothing to a window that is on its way out, or not shown.
     virtual void hide() = 0;
 
     virtual void updateItems(const ClipboardItemList &items) = 0;

@@ -76,12 +76,13 @@ void HistoryWindow::show()
 
 void HistoryWindow::hide()
 {
-    if (m_isHideAnimationInFlight)
+    // Whoever pastes hides the window too; it may be gone by then.
+    if (m_isHideAnimationInFlight || !isVisible())
         return;
     m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
     ++m_visibilityAnimationToken;
     m_animation.stop();
-    if (!m_style.isTranslucent || !isVisible()) {
+    if (!m_style.isTranslucent) {
         finishExit();
         return;
     }

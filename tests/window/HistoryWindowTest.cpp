@@ -97,6 +97,8 @@ private slots:
     void aFilterNarrowsAndGivesTheFocusBack();
     void aDoubleClickPastesAndHides();
     void pastingHidesAPinnedWindowToo();
+    void pastingHidesOnceThoughThePasteHidesToo_data();
+    void pastingHidesOnceThoughThePasteHidesToo();
 
     void aClickOutsideHides();
     void aClickOutsideDoesNotHideAPinnedWindow();
@@ -640,6 +642,26 @@ void HistoryWindowTest::pastingHidesAPinnedWindowToo()
     QTest::keyClick(field(), Qt::Key_Return);
     QCOMPARE(m_pasted.size(), 1);
     QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::pastingHidesOnceThoughThePasteHidesToo_data()
+{
+    QTest::addColumn<bool>("isCompat");
+
+    QTest::newRow("with a compositor") << false;
+    QTest::newRow("without one") << true;
+}
+
+void HistoryWindowTest::pastingHidesOnceThoughThePasteHidesToo()
+{
+    QFETCH(bool, isCompat);
+    isCompat ? makeCompat() : make();
+    openWholly();
+    m_window->onPasteSelected = [this](const ClipboardItemPointer &) { m_window->hide(); };
+    QTest::keyClick(field(), Qt::Key_Return);
+    pass(160ms);
+    QVERIFY(!m_window->isVisible());
+    QCOMPARE(m_hiddenCount, 1);
 }
 
 void HistoryWindowTest::aClickOutsideHides()

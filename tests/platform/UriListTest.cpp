@@ -14,6 +14,7 @@ private slots:
     void whatIsNoListIsAbsent_data();
     void whatIsNoListIsAbsent();
     void writtenListsReadBack();
+    void addressIsItsOwnTitle();
 };
 
 void UriListTest::listsAreRead_data()
@@ -71,6 +72,11 @@ void UriListTest::writtenListsReadBack()
     const QList<QUrl> urls = {QUrl::fromEncoded(encoded.at(0)), QUrl::fromEncoded(encoded.at(1))};
     QCOMPARE(UriList::parse(UriList::fromUrls(encoded)).value(), urls);
     QCOMPARE(UriList::parse(UriList::gnomeCopiedFiles(encoded)).value(), urls);
+}
+
+void UriListTest::addressIsItsOwnTitle()
+{
+    QCOMPARE(UriList::mozillaUrl("a:b"), QByteArray::fromHex("61003a0062000a0061003a006200"));
 }
 
 QTEST_GUILESS_MAIN(UriListTest)

@@ -27,6 +27,7 @@ constexpr Mapping kMappings[] = {
     {PasteboardType::kString, u"text/plain;charset=utf-8"},
     {PasteboardType::kString, u"text/plain"},
     {PasteboardType::kString, u"STRING"},
+    {PasteboardType::kUrl, MimeTypes::kMozillaUrl},
     {PasteboardType::kHtml, u"text/html"},
     {PasteboardType::kRtf, u"text/rtf"},
     {PasteboardType::kRtf, u"application/rtf"},

@@ -9,6 +9,7 @@ namespace MimeTypes {
 /// The mark that password managers put beside a copy; its content says whether it is a secret.
 inline constexpr QStringView kPasswordManagerHint = u"x-kde-passwordManagerHint";
 inline constexpr QStringView kUriList = u"text/uri-list";
+inline constexpr QStringView kMozillaUrl = u"text/x-moz-url";
 inline constexpr QStringView kGnomeCopiedFiles = u"x-special/gnome-copied-files";
 /// The same under the name that MATE's file manager reads, and no other.
 inline constexpr QStringView kMateCopiedFiles = u"x-special/mate-copied-files";

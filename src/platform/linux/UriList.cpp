@@ -1,5 +1,7 @@
 #include "platform/linux/UriList.h"
 
+#include <QStringEncoder>
+
 namespace {
 
 /// \a line with its bytes outside ASCII encoded, which some programs leave as they are in the name
@@ -51,4 +53,10 @@ QByteArray UriList::gnomeCopiedFiles(const QList<QByteArray> &encodedUrls)
 {
     // The file managers read a line feed at the end as one more file without a name.
     return "copy\n" + encodedUrls.join('\n');
+}
+
+QByteArray UriList::mozillaUrl(const QByteArray &encodedUrl)
+{
+    QStringEncoder encode(QStringConverter::Utf16LE);
+    return encode(QString::fromUtf8(encodedUrl + '\n' + encodedUrl));
 }

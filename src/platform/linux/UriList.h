@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// The two forms in which file managers put files on a clipboard.
+/// The forms in which file managers put files on a clipboard, and browsers an address.
 namespace UriList {
 
 /// Reads text/uri-list, or x-special/gnome-copied-files with its leading "copy" or "cut". Absent if
@@ -18,5 +18,9 @@ QByteArray fromUrls(const QList<QByteArray> &encodedUrls);
 
 /// \a encodedUrls as x-special/gnome-copied-files, to be copied and not moved.
 QByteArray gnomeCopiedFiles(const QList<QByteArray> &encodedUrls);
+
+/// \a encodedUrl as text/x-moz-url: the address and, in a second line, its title, which is the
+/// address as well. UTF-16, the lower byte first.
+QByteArray mozillaUrl(const QByteArray &encodedUrl);
 
 } // namespace UriList

@@ -181,6 +181,8 @@ void X11SelectionServer::addForms(std::vector<Form> &forms, const PasteboardCont
             addForm(forms, target, target, UriList::fromUrls(fileUrls(contents)));
         else if (isFile)
             addForm(forms, target, target, UriList::gnomeCopiedFiles(fileUrls(contents)));
+        else if (target == MimeTypes::kMozillaUrl)
+            addForm(forms, target, target, UriList::mozillaUrl(entry.data.bytes()));
         else if (target != "STRING"_L1)
             addForm(forms, target, target, entry.data);
     }

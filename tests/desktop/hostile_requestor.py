@@ -6,7 +6,7 @@ outcome.
     hostile_requestor.py foreign                   asks for a UTF8_STRING in the name of its owner
     hostile_requestor.py old                       asks without a property
     hostile_requestor.py early                     asks with a time before anything was copied
-    hostile_requestor.py multiple TARGET...        asks for several targets at once
+    hostile_requestor.py multiple TARGET...        asks for several targets at once, and says when
     hostile_requestor.py flood                     asks 20,000 times without waiting for answers
 """
 import sys
@@ -28,6 +28,9 @@ class Requestor:
 
     def ask(self, target, prop, time=X.CurrentTime):
         self.window.convert_selection(self.atom("CLIPBOARD"), self.atom(target), prop, time)
+        return self.wait_for_answer()
+
+    def wait_for_answer(self):
         while True:
             received = self.display.next_event()
             if received.type == X.SelectionNotify:
@@ -86,7 +89,11 @@ class Requestor:
         for number, target in enumerate(targets):
             pairs += [self.atom(target), self.atom(f"{PROPERTY}_{number}")]
         self.window.change_property(self.property, self.atom("ATOM_PAIR"), 32, pairs)
-        if self.ask("MULTIPLE", self.property) == X.NONE:
+        self.window.convert_selection(self.atom("CLIPBOARD"), self.atom("MULTIPLE"), self.property,
+                                      X.CurrentTime)
+        self.display.sync()
+        print("asked", flush=True)
+        if self.wait_for_answer() == X.NONE:
             return print("refused")
         answered = self.take(self.property)
         for number, target in enumerate(targets):

@@ -49,15 +49,42 @@ QImage smallPicture()
     return image;
 }
 
-/// What hostile_requestor.py says.
-QByteArray ask(const QStringList &arguments)
+/// hostile_requestor.py.
+void startToAsk(QProcess &requestor, const QStringList &arguments)
 {
-    QProcess requestor;
     requestor.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     requestor.start(u"/usr/bin/python3"_s,
                     QStringList{QFINDTESTDATA("../desktop/hostile_requestor.py")} + arguments);
+}
+
+/// All that it says.
+QByteArray ask(const QStringList &arguments)
+{
+    QProcess requestor;
+    startToAsk(requestor, arguments);
     requestor.waitForFinished();
     return requestor.readAllStandardOutput();
+}
+
+/// Tells when it begins with a PNG, and ends it when it may.
+class SlowPngCodec : public FakeImageCodec
+{
+public:
+    std::optional<QByteArray> pngFromPicture(const QByteArray &file) const override
+    {
+        isAsked.release();
+        mayGoOn.tryAcquire(1, 20'000); // A test that fails has to end, too.
+        return FakeImageCodec::pngFromPicture(file);
+    }
+    mutable QSemaphore isAsked;
+    mutable QSemaphore mayGoOn;
+};
+
+PasteboardContents picture(const LazyBytes &jpeg)
+{
+    PasteboardContents contents;
+    contents.add(PasteboardType::kJpeg, jpeg);
+    return contents;
 }
 
 PasteboardContents plainText(const QByteArray &text)
@@ -118,6 +145,7 @@ private slots:
     void filesAreServedAsFileManagersWantThem();
     void picturesAreServedAsPngToo();
     void aPictureThatCannotBecomeAPngIsServedAsItIs();
+    void whoWaitsForAPngIsRefusedWhenAnotherProgramCopies();
     void whatLiesElsewhereIsReadOnlyWhenAProgramAsks();
     void whatCannotBeReadIsRefused();
     void aLargeTextIsServed();
@@ -126,6 +154,7 @@ private slots:
     void aFloodOfRequestsHindersNobody();
     void whoAsksInOurNameHindersNobody();
     void severalTargetsAreServedInOneRequest();
+    void severalTargetsWaitForAPngUnderWay();
     void programsOfAnOlderTimeAreServed();
     void whoAsksForAnEarlierTimeIsRefused();
     void anEmptyWriteClears();
@@ -652,21 +681,36 @@ void X11PasteboardTest::aPictureThatCannotBecomeAPngIsServedAsItIs()
     QCOMPARE(Xclip::paste(u"image/tiff"_s), QByteArray("no TIFF at all"));
 }
 
+void X11PasteboardTest::whoWaitsForAPngIsRefusedWhenAnotherProgramCopies()
+{
+    SlowPngCodec codec;
+    X11Pasteboard pasteboard(codec);
+    pasteboard.write(picture("pixels"_ba));
+    QProcess requestor;
+    startToAsk(requestor, {u"multiple"_s, u"image/png"_s});
+    QTRY_VERIFY(requestor.bytesAvailable() > 0);
+    QCOMPARE(Xclip::paste(u"image/jpeg"_s), QByteArray("pixels"));
+    QVERIFY(Xclip::copy("other"));
+    QVERIFY(requestor.waitForFinished());
+    QCOMPARE(requestor.readAllStandardOutput(), QByteArray("asked\nrefused\n"));
+    codec.mayGoOn.release();
+}
+
 void X11PasteboardTest::whatLiesElsewhereIsReadOnlyWhenAProgramAsks()
 {
-    const QByteArray tiff = m_codec.tiffFromPicture(pngOf(smallPicture()))->tiff;
-    const auto source = std::make_shared<CountingSource>(tiff);
+    const QByteArray png = pngOf(smallPicture());
+    const auto source = std::make_shared<CountingSource>(png);
     PasteboardContents contents;
-    contents.add(PasteboardType::kTiff, LazyBytes::elsewhere(tiff.size(), source));
+    contents.add(PasteboardType::kPng, LazyBytes::elsewhere(png.size(), source));
     m_pasteboard->write(contents);
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QVERIFY(Xclip::offeredTargets().contains(u"image/png"_s));
     QCOMPARE(source->readCount.load(), 0);
 
-    QCOMPARE(Xclip::paste(u"image/tiff"_s), tiff);
-    const QImage pasted = QImage::fromData(Xclip::paste(u"image/png"_s), "PNG");
-    QCOMPARE(pasted.convertToFormat(QImage::Format_RGB32), smallPicture());
-    QCOMPARE(source->readCount.load(), 2);
+    for (int time = 1; time <= 2; ++time) {
+        QCOMPARE(Xclip::paste(u"image/png"_s), png);
+        QCOMPARE(source->readCount.load(), time);
+    }
 }
 
 void X11PasteboardTest::whatCannotBeReadIsRefused()
@@ -738,8 +782,25 @@ void X11PasteboardTest::severalTargetsAreServedInOneRequest()
     m_pasteboard->write(plainText("several"));
     QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
     QCOMPARE(ask({u"multiple"_s, u"UTF8_STRING"_s, u"text/html"_s, u"STRING"_s, u"MULTIPLE"_s}),
-             QByteArray("UTF8_STRING several\ntext/html refused\nSTRING several\n"
+             QByteArray("asked\nUTF8_STRING several\ntext/html refused\nSTRING several\n"
                         "MULTIPLE refused\n"));
+}
+
+void X11PasteboardTest::severalTargetsWaitForAPngUnderWay()
+{
+    SlowPngCodec codec;
+    X11Pasteboard pasteboard(codec);
+    pasteboard.write(picture("pixels"_ba));
+    QProcess requestor;
+    startToAsk(requestor, {u"multiple"_s, u"image/jpeg"_s, u"image/png"_s});
+    QTRY_VERIFY(requestor.bytesAvailable() > 0);
+    QCOMPARE(requestor.readAllStandardOutput(), QByteArray("asked\n"));
+    // Nobody else waits, and the request for both was there before this one.
+    QCOMPARE(Xclip::paste(u"image/jpeg"_s), QByteArray("pixels"));
+    codec.mayGoOn.release();
+    QVERIFY(requestor.waitForFinished());
+    QCOMPARE(requestor.readAllStandardOutput(),
+             QByteArray("image/jpeg pixels\nimage/png png of pixels\n"));
 }
 
 void X11PasteboardTest::programsOfAnOlderTimeAreServed()

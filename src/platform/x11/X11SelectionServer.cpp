@@ -109,10 +109,10 @@ void X11SelectionServer::takeClipboard(const PasteboardContents &contents, X11Ti
     const X11Window wanted = contents.isEmpty() ? 0 : m_window;
     if (m_connection.setOwner(clipboard, wanted, time) != wanted)
         return; // Another program was quicker, and its copy counts.
-    forget(clipboard);
-    if (wanted != 0)
-        m_ownerships.push_back({clipboard, time, makeForms(contents)});
     m_announcements.push_back({time, contents});
+    if (wanted == 0)
+        return setOwnership(clipboard, std::nullopt);
+    setOwnership(clipboard, Ownership{clipboard, time, makeForms(contents)});
 }
 
 bool X11SelectionServer::takePrimary(X11Time time)
@@ -124,8 +124,7 @@ bool X11SelectionServer::takePrimary(X11Time time)
     const X11Atom primary = m_connection.atom(u"PRIMARY");
     if (m_connection.setOwner(primary, m_window, time) != m_window)
         return false;
-    forget(primary);
-    m_ownerships.push_back({primary, time, forms});
+    setOwnership(primary, Ownership{primary, time, forms});
     return true;
 }
 
@@ -134,8 +133,7 @@ void X11SelectionServer::takeOver(const PasteboardContents &contents, X11Time si
     const X11Atom clipboard = m_connection.atom(u"CLIPBOARD");
     if (!m_connection.takeOwnerless(clipboard, m_window, since))
         return; // Another program was quicker, and its copy counts.
-    forget(clipboard);
-    m_ownerships.push_back({clipboard, since, makeForms(contents)});
+    setOwnership(clipboard, Ownership{clipboard, since, makeForms(contents)});
 }
 
 std::optional<PasteboardContents>
@@ -230,18 +228,20 @@ X11SelectionServer::Ownership *X11SelectionServer::find(X11Atom selection)
     return nullptr;
 }
 
-void X11SelectionServer::forget(X11Atom selection)
+void X11SelectionServer::setOwnership(X11Atom selection, std::optional<Ownership> ownership)
 {
-    std::erase_if(m_ownerships, [selection](const Ownership &ownership) {
-        return ownership.selection == selection;
-    });
+    std::erase_if(m_ownerships,
+                  [selection](const Ownership &each) { return each.selection == selection; });
+    if (ownership)
+        m_ownerships.push_back(*std::move(ownership));
+    answerWaiting(); // What they wait for may never come now.
 }
 
 void X11SelectionServer::handle(const X11Event::OwnershipLost &event)
 {
     // The message may be older than our latest taking; the server knows.
     if (find(event.selection) != nullptr && m_connection.owner(event.selection) != m_window)
-        forget(event.selection);
+        setOwnership(event.selection, std::nullopt);
 }
 
 void X11SelectionServer::handle(const X11Event::ConversionRequested &request, TimePoint now)
@@ -257,8 +257,7 @@ void X11SelectionServer::handle(const X11Event::ConversionRequested &request, Ti
     const bool isMultiple = request.target == m_connection.atom(u"MULTIPLE");
     bool isDone = false;
     if (isOurs && isMultiple)
-        isDone =
-            request.property != 0 && convertMultiple(*ownership, request.requestor, property, now);
+        isDone = convertMultiple(*ownership, request.requestor, request.property, now);
     else if (isOurs)
         isDone = convert(*ownership, request.requestor, request.target, property, now);
     m_connection.answer(request, isDone ? property : 0);
@@ -289,27 +288,64 @@ const X11SelectionServer::Form *X11SelectionServer::findForm(const Ownership &ow
     return form == ownership.forms->end() ? nullptr : &*form;
 }
 
+/// The one that cannot be handed out yet; null if all can.
+const X11SelectionServer::Form *X11SelectionServer::findUnmade(const std::vector<Form> &forms)
+{
+    const auto form = std::find_if(forms.begin(), forms.end(), [](const Form &each) {
+        return each.png && each.png->state != LazyPng::State::Done;
+    });
+    return form == forms.end() ? nullptr : &*form;
+}
+
 /// True if the request will be answered when its picture is made.
 bool X11SelectionServer::hasToWait(const Ownership &ownership,
                                    const X11Event::ConversionRequested &request)
 {
-    const Form *form = findForm(ownership, request.target);
-    if (form == nullptr || !form->png || form->png->state == LazyPng::State::Done ||
-        form->png->waiting.size() >= kMaxTransfers)
+    const Form *form = findUnmade(*ownership.forms);
+    if (form == nullptr || !isWanted(form->target, request) || m_waiting.size() >= kMaxTransfers)
         return false;
-    const std::shared_ptr<LazyPng> png = form->png;
-    png->waiting.push_back(request);
-    if (png->state == LazyPng::State::UnderWay)
-        return true;
-    png->state = LazyPng::State::UnderWay;
-    m_encodePng(png->source, [this, png](std::optional<QByteArray> data) {
-        png->state = LazyPng::State::Done;
-        png->data = std::move(data).value_or(QByteArray());
-        png->source = {};
-        for (const auto &waiting : std::exchange(png->waiting, {}))
-            handle(waiting, std::chrono::steady_clock::now());
-    });
+    begin(form->png);
+    m_waiting.push_back(request);
     return true;
+}
+
+/// Whether \a target is what was asked for, or part of it.
+bool X11SelectionServer::isWanted(X11Atom target, const X11Event::ConversionRequested &request)
+{
+    if (request.target != m_connection.atom(u"MULTIPLE"))
+        return request.target == target;
+    const Pairs pairs = readPairs(request.requestor, request.property).value_or(Pairs());
+    for (qsizetype index = 0; index + 1 < pairs.atoms.size(); index += 2) {
+        if (pairs.atoms.at(index) == target)
+            return true;
+    }
+    return false;
+}
+
+void X11SelectionServer::begin(const std::shared_ptr<LazyPng> &png)
+{
+    if (png->state != LazyPng::State::NotBegun)
+        return;
+    png->state = LazyPng::State::UnderWay;
+    const std::weak_ptr offered = png;
+    m_encodePng(
+        png->source, [offered] { return !offered.expired(); },
+        [this, offered](std::optional<QByteArray> data) {
+            const std::shared_ptr<LazyPng> made = offered.lock();
+            if (!made)
+                return;
+            made->state = LazyPng::State::Done;
+            made->data = std::move(data).value_or(QByteArray());
+            made->source = {};
+            answerWaiting();
+        });
+}
+
+/// Those that have to wait for another picture go on waiting.
+void X11SelectionServer::answerWaiting()
+{
+    for (const auto &request : std::exchange(m_waiting, {}))
+        handle(request, std::chrono::steady_clock::now());
 }
 
 void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requestor,
@@ -321,25 +357,38 @@ void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requ
     m_connection.setProperty(requestor, property, m_connection.atom(u"ATOM"), targets);
 }
 
-/// The property lists pairs of a target and a property; those that fail are marked in it.
-bool X11SelectionServer::convertMultiple(const Ownership &ownership, X11Window requestor,
-                                         X11Atom property, TimePoint now)
+std::optional<X11SelectionServer::Pairs> X11SelectionServer::readPairs(X11Window requestor,
+                                                                       X11Atom property)
 {
+    if (property == 0)
+        return std::nullopt;
     const X11Property request =
         m_connection.readProperty(requestor, property, kMaxPairs * 2 * qsizetype(sizeof(X11Atom)));
     if (request.format != 32 || request.isCut)
+        return std::nullopt;
+    Pairs pairs = {request.type, {}};
+    pairs.atoms.resize(request.data.size() / qsizetype(sizeof(X11Atom)));
+    std::memcpy(pairs.atoms.data(), request.data.constData(),
+                std::size_t(pairs.atoms.size()) * sizeof(X11Atom));
+    return pairs;
+}
+
+/// Those of the pairs that fail are marked in the property.
+bool X11SelectionServer::convertMultiple(const Ownership &ownership, X11Window requestor,
+                                         X11Atom property, TimePoint now)
+{
+    std::optional<Pairs> pairs = readPairs(requestor, property);
+    if (!pairs)
         return false;
-    QList<X11Atom> pairs(request.data.size() / qsizetype(sizeof(X11Atom)));
-    std::memcpy(pairs.data(), request.data.constData(),
-                std::size_t(pairs.size()) * sizeof(X11Atom));
     const X11Atom multiple = m_connection.atom(u"MULTIPLE");
-    for (qsizetype index = 0; index + 1 < pairs.size(); index += 2) {
-        X11Atom &pairProperty = pairs[index + 1];
-        const bool isAllowed = pairs.at(index) != multiple && pairProperty != 0;
-        if (!isAllowed || !convert(ownership, requestor, pairs.at(index), pairProperty, now))
+    QList<X11Atom> &atoms = pairs->atoms;
+    for (qsizetype index = 0; index + 1 < atoms.size(); index += 2) {
+        X11Atom &pairProperty = atoms[index + 1];
+        const bool isAllowed = atoms.at(index) != multiple && pairProperty != 0;
+        if (!isAllowed || !convert(ownership, requestor, atoms.at(index), pairProperty, now))
             pairProperty = 0;
     }
-    m_connection.setProperty(requestor, property, request.type, pairs);
+    m_connection.setProperty(requestor, property, pairs->type, atoms);
     return true;
 }
 

@@ -20,8 +20,10 @@ public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
     using PngDone = std::function<void(std::optional<QByteArray> png)>;
-    /// Makes a PNG of another picture elsewhere and calls \a done with it later, on our thread.
-    using PngEncoder = std::function<void(const LazyBytes &picture, PngDone done)>;
+    /// Makes a PNG of another picture elsewhere and calls \a done with it later, on our thread; not
+    /// if \a isWanted, which is asked on any thread, says no before the work has begun.
+    using PngEncoder =
+        std::function<void(const LazyBytes &picture, std::function<bool()> isWanted, PngDone done)>;
 
     X11SelectionServer(X11SelectionConnection &connection, PngEncoder encodePng);
     ~X11SelectionServer();
@@ -56,20 +58,19 @@ public:
     void expire(TimePoint now);
 
 private:
-    /// The PNG that we offer beside another picture, made when somebody asks for it.
+    /// The PNG that we offer beside another picture. It ends with the last offer of it.
     struct LazyPng
     {
         enum class State
         {
-            NotAsked,
+            NotBegun,
             UnderWay,
             Done ///< Without success if there are no data.
         };
 
         LazyBytes source;
         QByteArray data;
-        State state = State::NotAsked;
-        std::vector<X11Event::ConversionRequested> waiting;
+        State state = State::NotBegun;
     };
 
     /// One target under which contents can be had.
@@ -78,7 +79,7 @@ private:
         X11Atom target = 0;
         X11Atom type = 0;
         LazyBytes data;               ///< Shared with all forms of the same content.
-        std::shared_ptr<LazyPng> png; ///< Shared with the work under way.
+        std::shared_ptr<LazyPng> png; ///< Null for what need not be made.
     };
 
     /// What we offer under one selection, and since when.
@@ -104,6 +105,13 @@ private:
         PasteboardContents contents;
     };
 
+    /// What a program wants in one request: targets, each followed by the property for it.
+    struct Pairs
+    {
+        X11Atom type = 0;
+        QList<X11Atom> atoms;
+    };
+
     /// Data on their way to a program, piece by piece.
     struct OutgoingTransfer
     {
@@ -125,12 +133,17 @@ private:
                  const LazyBytes &data);
     void addPng(std::vector<Form> &forms, const PasteboardContents::Entry &entry);
     Ownership *find(X11Atom selection);
-    void forget(X11Atom selection);
+    void setOwnership(X11Atom selection, std::optional<Ownership> ownership);
 
     bool convert(const Ownership &ownership, X11Window requestor, X11Atom target, X11Atom property,
                  TimePoint now);
     const Form *findForm(const Ownership &ownership, X11Atom target) const;
+    static const Form *findUnmade(const std::vector<Form> &forms);
     bool hasToWait(const Ownership &ownership, const X11Event::ConversionRequested &request);
+    bool isWanted(X11Atom target, const X11Event::ConversionRequested &request);
+    void begin(const std::shared_ptr<LazyPng> &png);
+    void answerWaiting();
+    std::optional<Pairs> readPairs(X11Window requestor, X11Atom property);
     bool convertMultiple(const Ownership &ownership, X11Window requestor, X11Atom property,
                          TimePoint now);
     void offerTargets(const Ownership &ownership, X11Window requestor, X11Atom property);
@@ -146,5 +159,6 @@ private:
     std::vector<Ownership> m_ownerships;
     std::deque<PendingOwnership> m_pending;
     std::deque<Announcement> m_announcements;
+    std::vector<X11Event::ConversionRequested> m_waiting; ///< For a PNG under way.
     std::vector<OutgoingTransfer> m_transfers;
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/QtImageCodec.h"
 #include "platform/x11/X11Pasteboard.h"
+#include "tests/fakes/FakeImageCodec.h"
 #include "tests/platform/ForeignOwner.h"
 #include "tests/platform/PrivateDisplay.h"
 #include "tests/platform/Xclip.h"
@@ -9,6 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -112,6 +114,7 @@ private slots:
     void allFormsOutliveTheirOwner();
     void aPictureOutlivesItsOwnerByteForByte_data();
     void aPictureOutlivesItsOwnerByteForByte();
+    void thePngOfAKeptPictureIsMadeOnlyWhenAProgramAsks();
     void filesOutliveTheirOwner();
     void veryManyFilesOutliveTheirOwnerAtOnce();
     void takingOverIsNoChange();
@@ -200,6 +203,32 @@ void X11KeepAliveTest::aPictureOutlivesItsOwnerByteForByte()
     // Programs that know no other format get it as a PNG too.
     const QImage pasted = QImage::fromData(Xclip::paste(u"image/png"_s), "PNG");
     QCOMPARE(pasted.size(), QSize(7, 5));
+}
+
+void X11KeepAliveTest::thePngOfAKeptPictureIsMadeOnlyWhenAProgramAsks()
+{
+    class CountingCodec : public FakeImageCodec
+    {
+    public:
+        std::optional<QByteArray> pngFromPicture(const QByteArray &file) const override
+        {
+            ++pngCount;
+            return FakeImageCodec::pngFromPicture(file);
+        }
+        mutable std::atomic<int> pngCount = 0;
+    };
+    static const CountingCodec codec; // The pasteboard ends only in cleanup().
+    m_permitting = std::make_unique<PermittingPasteboard>(codec);
+    auto owner =
+        std::make_unique<ForeignOwner>(u"honest"_s, QStringList{u"image/jpeg:=pixels"_s});
+    waitForChange(1);
+    owner.reset();
+
+    QTRY_COMPARE(Xclip::paste(u"image/jpeg"_s), QByteArray("pixels"));
+    QVERIFY(Xclip::offeredTargets().contains(u"image/png"_s));
+    QCOMPARE(codec.pngCount.load(), 0);
+    QCOMPARE(Xclip::paste(u"image/png"_s), QByteArray("png of pixels"));
+    QCOMPARE(codec.pngCount.load(), 1);
 }
 
 void X11KeepAliveTest::filesOutliveTheirOwner()

@@ -145,6 +145,8 @@ private slots:
     void filesAreServedAsFileManagersWantThem();
     void picturesAreServedAsPngToo();
     void aPictureThatCannotBecomeAPngIsServedAsItIs();
+    void thePngOfWhatWeWriteIsMadeUnasked();
+    void aNewerWriteAbandonsAPngNotBegun();
     void whoWaitsForAPngIsRefusedWhenAnotherProgramCopies();
     void whatLiesElsewhereIsReadOnlyWhenAProgramAsks();
     void whatCannotBeReadIsRefused();
@@ -681,11 +683,41 @@ void X11PasteboardTest::aPictureThatCannotBecomeAPngIsServedAsItIs()
     QCOMPARE(Xclip::paste(u"image/tiff"_s), QByteArray("no TIFF at all"));
 }
 
+void X11PasteboardTest::thePngOfWhatWeWriteIsMadeUnasked()
+{
+    SlowPngCodec codec;
+    X11Pasteboard pasteboard(codec);
+    const auto source = std::make_shared<CountingSource>("pixels");
+    pasteboard.write(picture(LazyBytes::elsewhere(6, source)));
+    QVERIFY(codec.isAsked.tryAcquire(1, 5000));
+    codec.mayGoOn.release();
+    for (int time = 0; time < 2; ++time)
+        QCOMPARE(Xclip::paste(u"image/png"_s), QByteArray("png of pixels"));
+    QVERIFY(!codec.isAsked.tryAcquire());
+    QCOMPARE(source->readCount.load(), 1);
+}
+
+void X11PasteboardTest::aNewerWriteAbandonsAPngNotBegun()
+{
+    SlowPngCodec codec;
+    X11Pasteboard pasteboard(codec);
+    pasteboard.write(picture("pixels one"_ba));
+    QVERIFY(codec.isAsked.tryAcquire(1, 5000));
+    const auto overtaken = std::make_shared<CountingSource>("pixels two");
+    pasteboard.write(picture(LazyBytes::elsewhere(10, overtaken)));
+    pasteboard.write(picture("pixels three"_ba));
+    QTRY_COMPARE(pasteboard.changeCount(), quint64(3));
+    codec.mayGoOn.release(2);
+    QCOMPARE(Xclip::paste(u"image/png"_s), QByteArray("png of pixels three"));
+    QCOMPARE(overtaken->readCount.load(), 0);
+}
+
 void X11PasteboardTest::whoWaitsForAPngIsRefusedWhenAnotherProgramCopies()
 {
     SlowPngCodec codec;
     X11Pasteboard pasteboard(codec);
     pasteboard.write(picture("pixels"_ba));
+    QVERIFY(codec.isAsked.tryAcquire(1, 5000));
     QProcess requestor;
     startToAsk(requestor, {u"multiple"_s, u"image/png"_s});
     QTRY_VERIFY(requestor.bytesAvailable() > 0);

@@ -112,7 +112,11 @@ void X11SelectionServer::takeClipboard(const PasteboardContents &contents, X11Ti
     m_announcements.push_back({time, contents});
     if (wanted == 0)
         return setOwnership(clipboard, std::nullopt);
-    setOwnership(clipboard, Ownership{clipboard, time, makeForms(contents)});
+    const auto forms = makeForms(contents);
+    setOwnership(clipboard, Ownership{clipboard, time, forms});
+    // We write what is about to be pasted, and a large picture takes its time.
+    if (const Form *form = findUnmade(*forms))
+        begin(form->png);
 }
 
 bool X11SelectionServer::takePrimary(X11Time time)

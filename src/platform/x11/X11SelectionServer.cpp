@@ -356,8 +356,10 @@ void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requ
                                       X11Atom property)
 {
     QList<X11Atom> targets = m_connection.atoms({u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s});
-    for (const Form &form : *ownership.forms)
-        targets.append(form.target);
+    for (const Form &form : *ownership.forms) {
+        if (!form.png || !form.png->hasFailed())
+            targets.append(form.target);
+    }
     m_connection.setProperty(requestor, property, m_connection.atom(u"ATOM"), targets);
 }
 

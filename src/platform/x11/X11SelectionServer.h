@@ -68,6 +68,8 @@ private:
             Done ///< Without success if there are no data.
         };
 
+        bool hasFailed() const { return state == State::Done && data.isEmpty(); }
+
         LazyBytes source;
         QByteArray data;
         State state = State::NotBegun;

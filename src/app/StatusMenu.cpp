@@ -15,6 +15,7 @@ StatusMenu::StatusMenu(ClipboardMonitor &monitor)
     m_contextMenu->setObjectName(u"contextMenu"_s);
     buildMenu();
     numberActionsOf(*m_contextMenu);
+    m_numbered.append(m_resumeMenuItem);
     refreshMenuTitles();
     menuNeedsUpdate();
     connect(m_contextMenu.get(), &QMenu::aboutToShow, this, &StatusMenu::menuNeedsUpdate);
@@ -48,14 +49,17 @@ void StatusMenu::refreshMenuTitles()
 
 void StatusMenu::menuNeedsUpdate()
 {
-    m_isResumeOffered = m_monitor.isUserPaused();
-    QAction *first = m_pauseMenu->actions().constFirst();
-    if (m_isResumeOffered) {
+    // A pause may end by itself just when the person is about to choose its end.
+    if (m_contextMenu->isVisible())
+        return;
+    m_resumeMenuItem->setText(localized(u"menu.resume"_s, u"恢复"_s));
+    m_endlessPauseMenuItem->setText(localized(u"menu.pause"_s, u"暂停"_s));
+    if (m_monitor.isUserPaused()) {
         m_pauseMenuItem->setText(localized(u"menu.paused"_s, u"已暂停"_s));
-        first->setText(localized(u"menu.resume"_s, u"恢复"_s));
+        putFirstInPauseMenu(m_resumeMenuItem);
     } else {
         m_pauseMenuItem->setText(localized(u"menu.pause_recording"_s, u"暂停记录"_s));
-        first->setText(localized(u"menu.pause"_s, u"暂停"_s));
+        putFirstInPauseMenu(m_endlessPauseMenuItem);
     }
 }
 
@@ -78,8 +82,13 @@ void StatusMenu::buildPauseMenu()
 {
     m_pauseMenu = m_contextMenu->addMenu(QString());
     m_pauseMenuItem = m_pauseMenu->menuAction();
-    for (const double seconds : {0.0, 900.0, 1800.0, 3600.0})
+    m_endlessPauseMenuItem = addPause(0.0);
+    for (const double seconds : {900.0, 1800.0, 3600.0})
         addPause(seconds);
+
+    // An entry of its own, so that a panel which still shows it cannot start a pause by it.
+    m_resumeMenuItem = new QAction(m_pauseMenu);
+    connect(m_resumeMenuItem, &QAction::triggered, this, &StatusMenu::resumeUserPause);
 }
 
 QAction *StatusMenu::addEntry(QMenu &menu, void (StatusMenu::*action)())
@@ -89,11 +98,21 @@ QAction *StatusMenu::addEntry(QMenu &menu, void (StatusMenu::*action)())
     return entry;
 }
 
-void StatusMenu::addPause(double seconds)
+QAction *StatusMenu::addPause(double seconds)
 {
     QAction *entry = m_pauseMenu->addAction(QString());
     entry->setData(seconds);
-    connect(entry, &QAction::triggered, this, [this, entry] { choosePause(*entry); });
+    connect(entry, &QAction::triggered, this, [this, entry] { toggleUserPause(*entry); });
+    return entry;
+}
+
+void StatusMenu::putFirstInPauseMenu(QAction *entry)
+{
+    QAction *first = m_pauseMenu->actions().constFirst();
+    if (first == entry)
+        return;
+    m_pauseMenu->insertAction(first, entry);
+    m_pauseMenu->removeAction(first);
 }
 
 QList<StatusMenuEntry> StatusMenu::entriesOf(const QMenu &menu) const
@@ -121,16 +140,6 @@ void StatusMenu::numberActionsOf(const QMenu &menu)
         if (const auto *submenu = action->menu<QMenu *>())
             numberActionsOf(*submenu);
     }
-}
-
-void StatusMenu::choosePause(const QAction &entry)
-{
-    // By what the entry says: a pause may have ended while the menu was open.
-    const bool isFirst = &entry == m_pauseMenu->actions().constFirst();
-    if (isFirst && m_isResumeOffered)
-        resumeUserPause();
-    else
-        toggleUserPause(entry);
 }
 
 void StatusMenu::toggleUserPause(const QAction &entry)

@@ -34,7 +34,8 @@ public:
 
     void refreshMenuTitles();
 
-    /// Takes over whether recording is paused. Both forms of the menu do it before they are shown.
+    /// Takes over whether recording is paused. Both forms of the menu do it before they are shown;
+    /// a menu that is open stays as it is.
     void menuNeedsUpdate();
 
 signals:
@@ -46,11 +47,11 @@ private:
     void buildMenu();
     void buildPauseMenu();
     QAction *addEntry(QMenu &menu, void (StatusMenu::*action)());
-    void addPause(double seconds);
+    QAction *addPause(double seconds);
+    void putFirstInPauseMenu(QAction *entry);
     QList<StatusMenuEntry> entriesOf(const QMenu &menu) const;
     void numberActionsOf(const QMenu &menu);
 
-    void choosePause(const QAction &entry);
     void toggleUserPause(const QAction &entry);
     void resumeUserPause();
 
@@ -59,8 +60,9 @@ private:
     QMenu *m_pauseMenu = nullptr; ///< The entries below belong to the menus.
     QAction *m_showMenuItem = nullptr;
     QAction *m_pauseMenuItem = nullptr;
+    QAction *m_resumeMenuItem = nullptr;       ///< First in the pause menu while paused,
+    QAction *m_endlessPauseMenuItem = nullptr; ///< and this one while not.
     QAction *m_settingsMenuItem = nullptr;
     QAction *m_quitMenuItem = nullptr;
-    QList<QAction *> m_numbered;    ///< Every entry; its number is one more than its place here.
-    bool m_isResumeOffered = false; ///< What the first entry of the pause menu says.
+    QList<QAction *> m_numbered; ///< Every entry; its number is one more than its place here.
 };

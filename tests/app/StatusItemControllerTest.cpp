@@ -34,6 +34,8 @@ private slots:
     void panelMenuIsAskedForTheStateOfTheMoment();
     void popupMenuOpensWhereItIsWanted();
     void pauseShowsInTheIconAndEndsByItself();
+    void resumeInAPanelThatIsBehindPausesNothing();
+    void resumeInThePopupMenuAfterThePausePausesNothing();
     void changedLanguageReachesMenuAndIcon();
 
 private:
@@ -202,6 +204,37 @@ void StatusItemControllerTest::pauseShowsInTheIconAndEndsByItself()
     QCOMPARE(shownIcon(), icon(false));
     QCOMPARE(m_statusItem->iconDescription, u"Tessarine"_s);
     QVERIFY(!titlesOf(m_statusItem->menu).contains(u"Resume"_s));
+}
+
+void StatusItemControllerTest::resumeInAPanelThatIsBehindPausesNothing()
+{
+    m_monitor->setUserPaused(true, 15min);
+    const StatusMenuEntry resume = m_statusItem->menu.at(2).children.constFirst();
+    QCOMPARE(resume.title, u"Resume"_s);
+    m_scheduler->advance(15min);
+    m_statusItem->onMenuEntryChosen(resume.id);
+    QVERIFY(!m_monitor->isUserPaused());
+    QVERIFY(chooseInPanel(u"Pause"_s));
+    QVERIFY(m_monitor->isUserPaused());
+}
+
+void StatusItemControllerTest::resumeInThePopupMenuAfterThePausePausesNothing()
+{
+    m_monitor->setUserPaused(true, 15min);
+    m_statusItem->onMenuRequested({40, 30});
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu != nullptr);
+    m_scheduler->advance(15min);
+    QVERIFY(!m_monitor->isUserPaused());
+    // Down to the pause, into its menu, and onto the first entry there.
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
+        QTest::keyClick(QApplication::activePopupWidget(), key);
+    auto *pauses = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(pauses != nullptr);
+    QCOMPARE(pauses->activeAction()->text(), u"Resume"_s);
+    QTest::keyClick(pauses, Qt::Key_Return);
+    QVERIFY(!m_monitor->isUserPaused());
+    QVERIFY(!menu->isVisible());
 }
 
 void StatusItemControllerTest::changedLanguageReachesMenuAndIcon()

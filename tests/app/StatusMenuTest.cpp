@@ -41,7 +41,7 @@ private slots:
     void firstEntryPausesUntilResumed();
     void firstEntryResumesWhilePaused();
     void timedPauseReplacesTheOneThatRuns();
-    void resumeThatCameTooLatePausesNothing();
+    void openMenuStaysAsItIsWhenThePauseEnds();
     void shortcutsAreShownForSettingsAndQuit();
     void entriesAreThePopupMenu();
     void entriesAreNumberedApart();
@@ -179,13 +179,22 @@ void StatusMenuTest::timedPauseReplacesTheOneThatRuns()
     QVERIFY(!m_monitor->isUserPaused());
 }
 
-void StatusMenuTest::resumeThatCameTooLatePausesNothing()
+void StatusMenuTest::openMenuStaysAsItIsWhenThePauseEnds()
 {
-    m_monitor->setUserPaused(true, 1s);
+    m_monitor->setUserPaused(true, 15min);
+    m_menu->contextMenu().popup({});
+    m_scheduler->advance(15min);
     m_menu->menuNeedsUpdate();
-    m_scheduler->advance(1s);
+    QCOMPARE(titlesOf(m_menu->contextMenu()).at(2), u"已暂停"_s);
+    QCOMPARE(titlesOf(pauseMenu()).constFirst(), u"恢复"_s);
     pauseMenu().actions().constFirst()->trigger();
     QVERIFY(!m_monitor->isUserPaused());
+
+    m_menu->contextMenu().close();
+    m_menu->contextMenu().popup({});
+    QCOMPARE(titlesOf(m_menu->contextMenu()).at(2), u"暂停记录"_s);
+    QCOMPARE(titlesOf(pauseMenu()).constFirst(), u"暂停"_s);
+    m_menu->contextMenu().close();
 }
 
 void StatusMenuTest::shortcutsAreShownForSettingsAndQuit()
@@ -250,7 +259,7 @@ void StatusMenuTest::chosenEntriesAreTold()
 void StatusMenuTest::unknownEntryDoesNothing()
 {
     QSignalSpy shown(m_menu.get(), &StatusMenu::showRequested);
-    for (const int id : {-1, 0, 12, 1000})
+    for (const int id : {-1, 0, 13, 1000})
         m_menu->chooseEntry(id);
     QCOMPARE(shown.count(), 0);
     QVERIFY(!m_monitor->isUserPaused());

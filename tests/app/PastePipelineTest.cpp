@@ -225,8 +225,8 @@ private slots:
         QCOMPARE(m_keystroke->keyDownCount, 0);
         QVERIFY(!m_pipeline->isPasting());
         QVERIFY(!m_monitor->isPaused());
-        QVERIFY(m_printed->lines().last().endsWith(
-            u"aste target is not in front; the entry stays on the clipboard"_s));
+        QCOMPARE(m_printed->lines().last(),
+                 u"The paste target is not in front; the entry stays on the clipboard"_s);
     }
 
     void aKeyThatCannotBePressedEndsThePaste()
@@ -427,6 +427,29 @@ private slots:
             u"[DragPaste] beginScopedFileURLAccess started path=/home/a lease="_s));
         QCOMPARE(trail, QStringList{u"[DragPaste] pasteItem file writeObjects resolved url=/home/a "
                                     "stale=false accessing=true"_s});
+    }
+
+    void theTrailNamesTheTypeOfThePastedEntry_data()
+    {
+        QTest::addColumn<ClipboardContentType>("type");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("a text") << ClipboardContentType::Text << u"text"_s;
+        QTest::newRow("a picture") << ClipboardContentType::Image << u"image"_s;
+        QTest::newRow("a file") << ClipboardContentType::File << u"file"_s;
+        QTest::newRow("a link") << ClipboardContentType::Url << u"url"_s;
+        QTest::newRow("mixed content") << ClipboardContentType::Mixed << u"mixed"_s;
+    }
+
+    void theTrailNamesTheTypeOfThePastedEntry()
+    {
+        QFETCH(ClipboardContentType, type);
+        QFETCH(QString, name);
+        askForTheTrail();
+        const ClipboardItem item = makeItem(type, Timestamp{});
+        m_pipeline->pasteItem(item);
+        QCOMPARE(m_printed->lines().filter(u"pasteItem start"_s),
+                 QStringList{u"[DragPaste] pasteItem start type=%1 id=%2"_s.arg(
+                     name, uuidString(item.id))});
     }
 
     // The shield.

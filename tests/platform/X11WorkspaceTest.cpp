@@ -56,6 +56,7 @@ private slots:
     void ownWindowGetsTheFocus();
     void windowForAPersonsActionGetsTheFocus_data();
     void windowForAPersonsActionGetsTheFocus();
+    void timeOfTheTokenBecomesTheUserTime();
     void timeThatLiesAheadIsNotBelieved();
     void ownWindowIsOurs();
     void installedProgramHasAName();
@@ -414,6 +415,16 @@ void X11WorkspaceTest::windowForAPersonsActionGetsTheFocus()
         m_desktop.xdotool(u"type seen"_s);
         QTRY_COMPARE(field.text(), u"seen"_s);
     }
+}
+
+void X11WorkspaceTest::timeOfTheTokenBecomesTheUserTime()
+{
+    const quint32 now = m_connection->serverTime();
+    QVERIFY(now != 0);
+    m_connection->noteUserTime(now - 60'000);
+    const quint32 actedAt = now - 30'000;
+    m_workspace->noteUserAction(u"panel_TIME%1"_s.arg(actedAt));
+    QCOMPARE(m_connection->userTime(), actedAt);
 }
 
 void X11WorkspaceTest::timeThatLiesAheadIsNotBelieved()

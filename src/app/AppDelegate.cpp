@@ -121,8 +121,7 @@ void AppDelegate::setupHotkey()
         toggleHistoryWindow();
     });
     m_hotkeyManager->installEventHandler();
-    m_hotkeyManager->registerHotkey(settings);
-    if (!m_with.globalHotkey.isInForce())
+    if (m_hotkeyManager->registerHotkey(settings) == HotkeyError::kHeldByAnother)
         m_with.hotkeyRefusalNotice.show(settings);
     printLine(u"Hotkey setup complete: "_s + HotkeySettingsManager::displayString(settings));
 }

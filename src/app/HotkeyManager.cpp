@@ -32,7 +32,7 @@ void HotkeyManager::installEventHandler()
     printLine(u"Event handler installed successfully"_s);
 }
 
-void HotkeyManager::registerHotkey(const HotkeySettings &settings)
+int HotkeyManager::registerHotkey(const HotkeySettings &settings)
 {
     unregisterHotkey();
     m_hotkey.onAssignedLater = [this, settings] { noteRegistered(settings); };
@@ -41,6 +41,7 @@ void HotkeyManager::registerHotkey(const HotkeySettings &settings)
         noteRegistered(settings);
     else
         printLine(u"Failed to register hotkey: %1"_s.arg(status));
+    return status;
 }
 
 void HotkeyManager::noteRegistered(const HotkeySettings &settings)

@@ -19,8 +19,9 @@ public:
     void installEventHandler();
 
     /// Gives up the combination that is in force and asks for \a settings. If that is refused no
-    /// combination is in force, until the one that is refused becomes free.
-    void registerHotkey(const HotkeySettings &settings);
+    /// combination is in force, until the one that is refused becomes free. Returns the answer of
+    /// GlobalHotkey::assign().
+    int registerHotkey(const HotkeySettings &settings);
 
 private:
     void unregisterHotkey();

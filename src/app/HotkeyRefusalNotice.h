@@ -4,8 +4,9 @@ struct HotkeySettings;
 class Notifications;
 class UserDefaults;
 
-/// Tells the person, once in the life of the settings, that the hot key does not work and what to
-/// do about it. Nothing else would: the program has no window at its start. Main thread only.
+/// Tells the person, once in the life of the settings, that another program has the hot key and
+/// what to do about it. Nothing else would: the program has no window at its start. Main thread
+/// only.
 class HotkeyRefusalNotice
 {
 public:

@@ -34,8 +34,9 @@ public:
     std::function<void()> onPressed;
 };
 
-/// Values of GlobalHotkey::assign() that come from no desktop.
+/// Values of GlobalHotkey::assign() that mean the same on every desktop.
 namespace HotkeyError {
 inline constexpr int kNoSuchKey = -1; ///< No key of this keyboard has that meaning.
 inline constexpr int kNotSupported = -2; ///< The desktop offers no global keys.
+inline constexpr int kHeldByAnother = 10; ///< Another program has the combination.
 } // namespace HotkeyError

@@ -24,6 +24,8 @@ private slots:
     void storedPictureReachesTheOpenWindow();
     void itemDuringAPasteIsIgnored();
     void chosenItemIsPastedIntoTheRecordedProgram();
+    void onlyAHotkeyOfAnotherProgramIsToldAtTheStart_data();
+    void onlyAHotkeyOfAnotherProgramIsToldAtTheStart();
     void refusedHotkeyIsPrintedAndTheProgramGoesOn();
     void changedHotkeyIsRegisteredAtOnce();
     void changedLanguageReachesTheWindows();
@@ -160,6 +162,28 @@ void AppDelegateTest::chosenItemIsPastedIntoTheRecordedProgram()
     QCOMPARE(m_keystroke->keyDownCount, 1);
     QCOMPARE(m_pasteboard->written.entries.size(), 1);
     QCOMPARE(m_pasteboard->written.entries.first().data, QByteArray("chosen"));
+}
+
+void AppDelegateTest::onlyAHotkeyOfAnotherProgramIsToldAtTheStart_data()
+{
+    QTest::addColumn<int>("refusal");
+    QTest::addColumn<int>("noticeCount");
+    QTest::newRow("not refused") << 0 << 0;
+    QTest::newRow("another program has it") << HotkeyError::kHeldByAnother << 1;
+    QTest::newRow("no key of that meaning") << HotkeyError::kNoSuchKey << 0;
+    QTest::newRow("no global keys") << HotkeyError::kNotSupported << 0;
+    QTest::newRow("refused for another reason") << 2 << 0;
+}
+
+void AppDelegateTest::onlyAHotkeyOfAnotherProgramIsToldAtTheStart()
+{
+    QFETCH(int, refusal);
+    QFETCH(int, noticeCount);
+    tearDownDelegate();
+    setUpDelegate();
+    m_hotkey->refusal = refusal;
+    m_delegate->applicationDidFinishLaunching();
+    QCOMPARE(m_notifications.shown.size(), noticeCount);
 }
 
 void AppDelegateTest::refusedHotkeyIsPrintedAndTheProgramGoesOn()

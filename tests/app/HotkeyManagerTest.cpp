@@ -73,6 +73,13 @@ private slots:
                  QStringList({u"Hotkey unregistered"_s, u"Failed to register hotkey: 10"_s}));
     }
 
+    void theAnswerOfTheDesktopIsPassedOn()
+    {
+        QCOMPARE(m_manager->registerHotkey({49, 2048}), 0);
+        m_hotkey->refusal = HotkeyError::kNoSuchKey;
+        QCOMPARE(m_manager->registerHotkey({9, 2048}), HotkeyError::kNoSuchKey);
+    }
+
     void afterARefusalThereIsNothingToGiveUp()
     {
         m_hotkey->refusal = 10;

@@ -24,6 +24,7 @@ protected:
     {
         m_window = {};
         m_settingsWindow = {};
+        m_notifications.shown.clear();
         setUpCapture();
         m_keystroke = std::make_unique<FakePasteKeystroke>();
         m_hotkey = std::make_unique<FakeGlobalHotkey>();

@@ -19,6 +19,8 @@ constexpr quint32 kControl = 0x1000;
 /// The bits of an event's state that are modifiers, and not pointer buttons or layouts.
 constexpr quint16 kAllModifiers = 0xff;
 
+static_assert(HotkeyError::kHeldByAnother == XCB_ACCESS);
+
 /// X key codes are the kernel's, moved by eight.
 constexpr quint32 kKernelKeyOffset = 8;
 

@@ -20,6 +20,7 @@ private slots:
     void hotkeyDuringTheHideTurnsTheWindowRound();
     void hiddenWindowIsDroppedAndTheNextOpeningBuildsANewOne();
     void openingRecordsTheEarlierProgramButNeverThisOne();
+    void programWithoutNameIsRecordedAsUnknown();
     void newItemReachesTheOpenWindow();
     void storedPictureReachesTheOpenWindow();
     void itemDuringAPasteIsIgnored();
@@ -40,6 +41,10 @@ private slots:
     void terminationLeavesNothingUnwritten();
     void terminationLetsGoOfThePastedFile();
     void nothingIsHeardAfterTheEnd();
+
+private:
+    /// Whether the delegate acts on what others announce.
+    bool isListening();
 };
 
 void AppDelegateTest::init()
@@ -118,6 +123,13 @@ void AppDelegateTest::openingRecordsTheEarlierProgramButNeverThisOne()
     QCOMPARE(m_workspace->activated.first().localizedName, u"Editor"_s);
 }
 
+void AppDelegateTest::programWithoutNameIsRecordedAsUnknown()
+{
+    m_workspace->frontmost = RunningApplication{u"org.example.nameless"_s, {}, 1, 1};
+    pressHotkey();
+    QVERIFY(m_printed->contains(u"Recorded previous app: Unknown"_s));
+}
+
 void AppDelegateTest::newItemReachesTheOpenWindow()
 {
     pressHotkey();
@@ -159,6 +171,8 @@ void AppDelegateTest::chosenItemIsPastedIntoTheRecordedProgram()
     m_latestWindow->onPasteSelected(std::make_shared<const ClipboardItem>(item));
     QVERIFY(m_window.isHiding);
     m_scheduler->advance(400ms);
+    QCOMPARE(m_workspace->activated, QList{*m_workspace->frontmost});
+    QCOMPARE(m_keystroke->prepared, QList{*m_workspace->frontmost});
     QCOMPARE(m_keystroke->keyDownCount, 1);
     QCOMPARE(m_pasteboard->written.entries.size(), 1);
     QCOMPARE(m_pasteboard->written.entries.first().data, QByteArray("chosen"));
@@ -293,11 +307,27 @@ void AppDelegateTest::terminationEndsTheFileLeaseFirst()
     QFile file(m_directory->filePath(u"report.txt"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     m_fileLease->beginScopedFileURLAccess(QUrl::fromLocalFile(file.fileName()));
+
+    // A poll is still to come when the lease ends, and not when the monitor lets go of the
+    // pasteboard; the delegate listens to the last.
+    struct State
+    {
+        int pendingPolls;
+        bool isListening;
+        bool operator==(const State &) const = default;
+    };
+    std::optional<State> atRelease;
+    std::optional<State> atStop;
+    const auto state = [this] { return State{m_scheduler->pendingCount(), isListening()}; };
+    m_files->access.onEnded = [&] { atRelease = state(); };
+    m_pasteboard->onChanged =
+        [stop = std::shared_ptr<void>(nullptr, [&](void *) { atStop = state(); })] {};
+
     m_delegate->applicationWillTerminate();
-    const QStringList lines = m_printed->lines();
-    const qsizetype released = lines.indexOf(QRegularExpression(u".*reason=app terminate.*"_s));
-    QVERIFY(released >= 0);
-    QVERIFY(released < lines.indexOf(u"Hotkey unregistered"_s));
+    QVERIFY(m_printed->lines().contains(QRegularExpression(u".*reason=app terminate.*"_s)));
+    QCOMPARE(atRelease, (State{1, true}));
+    QCOMPARE(atStop, (State{0, true}));
+    QVERIFY(!isListening());
 }
 
 void AppDelegateTest::terminationLeavesNothingUnwritten()
@@ -332,6 +362,13 @@ void AppDelegateTest::nothingIsHeardAfterTheEnd()
     QVERIFY(!m_hotkey->onPressed);
     QVERIFY(!m_statusItem->onClicked);
     QVERIFY(!m_statusItem->onMenuEntryChosen);
+}
+
+bool AppDelegateTest::isListening()
+{
+    const int before = m_statusItem->iconCount;
+    emit m_monitor->clipboardMonitorPauseStateChanged();
+    return m_statusItem->iconCount > before;
 }
 
 QTEST_MAIN(AppDelegateTest)

@@ -5,6 +5,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <functional>
 
 /// Bookmarks that lead where the test says.
 class FakeFileBookmarks : public FileBookmarks
@@ -35,7 +36,7 @@ public:
     std::unique_ptr<Scope> start(const QUrl &url) const override
     {
         started.append(url);
-        return isGranted ? std::make_unique<CountedScope>(openCount) : nullptr;
+        return isGranted ? std::make_unique<CountedScope>(*this) : nullptr;
     }
 
     std::optional<bool> exist(const QList<QUrl> &urls) const override
@@ -50,19 +51,26 @@ public:
     QList<QUrl> files;
     mutable QList<QUrl> started;
     mutable int openCount = 0; ///< Accesses that have not ended.
+    std::function<void()> onEnded; ///< Called at the end of each.
 
 private:
     class CountedScope : public Scope
     {
     public:
-        explicit CountedScope(int &openCount)
-            : m_openCount(++openCount)
+        explicit CountedScope(const FakeFileAccess &access)
+            : m_access(access)
         {
+            ++m_access.openCount;
         }
-        ~CountedScope() override { --m_openCount; }
+        ~CountedScope() override
+        {
+            --m_access.openCount;
+            if (m_access.onEnded)
+                m_access.onEnded();
+        }
 
     private:
-        int &m_openCount;
+        const FakeFileAccess &m_access;
     };
 };
 

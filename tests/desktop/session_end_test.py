@@ -59,6 +59,32 @@ class SignalTest(SessionEndCase):
                 self.program.end()
 
 
+class OpenWindowTest(SessionEndCase):
+    """A window that is open does not hold up the end, and costs nothing of what was captured."""
+
+    def setUp(self):
+        super().setUp()
+        self.program.start()
+        self.texts = self.capture_many()
+        self.open_window()
+
+    def assert_ends_in_order(self):
+        self.program.process.send_signal(signal.SIGTERM)
+        self.assertEqual(0, self.program.wait_for_exit())
+        self.assertTrue(self.program.find_line("Event handler removed"))
+        self.assert_all_is_on_disk(self.texts)
+
+    def test_the_history_is_open(self):
+        self.assertIsNotNone(self.history_window())
+        self.assert_ends_in_order()
+
+    def test_the_settings_are_open(self):
+        self.display.press("ctrl+comma")
+        settings = self.display.wait_for_window(title="General")
+        self.display.wait_until_active(settings)
+        self.assert_ends_in_order()
+
+
 class QuitTest(SessionEndCase):
     def test_the_key_that_quits_ends_in_order(self):
         self.program.start()

@@ -3,7 +3,8 @@
 key."""
 from case import DesktopTest, main
 from clients import Mousepad, copy_by_xclip, read_by_xclip
-from panels import LxqtPanel, find_icon
+from panels import LxqtPanel, Tint2, find_icon
+from paste_case import CHOSEN, PasteCase
 from waiting import retry_until, wait_until
 
 ICON_TITLE = "Tessarine"
@@ -71,13 +72,6 @@ class ShellTest(DesktopTest):
         self.click_icon()
         self.wait_until_closed()
         self.assert_stays_closed(mark)
-
-    def test_a_click_takes_the_focus_from_an_editor(self):
-        with Mousepad(self.desktop, self.display) as editor:
-            editor.focus()
-            mark = self.program.mark()
-            self.open_by_icon()
-            self.program.wait_for_line("Recorded previous app: ", since=mark)
 
     def test_a_click_closes_a_pinned_window(self):
         window = self.open_by_icon()
@@ -204,24 +198,76 @@ class ShellTest(DesktopTest):
         self.program.wait_for_line("Item copied to clipboard")
 
 
-class SlowClickTest(DesktopTest):
-    """A click that is let go only when its press has already closed the history."""
+class PanelCase(DesktopTest):
+    panel_type = LxqtPanel
 
     def setUp(self):
         super().setUp()
-        self.panel = LxqtPanel(self.desktop, self.display, is_dark=False).start()
+        self.panel = self.panel_type(self.desktop, self.display, is_dark=False).start()
         self.addCleanup(self.panel.end)
-        self.program.start()
 
     def middle_of_icon(self):
         icon = wait_until(lambda: find_icon(self.display, self.panel.place()), "the icon")
         return icon.x + icon.width // 2, icon.y + icon.height // 2
 
+    def click_until(self, condition, what, button=1):
+        """A panel that has just come up lets the first clicks fall."""
+        x, y = self.middle_of_icon()
+        retry_until(lambda: self.display.click(x, y, button), condition, what, patience=3.0)
+
+    def open_by_icon(self):
+        self.click_until(self.history_window, "the history window")
+        self.wait_for_history_window()
+
+    def choose_in_menu(self, *keys):
+        self.click_until(lambda: self.display.is_menu_open() or self.open_menus(), "the menu",
+                         button=3)
+        for key in keys:
+            self.display.press(key)
+
+    def open_by_menu(self):
+        self.choose_in_menu("Down", "Return")
+        self.wait_for_history_window()
+
+
+class PasteFromPanel:
+    """The panel is in between, and yet an entry goes where the person was before."""
+
+    def test_opened_by_the_icon(self):
+        self.assert_pastes_into_an_editor(self.open_by_icon)
+
+    def test_opened_by_the_menu(self):
+        self.assert_pastes_into_an_editor(self.open_by_menu)
+
+    def assert_pastes_into_an_editor(self, open_history):
+        with Mousepad(self.desktop, self.display) as editor:
+            mark = self.program.mark()
+            open_history()
+            self.assertTrue(self.program.find_line("Recorded previous app: Mousepad", since=mark))
+            self.display.type("quick")
+            self.display.press("Return")
+            self.wait_for_paste(mark)
+            self.assertEqual(CHOSEN, editor.text_after_paste())
+
+
+class PasteFromTint2Test(PasteFromPanel, PanelCase, PasteCase):
+    panel_type = Tint2
+
+
+class PasteFromLxqtPanelTest(PasteFromPanel, PanelCase, PasteCase):
+    panel_type = LxqtPanel
+
+
+class SlowClickTest(PanelCase):
+    """A click that is let go only when its press has already closed the history."""
+
+    def setUp(self):
+        super().setUp()
+        self.program.start()
+
     def test_it_leaves_the_history_closed(self):
         x, y = self.middle_of_icon()
-        # A panel that has just come up lets the first clicks fall.
-        retry_until(lambda: self.display.click(x, y), self.history_window, "the history window")
-        self.wait_for_history_window()
+        self.open_by_icon()
         mark = self.program.mark()
         self.display.press_button()
         self.wait_until_closed()

@@ -149,10 +149,15 @@ class Display:
         return None
 
     def is_menu_open(self):
+        return bool(self.menus())
+
+    def menus(self):
+        """The windows of menus that can be seen, each submenu too."""
         kinds = {self.atom("_NET_WM_WINDOW_TYPE" + kind)
                  for kind in ("_MENU", "_POPUP_MENU", "_DROPDOWN_MENU")}
-        return any(kinds & set(self.property(window, "_NET_WM_WINDOW_TYPE") or ())
-                   for window in self.root.query_tree().children if self.is_viewable(window))
+        return [window for window in self.root.query_tree().children
+                if self.is_viewable(window)
+                and kinds & set(self.property(window, "_NET_WM_WINDOW_TYPE") or ())]
 
     def wait_for_window(self, seconds=20.0, **which):
         return wait_until(lambda: self.find_window(**which), f"a window with {which}", seconds)

@@ -1,9 +1,11 @@
 #!/usr/bin/python3
 """The icon in the tray, its menu and the keys of the windows: what a person does without the hot
 key."""
+import re
+
 from case import DesktopTest, main
 from clients import Mousepad, copy_by_xclip, read_by_xclip
-from panels import LxqtPanel, Tint2, find_icon
+from panels import LxqtPanel, Tint2, XfcePanel, find_icon
 from paste_case import CHOSEN, PasteCase
 from waiting import retry_until, wait_until
 
@@ -256,6 +258,51 @@ class PasteFromTint2Test(PasteFromPanel, PanelCase, PasteCase):
 
 class PasteFromLxqtPanelTest(PasteFromPanel, PanelCase, PasteCase):
     panel_type = LxqtPanel
+
+
+class PauseFromPanel:
+    """The panel draws the menu, in which one entry takes the place of another."""
+
+    def test_nothing_is_recorded_in_a_pause(self):
+        self.program.start()
+        for _ in range(2):
+            self.choose_first_of_pauses()
+            self.wait_until_icon_says("Tessarine: Paused")
+            copy_by_xclip(self.desktop, b"a secret of the pause")
+            self.choose_first_of_pauses()
+            self.wait_until_icon_says("Tessarine")
+        self.copy("after the pauses")
+        self.assertEqual(["after the pauses"], self.program.texts())
+
+    def choose_first_of_pauses(self):
+        self.choose_in_menu("Down", "Down", "Right")
+        wait_until(lambda: len(self.display.menus()) > 1, "the menu of the pauses")
+        self.display.press("Return")
+        wait_until(lambda: not self.display.menus(), "the menus to close")
+
+    def wait_until_icon_says(self, description):
+        wait_until(lambda: f"<'{description}'>" in self.ask(
+            self.address_of_item(), "/StatusNotifierItem", "org.kde.StatusNotifierItem",
+            "IconAccessibleDesc"), description)
+
+    def address_of_item(self):
+        items = self.ask("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                         "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")
+        return re.search(r":[0-9.]+", items).group()
+
+    def ask(self, destination, path, interface, name):
+        """What gdbus prints for the property."""
+        return self.desktop.run(
+            "gdbus", "call", "--session", "--dest", destination, "--object-path", path,
+            "--method", "org.freedesktop.DBus.Properties.Get", interface, name).decode()
+
+
+class PauseFromLxqtPanelTest(PauseFromPanel, PanelCase):
+    panel_type = LxqtPanel
+
+
+class PauseFromXfcePanelTest(PauseFromPanel, PanelCase):
+    panel_type = XfcePanel
 
 
 class SlowClickTest(PanelCase):

@@ -43,7 +43,8 @@ TerminationSignals::TerminationSignals(std::function<void()> onTerminate)
 
 TerminationSignals::~TerminationSignals()
 {
-    setHandler(SIG_DFL);
+    // The end has begun, and a second signal must not cut it off.
+    setHandler(SIG_IGN);
     m_notifier->setEnabled(false);
     ::close(signalEventDescriptor);
     signalEventDescriptor = -1;

@@ -1,15 +1,24 @@
 #include "platform/linux/SocketSingleInstance.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -41,6 +50,33 @@ int runAsSilentFirst(const QString &directory)
     return EXIT_SUCCESS;
 }
 
+qsizetype openDescriptorCount()
+{
+    return QDir(u"/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+        .size();
+}
+
+/// While the object lives this process can open nothing more.
+class NoDescriptors
+{
+public:
+    NoDescriptors()
+    {
+        ::getrlimit(RLIMIT_NOFILE, &m_before);
+        const int lowestFree = ::dup(STDIN_FILENO);
+        ::close(lowestFree);
+        rlimit limit = m_before;
+        limit.rlim_cur = rlim_t(lowestFree);
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    ~NoDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+    NoDescriptors(const NoDescriptors &) = delete;
+    NoDescriptors &operator=(const NoDescriptors &) = delete;
+
+private:
+    rlimit m_before = {};
+};
+
 const QByteArray kFirst = "role 0\n";
 const QByteArray kSecondShown = "role 1\nanswer 0\n";
 const QByteArray kSecondNotAnswered = "role 1\nanswer 2\n";
@@ -64,6 +100,8 @@ private slots:
     void roleIsFreeAfterASuddenEnd();
     void oneThatComesDuringTheEndTakesTheRole();
     void ofManyAtTheSameMomentOneIsTheFirst();
+    void silentVisitorsAreFewAndSentAway();
+    void visitorsWaitQuietlyForDescriptors();
 
 private:
     std::unique_ptr<QProcess> start(const QStringList &arguments) const;
@@ -222,6 +260,58 @@ void SocketSingleInstanceTest::ofManyAtTheSameMomentOneIsTheFirst()
         process->closeWriteChannel();
         QVERIFY(process->waitForFinished());
     }
+}
+
+void SocketSingleInstanceTest::silentVisitorsAreFewAndSentAway()
+{
+    SocketSingleInstance first(m_directory->path());
+    int activationCount = 0;
+    first.onActivated = [&activationCount](const QString &) { ++activationCount; };
+    QCOMPARE(first.claim(), SingleInstance::Role::First);
+    first.listen();
+
+    std::vector<std::unique_ptr<SocketSingleInstance>> silent;
+    for (int number = 0; number < 40; ++number) {
+        silent.push_back(std::make_unique<SocketSingleInstance>(m_directory->path()));
+        QCOMPARE(silent.back()->claim(), SingleInstance::Role::Second);
+    }
+    const qsizetype before = openDescriptorCount();
+    qsizetype most = 0;
+    const auto atWork = [&] {
+        const qsizetype now = openDescriptorCount() - before;
+        most = std::max(most, now);
+        return now;
+    };
+    QTRY_VERIFY(atWork() >= 32);
+    QTRY_COMPARE_WITH_TIMEOUT(atWork(), 0, 10000);
+    QCOMPARE(most, 32);
+
+    const auto another = startAnother();
+    QTRY_COMPARE(another->state(), QProcess::NotRunning);
+    QCOMPARE(another->readAllStandardOutput(), kSecondShown);
+    QCOMPARE(activationCount, 1);
+}
+
+void SocketSingleInstanceTest::visitorsWaitQuietlyForDescriptors()
+{
+    SocketSingleInstance first(m_directory->path());
+    int activationCount = 0;
+    first.onActivated = [&activationCount](const QString &) { ++activationCount; };
+    QCOMPARE(first.claim(), SingleInstance::Role::First);
+    first.listen();
+    const auto another = startAnother();
+    QVERIFY(another->waitForReadyRead(10000));
+    {
+        const NoDescriptors none;
+        QSignalSpy turns(QCoreApplication::eventDispatcher(), &QAbstractEventDispatcher::awake);
+        QEventLoop loop;
+        QTimer::singleShot(200ms, &loop, &QEventLoop::quit);
+        loop.exec();
+        QCOMPARE_LT(turns.count(), 50);
+        QCOMPARE(activationCount, 0);
+    }
+    QTRY_COMPARE(activationCount, 1);
+    QTRY_COMPARE(another->state(), QProcess::NotRunning);
 }
 
 int main(int argc, char *argv[])

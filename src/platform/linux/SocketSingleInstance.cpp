@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <cerrno>
 #include <cstddef>
@@ -25,6 +26,12 @@ constexpr auto kPatience = 2s;
 constexpr char kAnswer = 's';
 constexpr qsizetype kMaxTokenBytes = 4096;
 constexpr int kMaxWaiting = 64;
+
+/// Each of those that are served takes a descriptor.
+constexpr qsizetype kMaxVisitors = 32;
+
+/// How long nobody is let in after descriptors have run out.
+constexpr auto kRestFromVisitors = 250ms;
 
 } // namespace
 
@@ -112,7 +119,8 @@ private:
     int m_descriptor;
 };
 
-/// A second process, as the first one sees it: it says one thing, and is answered.
+/// A second process, as the first one sees it: it says one thing, and is answered. One that takes
+/// too long to say it is sent away.
 class SocketSingleInstance::Visitor : public QObject
 {
 public:
@@ -126,7 +134,9 @@ public:
             notifier->setEnabled(false);
             hear();
         });
+        QTimer::singleShot(kPatience, this, &QObject::deleteLater);
     }
+    ~Visitor() override { m_host.letVisitorsIn(); }
 
 private:
     void hear()
@@ -213,12 +223,27 @@ void SocketSingleInstance::listen()
                      [this] { receiveVisitor(); });
 }
 
+void SocketSingleInstance::letVisitorsIn()
+{
+    m_notifier->setEnabled(true);
+}
+
 void SocketSingleInstance::receiveVisitor()
 {
+    if (m_visitors.children().size() >= kMaxVisitors) {
+        m_notifier->setEnabled(false);
+        return;
+    }
     const int descriptor =
         ::accept4(m_server->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (descriptor < 0)
+    if (descriptor < 0) {
+        // The visitor stays at the door, and would be announced again and again.
+        if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+            m_notifier->setEnabled(false);
+            QTimer::singleShot(kRestFromVisitors, &m_visitors, [this] { letVisitorsIn(); });
+        }
         return;
+    }
     auto socket = std::make_unique<Socket>(descriptor);
     if (socket->isOfSameUser())
         new Visitor(std::move(socket), *this);

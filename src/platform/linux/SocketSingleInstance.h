@@ -29,11 +29,13 @@ private:
     class Visitor;
 
     [[nodiscard]] int takeName();
+    void letVisitorsIn();
     void receiveVisitor();
 
     QByteArray m_name;
     std::unique_ptr<Socket> m_server; ///< Set in the first process.
     std::unique_ptr<Socket> m_first;  ///< To the first process; set in a second one.
     std::unique_ptr<QSocketNotifier> m_notifier;
-    QObject m_visitors; ///< Parent of the second processes that are being served.
+    /// Parent of the second processes that are being served; it ends before what they use.
+    QObject m_visitors;
 };

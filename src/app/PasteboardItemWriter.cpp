@@ -4,51 +4,16 @@
 #include "core/ClipboardItemManager.h"
 #include "core/PasteboardWriting.h"
 #include "foundation/FilePath.h"
+#include "foundation/RegularFile.h"
 #include "foundation/TaggedLog.h"
 #include "platform/ImageCodec.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-
-#include <mutex>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A file that stays open, so that it can be read even when it is deleted. Any thread.
-class OpenFile : public ByteSource
-{
-public:
-    explicit OpenFile(const QString &path)
-        : m_file(path)
-    {
-    }
-
-    bool open() { return m_file.open(QIODevice::ReadOnly); }
-    qint64 size() const { return m_file.size(); }
-
-    std::optional<QByteArray> read() const override
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_file.seek(0))
-            return std::nullopt;
-        return m_file.readAll();
-    }
-
-private:
-    mutable std::mutex m_mutex; ///< Guards the place in the file.
-    mutable QFile m_file;
-};
-
-std::optional<QByteArray> readFile(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return file.readAll();
-}
 
 /// A format without a type of its own goes out as TIFF, its bytes unchanged.
 QStringView typeForExtension(const QString &extension)
@@ -128,8 +93,8 @@ bool PasteboardItemWriter::writeImageFile(const QString &name,
 {
     // A large picture on a slow disk would hold up the window's way out; it is read where programs
     // ask for it, on the pasteboard's thread.
-    const auto file = std::make_shared<OpenFile>(imagePath(name));
-    if (!file->open()) {
+    const auto file = RegularFile::open(imagePath(name));
+    if (!file) {
         logDragPaste(m_defaults,
                      [&] { return u"writeImageToPasteboard failed reading file name="_s + name; });
         return false;
@@ -163,8 +128,9 @@ void PasteboardItemWriter::writeImageInMemory(const QByteArray &representation,
 bool PasteboardItemWriter::writeReloadedImage(const QString &name,
                                               PasteboardContents &pasteboard) const
 {
-    const auto file = readFile(imagePath(name));
-    auto image = file ? m_codec.tiffFromPicture(*file) : std::nullopt;
+    const auto file = RegularFile::open(imagePath(name));
+    const auto bytes = file ? file->read() : std::nullopt;
+    auto image = bytes ? m_codec.tiffFromPicture(*bytes) : std::nullopt;
     if (!image)
         return false;
     logDragPaste(m_defaults, [&] {

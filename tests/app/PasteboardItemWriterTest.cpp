@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -160,6 +162,16 @@ private slots:
         QCOMPARE(m_pasteboard->written.entries,
                  Entries{entry(PasteboardType::kTiff, "no picture"_ba)});
         QVERIFY(!m_printed->contains(kImageComplaint));
+    }
+
+    void aPipeInPlaceOfAnImageFileIsNotWaitedFor()
+    {
+        QCOMPARE(::mkfifo(QFile::encodeName(m_images + u"/pipe.jpg"_s).constData(), 0600), 0);
+        ClipboardItem item = makeItem(ClipboardContentType::Image, Timestamp{});
+        item.imageFileName = u"pipe.jpg"_s;
+        write(item);
+        QVERIFY(m_pasteboard->written.isEmpty());
+        QVERIFY(m_printed->contains(kImageComplaint));
     }
 
     void theBytesInMemoryGoOutAsTiff()

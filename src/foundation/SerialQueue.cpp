@@ -53,6 +53,14 @@ void SerialQueue::drain()
     m_workDone.wait(lock, [this, target] { return m_finishedCount >= target; });
 }
 
+bool SerialQueue::drainFor(std::chrono::milliseconds patience)
+{
+    std::unique_lock lock(m_mutex);
+    const quint64 target = m_queuedCount;
+    return m_workDone.wait_for(lock, patience,
+                               [this, target] { return m_finishedCount >= target; });
+}
+
 void SerialQueue::run()
 {
     nameCurrentThread(m_label);

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -28,6 +29,9 @@ public:
 
     /// Waits until everything queued before the call has run. Not to be called from the queue.
     void drain();
+
+    /// The same, but for a while only. False if something is still to be run.
+    [[nodiscard]] bool drainFor(std::chrono::milliseconds patience);
 
 private:
     void run();

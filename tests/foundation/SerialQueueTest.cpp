@@ -8,6 +8,7 @@
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 class SerialQueueTest : public QObject
 {
@@ -18,6 +19,7 @@ private slots:
     void runsOnAThreadOfItsOwn();
     void drainWaitsForWhatWasQueuedBefore();
     void drainingAnEmptyQueueReturns();
+    void drainingForAWhileTellsWhetherItIsDone();
     void endingRunsWhatIsQueued();
     void endingRunsWhatTheLastWorkQueues();
     void workThatThrowsIsReportedAndTheNextRuns();
@@ -69,6 +71,18 @@ void SerialQueueTest::drainingAnEmptyQueueReturns()
     SerialQueue queue("test");
     queue.drain();
     queue.drain();
+}
+
+void SerialQueueTest::drainingForAWhileTellsWhetherItIsDone()
+{
+    std::atomic<bool> mayFinish = false;
+    SerialQueue queue("test");
+    QVERIFY(queue.drainFor(1ms));
+    queue.enqueue([&mayFinish] { mayFinish.wait(false); });
+    QVERIFY(!queue.drainFor(1ms));
+    mayFinish = true;
+    mayFinish.notify_all();
+    QVERIFY(queue.drainFor(10s));
 }
 
 void SerialQueueTest::endingRunsWhatIsQueued()

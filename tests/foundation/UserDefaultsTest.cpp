@@ -3,11 +3,15 @@
 #include "tests/fakes/FileSizeLimit.h"
 #include "tests/fakes/PrintedLines.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <optional>
 #include <thread>
@@ -35,8 +39,11 @@ private slots:
     void fullDiskIsToldOnce();
     void folderThatCannotBeMadeIsToldOnce();
     void whatIsWrittenAtTheEndIsToldOfToo();
+    void heldLockHoldsUpNobody();
+    void pipeInPlaceOfTheFileIsNotWaitedFor();
 
 private:
+    void makePipe(const QString &path) const;
     QString path() const { return m_directory->filePath(u"sub/tessarine.conf"_s); }
 
     std::optional<QTemporaryDir> m_directory;
@@ -203,6 +210,52 @@ void UserDefaultsTest::whatIsWrittenAtTheEndIsToldOfToo()
     const PrintedLines lines;
     { UserDefaults(path()).set(u"a.b"_s, 1); }
     QCOMPARE(lines.lines().size(), 1);
+}
+
+void UserDefaultsTest::makePipe(const QString &path) const
+{
+    QVERIFY(QDir(m_directory->path()).mkpath(u"sub"_s));
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+}
+
+void UserDefaultsTest::heldLockHoldsUpNobody()
+{
+    // Who wants the lock waits for the other end of the pipe.
+    const QString lock = path() + u".lock"_s;
+    makePipe(lock);
+    const PrintedLines lines;
+    {
+        UserDefaults defaults(path());
+        defaults.set(u"a.b"_s, 1);
+        defaults.set(u"a.b"_s, 2);
+        QCOMPARE(defaults.integer(u"a.b"_s), 2);
+        QCOMPARE(lines.lines(), QStringList());
+    }
+    QCOMPARE(lines.lines().size(), 1);
+    QVERIFY(lines.lines().constFirst().startsWith(u"Failed to write the settings"_s));
+
+    const int otherEnd = ::open(QFile::encodeName(lock).constData(), O_WRONLY | O_NONBLOCK);
+    QVERIFY(otherEnd >= 0);
+    QVERIFY(QFile::remove(lock));
+    ::close(otherEnd);
+    const auto written = [this] {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(written().contains("a.b=2"), 20000);
+}
+
+void UserDefaultsTest::pipeInPlaceOfTheFileIsNotWaitedFor()
+{
+    makePipe(path());
+    const PrintedLines lines;
+    UserDefaults defaults(path());
+    QVERIFY(!defaults.contains(u"a.b"_s));
+    defaults.set(u"a.b"_s, 1);
+    QTRY_COMPARE(lines.lines().size(), 1);
+    QVERIFY(lines.lines().constFirst().startsWith(u"Failed to write the settings"_s));
+    QCOMPARE(defaults.integer(u"a.b"_s), 1);
+    QVERIFY(!QFileInfo(path()).isFile());
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

@@ -52,8 +52,8 @@ int runAsSilentFirst(const QString &directory)
 
 qsizetype openDescriptorCount()
 {
-    return QDir(u"/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
-        .size();
+    const auto all = QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System;
+    return QDir(u"/proc/self/fd"_s).entryList(all).size();
 }
 
 /// While the object lives this process can open nothing more.

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 
 using namespace Qt::StringLiterals;
@@ -64,6 +65,8 @@ private slots:
     void newIconIsDrawn();
     void iconIsDrawnInTheSizeOfThePanel_data();
     void iconIsDrawnInTheSizeOfThePanel();
+    void hugeWindowHasAnIconInItsMiddle_data();
+    void hugeWindowHasAnIconInItsMiddle();
     void roomIsAskedForAsWideAsThePanelIsThick();
     void iconHasANameForThoseWhoDoNotSee();
     void leftClickIsTold();
@@ -381,6 +384,35 @@ void X11TrayIconTest::iconIsDrawnInTheSizeOfThePanel()
     QTRY_COMPARE(m_tray->pixel({size.width() / 2, size.height() / 2}), iconColorOnUnknownGround());
     QTRY_COMPARE(m_tray->pixel({size.width() / 2 - (side / 2 - side / 4) - 1, size.height() / 2}),
                  QColor(Qt::black));
+}
+
+void X11TrayIconTest::hugeWindowHasAnIconInItsMiddle_data()
+{
+    QTest::addColumn<bool>("hasAlpha");
+    QTest::newRow("on the ground of the panel") << false;
+    QTest::newRow("with alpha") << true;
+}
+
+void X11TrayIconTest::hugeWindowHasAnIconInItsMiddle()
+{
+    QFETCH(bool, hasAlpha);
+    FakeTray::Look look;
+    look.hasAlpha = hasAlpha;
+    makeTray(look);
+    makeIcon();
+    m_icon->show();
+    QTRY_VERIFY(m_groundCount > 0);
+    for (const int side : {3000, 20000}) {
+        m_sides.clear();
+        m_tray->resizeIcon({side, side});
+        // What comes before it has been drawn once it is.
+        m_tray->resizeIcon({24, 24});
+        QTRY_VERIFY(!m_sides.isEmpty() && m_sides.last() == 24);
+        QCOMPARE(*std::ranges::max_element(m_sides), 256);
+    }
+    m_tray->resizeIcon({300, 24});
+    QTRY_COMPARE(m_tray->pixel({150, 12}), iconColorOnUnknownGround());
+    QCOMPARE(m_tray->pixel({10, 12}), QColor(Qt::black));
 }
 
 void X11TrayIconTest::roomIsAskedForAsWideAsThePanelIsThick()

@@ -80,8 +80,11 @@ void X11Connection::connectToServer(const QByteArray &displayName)
     for (xcb_extension_t *extension :
          {&xcb_sync_id, &xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})
         xcb_prefetch_extension_data(xcb, extension);
+    xcb_prefetch_maximum_request_length(xcb);
     learn(xcb, findScreen(xcb, screenNumber)->root, screenNumber);
     learnExtensions();
+    // Whoever asks first takes the answer from the wire, and events with it.
+    xcb_get_maximum_request_length(xcb);
 }
 
 void X11Connection::learnExtensions()

@@ -14,5 +14,7 @@ QImage::Format pixelFormat(quint8 depth);
 /// or \a part not within it.
 QImage readPixels(X11Requests &requests, quint32 window, const QRect &part);
 
-/// Draws \a image, converted as the window needs it, at the window's origin.
-void drawPixels(X11Requests &requests, quint32 window, quint8 depth, const QImage &image);
+/// Draws \a image, converted as the window needs it, with its top left corner at \a place. A picture
+/// that is too large for one request goes in several.
+void drawPixels(X11Requests &requests, quint32 window, quint8 depth, const QPoint &place,
+                const QImage &image);

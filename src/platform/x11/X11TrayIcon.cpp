@@ -24,6 +24,9 @@ constexpr quint16 kFirstSide = 22;
 
 constexpr int kLeastSide = 16;
 
+/// A panel may give a window of any size; the icon lies in its middle then.
+constexpr int kGreatestSide = 256;
+
 constexpr quint32 kXembedVersion = 0;
 constexpr quint32 kXembedMapped = 1;
 
@@ -191,9 +194,9 @@ void X11TrayIcon::askForRoom()
     // choose.
     QSize room(kLeastSide, kLeastSide);
     if (m_tray.isVertical())
-        room.setHeight(std::max(kLeastSide, m_size.width()));
+        room.setHeight(std::clamp(m_size.width(), kLeastSide, kGreatestSide));
     else
-        room.setWidth(std::max(kLeastSide, m_size.height()));
+        room.setWidth(std::clamp(m_size.height(), kLeastSide, kGreatestSide));
     xcb_size_hints_t hints{};
     xcb_icccm_size_hints_set_min_size(&hints, room.width(), room.height());
     xcb_icccm_set_wm_normal_hints(m_connection.xcb(), m_window, &hints);
@@ -306,17 +309,19 @@ void X11TrayIcon::draw()
 {
     if (m_window == 0 || !m_painter || m_size.isEmpty())
         return;
-    const QImage icon = drawIconInto(m_size, m_painter, m_color);
-    const QImage picture = m_look.isTranslucent ? icon : onGround(icon);
-    drawPixels(m_connection, m_window, m_look.depth, picture);
+    const QSize size = m_size.boundedTo({kGreatestSide, kGreatestSide});
+    const QPoint place((m_size.width() - size.width()) / 2, (m_size.height() - size.height()) / 2);
+    const QImage icon = drawIconInto(size, m_painter, m_color);
+    const QImage picture = m_look.isTranslucent ? icon : onGround(icon, place);
+    drawPixels(m_connection, m_window, m_look.depth, place, picture);
     m_connection.flush();
 }
 
-QImage X11TrayIcon::onGround(const QImage &icon)
+QImage X11TrayIcon::onGround(const QImage &icon, const QPoint &place)
 {
     // The server paints the panel's own ground where the window is cleared.
     xcb_clear_area(m_connection.xcb(), 0, m_window, 0, 0, 0, 0);
-    const QImage ground = readPixels(m_connection, m_window, icon.rect());
+    const QImage ground = readPixels(m_connection, m_window, icon.rect().translated(place));
     // Not on the screen, or not wholly: it is drawn when it comes there.
     if (ground.isNull())
         return {};

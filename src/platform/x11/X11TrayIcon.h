@@ -63,7 +63,7 @@ private:
     void setProperties();
     void askForRoom();
     void draw();
-    QImage onGround(const QImage &icon);
+    QImage onGround(const QImage &icon, const QPoint &place);
 
     X11Connection &m_connection;
     X11Tray m_tray;

@@ -8,6 +8,7 @@
 #include <QSize>
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 #include <xcb/xcb.h>
@@ -54,6 +55,7 @@ public:
     }
 
     const std::vector<quint32> &icons() const { return m_icons; }
+    quint32 panel() const { return m_panel; }
     quint32 icon() const { return m_icons.empty() ? 0 : m_icons.front(); }
 
     void setGround(const QColor &color)
@@ -82,6 +84,51 @@ public:
         const quint32 values[] = {quint32(size.width()), quint32(size.height())};
         xcb_configure_window(xcb(), icon(), XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
                              values);
+        m_connection.flush();
+    }
+
+    void destroyIcon()
+    {
+        xcb_destroy_window(xcb(), icon());
+        waitUntilDone();
+    }
+
+    /// Pretends to the owner of the icon that somebody has destroyed \a window.
+    void forgeDestructionOf(quint32 window)
+    {
+        xcb_destroy_notify_event_t event{};
+        event.response_type = XCB_DESTROY_NOTIFY;
+        event.event = icon();
+        event.window = window;
+        char bytes[32] = {}; // That many go over the wire, for all events.
+        std::memcpy(bytes, &event, sizeof event);
+        xcb_send_event(xcb(), 0, icon(), XCB_EVENT_MASK_STRUCTURE_NOTIFY, bytes);
+        waitUntilDone();
+    }
+
+    /// As a panel does whose tray is switched off and on.
+    void resign()
+    {
+        xcb_set_selection_owner(xcb(), XCB_NONE,
+                                m_connection.atom(X11AtomName::NetSystemTraySelection),
+                                XCB_CURRENT_TIME);
+        letGoOfIcon();
+    }
+
+    /// Takes the selection of trays, and says so.
+    void announce()
+    {
+        const quint32 selection = m_connection.atom(X11AtomName::NetSystemTraySelection);
+        xcb_set_selection_owner(xcb(), m_panel, selection, XCB_CURRENT_TIME);
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = m_connection.rootWindow();
+        message.type = m_connection.atom(X11AtomName::Manager);
+        message.data.data32[1] = selection;
+        message.data.data32[2] = m_panel;
+        xcb_send_event(xcb(), 0, m_connection.rootWindow(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                       reinterpret_cast<const char *>(&message));
         m_connection.flush();
     }
 
@@ -133,22 +180,6 @@ private:
                           200, 60, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                           XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
         xcb_map_window(xcb(), m_panel);
-    }
-
-    void announce()
-    {
-        const quint32 selection = m_connection.atom(X11AtomName::NetSystemTraySelection);
-        xcb_set_selection_owner(xcb(), m_panel, selection, XCB_CURRENT_TIME);
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = m_connection.rootWindow();
-        message.type = m_connection.atom(X11AtomName::Manager);
-        message.data.data32[1] = selection;
-        message.data.data32[2] = m_panel;
-        xcb_send_event(xcb(), 0, m_connection.rootWindow(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                       reinterpret_cast<const char *>(&message));
-        m_connection.flush();
     }
 
     void handleX11Event(int type, const void *event) override

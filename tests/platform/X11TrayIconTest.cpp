@@ -1,6 +1,7 @@
 #include "platform/x11/X11TrayIcon.h"
 
 #include "platform/linux/StatusIconDrawing.h"
+#include "tests/fakes/FakeScheduler.h"
 #include "tests/platform/FakeTray.h"
 #include "tests/platform/PrivateDesktop.h"
 
@@ -12,6 +13,7 @@
 #include <cstring>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -55,6 +57,11 @@ private slots:
     void trayThatComesBackGetsTheIcon_data();
     void trayThatComesBackGetsTheIcon();
     void iconThatIsLetGoLeavesNoWindow();
+    void iconThatIsLostGoesBackAfterAWhile_data();
+    void iconThatIsLostGoesBackAfterAWhile();
+    void hiddenIconDoesNotGoBack();
+    void trayThatIsSwitchedOffAndOnGetsTheIcon();
+    void forgedEndIsNotBelieved();
     void newTrayTakesOver();
     void iconIsLegibleOnThePanel_data();
     void iconIsLegibleOnThePanel();
@@ -85,6 +92,7 @@ private:
 
     PrivateDesktop &m_desktop;
     std::unique_ptr<X11Connection> m_connection;
+    std::unique_ptr<FakeScheduler> m_scheduler;
     std::unique_ptr<X11TrayIcon> m_icon;
     std::unique_ptr<FakeTray> m_tray;
     QList<int> m_sides; ///< In which the icon was painted.
@@ -93,6 +101,7 @@ private:
 
 void X11TrayIconTest::init()
 {
+    m_scheduler = std::make_unique<FakeScheduler>();
     m_connection = std::make_unique<X11Connection>(m_desktop.displayName());
     m_sides.clear();
     m_groundCount = 0;
@@ -107,7 +116,7 @@ void X11TrayIconTest::cleanup()
 
 void X11TrayIconTest::makeIcon()
 {
-    m_icon = std::make_unique<X11TrayIcon>(*m_connection);
+    m_icon = std::make_unique<X11TrayIcon>(*m_connection, *m_scheduler);
     m_icon->onGroundMayHaveChanged = [this] { ++m_groundCount; };
     m_icon->setIcon(
         [this](int side, const QColor &color) {
@@ -232,6 +241,75 @@ void X11TrayIconTest::iconThatIsLetGoLeavesNoWindow()
     QTRY_VERIFY(m_groundCount > 0);
     m_tray->letGoOfIcon();
     QTRY_VERIFY(!isOnTheDesktop());
+}
+
+void X11TrayIconTest::iconThatIsLostGoesBackAfterAWhile_data()
+{
+    QTest::addColumn<bool>("isDestroyed");
+    QTest::newRow("destroyed") << true;
+    QTest::newRow("let go") << false;
+}
+
+void X11TrayIconTest::iconThatIsLostGoesBackAfterAWhile()
+{
+    QFETCH(bool, isDestroyed);
+    makeTray();
+    makeIcon();
+    m_icon->show();
+    for (int i = 0; i < 2; ++i) {
+        QTRY_COMPARE(m_tray->pixel(kMiddle), iconColorOnUnknownGround());
+        if (isDestroyed)
+            m_tray->destroyIcon();
+        else
+            m_tray->letGoOfIcon();
+        QTRY_VERIFY(m_tray->icons().empty() && m_scheduler->pendingCount() == 1);
+        m_scheduler->advance(999ms);
+        QVERIFY(!isOnTheDesktop());
+        m_scheduler->advance(1ms);
+        QTRY_COMPARE(m_tray->icons().size(), 1u);
+    }
+}
+
+void X11TrayIconTest::hiddenIconDoesNotGoBack()
+{
+    makeTray();
+    makeIcon();
+    m_icon->show();
+    QTRY_VERIFY(m_groundCount > 0);
+    m_tray->destroyIcon();
+    QTRY_COMPARE(m_scheduler->pendingCount(), 1);
+    m_icon->hide();
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void X11TrayIconTest::trayThatIsSwitchedOffAndOnGetsTheIcon()
+{
+    makeTray();
+    makeIcon();
+    m_icon->show();
+    QTRY_VERIFY(m_groundCount > 0);
+    m_tray->resign();
+    QTRY_VERIFY(!isOnTheDesktop());
+    m_tray->announce();
+    QTRY_COMPARE(m_tray->icons().size(), 1u);
+    QTRY_COMPARE(m_tray->pixel(kMiddle), iconColorOnUnknownGround());
+}
+
+void X11TrayIconTest::forgedEndIsNotBelieved()
+{
+    makeTray();
+    makeIcon();
+    m_icon->show();
+    QTRY_VERIFY(m_groundCount > 0);
+    m_tray->forgeDestructionOf(m_tray->icon());
+    m_tray->forgeDestructionOf(m_tray->panel());
+    // This comes after them.
+    const int before = m_groundCount;
+    m_tray->setGround(kLight);
+    QTRY_VERIFY(m_groundCount > before);
+    QVERIFY(m_icon->hasTray());
+    QVERIFY(m_icon->contains({115, 65}));
+    QCOMPARE(m_tray->icons().size(), 1u);
 }
 
 void X11TrayIconTest::newTrayTakesOver()

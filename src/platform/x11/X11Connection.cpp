@@ -18,6 +18,9 @@
 
 namespace {
 
+/// The part of an event's type that tells that a program sent it.
+constexpr int kSent = 0x80;
+
 X11Connection::Extension learnExtension(xcb_connection_t *xcb, xcb_extension_t *extension)
 {
     const xcb_query_extension_reply_t *data = xcb_get_extension_data(xcb, extension);
@@ -50,6 +53,11 @@ xcb_connection_t *openDisplay(const QByteArray &displayName, int *screenNumber)
 }
 
 } // namespace
+
+bool isSentByProgram(const void *event)
+{
+    return (static_cast<const xcb_generic_event_t *>(event)->response_type & kSent) != 0;
+}
 
 void requireX11Display()
 {
@@ -192,7 +200,7 @@ quint32 X11Connection::findServerTimeCounter()
 void X11Connection::processEvents()
 {
     while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(xcb())}) {
-        const int type = event->response_type & ~0x80;
+        const int type = event->response_type & ~kSent;
         if (type == 0) // An error of a request that nobody waits for.
             continue;
         // A listener may end another one, or itself.

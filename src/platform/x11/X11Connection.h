@@ -19,6 +19,9 @@ public:
     virtual void handleX11Event(int type, const void *event) = 0;
 };
 
+/// Whether another program made up an event, which the server then passed on.
+bool isSentByProgram(const void *event);
+
 /// The main thread's own connection to the X server.
 ///
 /// It is separate from Qt's, so that grabs, raw events and errors are ours alone.

@@ -22,7 +22,7 @@ X11StatusItem::X11StatusItem(X11Connection &connection, const DesktopAppearance 
     , m_appearance(appearance)
     , m_scheduler(scheduler)
     , m_panelGround(connection)
-    , m_trayIcon(connection)
+    , m_trayIcon(connection, scheduler)
 {
     m_connection.addListener(this);
     // The window manager tells there of windows that come, go and get the focus, and the desktop of

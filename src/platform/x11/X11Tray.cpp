@@ -29,8 +29,13 @@ void X11Tray::follow()
         xcb_get_selection_owner_reply,
         xcb_get_selection_owner(m_connection.xcb(),
                                 m_connection.atom(X11AtomName::NetSystemTraySelection)));
-    if (!owner || owner->owner == m_window)
+    if (!owner)
         return;
+    if (owner->owner == m_window) {
+        if (m_window != 0 && readWishes() && onConfirmed)
+            onConfirmed();
+        return;
+    }
     m_window = owner->owner;
     if (m_window != 0) {
         constexpr quint32 kEvents =
@@ -95,7 +100,7 @@ void X11Tray::handleX11Event(int type, const void *event)
     case XCB_CLIENT_MESSAGE: handleMessage(event); break;
     case XCB_PROPERTY_NOTIFY: handleProperty(event); break;
     case XCB_DESTROY_NOTIFY:
-        if (m_window != 0 &&
+        if (m_window != 0 && !isSentByProgram(event) &&
             static_cast<const xcb_destroy_notify_event_t *>(event)->window == m_window)
             forget();
         break;

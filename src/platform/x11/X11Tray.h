@@ -28,8 +28,14 @@ public:
 
     void askForDocking(quint32 icon);
 
+    /// Looks whether there is still the same one.
+    void follow();
+
     /// Called when there is another tray than before, or none any more.
     std::function<void()> onReplaced;
+
+    /// Called when the tray that was known already turns out to be in charge still, or again.
+    std::function<void()> onConfirmed;
 
     /// Called when the colour or the direction may be another one.
     std::function<void()> onWishesChanged;
@@ -38,7 +44,6 @@ private:
     void handleX11Event(int type, const void *event) override;
     void handleMessage(const void *event);
     void handleProperty(const void *event);
-    void follow();
     void forget();
     bool readWishes();
 

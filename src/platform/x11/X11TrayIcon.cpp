@@ -14,6 +14,8 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_icccm.h>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 constexpr quint32 kLeftButton = 1;
@@ -23,6 +25,10 @@ constexpr quint32 kRightButton = 3;
 constexpr quint16 kFirstSide = 22;
 
 constexpr int kLeastSide = 16;
+
+/// A tray that lets the icon go mostly ends itself then, and one that destroys it might go on doing
+/// so.
+constexpr auto kPauseBeforeReturn = 1s;
 
 /// A panel may give a window of any size; the icon lies in its middle then.
 constexpr int kGreatestSide = 256;
@@ -60,14 +66,23 @@ quint8 depthOf(const xcb_screen_t *screen, quint32 visual)
 
 } // namespace
 
-X11TrayIcon::X11TrayIcon(X11Connection &connection)
+X11TrayIcon::X11TrayIcon(X11Connection &connection, Scheduler &scheduler)
     : m_connection(connection)
+    , m_scheduler(scheduler)
     , m_tray(connection)
     , m_panelGround(connection)
     , m_color(iconColorOnUnknownGround())
 {
     m_connection.addListener(this);
     m_tray.onReplaced = [this] {
+        undock();
+        dock();
+        m_connection.flush();
+    };
+    m_tray.onConfirmed = [this] {
+        if (m_isEmbedded)
+            return;
+        // It may have missed the request.
         undock();
         dock();
         m_connection.flush();
@@ -95,6 +110,7 @@ void X11TrayIcon::show()
 void X11TrayIcon::hide()
 {
     m_isShown = false;
+    m_return.reset();
     undock();
     m_connection.flush();
 }
@@ -119,6 +135,11 @@ void X11TrayIcon::dock()
     askForRoom();
     m_tray.askForDocking(m_window);
     m_connection.flush();
+}
+
+void X11TrayIcon::dockAgainSoon()
+{
+    m_return = m_scheduler.after(kPauseBeforeReturn, [this] { m_tray.follow(); });
 }
 
 void X11TrayIcon::undock()
@@ -221,22 +242,27 @@ void X11TrayIcon::handleX11Event(int type, const void *event)
 
 void X11TrayIcon::handleDestruction(const void *event)
 {
-    if (isOwn(static_cast<const xcb_destroy_notify_event_t *>(event)->window))
-        forgetWindow();
+    if (!isOwn(static_cast<const xcb_destroy_notify_event_t *>(event)->window) ||
+        isSentByProgram(event))
+        return;
+    forgetWindow();
+    dockAgainSoon();
     m_connection.flush();
 }
 
 void X11TrayIcon::handleNewParent(const void *event)
 {
     const auto *notice = static_cast<const xcb_reparent_notify_event_t *>(event);
-    if (!isOwn(notice->window))
+    if (!isOwn(notice->window) || isSentByProgram(event))
         return;
     const bool isLetGo = notice->parent == m_connection.rootWindow();
     // What a panel lets go of would lie on the desktop as a window of its own.
-    if (isLetGo && m_isEmbedded)
+    if (isLetGo && m_isEmbedded) {
         undock();
-    else
+        dockAgainSoon();
+    } else {
         m_isEmbedded = !isLetGo;
+    }
     m_connection.flush();
 }
 

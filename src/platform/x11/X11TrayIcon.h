@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Scheduler.h"
 #include "platform/StatusItem.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11PanelGround.h"
@@ -11,7 +12,7 @@
 class X11TrayIcon : private X11EventListener
 {
 public:
-    explicit X11TrayIcon(X11Connection &connection);
+    X11TrayIcon(X11Connection &connection, Scheduler &scheduler);
     ~X11TrayIcon() override;
 
     /// Whether there is a tray now.
@@ -56,6 +57,7 @@ private:
     void announceGround();
     bool isOwn(quint32 window) const { return m_window != 0 && window == m_window; }
     void dock();
+    void dockAgainSoon();
     void undock();
     void forgetWindow();
     Look findLook() const;
@@ -66,6 +68,7 @@ private:
     QImage onGround(const QImage &icon, const QPoint &place);
 
     X11Connection &m_connection;
+    Scheduler &m_scheduler;
     X11Tray m_tray;
     X11PanelGround m_panelGround;
     bool m_isShown = false;
@@ -73,6 +76,7 @@ private:
     quint32 m_colormap = 0;
     Look m_look;
     bool m_isEmbedded = false;
+    std::unique_ptr<ScheduledWork> m_return; ///< To a tray that has lost the icon.
     QSize m_size;
     StatusItem::IconPainter m_painter;
     QByteArray m_description;

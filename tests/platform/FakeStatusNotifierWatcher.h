@@ -1,13 +1,15 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QObject>
 
 #include <memory>
 
 /// A watcher of status items on a connection of its own, with a host or without.
-class FakeStatusNotifierWatcher : public QObject
+class FakeStatusNotifierWatcher : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -44,11 +46,14 @@ public:
     }
 
     QStringList items; ///< In the order in which they registered.
+    bool refusesItems = false;
 
 public slots:
     void RegisterStatusNotifierItem(const QString &service) // The name is the bus's.
     {
         items.append(service);
+        if (refusesItems)
+            sendErrorReply(QDBusError::AccessDenied);
     }
 
 private:

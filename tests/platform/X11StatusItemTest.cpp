@@ -55,6 +55,7 @@ private slots:
     void unansweredQuestionHoldsTheWindowBackForAWhile();
     void lateHostTakesTheItemFromTheTray();
     void trayTakesTheItemWhenTheHostGoes();
+    void trayTakesTheItemThatTheHostRefuses();
     void itemWaitsForPanels();
     void clicksComeFromBoth();
     void iconSuitsThePanelOfTheHost_data();
@@ -271,6 +272,21 @@ void X11StatusItemTest::trayTakesTheItemWhenTheHostGoes()
     QTRY_COMPARE(iconCount(), 0u);
     m_watcher.reset();
     QTRY_COMPARE(iconCount(), 1u);
+}
+
+void X11StatusItemTest::trayTakesTheItemThatTheHostRefuses()
+{
+    makeTray();
+    makeWatcher(true);
+    m_watcher->refusesItems = true;
+    makeItem();
+    QVERIFY(m_item->create());
+    QTRY_COMPARE(iconCount(), 1u);
+    // The next one is not blamed for it.
+    m_watcher.reset();
+    makeWatcher(true);
+    QTRY_COMPARE(iconCount(), 0u);
+    QCOMPARE(m_watcher->items.size(), 1);
 }
 
 void X11StatusItemTest::itemWaitsForPanels()

@@ -2,6 +2,7 @@
 
 #include "platform/linux/SessionBus.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -63,7 +64,7 @@ public:
         readAnswers();
         if (!m_isWatcherKnown)
             return Presence::Pending;
-        if (m_watcher.isEmpty())
+        if (m_watcher.isEmpty() || m_hasRefused)
             return Presence::Absent;
         return m_presence;
     }
@@ -80,7 +81,8 @@ public:
     {
         QDBusMessage call = watcherCall(kWatcherName, u"RegisterStatusNotifierItem"_s);
         call << m_bus.baseService();
-        m_bus.asyncCall(call);
+        m_hasRefused = false;
+        m_registration = ask(call);
     }
 
 private slots:
@@ -133,6 +135,11 @@ private:
                 !isRegistered.isError() && isRegistered.value().variant().toBool();
             m_presence = isPresent ? Presence::Present : Presence::Absent;
         }
+        if (m_registration && m_registration->isFinished()) {
+            const QDBusError error = take(m_registration)->error();
+            // One that is only slow may show the item yet.
+            m_hasRefused = error.isValid() && error.type() != QDBusError::NoReply;
+        }
         if (m_processQuestion && m_processQuestion->isFinished()) {
             const QDBusPendingReply<uint> process = *take(m_processQuestion);
             m_processId = process.isError() ? 0 : process.value();
@@ -154,6 +161,8 @@ private:
         m_watcher = watcher;
         m_processId = 0;
         m_processQuestion.reset();
+        m_hasRefused = false;
+        m_registration.reset();
         if (watcher.isEmpty())
             return;
         m_processQuestion = ask(busCall(u"GetConnectionUnixProcessID"_s, watcher));
@@ -172,10 +181,12 @@ private:
     bool m_isWatcherKnown = false;
     QString m_watcher; ///< Its own name on the bus; empty without one.
     Presence m_presence = Presence::Pending;
+    bool m_hasRefused = false; ///< The watcher of now, our item.
     qint64 m_processId = 0;
     Question m_ownerQuestion;
     Question m_hostQuestion;
     Question m_processQuestion;
+    Question m_registration;
 };
 
 StatusNotifierHosts::StatusNotifierHosts()

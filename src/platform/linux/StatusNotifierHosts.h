@@ -16,7 +16,7 @@ public:
     {
         Pending, ///< Asked, not answered yet.
         Present,
-        Absent,
+        Absent, ///< Also if the item that was handed over is refused.
     };
 
     /// Asks at once.

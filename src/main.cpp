@@ -203,6 +203,10 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
     Program program(ground);
     AppDelegate &delegate = program.delegate;
     connectInstance(instance, program);
+    ground.platform->onLost = [&delegate] {
+        printLine(u"The display has ended the connection: Tessarine quits"_s);
+        delegate.terminate();
+    };
     const TerminationSignals termination([&delegate] { delegate.terminate(); });
     const auto terminate = [&] {
         ground.terminationDeadline.start();

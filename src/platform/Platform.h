@@ -8,6 +8,7 @@
 #include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 
+#include <functional>
 #include <stdexcept>
 
 /// The desktop system cannot be used at all; the text says why.
@@ -30,4 +31,8 @@ public:
     virtual PointerMonitor &pointerMonitor() = 0;
     virtual DesktopAppearance &appearance() = 0;
     virtual StatusItem &statusItem() = 0;
+
+    /// Called once, from the event loop, after the desktop system has cut this program off: keys,
+    /// clicks and the status item would not work again.
+    std::function<void()> onLost;
 };

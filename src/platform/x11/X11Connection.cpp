@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include <xcb/sync.h>
 #include <xcb/xcb.h>
@@ -124,7 +125,9 @@ void X11Connection::learnExtensions()
 
 void X11Connection::flush()
 {
-    xcb_flush(xcb());
+    // A connection that is closed for a request of ours is not readable: nothing else would tell.
+    if (xcb_flush(xcb()) <= 0)
+        noteWaited();
 }
 
 void X11Connection::selectRootEvents(quint32 mask)
@@ -210,7 +213,10 @@ void X11Connection::processEvents()
                 listener->handleX11Event(type, event.get());
         }
     }
+    if (xcb_connection_has_error(xcb()) == 0 || std::exchange(m_isLost, true))
+        return;
     // A server that is gone stays readable for ever.
-    if (xcb_connection_has_error(xcb()) != 0)
-        m_notifier->setEnabled(false);
+    m_notifier->setEnabled(false);
+    if (onLost)
+        onLost();
 }

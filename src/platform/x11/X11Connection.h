@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <vector>
 
 class QSocketNotifier;
@@ -65,6 +66,10 @@ public:
     /// The server's time of this moment; 0 if it does not tell. Waits for its answer.
     quint32 serverTime();
 
+    /// Called once, from the event loop, after the connection has ended: nothing can be done with
+    /// it any more.
+    std::function<void()> onLost;
+
 private:
     void connectToServer(const QByteArray &displayName);
     void learnExtensions();
@@ -82,5 +87,6 @@ private:
     std::vector<X11EventListener *> m_listeners;
     std::unique_ptr<QSocketNotifier> m_notifier;
     bool m_isProcessingQueued = false;
+    bool m_isLost = false;
     QObject m_context; ///< Ends the queued calls with the connection.
 };

@@ -30,6 +30,10 @@ public:
         m_pointerMonitor.isOwnPlace = [this](const QPoint &place) {
             return m_statusItem.contains(place);
         };
+        m_connection.onLost = [this] {
+            if (onLost)
+                onLost();
+        };
         m_appearance.onPreferenceChanged = [this] { m_statusItem.refreshColorSoon(); };
     }
 

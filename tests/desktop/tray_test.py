@@ -200,5 +200,18 @@ class LostBusTest(TrayTest):
         self.assert_alive()
 
 
+class LostDisplayTest(TrayTest):
+    def test_the_program_quits_in_order_when_its_connection_ends(self):
+        self.start_panel(Tint2)
+        self.program.start()
+        self.wait_for_legible_icon()
+        self.copy("an entry")
+        self.display.find_window(window_class="tessarine").kill_client()
+        self.display.connection.flush()
+        self.assertEqual(self.program.wait_for_exit(), 0)
+        self.assertEqual(self.program.output().count("The display has ended the connection"), 1)
+        self.assertEqual(self.program.texts(), ["an entry"])
+
+
 if __name__ == "__main__":
     main()

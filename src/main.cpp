@@ -203,9 +203,10 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
     Program program(ground);
     AppDelegate &delegate = program.delegate;
     connectInstance(instance, program);
-    ground.platform->onLost = [&delegate] {
+    ground.platform->onLost = [] {
         printLine(u"The display has ended the connection: Tessarine quits"_s);
-        delegate.terminate();
+        // As where the library that draws notices it first.
+        QCoreApplication::exit(EXIT_FAILURE);
     };
     const TerminationSignals termination([&delegate] { delegate.terminate(); });
     const auto terminate = [&] {

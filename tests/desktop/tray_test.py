@@ -208,7 +208,7 @@ class LostDisplayTest(TrayTest):
         self.copy("an entry")
         self.display.find_window(window_class="tessarine").kill_client()
         self.display.connection.flush()
-        self.assertEqual(self.program.wait_for_exit(), 0)
+        self.assertEqual(self.program.wait_for_exit(), 1)
         self.assertEqual(self.program.output().count("The display has ended the connection"), 1)
         self.assertEqual(self.program.texts(), ["an entry"])
 

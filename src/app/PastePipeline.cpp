@@ -110,11 +110,12 @@ bool PastePipeline::simulatePasteKeystroke()
         return false;
     }
     printLine(u"Accessibility permission: GRANTED ✓"_s);
-    if (!m_keystroke.isTargetFocused()) {
+    const auto keyDown = m_keystroke.postKeyDown();
+    if (keyDown == PasteKeystroke::KeyDown::TargetNotFocused) {
         printLine(u"The paste target is not in front; the entry stays on the clipboard"_s);
         return false;
     }
-    if (!m_keystroke.postKeyDown()) {
+    if (keyDown == PasteKeystroke::KeyDown::Failed) {
         printLine(u"ERROR: Failed to create keyDown event!"_s);
         return false;
     }

@@ -6,6 +6,13 @@
 class PasteKeystroke
 {
 public:
+    enum class KeyDown : quint8
+    {
+        Posted,
+        TargetNotFocused,
+        Failed
+    };
+
     virtual ~PasteKeystroke() = default;
 
     /// Whether this session lets a program send keys.
@@ -18,11 +25,9 @@ public:
     /// program needs besides the keys (terminals paste another selection) is made ready now.
     virtual void prepare(const RunningApplication &target) = 0;
 
-    /// Whether the window that prepare() was called for has the focus, so that keys reach it.
-    virtual bool isTargetFocused() const = 0;
-
-    /// Lifts what the person still holds and presses the chord. False if it could not be made.
-    [[nodiscard]] virtual bool postKeyDown() = 0;
+    /// Lifts what the person still holds and presses the chord, both only if the window that
+    /// prepare() was called for has the focus at that very moment.
+    [[nodiscard]] virtual KeyDown postKeyDown() = 0;
 
     /// Releases the chord and puts back the modifiers that are still held. False if it failed.
     [[nodiscard]] virtual bool postKeyUp() = 0;

@@ -14,6 +14,7 @@ struct RunningApplication
     QString localizedName; ///< For people; empty if there is none.
     quint64 window = 0; ///< The window that had the focus, in the desktop's own numbering.
     qint64 processId = 0; ///< Zero if the desktop does not tell.
+    quint64 windowSerial = 0; ///< Tells the window from later ones with its number.
 
     friend bool operator==(const RunningApplication &, const RunningApplication &) = default;
 };
@@ -30,7 +31,8 @@ public:
     /// True if \a application is this program, by its identifier; two missing ones are the same.
     virtual bool isOwnApplication(const RunningApplication &application) const = 0;
 
-    /// Brings the window of \a application to the front and gives it the focus.
+    /// Brings the window of \a application to the front and gives it the focus. Does nothing if
+    /// that window is gone, even if another has its number now.
     virtual void activate(const RunningApplication &application) = 0;
 
     /// Brings a window of this program to the front with the focus. It must have been shown.

@@ -11,14 +11,15 @@ public:
     bool isPermitted() const override { return permitted; }
     void requestPermission() override { ++permissionRequestCount; }
     void prepare(const RunningApplication &target) override { prepared.append(target); }
-    bool isTargetFocused() const override { return targetFocused; }
 
-    bool postKeyDown() override
+    KeyDown postKeyDown() override
     {
+        if (!targetFocused)
+            return KeyDown::TargetNotFocused;
         if (!keyDownWorks)
-            return false;
+            return KeyDown::Failed;
         ++keyDownCount;
-        return true;
+        return KeyDown::Posted;
     }
 
     bool postKeyUp() override

@@ -4,10 +4,13 @@
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XcbXkb.h"
+#include "tests/platform/PlainWindows.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QGuiApplication>
 #include <QTest>
+
+#include <thread>
 
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
@@ -60,12 +63,20 @@ private slots:
     void focusIsSeenInTheTargetOnly_data();
     void focusIsSeenInTheTargetOnly();
     void dialogueOfTheTargetCounts();
+    void laterWindowOfTheSameNumberGetsNoKeys_data();
+    void laterWindowOfTheSameNumberGetsNoKeys();
+    void windowThatTakesTheFocusMeanwhileGetsNoKeys();
     void nothingIsReleasedThatWasNotPressed();
     void keysArePermitted();
 
 private:
+    using KeyDown = PasteKeystroke::KeyDown;
+
     quint32 openEditor();
     void paste(quint32 window);
+    void prepareFor(quint32 window);
+    void pressWhenFocused();
+    KeyDown type();
     QByteArray textOf(quint32 editor);
     void holdByPerson(quint8 key);
     void letGoByPerson(quint8 key);
@@ -77,6 +88,7 @@ private:
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11Keyboard> m_keyboard;
     std::unique_ptr<DesktopEntries> m_entries;
+    std::unique_ptr<X11KnownWindows> m_knownWindows;
     std::unique_ptr<X11Workspace> m_workspace;
     std::unique_ptr<X11PasteKeystroke> m_keystroke;
     int m_primaryCount = 0;
@@ -88,11 +100,12 @@ void X11PasteKeystrokeTest::init()
     m_connection = std::make_unique<X11Connection>(m_desktop.displayName());
     m_keyboard = std::make_unique<X11Keyboard>(*m_connection);
     m_entries = std::make_unique<DesktopEntries>(QStringList{u"/usr/share/applications"_s}, u"C"_s);
-    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_entries);
+    m_knownWindows = std::make_unique<X11KnownWindows>(*m_connection);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries);
     m_primaryCount = 0;
     m_isPrimaryOurs = true;
-    m_keystroke = std::make_unique<X11PasteKeystroke>(*m_connection, *m_keyboard, *m_entries,
-                                                      [this] {
+    m_keystroke = std::make_unique<X11PasteKeystroke>(*m_connection, *m_keyboard, *m_knownWindows,
+                                                      *m_entries, [this] {
                                                           ++m_primaryCount;
                                                           return m_isPrimaryOurs;
                                                       });
@@ -108,6 +121,7 @@ void X11PasteKeystrokeTest::cleanup()
     QCOMPARE(heldModifiers(), quint8(0));
     m_keystroke.reset();
     m_workspace.reset();
+    m_knownWindows.reset();
     m_keyboard.reset();
     m_connection.reset();
     m_desktop.endPrograms();
@@ -132,9 +146,40 @@ void X11PasteKeystrokeTest::paste(quint32 window)
     m_keyboard->state();
     QCoreApplication::processEvents();
     m_keystroke->prepare(*m_workspace->frontmostApplication());
-    QTRY_VERIFY_WITH_TIMEOUT(m_keystroke->isTargetFocused(), kPatience);
-    QVERIFY(m_keystroke->postKeyDown());
+    pressWhenFocused();
     QVERIFY(m_keystroke->postKeyUp());
+}
+
+void X11PasteKeystrokeTest::prepareFor(quint32 window)
+{
+    const auto known = m_knownWindows->note(window);
+    QVERIFY(known);
+    RunningApplication target;
+    target.window = window;
+    target.windowSerial = known->serial;
+    m_keystroke->prepare(target);
+}
+
+void X11PasteKeystrokeTest::pressWhenFocused()
+{
+    // QTRY_COMPARE would press once more after it has worked.
+    KeyDown keyDown = KeyDown::Failed;
+    PrivateDesktop::waitUntil(
+        [&] {
+            keyDown = m_keystroke->postKeyDown();
+            return keyDown == KeyDown::Posted;
+        },
+        kPatience / 1000);
+    QCOMPARE(keyDown, KeyDown::Posted);
+}
+
+/// Presses and releases the chord; what came of it.
+X11PasteKeystrokeTest::KeyDown X11PasteKeystrokeTest::type()
+{
+    const KeyDown keyDown = m_keystroke->postKeyDown();
+    const bool isUp = keyDown != KeyDown::Posted || m_keystroke->postKeyUp();
+    m_keyboard->state(); // Once it answers, the server has seen the keys.
+    return isUp ? keyDown : KeyDown::Failed;
 }
 
 /// What was pasted into an editor; the clipboard is its own afterwards.
@@ -330,14 +375,15 @@ void X11PasteKeystrokeTest::terminalGetsNothingThatIsNotOurs()
 {
     const quint32 window = m_desktop.openWindow(
         u"xterm"_s, {u"-fa"_s, u"Mono"_s, u"-e"_s, u"sleep"_s, u"1000"_s}, u"XTerm"_s);
+    m_desktop.activate(window);
     m_isPrimaryOurs = false;
-    m_keystroke->prepare({u"debian-xterm"_s, u"XTerm"_s, window, 0});
-    QVERIFY(!m_keystroke->postKeyDown());
+    prepareFor(window);
+    QCOMPARE(m_keystroke->postKeyDown(), KeyDown::Failed);
     QVERIFY(!m_keystroke->postKeyUp());
 
     m_isPrimaryOurs = true;
-    m_keystroke->prepare({u"debian-xterm"_s, u"XTerm"_s, window, 0});
-    QVERIFY(m_keystroke->postKeyDown());
+    prepareFor(window);
+    pressWhenFocused();
     QVERIFY(m_keystroke->postKeyUp());
 }
 
@@ -390,8 +436,8 @@ void X11PasteKeystrokeTest::heldModifiersArePutBack()
     holdByPerson(key);
     const quint8 modifiers = heldModifiers();
 
-    m_keystroke->prepare({u"org.xfce.mousepad"_s, u"Mousepad"_s, window, 0});
-    QVERIFY(m_keystroke->postKeyDown());
+    prepareFor(window);
+    pressWhenFocused();
     const quint8 control = m_keyboard->modifiersOfKey(kControlKey);
     QCOMPARE(heldModifiers(), control);
     QVERIFY(m_keystroke->postKeyUp());
@@ -405,8 +451,8 @@ void X11PasteKeystrokeTest::modifiersLetGoMeanwhileStayUp()
         holdByPerson(key);
     const quint8 shift = m_keyboard->modifiersOfKey(kShiftKey);
 
-    m_keystroke->prepare({u"org.xfce.mousepad"_s, u"Mousepad"_s, window, 0});
-    QVERIFY(m_keystroke->postKeyDown());
+    prepareFor(window);
+    pressWhenFocused();
     letGoByPerson(kAltKey);
     letGoByPerson(kControlKey);
     QVERIFY(m_keystroke->postKeyUp());
@@ -418,8 +464,8 @@ void X11PasteKeystrokeTest::laterReleaseByThePersonIsTheEnd()
     const quint32 window = openEditor();
     holdByPerson(kShiftKey);
     holdByPerson(kControlKey);
-    m_keystroke->prepare({u"org.xfce.mousepad"_s, u"Mousepad"_s, window, 0});
-    QVERIFY(m_keystroke->postKeyDown());
+    prepareFor(window);
+    pressWhenFocused();
     QVERIFY(m_keystroke->postKeyUp());
 
     letGoByPerson(kShiftKey);
@@ -468,8 +514,8 @@ void X11PasteKeystrokeTest::layoutStaysAsItWas()
     fakeKeyOfPerson(XCB_KEY_PRESS, kShiftKey);
     QTRY_COMPARE_WITH_TIMEOUT(m_keyboard->state().lockedGroup, quint8(1), kPatience);
 
-    m_keystroke->prepare({u"org.xfce.mousepad"_s, u"Mousepad"_s, window, 0});
-    const bool isDown = m_keystroke->postKeyDown();
+    prepareFor(window);
+    const bool isDown = m_keystroke->postKeyDown() == KeyDown::Posted;
     const bool isUp = m_keystroke->postKeyUp();
     const int group = m_keyboard->state().lockedGroup;
     letGoByPerson(kShiftKey);
@@ -502,37 +548,93 @@ void X11PasteKeystrokeTest::focusIsSeenInTheTargetOnly()
             (isManaged ? u"windowactivate --sync %1"_s : u"windowfocus %1"_s).arg(window));
     };
 
-    RunningApplication target;
-    target.window = editor;
-    m_keystroke->prepare(target);
+    prepareFor(editor);
     giveFocus(editor);
-    QTRY_VERIFY_WITH_TIMEOUT(m_keystroke->isTargetFocused(), kPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(type(), KeyDown::Posted, kPatience);
     giveFocus(terminal);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_keystroke->isTargetFocused(), kPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(type(), KeyDown::TargetNotFocused, kPatience);
 
-    target.window = terminal;
-    m_keystroke->prepare(target);
-    QVERIFY(m_keystroke->isTargetFocused());
+    prepareFor(terminal);
+    QCOMPARE(type(), KeyDown::Posted);
     m_desktop.xdotool(u"windowkill %1"_s.arg(terminal));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_keystroke->isTargetFocused(), kPatience);
+    QTRY_COMPARE_WITH_TIMEOUT(type(), KeyDown::TargetNotFocused, kPatience);
     m_keystroke->prepare({});
-    QVERIFY(!m_keystroke->isTargetFocused());
+    QCOMPARE(type(), KeyDown::TargetNotFocused);
 }
 
 void X11PasteKeystrokeTest::dialogueOfTheTargetCounts()
 {
     const quint32 editor = openEditor();
-    RunningApplication target;
-    target.window = editor;
-    m_keystroke->prepare(target);
-    QTRY_VERIFY_WITH_TIMEOUT(m_keystroke->isTargetFocused(), kPatience);
+    prepareFor(editor);
+    QTRY_COMPARE_WITH_TIMEOUT(type(), KeyDown::Posted, kPatience);
 
     m_desktop.xdotool(u"key ctrl+f"_s); // The search dialogue or bar, then the open dialogue.
     m_desktop.xdotool(u"key ctrl+o"_s);
     QTRY_VERIFY_WITH_TIMEOUT(m_workspace->frontmostApplication() &&
                                  m_workspace->frontmostApplication()->window != editor,
                              kPatience);
-    QVERIFY(m_keystroke->isTargetFocused());
+    QCOMPARE(type(), KeyDown::Posted);
+}
+
+void X11PasteKeystrokeTest::laterWindowOfTheSameNumberGetsNoKeys_data()
+{
+    QTest::addColumn<QByteArray>("laterClass");
+    QTest::addColumn<bool>("isEndKnown");
+
+    QTest::newRow("another window of the same program") << "editor"_ba << true;
+    QTest::newRow("another program, before the end is told") << "mail"_ba << false;
+}
+
+void X11PasteKeystrokeTest::laterWindowOfTheSameNumberGetsNoKeys()
+{
+    QFETCH(QByteArray, laterClass);
+    QFETCH(bool, isEndKnown);
+    m_desktop.endPrograms();
+    PlainWindows windows(m_desktop.displayName());
+    const quint32 number = windows.makeNumber();
+    windows.open(number, "editor");
+    windows.focus(number);
+    const auto target = m_workspace->frontmostApplication();
+    QVERIFY(target);
+    m_keystroke->prepare(*target);
+    QCOMPARE(type(), KeyDown::Posted);
+    QVERIFY(windows.takePresses(number) > 0);
+
+    windows.close(number);
+    windows.open(number, laterClass);
+    windows.focus(number);
+    if (isEndKnown) {
+        m_keyboard->state();
+        QCoreApplication::processEvents();
+    }
+    m_keystroke->prepare(*target);
+    QCOMPARE(type(), KeyDown::TargetNotFocused);
+    QCOMPARE(windows.takePresses(number), 0);
+}
+
+void X11PasteKeystrokeTest::windowThatTakesTheFocusMeanwhileGetsNoKeys()
+{
+    m_desktop.endPrograms();
+    PlainWindows windows(m_desktop.displayName());
+    const quint32 target = windows.makeNumber();
+    const quint32 thief = windows.makeNumber();
+    windows.open(target, "editor");
+    windows.open(thief, "thief");
+    prepareFor(target);
+
+    std::jthread restless([&windows, target, thief](const std::stop_token &stop) {
+        while (!stop.stop_requested()) {
+            windows.focus(thief);
+            windows.focus(target);
+        }
+    });
+    int postedCount = 0;
+    for (int i = 0; i < 20000 && postedCount < 300; ++i)
+        postedCount += type() == KeyDown::Posted ? 1 : 0;
+    restless.request_stop();
+    restless.join();
+    QVERIFY(postedCount > 0);
+    QCOMPARE(windows.takePresses(thief), 0);
 }
 
 void X11PasteKeystrokeTest::nothingIsReleasedThatWasNotPressed()
@@ -551,10 +653,11 @@ void X11PasteKeystrokeTest::keysArePermitted()
     QVERIFY(isStarted);
     X11Connection connection(bare.displayName());
     X11Keyboard keyboard(connection);
-    X11PasteKeystroke keystroke(connection, keyboard, *m_entries, {});
+    X11KnownWindows knownWindows(connection);
+    X11PasteKeystroke keystroke(connection, keyboard, knownWindows, *m_entries, {});
     QVERIFY(!keystroke.isPermitted());
     keystroke.requestPermission();
-    QVERIFY(!keystroke.postKeyDown());
+    QCOMPARE(keystroke.postKeyDown(), KeyDown::Failed);
     QVERIFY(!keystroke.postKeyUp());
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/x11/X11GlobalHotkey.h"
 #include "platform/x11/X11Keyboard.h"
+#include "tests/platform/PlainWindows.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QApplication>
@@ -49,6 +50,7 @@ private slots:
     void windowOnAnotherDesktopIsReached();
     void deadWindowIsIgnored_data() { addWindowManagers(); }
     void deadWindowIsIgnored();
+    void laterWindowOfTheSameNumberIsNotActivated();
     void activationIsAnnouncedOnce();
     void laterListenerHearsOfTheSameWindow();
     void listenerHearsNothingOfAWindowThatIsKnownToBeInFront();
@@ -66,10 +68,12 @@ private:
     void startWindowManager(const QString &program);
     quint32 openTerminal(const QString &instanceName);
     bool isFrontmost(quint32 window) const;
+    RunningApplication noted(quint32 window);
 
     PrivateDesktop &m_desktop;
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<DesktopEntries> m_entries;
+    std::unique_ptr<X11KnownWindows> m_knownWindows;
     std::unique_ptr<X11Workspace> m_workspace;
 };
 
@@ -77,12 +81,14 @@ void X11WorkspaceTest::init()
 {
     m_connection = std::make_unique<X11Connection>(m_desktop.displayName());
     m_entries = std::make_unique<DesktopEntries>(QStringList{u"/usr/share/applications"_s}, u"C"_s);
-    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_entries);
+    m_knownWindows = std::make_unique<X11KnownWindows>(*m_connection);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries);
 }
 
 void X11WorkspaceTest::cleanup()
 {
     m_workspace.reset();
+    m_knownWindows.reset();
     m_connection.reset();
     m_desktop.endPrograms();
 }
@@ -124,6 +130,16 @@ bool X11WorkspaceTest::isFrontmost(quint32 window) const
 {
     const auto application = m_workspace->frontmostApplication();
     return application && application->window == window;
+}
+
+/// The program of \a window, as far as activating it goes.
+RunningApplication X11WorkspaceTest::noted(quint32 window)
+{
+    RunningApplication application;
+    application.window = window;
+    if (const auto known = m_knownWindows->note(window))
+        application.windowSerial = known->serial;
+    return application;
 }
 
 void X11WorkspaceTest::emptyDesktopHasNoFrontmostApplication()
@@ -178,7 +194,7 @@ void X11WorkspaceTest::frontmostApplicationIsDescribed()
 void X11WorkspaceTest::programWithoutEntryIsCalledByItsClass()
 {
     m_entries = std::make_unique<DesktopEntries>(QStringList{}, u"C"_s);
-    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_entries);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries);
     startWindowManager(u"openbox"_s);
     const quint32 window = openTerminal(u"xterm"_s);
 
@@ -215,14 +231,11 @@ void X11WorkspaceTest::windowIsActivated()
         m_desktop.xdotool(u"windowfocus %1"_s.arg(second));
     QTRY_VERIFY(isFrontmost(second));
 
-    RunningApplication application;
-    application.window = first;
-    m_workspace->activate(application);
+    m_workspace->activate(noted(first));
     QTRY_VERIFY(isFrontmost(first));
     QCOMPARE(m_desktop.xdotool(u"getwindowfocus"_s).trimmed().toUInt(), first);
 
-    application.window = second;
-    m_workspace->activate(application);
+    m_workspace->activate(noted(second));
     QTRY_VERIFY(isFrontmost(second));
 }
 
@@ -234,9 +247,7 @@ void X11WorkspaceTest::minimisedWindowComesBack()
     m_desktop.xdotool(u"windowminimize --sync %1"_s.arg(first));
     QTRY_VERIFY(isFrontmost(second));
 
-    RunningApplication application;
-    application.window = first;
-    m_workspace->activate(application);
+    m_workspace->activate(noted(first));
     QTRY_VERIFY(isFrontmost(first));
 }
 
@@ -258,9 +269,7 @@ void X11WorkspaceTest::windowOnAnotherDesktopIsReached()
     QTRY_COMPARE(m_desktop.xdotool(u"get_desktop_for_window %1"_s.arg(first)).trimmed(), "1");
     QTRY_VERIFY(isFrontmost(second));
 
-    RunningApplication application;
-    application.window = first;
-    m_workspace->activate(application);
+    m_workspace->activate(noted(first));
     QTRY_VERIFY(isFrontmost(first));
 }
 
@@ -273,14 +282,40 @@ void X11WorkspaceTest::deadWindowIsIgnored()
     if (windowManager.isEmpty())
         m_desktop.xdotool(u"windowfocus %1"_s.arg(dead));
     QTRY_VERIFY(isFrontmost(dead));
-    RunningApplication application = *m_workspace->frontmostApplication();
+    const RunningApplication application = *m_workspace->frontmostApplication();
     m_desktop.xdotool(u"windowkill %1"_s.arg(dead));
     QTRY_VERIFY(!isFrontmost(dead));
 
     m_workspace->activate(application);
-    application.window = alive;
-    m_workspace->activate(application);
+    m_workspace->activate(noted(alive));
     QTRY_VERIFY(isFrontmost(alive));
+}
+
+void X11WorkspaceTest::laterWindowOfTheSameNumberIsNotActivated()
+{
+    PlainWindows windows(m_desktop.displayName());
+    const quint32 number = windows.makeNumber();
+    const quint32 other = windows.makeNumber();
+    windows.open(other, "other");
+    windows.open(number, "editor");
+    windows.focus(number);
+    const auto application = m_workspace->frontmostApplication();
+    QVERIFY(application);
+    windows.focus(other);
+    m_workspace->activate(*application);
+    QTRY_VERIFY(isFrontmost(number));
+
+    windows.close(number);
+    windows.open(number, "editor");
+    windows.focus(other);
+    QVERIFY(isFrontmost(other));
+    QCoreApplication::processEvents();
+    m_workspace->activate(*application);
+    QVERIFY(isFrontmost(other));
+
+    windows.focus(number);
+    m_workspace->activate(*m_workspace->frontmostApplication());
+    QVERIFY(isFrontmost(number));
 }
 
 void X11WorkspaceTest::activationIsAnnouncedOnce()
@@ -371,10 +406,8 @@ void X11WorkspaceTest::ownWindowGetsTheFocus()
         m_desktop.xdotool(u"type "_s + text);
         QTRY_COMPARE(field.text(), text);
 
-        RunningApplication application;
-        application.window = terminal;
         field.hide();
-        m_workspace->activate(application);
+        m_workspace->activate(noted(terminal));
         QTRY_VERIFY(isFrontmost(terminal));
     }
 }

@@ -198,6 +198,5 @@ X11Keyboard::State X11Keyboard::state()
                                           xcb_xkb_get_state(m_connection.xcb(), kCoreKeyboard));
     if (!reply)
         return {};
-    return {reply->baseMods, reply->latchedMods, reply->lockedMods, reply->lockedGroup,
-            reply->latchedGroup != 0};
+    return {reply->baseMods, reply->latchedMods, reply->lockedMods, reply->lockedGroup};
 }

@@ -20,7 +20,6 @@ public:
         quint8 latchedModifiers = 0; ///< Count for the next key only.
         quint8 lockedModifiers = 0;
         quint8 lockedGroup = 0; ///< The layout that is active when no key changes it.
-        bool hasLatchedGroup = false;
     };
 
     explicit X11Keyboard(X11Connection &connection);

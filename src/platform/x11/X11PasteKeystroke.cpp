@@ -22,6 +22,32 @@ constexpr quint8 kUsualInsertKey = 118;
 constexpr quint8 kUsualControlKey = 37;
 constexpr quint8 kUsualShiftKey = 50;
 
+/// How often the focus may move while the keyboard is asked.
+constexpr int kMaxAttempts = 3;
+
+/// Keeps the server from serving anybody else.
+class ServerGrab
+{
+public:
+    explicit ServerGrab(X11Connection &connection)
+        : m_connection(connection)
+    {
+        xcb_grab_server(m_connection.xcb());
+    }
+
+    ~ServerGrab()
+    {
+        xcb_ungrab_server(m_connection.xcb());
+        m_connection.flush();
+    }
+
+    ServerGrab(const ServerGrab &) = delete;
+    ServerGrab &operator=(const ServerGrab &) = delete;
+
+private:
+    X11Connection &m_connection;
+};
+
 bool hasKey(const QByteArray &heldKeys, quint8 key)
 {
     return key / 8 < heldKeys.size() && (quint8(heldKeys[key / 8]) & (1 << (key % 8))) != 0;
@@ -30,10 +56,11 @@ bool hasKey(const QByteArray &heldKeys, quint8 key)
 } // namespace
 
 X11PasteKeystroke::X11PasteKeystroke(X11Connection &connection, X11Keyboard &keyboard,
-                                     const DesktopEntries &entries,
+                                     X11KnownWindows &knownWindows, const DesktopEntries &entries,
                                      std::function<bool()> ownPrimary)
     : m_connection(connection)
     , m_keyboard(keyboard)
+    , m_knownWindows(knownWindows)
     , m_entries(entries)
     , m_ownPrimary(std::move(ownPrimary))
     , m_windows(connection)
@@ -53,7 +80,7 @@ void X11PasteKeystroke::requestPermission()
 void X11PasteKeystroke::prepare(const RunningApplication &target)
 {
     m_target = target;
-    const auto identity = m_windows.identity(quint32(target.window));
+    const auto identity = m_windows.identity(m_knownWindows.find(target));
     const auto entry = m_entries.findById(target.bundleIdentifier);
     m_wantedChord = pasteChordFor(identity ? identity->instanceName : QString(),
                                   identity ? identity->className : QString(),
@@ -66,11 +93,6 @@ void X11PasteKeystroke::prepare(const RunningApplication &target)
     m_wouldPasteOther = isTerminal && isShiftInsert && !m_ownPrimary();
 }
 
-bool X11PasteKeystroke::isTargetFocused() const
-{
-    return m_windows.hasFocus(quint32(m_target.window));
-}
-
 std::optional<quint8> X11PasteKeystroke::findLetterV(int group) const
 {
     if (const auto inActiveLayout = m_keyboard.findKeyInGroup('v', group))
@@ -79,8 +101,7 @@ std::optional<quint8> X11PasteKeystroke::findLetterV(int group) const
     return m_keyboard.findKey('v');
 }
 
-std::optional<X11PasteKeystroke::Chord> X11PasteKeystroke::findChord(PasteChord chord,
-                                                                     int group) const
+X11PasteKeystroke::Chord X11PasteKeystroke::findChord(PasteChord chord, int group) const
 {
     const auto firstOf = [this](quint32 left, quint32 right, quint8 usual) {
         const auto key = m_keyboard.findKey(left);
@@ -97,20 +118,43 @@ std::optional<X11PasteKeystroke::Chord> X11PasteKeystroke::findChord(PasteChord 
     return Chord{{control}, *letter};
 }
 
-bool X11PasteKeystroke::postKeyDown()
+PasteKeystroke::KeyDown X11PasteKeystroke::postKeyDown()
 {
-    if (!isPermitted() || !m_keyboard.isSupported() || m_wouldPasteOther)
-        return false;
+    if (!isPermitted() || !m_keyboard.isSupported())
+        return KeyDown::Failed;
 
-    liftHeldModifiers();
-    m_earlierState = m_keyboard.state();
+    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+        const quint32 focus = m_windows.focusWindow();
+        if (!m_windows.belongsTo(focus, m_knownWindows.find(m_target)))
+            return KeyDown::TargetNotFocused;
+        if (m_wouldPasteOther)
+            return KeyDown::Failed;
+
+        m_earlierState = m_keyboard.state();
+        const Chord chord = findChord(m_wantedChord, m_earlierState.lockedGroup);
+        const std::vector<quint8> held = heldModifiers();
+        m_liftedKeys = findOnKeyboards(held);
+
+        // Everybody waits meanwhile, so there is one question only, and no other window gets the
+        // focus between its answer and the keys.
+        const ServerGrab grab(m_connection);
+        if (m_windows.focusWindow() == focus) {
+            pressChord(chord, held);
+            return KeyDown::Posted;
+        }
+    }
+    return KeyDown::TargetNotFocused;
+}
+
+void X11PasteKeystroke::pressChord(const Chord &chord, const std::vector<quint8> &heldModifiers)
+{
+    for (const quint8 key : heldModifiers)
+        release(key);
     clearStickyModifiers();
-    m_pressedChord = findChord(m_wantedChord, m_earlierState.lockedGroup);
-    for (const quint8 modifier : m_pressedChord->modifiers)
+    for (const quint8 modifier : chord.modifiers)
         press(modifier);
-    press(m_pressedChord->key);
-    m_connection.flush();
-    return true;
+    press(chord.key);
+    m_pressedChord = chord;
 }
 
 bool X11PasteKeystroke::postKeyUp()
@@ -132,30 +176,36 @@ bool X11PasteKeystroke::postKeyUp()
     return true;
 }
 
-void X11PasteKeystroke::liftHeldModifiers()
+std::vector<quint8> X11PasteKeystroke::heldModifiers() const
 {
-    m_liftedKeys.clear();
     const auto keymap =
         m_connection.reply(xcb_query_keymap_reply, xcb_query_keymap(m_connection.xcb()));
     if (!keymap)
-        return;
+        return {};
     const QByteArray held(reinterpret_cast<const char *>(keymap->keys), sizeof keymap->keys);
-    std::vector<quint8> heldModifiers = m_keyboard.modifierKeys();
-    std::erase_if(heldModifiers, [&held](quint8 key) { return !hasKey(held, key); });
+    std::vector<quint8> keys = m_keyboard.modifierKeys();
+    std::erase_if(keys, [&held](quint8 key) { return !hasKey(held, key); });
+    return keys;
+}
+
+std::vector<X11PasteKeystroke::LiftedKey>
+X11PasteKeystroke::findOnKeyboards(const std::vector<quint8> &heldModifiers) const
+{
     if (heldModifiers.empty())
-        return;
+        return {};
 
     const std::vector<Device> devices = keyboards();
     std::vector<quint8> ids;
     std::ranges::transform(devices, std::back_inserter(ids), &Device::id);
     const std::vector<QByteArray> heldByDevice = heldKeys(ids);
+    std::vector<LiftedKey> found;
     for (const quint8 key : heldModifiers) {
         for (size_t i = 0; i < devices.size(); ++i) {
             if (hasKey(heldByDevice[i], key))
-                m_liftedKeys.push_back({key, devices[i].id, devices[i].isFake});
+                found.push_back({key, devices[i].id, devices[i].isFake});
         }
-        release(key);
     }
+    return found;
 }
 
 std::vector<X11PasteKeystroke::Device> X11PasteKeystroke::keyboards() const
@@ -230,8 +280,7 @@ void X11PasteKeystroke::putBackModifiers(bool areOfChord)
 void X11PasteKeystroke::clearStickyModifiers()
 {
     const quint8 stickyLocks = m_earlierState.lockedModifiers & ~m_keyboard.lockMask();
-    if (stickyLocks == 0 && m_earlierState.latchedModifiers == 0 && !m_earlierState.hasLatchedGroup)
-        return;
+    // Latches always: where keys are sticky, lifting a modifier latches it.
     xcb_xkb_latch_lock_state(m_connection.xcb(), XCB_XKB_ID_USE_CORE_KBD, stickyLocks, 0, 0, 0,
                              0xff, 1, 0);
 }

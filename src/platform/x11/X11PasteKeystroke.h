@@ -4,6 +4,7 @@
 #include "platform/x11/PasteChord.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11KnownWindows.h"
 #include "platform/x11/X11Windows.h"
 
 #include <functional>
@@ -24,13 +25,13 @@ public:
     /// \a ownPrimary offers what is on the pasteboard as the PRIMARY selection too; false if that
     /// is nothing of ours.
     X11PasteKeystroke(X11Connection &connection, X11Keyboard &keyboard,
-                      const DesktopEntries &entries, std::function<bool()> ownPrimary);
+                      X11KnownWindows &knownWindows, const DesktopEntries &entries,
+                      std::function<bool()> ownPrimary);
 
     bool isPermitted() const override;
     void requestPermission() override;
     void prepare(const RunningApplication &target) override;
-    bool isTargetFocused() const override;
-    [[nodiscard]] bool postKeyDown() override;
+    [[nodiscard]] KeyDown postKeyDown() override;
     [[nodiscard]] bool postKeyUp() override;
 
 private:
@@ -52,10 +53,13 @@ private:
         bool isFake = false;
     };
 
-    std::optional<Chord> findChord(PasteChord chord, int group) const;
+    Chord findChord(PasteChord chord, int group) const;
     std::optional<quint8> findLetterV(int group) const;
 
-    void liftHeldModifiers();
+    void pressChord(const Chord &chord, const std::vector<quint8> &heldModifiers);
+    std::vector<quint8> heldModifiers() const;
+    /// Where \a heldModifiers are held, one for each keyboard on which one is.
+    std::vector<LiftedKey> findOnKeyboards(const std::vector<quint8> &heldModifiers) const;
     std::vector<Device> keyboards() const;
     std::vector<QByteArray> heldKeys(const std::vector<quint8> &devices) const;
     void clearStickyModifiers();
@@ -69,9 +73,10 @@ private:
 
     X11Connection &m_connection;
     X11Keyboard &m_keyboard;
+    X11KnownWindows &m_knownWindows;
     const DesktopEntries &m_entries;
     std::function<bool()> m_ownPrimary;
-    mutable X11Windows m_windows;
+    X11Windows m_windows;
 
     RunningApplication m_target;
     PasteChord m_wantedChord = PasteChord::ControlV;

@@ -5,6 +5,7 @@
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11GlobalHotkey.h"
 #include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11KnownWindows.h"
 #include "platform/x11/X11PasteKeystroke.h"
 #include "platform/x11/X11Pasteboard.h"
 #include "platform/x11/X11PointerMonitor.h"
@@ -19,9 +20,10 @@ public:
     X11Platform(const ImageCodec &codec, Scheduler &scheduler)
         : m_keyboard(m_connection)
         , m_pasteboard(codec)
-        , m_workspace(m_connection, m_entries)
+        , m_knownWindows(m_connection)
+        , m_workspace(m_connection, m_knownWindows, m_entries)
         , m_globalHotkey(m_connection, m_keyboard)
-        , m_pasteKeystroke(m_connection, m_keyboard, m_entries,
+        , m_pasteKeystroke(m_connection, m_keyboard, m_knownWindows, m_entries,
                            [this] { return m_pasteboard.alsoOwnPrimary(); })
         , m_pointerMonitor(m_connection)
         , m_appearance(m_connection)
@@ -50,6 +52,7 @@ private:
     DesktopEntries m_entries;
     X11Keyboard m_keyboard;
     X11Pasteboard m_pasteboard;
+    X11KnownWindows m_knownWindows;
     X11Workspace m_workspace;
     X11GlobalHotkey m_globalHotkey;
     X11PasteKeystroke m_pasteKeystroke;

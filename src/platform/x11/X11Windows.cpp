@@ -84,18 +84,17 @@ std::optional<X11Windows::Identity> X11Windows::identity(quint32 window)
     return identity;
 }
 
-bool X11Windows::hasFocus(quint32 window)
+bool X11Windows::belongsTo(quint32 window, quint32 main)
 {
-    quint32 focus = focusWindow();
-    if (focus == 0 || window == 0)
+    if (window == 0 || main == 0)
         return false;
-    const quint32 topLevel = topLevelOf(focus);
-    for (int depth = 0; focus != 0 && depth < kMaxDepth; ++depth) {
-        if (focus == window)
+    quint32 ancestor = window;
+    for (int depth = 0; ancestor != 0 && depth < kMaxDepth; ++depth) {
+        if (ancestor == main)
             return true;
-        focus = parent(focus);
+        ancestor = parent(ancestor);
     }
-    return isTransientFor(topLevel, window);
+    return isTransientFor(topLevelOf(window), main);
 }
 
 bool X11Windows::isTransientFor(quint32 window, quint32 main)

@@ -42,15 +42,17 @@ public:
     /// Whether a window manager runs that activates windows when it is asked to.
     bool hasWindowManager();
 
-    /// Whether keys go to \a window, to a window within it, or to one of its dialogues.
-    bool hasFocus(quint32 window);
+    /// The window that keys go to; 0 if there is none.
+    quint32 focusWindow();
+
+    /// Whether \a window is \a main, lies within it, or in one of its dialogues.
+    bool belongsTo(quint32 window, quint32 main);
 
     /// Whether \a window and all it lies in are mapped.
     bool isViewable(quint32 window);
 
 private:
     bool isWindowManagerAlive(const std::optional<quint32> &checkWindow);
-    quint32 focusWindow();
     quint32 windowUnderPointer();
     quint32 parent(quint32 window);
     quint32 topLevelOf(quint32 window);

@@ -65,8 +65,10 @@ private:
     X11Connection &m_connection;
 };
 
-X11Workspace::X11Workspace(X11Connection &connection, const DesktopEntries &entries)
+X11Workspace::X11Workspace(X11Connection &connection, X11KnownWindows &knownWindows,
+                           const DesktopEntries &entries)
     : m_connection(connection)
+    , m_knownWindows(knownWindows)
     , m_entries(entries)
     , m_windows(connection)
     , m_applications(connection, entries)
@@ -90,12 +92,17 @@ void X11Workspace::selectEvents(quint32 window, quint32 eventMask)
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const
 {
-    const auto front = m_applications.front();
+    const quint32 window = m_windows.activeWindow();
+    const auto known = window != 0 ? m_knownWindows.note(window) : std::nullopt;
     // Who asks and then listens is not to hear of the same window: its notice may be on the way, and
     // some window managers name it once more.
     if (!onApplicationActivated)
-        m_announcedWindow = front ? front->window : 0;
-    return front ? std::optional(m_applications.describe(*front)) : std::nullopt;
+        m_announcedWindow = known ? window : 0;
+    if (!known)
+        return std::nullopt;
+    RunningApplication application = m_applications.describe({window, known->identity});
+    application.windowSerial = known->serial;
+    return application;
 }
 
 bool X11Workspace::isOwnApplication(const RunningApplication &application) const
@@ -113,7 +120,7 @@ std::optional<QString> X11Workspace::applicationName(const QString &bundleIdenti
 
 void X11Workspace::activate(const RunningApplication &application)
 {
-    const auto window = quint32(application.window);
+    const quint32 window = m_knownWindows.find(application);
     if (window == 0)
         return;
     m_windowToFocus = 0;

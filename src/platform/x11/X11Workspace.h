@@ -4,6 +4,7 @@
 #include "platform/linux/DesktopEntries.h"
 #include "platform/x11/X11Applications.h"
 #include "platform/x11/X11Connection.h"
+#include "platform/x11/X11KnownWindows.h"
 #include "platform/x11/X11Windows.h"
 
 #include <array>
@@ -12,7 +13,8 @@
 class X11Workspace : public Workspace, private X11EventListener
 {
 public:
-    X11Workspace(X11Connection &connection, const DesktopEntries &entries);
+    X11Workspace(X11Connection &connection, X11KnownWindows &knownWindows,
+                 const DesktopEntries &entries);
     ~X11Workspace() override;
 
     std::optional<RunningApplication> frontmostApplication() const override;
@@ -36,8 +38,9 @@ private:
     void focus(quint32 window);
 
     X11Connection &m_connection;
+    X11KnownWindows &m_knownWindows;
     const DesktopEntries &m_entries;
-    X11Windows m_windows;
+    mutable X11Windows m_windows;
     mutable X11Applications m_applications;
     mutable quint32 m_announcedWindow = 0;
     quint32 m_windowToFocus = 0; ///< Gets the focus as soon as it can be seen.

@@ -174,7 +174,8 @@ class Terminal(Client):
             file.write(shown)
 
     def script(self):
-        return (f"cat {self.shown_path}; printf '\\033]2;ready\\007'; "
+        # Not by lines: what is pasted is in the file at once.
+        return (f"cat {self.shown_path}; stty -icanon; printf '\\033]2;ready\\007'; "
                 f"cat > {self.file_path}")
 
     def __enter__(self):
@@ -183,12 +184,18 @@ class Terminal(Client):
         return self
 
     def text_after_paste(self):
+        # A terminal that still waits for the clipboard would take the key first.
+        wait_until(self.written_text, "something in the terminal")
         self.focus()
         self.display.press("Return")
-        wait_until(lambda: os.path.exists(self.file_path) and os.path.getsize(self.file_path),
-                   "a line in the terminal")
-        with open(self.file_path, encoding="utf-8") as file:
-            return file.read().removesuffix("\n")
+        wait_until(lambda: self.written_text().endswith("\n"), "a line in the terminal")
+        return self.written_text().removesuffix("\n")
+
+    def written_text(self):
+        if not os.path.exists(self.file_path):
+            return ""
+        with open(self.file_path, encoding="utf-8", errors="replace") as file:
+            return file.read()
 
 
 class XTerm(Terminal):

@@ -27,7 +27,7 @@ void click(SettingsWindow &window, const QString &objectName)
 
 void save(SettingsWindow &window, const QString &path)
 {
-    QTest::qWait(20); // Lays out what has changed.
+    QCoreApplication::processEvents(); // Lays out what has changed.
     window.view().grab().save(path);
     std::printf("%s\n", qPrintable(path));
 }
@@ -42,7 +42,8 @@ void takeShots(const QString &directory)
             stage.languages.setLanguage(language);
             SettingsWindow window(stage.collaborators());
             window.show();
-            QTest::qWait(200); // The focus is seen in an active window only.
+            // The focus is seen in an active window only.
+            static_cast<void>(QTest::qWaitForWindowActive(&window.view()));
             const QString prefix = directory + (isDark ? u"/dark-"_s : u"/light-"_s) +
                                    (language == AppLanguage::Chinese ? u"zh-"_s : u"en-"_s);
             window.view().findChild<QWidget *>(u"pinButtonSwitch"_s)->setFocus(Qt::TabFocusReason);
@@ -76,7 +77,7 @@ void measure(int rounds)
         const double drawn = double(timer.nsecsElapsed()) / 1e6;
         std::printf("built %.1f  drawn %.1f ms\n", built, drawn);
         window.close();
-        QTest::qWait(100);
+        static_cast<void>(QTest::qWaitFor([&] { return !window.view().isVisible(); }));
     }
 }
 

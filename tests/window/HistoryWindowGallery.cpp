@@ -16,6 +16,7 @@
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
 #include "window/ApplicationNames.h"
+#include "window/HistoryPanel.h"
 #include "window/HistoryWindowFactory.h"
 
 #include <QApplication>
@@ -57,15 +58,22 @@ struct Stage
     }
 };
 
+void waitForEntrance(HistoryWindow &window)
+{
+    static_cast<void>(QTest::qWaitForWindowActive(&window.panel()));
+    const auto &panel = static_cast<const HistoryPanel &>(window.panel());
+    static_cast<void>(QTest::qWaitFor([&panel] { return panel.opacity() == 1; }));
+}
+
 template <typename Action>
 void save(Stage &stage, const QString &path, const ClipboardItemList &items, Action action)
 {
     const auto window = stage.make(items, stage.clock);
     window->show();
-    // A standing clock would leave the entrance at its beginning; its end is timed all the same.
-    QTest::qWait(200);
+    // A standing clock leaves the entrance at its beginning; its end is timed all the same.
+    waitForEntrance(*window);
     action(*window);
-    QTest::qWait(20);
+    QCoreApplication::processEvents(); // Lays out what has changed.
     const qreal scale = window->panel().devicePixelRatioF();
     QImage canvas(QSize(760, 580) * scale, QImage::Format_RGB32);
     canvas.setDevicePixelRatio(scale);
@@ -138,7 +146,7 @@ void measure(int rounds, bool isComposited, bool isWarm)
         const double shown = timer.nsecsElapsed() / 1e6;
         painted.wait();
         const double drawn = timer.nsecsElapsed() / 1e6;
-        QTest::qWait(250);
+        waitForEntrance(*window);
         QStringList keys;
         auto *field = window->panel().findChild<QLineEdit *>();
         for (const char key : {'s', 'o', 'l', 'q', 'u', 'w', 'x'}) {
@@ -151,7 +159,7 @@ void measure(int rounds, bool isComposited, bool isWarm)
         }
         const QRect frame = window->panel().geometry();
         window->hide();
-        QTest::qWait(250);
+        static_cast<void>(QTest::qWaitFor([&] { return !window->isVisible(); }));
         std::printf("at %d,%d  ", frame.x(), frame.y());
         std::printf("built %.1f  show() returns %.1f  painted %.1f ms;  key handled/drawn: %s\n",
                     built, shown, drawn, qPrintable(keys.join(u"  "_s)));

@@ -12,6 +12,7 @@
 #include "persistence/OpenHistoryStore.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/DescriptorFileAccess.h"
+#include "platform/linux/FileManagerViewer.h"
 #include "platform/linux/InodeBookmarks.h"
 #include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtScheduler.h"
@@ -24,6 +25,7 @@
 #include "platform/x11/X11Platform.h"
 #include "settings/HotkeySettingsManager.h"
 #include "settings/SettingsWindow.h"
+#include "tags/TagManager.h"
 #include "window/ApplicationNames.h"
 #include "window/HistoryWindowFactory.h"
 
@@ -158,10 +160,20 @@ struct Program
                                 ground.defaults,           ground.codec,
                                 fileLease};
     ApplicationNames applicationNames{platform.workspace()};
+    TagManager tagManager{ground.defaults};
+    FileManagerViewer fileViewer;
     const HistoryWindowCollaborators windowCollaborators{
         platform.workspace(), platform.pointerMonitor(), platform.appearance(),
         ground.scheduler,     ground.clock,              ground.defaults,
-        applicationNames,
+        HistoryListCollaborators{
+            .itemManager = itemManager,
+            .tagManager = tagManager,
+            .fileViewer = fileViewer,
+            .applicationNames = applicationNames,
+            .scheduler = ground.scheduler,
+            .clock = ground.clock,
+            .defaults = ground.defaults,
+            .copyItem = {}},
         [this] { return searchTextOnPasteboard(platform.pasteboard()); }};
     const SettingsCollaborators settingsCollaborators{
         platform.workspace(), platform.appearance(), platform.globalHotkey(),

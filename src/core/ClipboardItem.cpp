@@ -222,3 +222,9 @@ std::optional<qsizetype> firstDuplicateIndex(const ClipboardItemList &items,
         return std::nullopt;
     return found - items.begin();
 }
+
+qsizetype indexOfItem(const ClipboardItemList &items, const QUuid &id)
+{
+    const auto found = std::ranges::find(items, id, [](const auto &item) { return item->id; });
+    return found == items.end() ? -1 : found - items.begin();
+}

@@ -91,3 +91,6 @@ using ClipboardItemList = QList<ClipboardItemPointer>;
 /// The index of the first element of \a items that holds what \a item holds; absent if none does.
 std::optional<qsizetype> firstDuplicateIndex(const ClipboardItemList &items,
                                              const ClipboardItem &item);
+
+/// The index of the entry \a id, -1 if there is none. Looks at one after the other.
+qsizetype indexOfItem(const ClipboardItemList &items, const QUuid &id);

@@ -195,6 +195,14 @@ std::optional<QByteArray> UserDefaults::data(const QString &key) const
     return stored.toByteArray();
 }
 
+std::optional<QStringList> UserDefaults::stringList(const QString &key) const
+{
+    const QVariant stored = value(key);
+    if (!stored.isValid())
+        return std::nullopt;
+    return stored.toStringList();
+}
+
 void UserDefaults::set(const QString &key, const QVariant &value)
 {
     const std::lock_guard lock(m_mutex);

@@ -32,6 +32,7 @@ public:
     bool boolean(const QString &key) const;
     std::optional<QString> string(const QString &key) const;
     std::optional<QByteArray> data(const QString &key) const;
+    std::optional<QStringList> stringList(const QString &key) const;
 
     /// The value reaches the file soon after, at the latest when the object ends, which waits for
     /// that a short while. If it cannot be written, that is printed once, and the value lasts as

@@ -10,29 +10,17 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// More separate changes than this cost the view more than showing the list anew.
-constexpr qsizetype kMostSingleChanges = 64;
-
-qsizetype indexOf(const ClipboardItemList &items, const QUuid &id)
-{
-    const auto found = std::ranges::find(items, id, [](const auto &item) { return item->id; });
-    return found == items.end() ? -1 : found - items.begin();
-}
-
-} // namespace
-
 ClipboardTableViewController::ClipboardTableViewController(
-    ClipboardTableView &tableView, qreal selectionRadius, ApplicationNames &names,
-    const Clock &clock, const UserDefaults &defaults, const ClipboardItemList &items)
+    ClipboardTableView &tableView, qreal selectionRadius,
+    const HistoryListCollaborators &collaborators, const ClipboardItemList &items)
     : m_tableView(tableView)
-    , m_defaults(defaults)
-    , m_rows(names, clock)
-    , m_filter(names)
+    , m_with(collaborators)
+    , m_rows(collaborators.applicationNames, collaborators.clock)
+    , m_filter(collaborators.applicationNames)
     , m_items(items)
     , m_model(m_rows)
     , m_delegate(m_rows, selectionRadius)
+    , m_updater(tableView, m_model)
 {
     m_model.reload(items);
     m_tableView.setRowDelegate(&m_delegate);
@@ -55,7 +43,7 @@ ClipboardTableViewController::~ClipboardTableViewController()
 
 void ClipboardTableViewController::applyFilters(Scroll scroll)
 {
-    showItems(m_filter.matchesIn(m_items));
+    m_updater.showItems(m_filter.matchesIn(m_items));
     refreshEmptyText();
     if (scroll == Scroll::ToTop && !filteredItems().isEmpty())
         m_tableView.scrollTo(m_model.index(0));
@@ -80,10 +68,10 @@ void ClipboardTableViewController::selectPreviousRow()
 
 void ClipboardTableViewController::toggleFavorite(const QUuid &id)
 {
-    const qsizetype place = indexOf(m_items, id);
+    const qsizetype place = indexOfItem(m_items, id);
     if (place < 0)
         return;
-    const qsizetype row = indexOf(filteredItems(), id);
+    const qsizetype row = indexOfItem(filteredItems(), id);
     if (!m_items[place]->isFavorite && isFavoriteLimitReached()) {
         QApplication::beep();
         return;
@@ -101,50 +89,6 @@ void ClipboardTableViewController::refreshTexts()
     m_rows.forgetAll();
     m_model.announceAllChanged();
     refreshEmptyText();
-}
-
-void ClipboardTableViewController::showItems(const ClipboardItemList &items)
-{
-    const qsizetype oldCount = filteredItems().size();
-    const qsizetype newCount = items.size();
-    // The counts alone tell the least that changes, and often decide.
-    if (chooseListUpdate(oldCount, newCount, oldCount - newCount, std::abs(oldCount - newCount))
-        == ListUpdate::Reload) {
-        reloadItems(items);
-        return;
-    }
-    const ListDifference difference = listDifference(filteredItems(), items);
-    const qsizetype removedCount = difference.removedRows.size();
-    const qsizetype changeCount = removedCount + difference.insertedRows.size();
-    if (chooseListUpdate(oldCount, newCount, removedCount, changeCount) == ListUpdate::Reload
-        || changeCount > kMostSingleChanges)
-        reloadItems(items);
-    else
-        updateItems(items, difference);
-}
-
-void ClipboardTableViewController::reloadItems(const ClipboardItemList &items)
-{
-    const int selected = m_tableView.selectedRow();
-    const QUuid selectedId = selected < 0 ? QUuid() : filteredItems().at(selected)->id;
-    m_model.reload(items);
-    if (!selectedId.isNull())
-        selectItem(selectedId);
-}
-
-void ClipboardTableViewController::updateItems(const ClipboardItemList &items,
-                                               const ListDifference &difference)
-{
-    // Left alone, the view would select the neighbour of a selected row that goes.
-    const int selected = m_tableView.selectedRow();
-    QUuid movedId;
-    if (selected >= 0 && std::ranges::binary_search(difference.removedRows, selected)) {
-        movedId = filteredItems().at(selected)->id;
-        m_tableView.deselectAll();
-    }
-    m_model.update(items, difference);
-    if (!movedId.isNull())
-        selectItem(movedId);
 }
 
 void ClipboardTableViewController::applyItemChange(const ClipboardItemPointer &item, qsizetype row,
@@ -170,17 +114,6 @@ void ClipboardTableViewController::removeListedItem(qsizetype row)
         selectAndShow(int(std::min(row, filteredItems().size() - 1)));
 }
 
-/// Selects the row of an entry, if it is listed, without moving the list.
-void ClipboardTableViewController::selectItem(const QUuid &id)
-{
-    const qsizetype row = indexOf(filteredItems(), id);
-    if (row < 0)
-        return;
-    m_tableView.setAutoScroll(false);
-    m_tableView.selectRow(int(row));
-    m_tableView.setAutoScroll(true);
-}
-
 void ClipboardTableViewController::selectAndShow(int row)
 {
     m_tableView.selectRow(row);
@@ -200,7 +133,7 @@ bool ClipboardTableViewController::isFavoriteLimitReached() const
 {
     const auto count
         = std::ranges::count_if(m_items, [](const auto &item) { return item->isFavorite; });
-    return count >= currentCapacity(m_defaults);
+    return count >= currentCapacity(m_with.defaults);
 }
 
 void ClipboardTableViewController::refreshEmptyText()

@@ -1,15 +1,14 @@
 #pragma once
 
 #include "window/HistoryFilter.h"
-#include "window/HistoryListModel.h"
+#include "window/HistoryListCollaborators.h"
 #include "window/HistoryRow.h"
 #include "window/HistoryRowDelegate.h"
+#include "window/ListUpdater.h"
 
 #include <functional>
 
-class Clock;
 class ClipboardTableView;
-class UserDefaults;
 
 /// Feeds the list and carries out what is done to its rows.
 ///
@@ -24,8 +23,8 @@ public:
 
     /// The view is the controller's to fill; it and everything else must outlive the controller.
     ClipboardTableViewController(ClipboardTableView &tableView, qreal selectionRadius,
-                                 ApplicationNames &names, const Clock &clock,
-                                 const UserDefaults &defaults, const ClipboardItemList &items);
+                                 const HistoryListCollaborators &collaborators,
+                                 const ClipboardItemList &items);
     ~ClipboardTableViewController() override;
 
     const ClipboardItemList &items() const { return m_items; }
@@ -56,22 +55,19 @@ public:
     std::function<void(const QUuid &)> onFavoriteToggled;
 
 private:
-    void showItems(const ClipboardItemList &items);
-    void reloadItems(const ClipboardItemList &items);
-    void updateItems(const ClipboardItemList &items, const ListDifference &difference);
     void applyItemChange(const ClipboardItemPointer &item, qsizetype row, bool wasListed);
     void removeListedItem(qsizetype row);
-    void selectItem(const QUuid &id);
     void selectAndShow(int row);
     void pasteRow(int row);
     bool isFavoriteLimitReached() const;
     void refreshEmptyText();
 
     ClipboardTableView &m_tableView;
-    const UserDefaults &m_defaults;
+    HistoryListCollaborators m_with;
     HistoryRowCache m_rows;
     HistoryFilter m_filter;
     ClipboardItemList m_items;
     HistoryListModel m_model;
     HistoryRowDelegate m_delegate;
+    ListUpdater m_updater;
 };

@@ -32,9 +32,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
     : m_style(style)
     , m_collaborators(collaborators)
     , m_panel(style, collaborators.scheduler)
-    , m_tableViewController(m_panel.tableView(), style.selectionRadius,
-                            collaborators.applicationNames, collaborators.clock,
-                            collaborators.defaults, items)
+    , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
     , m_animation(collaborators.scheduler, collaborators.clock)
 {
     refreshAppearance();

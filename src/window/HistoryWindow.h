@@ -6,7 +6,6 @@
 #include "window/HistoryPanel.h"
 #include "window/ValueAnimation.h"
 
-class ApplicationNames;
 class DesktopAppearance;
 class PointerMonitor;
 class UserDefaults;
@@ -22,7 +21,7 @@ struct HistoryWindowCollaborators
     Scheduler &scheduler;
     const Clock &clock;
     UserDefaults &defaults;
-    ApplicationNames &applicationNames;
+    HistoryListCollaborators list;
     /// The text on the pasteboard, for the search field; never waits for another program.
     std::function<QString()> pasteboardText = {};
 };

@@ -14,7 +14,7 @@ MAY_INCLUDE = {
     "settings": BELOW_WINDOW,
     "window": BELOW_WINDOW,
     "preview": BELOW_CAPTURE,
-    "tags": BELOW_CAPTURE,
+    "tags": {"widgets"} | BELOW_CAPTURE,
     "capture": BELOW_CAPTURE,
     "persistence": BELOW_CAPTURE,
     "core": {"language"} | GROUND,

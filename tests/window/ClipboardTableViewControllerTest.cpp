@@ -1,10 +1,7 @@
-#include "tests/fakes/FakeScheduler.h"
-#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/HistoryListFixture.h"
 #include "tests/window/SampleHistory.h"
 
 #include "appearance/SystemColors.h"
-#include "foundation/UserDefaults.h"
-#include "window/ApplicationNames.h"
 #include "window/ClipboardTableView.h"
 #include "window/ClipboardTableViewController.h"
 #include "window/OverlayScroller.h"
@@ -21,7 +18,7 @@ using namespace std::chrono_literals;
 using SampleHistory::shared;
 using Scroll = ClipboardTableViewController::Scroll;
 
-class ClipboardTableViewControllerTest : public QObject
+class ClipboardTableViewControllerTest : public QObject, private HistoryListFixture
 {
     Q_OBJECT
 
@@ -65,12 +62,6 @@ private:
     QPoint contentOf(int row);
     void search(const QString &text);
 
-    FakeScheduler m_scheduler;
-    FakeWorkspace m_workspace;
-    FakeClock m_clock;
-    std::unique_ptr<QTemporaryDir> m_directory;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<ApplicationNames> m_names;
     std::unique_ptr<ClipboardTableView> m_view;
     std::unique_ptr<ClipboardTableViewController> m_controller;
     std::unique_ptr<QAbstractItemModelTester> m_tester;
@@ -80,10 +71,7 @@ private:
 
 void ClipboardTableViewControllerTest::init()
 {
-    m_defaults.reset(); // It is written at its end, and so has to end before its directory.
-    m_directory = std::make_unique<QTemporaryDir>();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"settings.conf"_s));
-    m_names = std::make_unique<ApplicationNames>(m_workspace);
+    setUpList();
     m_pasted.clear();
     m_toggled.clear();
 }
@@ -98,11 +86,11 @@ void ClipboardTableViewControllerTest::cleanup()
 void ClipboardTableViewControllerTest::make(const ClipboardItemList &items)
 {
     cleanup();
-    m_view = std::make_unique<ClipboardTableView>(m_scheduler, 0);
+    m_view = std::make_unique<ClipboardTableView>(*m_scheduler, 0);
     m_view->setColors(systemColors(ColorScheme::Light));
     m_view->resize(680, 400);
-    m_controller = std::make_unique<ClipboardTableViewController>(*m_view, 18, *m_names, m_clock,
-                                                                  *m_defaults, items);
+    m_controller = std::make_unique<ClipboardTableViewController>(
+        *m_view, 18, listCollaborators(), items);
     m_controller->onItemSelected = [this](const ClipboardItemPointer &item) {
         m_pasted.append(item->stringValue.value_or(Utf8Text()).toString());
     };
@@ -453,11 +441,11 @@ void ClipboardTableViewControllerTest::theScrollerIsSeenForAMoment()
     QVERIFY(!scroller->isVisible());
     m_view->verticalScrollBar()->setValue(100);
     QVERIFY(scroller->isVisible());
-    m_scheduler.advance(500ms);
+    m_scheduler->advance(500ms);
     m_view->verticalScrollBar()->setValue(200);
-    m_scheduler.advance(799ms);
+    m_scheduler->advance(799ms);
     QVERIFY(scroller->isVisible());
-    m_scheduler.advance(1ms);
+    m_scheduler->advance(1ms);
     QVERIFY(!scroller->isVisible());
 }
 

@@ -5,17 +5,14 @@
 //                                      prints times, after warming up if wanted
 //   HistoryWindowGallery stay SECONDS [compat] [dark] [empty]   leaves it on the screen
 
-#include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDesktopAppearance.h"
 #include "tests/fakes/FakePointerMonitor.h"
-#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/HistoryListFixture.h"
 #include "tests/fakes/PaintWatch.h"
 #include "tests/window/SampleHistory.h"
 
-#include "foundation/UserDefaults.h"
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
-#include "window/ApplicationNames.h"
 #include "window/HistoryPanel.h"
 #include "window/HistoryWindowFactory.h"
 
@@ -24,7 +21,6 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPainter>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -34,21 +30,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Stage
+/// The clock of the entries' ages stands still.
+struct Stage : HistoryListFixture
 {
-    QTemporaryDir directory;
-    UserDefaults defaults{directory.filePath(u"settings.conf"_s)};
-    FakeWorkspace workspace;
+    Stage() { setUpList(); }
+
+    using HistoryListFixture::m_clock;
     FakePointerMonitor pointer;
     FakeDesktopAppearance appearance;
     QtScheduler scheduler;
-    FakeClock clock; // The entries' ages count from its standing moment.
     SystemClock runningClock;
-    ApplicationNames names{workspace};
 
     HistoryWindowCollaborators collaborators(const Clock &with)
     {
-        return {workspace, pointer, appearance, scheduler, with, defaults, names};
+        return {.workspace = *m_workspace,
+                .pointerMonitor = pointer,
+                .appearance = appearance,
+                .scheduler = scheduler,
+                .clock = with,
+                .defaults = *m_defaults,
+                .list = listCollaborators(scheduler, with)};
     }
 
     std::unique_ptr<HistoryWindow> make(const ClipboardItemList &items, const Clock &with)
@@ -68,7 +69,7 @@ void waitForEntrance(HistoryWindow &window)
 template <typename Action>
 void save(Stage &stage, const QString &path, const ClipboardItemList &items, Action action)
 {
-    const auto window = stage.make(items, stage.clock);
+    const auto window = stage.make(items, *stage.m_clock);
     window->show();
     // A standing clock leaves the entrance at its beginning; its end is timed all the same.
     waitForEntrance(*window);
@@ -172,7 +173,7 @@ int stay(const QStringList &arguments)
     stage.appearance.composited = !arguments.contains(u"compat"_s);
     stage.appearance.dark = arguments.contains(u"dark"_s);
     const auto window = stage.make(
-        arguments.contains(u"empty"_s) ? ClipboardItemList() : SampleHistory::mixed(), stage.clock);
+        arguments.contains(u"empty"_s) ? ClipboardItemList() : SampleHistory::mixed(), *stage.m_clock);
     window->onWindowHidden = [] { QApplication::quit(); };
     window->togglePin();
     window->show();

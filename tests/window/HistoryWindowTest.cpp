@@ -1,13 +1,9 @@
-#include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDesktopAppearance.h"
 #include "tests/fakes/FakePointerMonitor.h"
-#include "tests/fakes/FakeScheduler.h"
-#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/HistoryListFixture.h"
 #include "tests/window/SampleHistory.h"
 
-#include "foundation/UserDefaults.h"
 #include "language/LanguageManager.h"
-#include "window/ApplicationNames.h"
 #include "window/ClipboardSearchWindow.h"
 #include "window/ClipboardSearchWindowCompat.h"
 #include "window/ClipboardTableView.h"
@@ -20,7 +16,6 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QClipboard>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
 
@@ -50,7 +45,7 @@ public:
 
 } // namespace
 
-class HistoryWindowTest : public QObject
+class HistoryWindowTest : public QObject, private HistoryListFixture
 {
     Q_OBJECT
 
@@ -156,14 +151,9 @@ private:
     ClipboardTableView *table() { return part<ClipboardTableView>("tableView"); }
     int rowCount() { return table()->model()->rowCount(); }
 
-    std::unique_ptr<QTemporaryDir> m_directory;
-    std::unique_ptr<UserDefaults> m_defaults;
-    std::unique_ptr<WatchedWorkspace> m_workspace;
+    std::unique_ptr<WatchedWorkspace> m_desktop;
     std::unique_ptr<FakePointerMonitor> m_pointer;
     std::unique_ptr<FakeDesktopAppearance> m_appearance;
-    std::unique_ptr<FakeScheduler> m_scheduler;
-    std::unique_ptr<FakeClock> m_clock;
-    std::unique_ptr<ApplicationNames> m_names;
     std::unique_ptr<HistoryWindow> m_window;
     QStringList m_pasted;
     QList<QUuid> m_toggled;
@@ -172,16 +162,11 @@ private:
 
 void HistoryWindowTest::init()
 {
-    m_defaults.reset(); // It is written at its end, and so has to end before its directory.
-    m_directory = std::make_unique<QTemporaryDir>();
-    m_defaults = std::make_unique<UserDefaults>(m_directory->filePath(u"settings.conf"_s));
-    m_workspace = std::make_unique<WatchedWorkspace>();
+    setUpList();
+    m_desktop = std::make_unique<WatchedWorkspace>();
     m_pointer = std::make_unique<FakePointerMonitor>();
     m_appearance = std::make_unique<FakeDesktopAppearance>();
     m_appearance->dark = false;
-    m_scheduler = std::make_unique<FakeScheduler>();
-    m_clock = std::make_unique<FakeClock>();
-    m_names = std::make_unique<ApplicationNames>(*m_workspace);
     m_pasted.clear();
     m_toggled.clear();
     m_hiddenCount = 0;
@@ -194,8 +179,14 @@ void HistoryWindowTest::cleanup()
 
 HistoryWindowCollaborators HistoryWindowTest::collaborators()
 {
-    return {*m_workspace, *m_pointer, *m_appearance, *m_scheduler,
-            *m_clock,     *m_defaults, *m_names,      [] { return u"tide"_s; }};
+    return {.workspace = *m_desktop,
+            .pointerMonitor = *m_pointer,
+            .appearance = *m_appearance,
+            .scheduler = *m_scheduler,
+            .clock = *m_clock,
+            .defaults = *m_defaults,
+            .list = listCollaborators(),
+            .pasteboardText = [] { return u"tide"_s; }};
 }
 
 void HistoryWindowTest::make(const ClipboardItemList &items)
@@ -416,7 +407,7 @@ void HistoryWindowTest::theWindowIsPreparedThenShownThenActivated()
 {
     make();
     m_window->show();
-    QCOMPARE(m_workspace->calls, (QStringList{u"prepare hidden"_s, u"activate shown"_s}));
+    QCOMPARE(m_desktop->calls, (QStringList{u"prepare hidden"_s, u"activate shown"_s}));
 }
 
 void HistoryWindowTest::openingFocusesTheEmptySearchField()
@@ -442,7 +433,7 @@ void HistoryWindowTest::showingAgainKeepsTheSearchText()
     m_window->show();
     QCOMPARE(field()->text(), u"tide"_s);
     QCOMPARE(rowCount(), 1);
-    QCOMPARE(m_workspace->calls.last(), u"activate shown"_s);
+    QCOMPARE(m_desktop->calls.last(), u"activate shown"_s);
 }
 
 void HistoryWindowTest::typingNarrowsTheList()
@@ -689,7 +680,7 @@ void HistoryWindowTest::anotherApplicationHides()
 {
     make();
     openWholly();
-    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -698,7 +689,7 @@ void HistoryWindowTest::anotherApplicationDoesNotHideAPinnedWindow()
     make();
     openWholly();
     m_window->togglePin();
-    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QVERIFY(!m_window->isHideAnimationInFlight());
 }
 
@@ -706,7 +697,7 @@ void HistoryWindowTest::ourOwnActivationDoesNotHide()
 {
     make();
     openWholly();
-    m_workspace->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 5, 5});
+    m_desktop->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 5, 5});
     QVERIFY(!m_window->isHideAnimationInFlight());
 }
 
@@ -743,11 +734,11 @@ void HistoryWindowTest::turningAwayIsToldBeforeTheWindowHides()
     };
     m_pointer->onMousePressed(QPoint(1, 1));
     QCOMPARE(toldCount, 1);
-    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QCOMPARE(toldCount, 1); // It is the same turning away.
 
     m_window->show();
-    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QCOMPARE(toldCount, 2);
 }
 
@@ -773,7 +764,7 @@ void HistoryWindowTest::losingTheKeyboardWithoutTheFocusDoesNotHide()
     // As when another program takes the keyboard for a while.
     make();
     openWholly();
-    m_workspace->frontmost =
+    m_desktop->frontmost =
         RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
     QWidget other;
     other.show();
@@ -781,7 +772,7 @@ void HistoryWindowTest::losingTheKeyboardWithoutTheFocusDoesNotHide()
     QVERIFY(m_window->isVisible());
     QVERIFY(!m_window->isHideAnimationInFlight());
 
-    m_workspace->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -791,7 +782,7 @@ void HistoryWindowTest::losingTheKeyboardToAnotherWindowOfOursHides()
     openWholly();
     QWidget other;
     other.show();
-    m_workspace->frontmost =
+    m_desktop->frontmost =
         RunningApplication{u"tessarine"_s, u"Tessarine"_s, other.winId(), 5};
     QVERIFY(QTest::qWaitForWindowActive(&other));
     QVERIFY(m_window->isHideAnimationInFlight());
@@ -805,7 +796,7 @@ void HistoryWindowTest::afterHidingNothingIsWatchedAnyMore()
     pass(160ms);
     QVERIFY(!m_pointer->isRunning);
     QVERIFY(!m_pointer->onMousePressed);
-    QVERIFY(!m_workspace->onApplicationActivated);
+    QVERIFY(!m_desktop->onApplicationActivated);
     m_window.reset();
     QVERIFY(!m_appearance->onChanged);
 }
@@ -813,16 +804,16 @@ void HistoryWindowTest::afterHidingNothingIsWatchedAnyMore()
 void HistoryWindowTest::formerListenersAreStillCalled()
 {
     int callCount = 0;
-    m_workspace->onApplicationActivated = [&](const RunningApplication &) { ++callCount; };
+    m_desktop->onApplicationActivated = [&](const RunningApplication &) { ++callCount; };
     m_appearance->onChanged = [&] { ++callCount; };
     make();
     openWholly();
-    m_workspace->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
+    m_desktop->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
     m_appearance->onChanged();
     QCOMPARE(callCount, 2);
     m_window->hide();
     pass(160ms);
-    m_workspace->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
+    m_desktop->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
     QCOMPARE(callCount, 3);
 }
 

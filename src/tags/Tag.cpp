@@ -1,0 +1,26 @@
+#include "tags/Tag.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::array<QStringView, kTagColorCount> kColorNames{
+    u"red",    u"orange", u"yellow", u"green", u"mint",  u"teal", u"cyan", u"blue",
+    u"indigo", u"purple", u"pink",   u"brown", u"gray",  u"lime", u"sky"};
+
+} // namespace
+
+QString rawValue(TagColor color)
+{
+    return kColorNames.at(size_t(color)).toString();
+}
+
+std::optional<TagColor> tagColorFromRaw(QStringView raw)
+{
+    const auto found = std::ranges::find(kColorNames, raw);
+    if (found == kColorNames.end())
+        return std::nullopt;
+    return TagColor(found - kColorNames.begin());
+}

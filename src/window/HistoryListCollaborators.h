@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+
+class ApplicationNames;
+class ClipboardItemManager;
+class Clock;
+class FileViewer;
+class Scheduler;
+class TagManager;
+class UserDefaults;
+struct ClipboardItem;
+
+/// What the list of the history works with; all of it must outlive the list.
+struct HistoryListCollaborators
+{
+    ClipboardItemManager &itemManager;
+    TagManager &tagManager;
+    FileViewer &fileViewer;
+    ApplicationNames &applicationNames;
+    Scheduler &scheduler;
+    const Clock &clock;
+    const UserDefaults &defaults;
+    /// Puts an entry on the pasteboard without pasting it.
+    std::function<void(const ClipboardItem &)> copyItem = {};
+};

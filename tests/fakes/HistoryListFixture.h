@@ -1,0 +1,65 @@
+#pragma once
+
+#include "tests/fakes/FakeFileViewer.h"
+#include "tests/fakes/FakeScheduler.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/HistoryFixture.h"
+
+#include "tags/TagManager.h"
+#include "window/ApplicationNames.h"
+#include "window/HistoryListCollaborators.h"
+
+/// A base of tests that need what the list of the history works with.
+class HistoryListFixture : protected HistoryFixture
+{
+protected:
+    /// Begins with nothing at all.
+    void setUpList()
+    {
+        tearDownList();
+        setUpHistory();
+        m_scheduler = std::make_unique<FakeScheduler>();
+        m_workspace = std::make_unique<FakeWorkspace>();
+        m_fileViewer = std::make_unique<FakeFileViewer>();
+        m_names = std::make_unique<ApplicationNames>(*m_workspace);
+        m_tags = std::make_unique<TagManager>(*m_defaults);
+        m_copied.clear();
+    }
+
+    void tearDownList()
+    {
+        m_tags.reset();
+        tearDownHistory();
+    }
+
+    HistoryListCollaborators listCollaborators()
+    {
+        return listCollaborators(*m_scheduler, *m_clock);
+    }
+
+    HistoryListCollaborators listCollaborators(Scheduler &scheduler, const Clock &clock)
+    {
+        return {.itemManager = *m_manager,
+                .tagManager = *m_tags,
+                .fileViewer = *m_fileViewer,
+                .applicationNames = *m_names,
+                .scheduler = scheduler,
+                .clock = clock,
+                .defaults = *m_defaults,
+                .copyItem = [this](const ClipboardItem &item) { m_copied.append(item.id); }};
+    }
+
+    /// Puts \a items into the history too.
+    void fillHistory(const ClipboardItemList &items)
+    {
+        for (const ClipboardItemPointer &item : items)
+            m_manager->addItem(*item);
+    }
+
+    std::unique_ptr<FakeScheduler> m_scheduler;
+    std::unique_ptr<FakeWorkspace> m_workspace;
+    std::unique_ptr<FakeFileViewer> m_fileViewer;
+    std::unique_ptr<ApplicationNames> m_names;
+    std::unique_ptr<TagManager> m_tags;
+    QList<QUuid> m_copied;
+};

@@ -4,12 +4,28 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QPainter>
+#include <QScreen>
 
 #include <cmath>
 
-QFont interfaceFont(int pixelSize, QFont::Weight weight)
+namespace {
+
+/// A font takes only whole pixels, but any number of points.
+void setPixelSize(QFont &font, qreal pixelSize)
 {
-    static QHash<std::pair<int, int>, QFont> fonts;
+    constexpr qreal kPointsPerInch = 72;
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (pixelSize == std::floor(pixelSize) || !screen)
+        font.setPixelSize(qRound(pixelSize));
+    else
+        font.setPointSizeF(pixelSize * kPointsPerInch / screen->logicalDotsPerInchY());
+}
+
+} // namespace
+
+QFont interfaceFont(qreal pixelSize, QFont::Weight weight)
+{
+    static QHash<std::pair<qreal, int>, QFont> fonts;
     static QStringList families;
 
     const QFont desktopFont = QGuiApplication::font();
@@ -17,12 +33,13 @@ QFont interfaceFont(int pixelSize, QFont::Weight weight)
         fonts.clear();
         families = desktopFont.families();
     }
-    QFont &font = fonts[{pixelSize, weight}];
-    if (font.pixelSize() != pixelSize) {
-        font = QFont(families);
-        font.setPixelSize(pixelSize);
-        font.setWeight(weight);
-    }
+    const auto known = fonts.constFind({pixelSize, weight});
+    if (known != fonts.cend())
+        return *known;
+    QFont font(families);
+    setPixelSize(font, pixelSize);
+    font.setWeight(weight);
+    fonts.insert({pixelSize, weight}, font);
     return font;
 }
 

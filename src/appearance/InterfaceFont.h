@@ -9,7 +9,7 @@ class QPainter;
 /// The desktop's interface family in our own size and weight. Sizes are device-independent pixels.
 ///
 /// Fonts once asked for are kept, so that their files stay loaded between two windows.
-QFont interfaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
+QFont interfaceFont(qreal pixelSize, QFont::Weight weight = QFont::Normal);
 
 /// Draws \a text in the painter's font and pen on one line, which is centred in \a box by ascent
 /// and descent and not by the ink, so that lines of different scripts do not hop. Longer text is

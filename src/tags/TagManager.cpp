@@ -31,17 +31,25 @@ std::optional<QString> textIn(const nlohmann::json &object, const char *key)
     return QString::fromStdString(found->get<std::string>());
 }
 
+/// Absent unless \a text is written as an identity is stored, in either case.
+std::optional<QUuid> uuidIn(const QString &text)
+{
+    const QUuid uuid = QUuid::fromString(text);
+    if (uuid.toString(QUuid::WithoutBraces) != text.toLower())
+        return std::nullopt;
+    return uuid;
+}
+
 std::optional<Tag> tagFromJson(const nlohmann::json &object)
 {
     if (!object.is_object())
         return std::nullopt;
-    const auto id = textIn(object, "id");
+    const auto id = uuidIn(textIn(object, "id").value_or(QString()));
     const auto name = textIn(object, "name");
     const auto color = tagColorFromRaw(textIn(object, "color").value_or(QString()));
-    const QUuid uuid = id ? QUuid::fromString(*id) : QUuid();
-    if (uuid.isNull() || !name || !color)
+    if (!id || !name || !color)
         return std::nullopt;
-    return Tag{uuid, *name, *color};
+    return Tag{*id, *name, *color};
 }
 
 nlohmann::json jsonOf(const Tag &tag)
@@ -53,7 +61,7 @@ nlohmann::json jsonOf(const Tag &tag)
 
 QString trimmed(const QString &text)
 {
-    return QString::fromUtf8(trimmedUtf8(text.toUtf8()));
+    return decodedUtf8(trimmedUtf8(text.toUtf8()).toByteArray());
 }
 
 } // namespace
@@ -83,7 +91,7 @@ bool TagManager::createTag(const QString &name, std::optional<TagColor> color)
     if (normalized.isEmpty() || indexOf(normalized) || m_tags.size() >= absoluteMaxTagCount)
         return false;
     m_tags.append({QUuid::createUuid(), normalized,
-                   color ? *color : pickColor(normalized, usedColors())});
+                   color.value_or(pickColor(normalized, usedColors()))});
     saveAndAnnounce();
     return true;
 }

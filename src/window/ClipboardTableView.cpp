@@ -72,6 +72,13 @@ void ClipboardTableView::selectRow(int row)
     selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::ClearAndSelect);
 }
 
+void ClipboardTableView::selectRowInPlace(int row)
+{
+    setAutoScroll(false);
+    selectRow(row);
+    setAutoScroll(true);
+}
+
 void ClipboardTableView::deselectAll()
 {
     selectionModel()->clear();
@@ -85,31 +92,76 @@ ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) c
     return row == m_pressedStar ? StarState::Pressed : StarState::Hovered;
 }
 
+void ClipboardTableView::contextMenuEvent(QContextMenuEvent *event)
+{
+    // The key comes as a key press too, on every desktop.
+    if (event->reason() == QContextMenuEvent::Keyboard || !m_acceptsInput)
+        return;
+    const QModelIndex index = indexAt(event->pos());
+    if (!index.isValid())
+        return;
+    selectRowInPlace(index.row());
+    emit menuRequested(index.row(), event->globalPos(), event->reason());
+}
+
 void ClipboardTableView::keyPressEvent(QKeyEvent *event)
 {
     // The base class would put the words of the row on the clipboard, not the entry.
-    if (event->matches(QKeySequence::Copy)) {
+    if (event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape) {
         event->ignore();
         return;
     }
+    if (!m_acceptsInput)
+        return;
     const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
     if (isArrow && selectedRow() < 0 && model()->rowCount() > 0) {
         // The focus alone makes the first row current, and the base class would go on from there.
         setCurrentIndex(model()->index(0, 0));
         return;
     }
+    handleRowKey(event);
+}
+
+void ClipboardTableView::handleRowKey(QKeyEvent *event)
+{
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter: emit enterPressed(); return;
-    case Qt::Key_Escape: event->ignore(); return;
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace: emit deletePressed(); return;
+    case Qt::Key_Menu: requestMenuAtSelectedRow(); return;
+    case Qt::Key_F10:
+        if (event->modifiers() == Qt::ShiftModifier)
+            requestMenuAtSelectedRow();
+        return;
+    case Qt::Key_Space:
+        // The base class would select what is current, which is not what is seen as selected.
+        if (selectedRow() < 0 || !onSpace || !onSpace(selectedRow()))
+            event->ignore();
+        return;
     default: QListView::keyPressEvent(event);
     }
 }
 
+void ClipboardTableView::requestMenuAtSelectedRow()
+{
+    const int row = selectedRow();
+    if (row < 0)
+        return;
+    const QModelIndex index = model()->index(row, 0);
+    scrollTo(index);
+    const RowLayout layout{QRectF(visualRect(index))};
+    const QPointF corner(layout.content.left(), layout.selection.bottom());
+    emit menuRequested(row, viewport()->mapToGlobal(corner.toPoint()),
+                       QContextMenuEvent::Keyboard);
+}
+
 void ClipboardTableView::mousePressEvent(QMouseEvent *event)
 {
+    if (event->button() != Qt::LeftButton)
+        return;
     const int row = starRowAt(event->position().toPoint());
-    if (event->button() != Qt::LeftButton || row < 0) {
+    if (row < 0) {
         QListView::mousePressEvent(event);
         return;
     }
@@ -144,6 +196,8 @@ void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
 
 void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
 {
+    if (event->button() != Qt::LeftButton)
+        return;
     const QPoint position = event->position().toPoint();
     // Two quick clicks on a star are two clicks.
     if (starRowAt(position) >= 0) {
@@ -152,7 +206,7 @@ void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
     }
     QListView::mouseDoubleClickEvent(event);
     const QModelIndex index = indexAt(position);
-    if (event->button() == Qt::LeftButton && index.isValid())
+    if (index.isValid())
         emit rowActivated(index.row());
 }
 
@@ -197,6 +251,10 @@ bool ClipboardTableView::viewportEvent(QEvent *event)
 {
     if (event->type() == QEvent::Leave)
         setHoveredStar(-1);
+    const bool isPress = event->type() == QEvent::MouseButtonPress
+        || event->type() == QEvent::MouseButtonDblClick;
+    if (isPress && !m_acceptsInput)
+        return true;
     return QListView::viewportEvent(event);
 }
 

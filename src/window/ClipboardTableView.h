@@ -2,7 +2,10 @@
 
 #include "appearance/SystemColors.h"
 
+#include <QContextMenuEvent>
 #include <QListView>
+
+#include <functional>
 
 class HistoryRowDelegate;
 class OverlayScroller;
@@ -29,19 +32,33 @@ public:
     /// The selected row, -1 if there is none.
     int selectedRow() const;
     void selectRow(int row);
+    /// Without moving the list.
+    void selectRowInPlace(int row);
     void deselectAll();
+
+    /// While it accepts none, keys but Esc and presses do nothing. Unlike a disabled widget it keeps
+    /// the focus.
+    bool acceptsInput() const { return m_acceptsInput; }
+    void setAcceptsInput(bool acceptsInput) { m_acceptsInput = acceptsInput; }
 
     /// The state of the star at \a position of the viewport.
     StarState starStateAt(QPoint position) const;
 
     void keyboardSearch(const QString &) override {}
 
+    /// Space on the selected row; false if the key is not wanted.
+    std::function<bool(int row)> onSpace;
+
 signals:
     void enterPressed();
+    void deletePressed();
+    /// The menu of \a row, which is selected by now, is to open at \a position of the screen.
+    void menuRequested(int row, const QPoint &position, QContextMenuEvent::Reason reason);
     void rowActivated(int row); ///< By a double click.
     void starClicked(int row);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -58,6 +75,8 @@ private:
     /// The row whose star is at \a position; -1 if none is.
     int starRowAt(QPoint position) const;
     void setHoveredStar(int row);
+    void handleRowKey(QKeyEvent *event);
+    void requestMenuAtSelectedRow();
     void paintEmptyText();
     void placeScroller();
 
@@ -65,6 +84,7 @@ private:
     HistoryRowDelegate *m_rowDelegate = nullptr;
     OverlayScroller *m_scroller;
     int m_scrollerInset;
+    bool m_acceptsInput = true;
     QString m_emptyTitle;
     QString m_emptyNote;
     int m_hoveredStar = -1;

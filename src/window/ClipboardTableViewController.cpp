@@ -1,7 +1,10 @@
 #include "window/ClipboardTableViewController.h"
 
+#include "core/CanPreview.h"
+#include "core/ClipboardItemManager.h"
 #include "core/HistoryCapacity.h"
 #include "language/Localized.h"
+#include "platform/FileViewer.h"
 #include "window/ClipboardTableView.h"
 
 #include <QApplication>
@@ -21,23 +24,19 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_model(m_rows)
     , m_delegate(m_rows, selectionRadius)
     , m_updater(tableView, m_model)
+    , m_deletion(tableView, m_model, collaborators.itemManager)
 {
     m_model.reload(items);
     m_tableView.setRowDelegate(&m_delegate);
     m_tableView.setModel(&m_model);
     refreshEmptyText();
-    connect(&m_tableView, &ClipboardTableView::enterPressed, this,
-            &ClipboardTableViewController::pasteSelectedOrFirst);
-    connect(&m_tableView, &ClipboardTableView::rowActivated, this,
-            &ClipboardTableViewController::pasteRow);
-    connect(&m_tableView, &ClipboardTableView::starClicked, this, [this](int row) {
-        const QUuid id = filteredItems().at(row)->id;
-        toggleFavorite(id);
-    });
+    connectTableView();
+    m_deletion.onRemoved = [this] { reloadItems(); };
 }
 
 ClipboardTableViewController::~ClipboardTableViewController()
 {
+    m_tableView.onSpace = nullptr;
     m_tableView.setModel(nullptr);
 }
 
@@ -66,6 +65,15 @@ void ClipboardTableViewController::selectPreviousRow()
         selectAndShow(std::max(m_tableView.selectedRow() - 1, 0));
 }
 
+bool ClipboardTableViewController::requestPreview(const ClipboardItemPointer &item)
+{
+    if (!canPreview(*item))
+        return false;
+    if (onPreviewRequested)
+        onPreviewRequested(item, m_tableView);
+    return true;
+}
+
 void ClipboardTableViewController::toggleFavorite(const QUuid &id)
 {
     const qsizetype place = indexOfItem(m_items, id);
@@ -84,11 +92,83 @@ void ClipboardTableViewController::toggleFavorite(const QUuid &id)
         onFavoriteToggled(id);
 }
 
+void ClipboardTableViewController::dismissOverlays()
+{
+    m_rowMenu.close();
+}
+
 void ClipboardTableViewController::refreshTexts()
 {
     m_rows.forgetAll();
     m_model.announceAllChanged();
     refreshEmptyText();
+}
+
+void ClipboardTableViewController::connectTableView()
+{
+    connect(&m_tableView, &ClipboardTableView::enterPressed, this,
+            &ClipboardTableViewController::pasteSelectedOrFirst);
+    connect(&m_tableView, &ClipboardTableView::rowActivated, this,
+            &ClipboardTableViewController::pasteRow);
+    connect(&m_tableView, &ClipboardTableView::starClicked, this, [this](int row) {
+        const QUuid id = filteredItems().at(row)->id;
+        toggleFavorite(id);
+    });
+    connect(&m_tableView, &ClipboardTableView::deletePressed, &m_deletion,
+            &RowDeletion::deleteSelectedRow);
+    connect(&m_tableView, &ClipboardTableView::menuRequested, this,
+            &ClipboardTableViewController::popUpMenu);
+    connect(&m_rowMenu, &RowMenu::entryChosen, this,
+            &ClipboardTableViewController::performMenuEntry);
+    m_tableView.onSpace = [this](int row) { return requestPreview(filteredItems().at(row)); };
+}
+
+void ClipboardTableViewController::popUpMenu(int row, const QPoint &position,
+                                             QContextMenuEvent::Reason reason)
+{
+    const ClipboardItem &item = *filteredItems().at(row);
+    m_rowMenu.popUp(item,
+                    {.hasPreview = onPreviewRequested && canPreview(item),
+                     .hasTagPopover = bool(onTagPopoverRequested)},
+                    position, reason);
+}
+
+/// The list may have changed while the menu was open.
+void ClipboardTableViewController::performMenuEntry(RowMenu::Entry entry, const QUuid &id)
+{
+    const qsizetype row = indexOfItem(filteredItems(), id);
+    if (row < 0)
+        return;
+    const ClipboardItemPointer item = filteredItems().at(row);
+    switch (entry) {
+    case RowMenu::Entry::ShowInFileManager: showInFileManager(*item); return;
+    case RowMenu::Entry::Preview: requestPreview(item); return;
+    case RowMenu::Entry::Paste: pasteItem(item); return;
+    case RowMenu::Entry::Copy:
+        if (m_with.copyItem)
+            m_with.copyItem(*item);
+        return;
+    case RowMenu::Entry::ToggleFavorite: toggleFavorite(id); return;
+    case RowMenu::Entry::Tags: onTagPopoverRequested(id); return;
+    case RowMenu::Entry::Delete: m_deletion.deleteRow(int(row)); return;
+    }
+}
+
+void ClipboardTableViewController::showInFileManager(const ClipboardItem &item)
+{
+    const auto resolved = m_with.itemManager.resolveFileURL(item);
+    if (!resolved)
+        return;
+    m_with.itemManager.refreshStaleBookmark(item, resolved->url, resolved->isStale);
+    m_with.fileViewer.activateFileViewerSelecting({resolved->url});
+    if (onWindowHidden)
+        onWindowHidden();
+}
+
+void ClipboardTableViewController::reloadItems()
+{
+    m_items = m_with.itemManager.items();
+    applyFilters(Scroll::Keep);
 }
 
 void ClipboardTableViewController::applyItemChange(const ClipboardItemPointer &item, qsizetype row,
@@ -122,11 +202,15 @@ void ClipboardTableViewController::selectAndShow(int row)
 
 void ClipboardTableViewController::pasteRow(int row)
 {
-    if (row >= filteredItems().size() || !onItemSelected)
-        return;
     // The callback may well take the list down.
-    const ClipboardItemPointer item = filteredItems().at(row);
-    onItemSelected(item);
+    if (row < filteredItems().size())
+        pasteItem(ClipboardItemPointer(filteredItems().at(row)));
+}
+
+void ClipboardTableViewController::pasteItem(const ClipboardItemPointer &item)
+{
+    if (onItemSelected)
+        onItemSelected(item);
 }
 
 bool ClipboardTableViewController::isFavoriteLimitReached() const

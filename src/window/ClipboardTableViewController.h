@@ -5,6 +5,8 @@
 #include "window/HistoryRow.h"
 #include "window/HistoryRowDelegate.h"
 #include "window/ListUpdater.h"
+#include "window/RowDeletion.h"
+#include "window/RowMenu.h"
 
 #include <functional>
 
@@ -44,21 +46,41 @@ public:
     void selectNextRow();
     void selectPreviousRow();
 
+    /// Shows \a item in large. False if there is nothing of it to be shown.
+    bool requestPreview(const ClipboardItemPointer &item);
+
     /// Marks an entry or takes the mark away, unless there are as many favourites as are allowed.
     /// The list shows the change at once, ahead of the history itself.
     void toggleFavorite(const QUuid &id);
+
+    /// How the menus of rows look that open from now on.
+    void setMenuLook(const MenuLook &look) { m_rowMenu.setLook(look); }
+
+    /// Takes away what stands on the screen beside the window.
+    void dismissOverlays();
 
     /// Words all rows anew.
     void refreshTexts();
 
     std::function<void(const ClipboardItemPointer &)> onItemSelected;
     std::function<void(const QUuid &)> onFavoriteToggled;
+    std::function<void()> onWindowHidden; ///< The window has done its work and may go.
+    /// Without it nothing offers a preview. The widget is to have the focus again afterwards.
+    std::function<void(const ClipboardItemPointer &, QWidget &)> onPreviewRequested;
+    /// Without it nothing offers to tag an entry by a popover.
+    std::function<void(const QUuid &)> onTagPopoverRequested;
 
 private:
+    void connectTableView();
+    void popUpMenu(int row, const QPoint &position, QContextMenuEvent::Reason reason);
+    void performMenuEntry(RowMenu::Entry entry, const QUuid &id);
+    void showInFileManager(const ClipboardItem &item);
+    void reloadItems();
     void applyItemChange(const ClipboardItemPointer &item, qsizetype row, bool wasListed);
     void removeListedItem(qsizetype row);
     void selectAndShow(int row);
     void pasteRow(int row);
+    void pasteItem(const ClipboardItemPointer &item);
     bool isFavoriteLimitReached() const;
     void refreshEmptyText();
 
@@ -70,4 +92,6 @@ private:
     HistoryListModel m_model;
     HistoryRowDelegate m_delegate;
     ListUpdater m_updater;
+    RowDeletion m_deletion;
+    RowMenu m_rowMenu;
 };

@@ -24,6 +24,14 @@ namespace {
 constexpr auto kFadeDuration = 160ms;
 const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
 
+/// The shadow of a menu is part of its window, but not for those who see it.
+bool isOnOwnWindow(QPoint position)
+{
+    const QWidget *window = QApplication::topLevelAt(position);
+    return window
+        && window->geometry().marginsRemoved(window->contentsMargins()).contains(position);
+}
+
 } // namespace
 
 HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
@@ -78,6 +86,7 @@ void HistoryWindow::hide()
     if (m_isHideAnimationInFlight || !isVisible())
         return;
     m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
+    m_tableViewController.dismissOverlays();
     ++m_visibilityAnimationToken;
     m_animation.stop();
     if (!m_style.isTranslucent) {
@@ -105,6 +114,7 @@ void HistoryWindow::refreshAppearance()
 {
     const auto scheme = desktopColorScheme(m_collaborators.appearance.prefersDark());
     m_panel.setColors(systemColors(scheme));
+    m_tableViewController.setMenuLook({scheme, m_collaborators.appearance.isComposited()});
 }
 
 void HistoryWindow::refreshPinButtonVisibility()
@@ -145,6 +155,7 @@ void HistoryWindow::connectPanel()
                      });
     m_tableViewController.onItemSelected
         = [this](const ClipboardItemPointer &item) { pasteItem(item); };
+    m_tableViewController.onWindowHidden = [this] { hide(); };
     m_tableViewController.onFavoriteToggled = [this](const QUuid &id) {
         if (onFavoriteToggled)
             onFavoriteToggled(id);
@@ -323,7 +334,7 @@ bool HistoryWindow::hasFocus() const
 void HistoryWindow::handleMousePress(QPoint position)
 {
     // Presses on our own windows and menus reach them as events; they are no turning away.
-    if (!m_panel.geometry().contains(position) && !QApplication::topLevelAt(position))
+    if (!m_panel.geometry().contains(position) && !isOnOwnWindow(position))
         turnAway();
 }
 

@@ -59,9 +59,6 @@ void ListUpdater::updateItems(const ClipboardItemList &items,
 void ListUpdater::selectItem(const QUuid &id)
 {
     const qsizetype row = indexOfItem(m_model.items(), id);
-    if (row < 0)
-        return;
-    m_tableView.setAutoScroll(false);
-    m_tableView.selectRow(int(row));
-    m_tableView.setAutoScroll(true);
+    if (row >= 0)
+        m_tableView.selectRowInPlace(int(row));
 }

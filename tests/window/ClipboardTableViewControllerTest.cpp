@@ -1,13 +1,7 @@
-#include "tests/fakes/HistoryListFixture.h"
-#include "tests/window/SampleHistory.h"
+#include "tests/window/TableFixture.h"
 
-#include "appearance/SystemColors.h"
-#include "window/ClipboardTableView.h"
-#include "window/ClipboardTableViewController.h"
 #include "window/OverlayScroller.h"
-#include "window/RowLayout.h"
 
-#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -18,13 +12,13 @@ using namespace std::chrono_literals;
 using SampleHistory::shared;
 using Scroll = ClipboardTableViewController::Scroll;
 
-class ClipboardTableViewControllerTest : public QObject, private HistoryListFixture
+class ClipboardTableViewControllerTest : public QObject, private TableFixture
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { setUpTable(); }
+    void cleanup() { tearDownTable(); }
     void nothingIsSelectedAtFirst();
     void returnWithoutSelectionPastesTheFirstRowThatIsListed();
     void returnPastesTheSelectedRow();
@@ -36,6 +30,9 @@ private slots:
     void aDoubleClickPastes();
     void aSingleClickOnlySelects();
     void spaceDoesNotPaste();
+    void spaceAsksForAPreview();
+    void spaceIsLeftAloneWhereThereIsNoPreview();
+    void aPreviewIsPromisedThoughNobodyShowsIt();
     void aNewItemOnTopKeepsSelectionAndScrollPosition();
     void filteringSelectsNothing();
     void theSelectionFollowsItsItem_data();
@@ -57,66 +54,13 @@ private slots:
     void tenThousandRowsNeedNoWidgets();
 
 private:
-    void make(const ClipboardItemList &items);
-    QPoint starOf(int row);
-    QPoint contentOf(int row);
-    void search(const QString &text);
-
-    std::unique_ptr<ClipboardTableView> m_view;
-    std::unique_ptr<ClipboardTableViewController> m_controller;
-    std::unique_ptr<QAbstractItemModelTester> m_tester;
-    QStringList m_pasted;
-    QList<QUuid> m_toggled;
+    bool isSpaceTaken()
+    {
+        QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s);
+        QCoreApplication::sendEvent(m_view.get(), &space);
+        return space.isAccepted();
+    }
 };
-
-void ClipboardTableViewControllerTest::init()
-{
-    setUpList();
-    m_pasted.clear();
-    m_toggled.clear();
-}
-
-void ClipboardTableViewControllerTest::cleanup()
-{
-    m_tester.reset();
-    m_controller.reset();
-    m_view.reset();
-}
-
-void ClipboardTableViewControllerTest::make(const ClipboardItemList &items)
-{
-    cleanup();
-    m_view = std::make_unique<ClipboardTableView>(*m_scheduler, 0);
-    m_view->setColors(systemColors(ColorScheme::Light));
-    m_view->resize(680, 400);
-    m_controller = std::make_unique<ClipboardTableViewController>(
-        *m_view, 18, listCollaborators(), items);
-    m_controller->onItemSelected = [this](const ClipboardItemPointer &item) {
-        m_pasted.append(item->stringValue.value_or(Utf8Text()).toString());
-    };
-    m_controller->onFavoriteToggled = [this](const QUuid &id) { m_toggled.append(id); };
-    m_tester = std::make_unique<QAbstractItemModelTester>(
-        m_view->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-    m_view->show();
-}
-
-QPoint ClipboardTableViewControllerTest::starOf(int row)
-{
-    const QRect rect = m_view->visualRect(m_view->model()->index(row, 0));
-    return RowLayout(rect).star.center().toPoint();
-}
-
-QPoint ClipboardTableViewControllerTest::contentOf(int row)
-{
-    const QRect rect = m_view->visualRect(m_view->model()->index(row, 0));
-    return RowLayout(rect).content.center().toPoint();
-}
-
-void ClipboardTableViewControllerTest::search(const QString &text)
-{
-    m_controller->setSearchText(text);
-    m_controller->applyFilters(Scroll::ToTop);
-}
 
 void ClipboardTableViewControllerTest::nothingIsSelectedAtFirst()
 {
@@ -221,6 +165,47 @@ void ClipboardTableViewControllerTest::spaceDoesNotPaste()
     QTest::keyClick(m_view.get(), Qt::Key_Space);
     QVERIFY(m_pasted.isEmpty());
     QCOMPARE(m_view->selectedRow(), 1);
+}
+
+void ClipboardTableViewControllerTest::spaceAsksForAPreview()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    QList<QUuid> asked;
+    m_controller->onPreviewRequested = [&](const ClipboardItemPointer &item, QWidget &responder) {
+        QCOMPARE(&responder, m_view.get());
+        asked.append(item->id);
+    };
+    m_view->selectRow(1);
+    QVERIFY(isSpaceTaken());
+    QCOMPARE(asked, QList<QUuid>{items[1]->id});
+    QCOMPARE(m_view->selectedRow(), 1);
+}
+
+void ClipboardTableViewControllerTest::spaceIsLeftAloneWhereThereIsNoPreview()
+{
+    ClipboardItem file = SampleHistory::item(ClipboardContentType::File, u"notes.txt"_s);
+    file.filePath = u"/tmp/notes.txt"_s;
+    make({shared(file), shared(SampleHistory::textItem(u" "_s))});
+    bool isAsked = false;
+    m_controller->onPreviewRequested = [&](const ClipboardItemPointer &, QWidget &) {
+        isAsked = true;
+    };
+    m_view->setFocus();
+    QVERIFY(!isSpaceTaken());
+    QCOMPARE(m_view->selectedRow(), -1);
+    for (const int row : {0, 1}) {
+        m_view->selectRow(row);
+        QVERIFY(!isSpaceTaken());
+        QCOMPARE(m_view->selectedRow(), row);
+    }
+    QVERIFY(!isAsked);
+}
+
+void ClipboardTableViewControllerTest::aPreviewIsPromisedThoughNobodyShowsIt()
+{
+    make(SampleHistory::numbered(1));
+    QVERIFY(m_controller->requestPreview(m_controller->items().first()));
 }
 
 void ClipboardTableViewControllerTest::aNewItemOnTopKeepsSelectionAndScrollPosition()

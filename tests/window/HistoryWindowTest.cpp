@@ -109,6 +109,11 @@ private slots:
     void afterHidingNothingIsWatchedAnyMore();
     void formerListenersAreStillCalled();
 
+    void theMenuOfARowLeavesTheWindowOpen();
+    void theMenuOfARowClosesWithTheWindow();
+    void aPressInTheShadowOfAMenuIsAPressOutside();
+    void showingAFileHidesTheWindow();
+
     void theEntranceFades();
     void theExitFadesAndThenTheWindowIsGone();
     void aSecondHideDoesNothing();
@@ -138,6 +143,7 @@ private:
     void watch();
     void pass(std::chrono::milliseconds time);
     void openWholly();
+    void openRowMenu(int row);
     void dragBy(const char *handle, QPoint travel);
     QRect geometryOf(const char *name);
     QImage picture();
@@ -815,6 +821,67 @@ void HistoryWindowTest::formerListenersAreStillCalled()
     pass(160ms);
     m_desktop->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
     QCOMPARE(callCount, 3);
+}
+
+void HistoryWindowTest::openRowMenu(int row)
+{
+    table()->selectRow(row);
+    QTest::keyClick(table(), Qt::Key_Menu);
+    QVERIFY(QApplication::activePopupWidget());
+}
+
+void HistoryWindowTest::theMenuOfARowLeavesTheWindowOpen()
+{
+    make();
+    openWholly();
+    m_desktop->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
+    openRowMenu(1);
+    m_pointer->onMousePressed(QApplication::activePopupWidget()->geometry().center());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QApplication::activePopupWidget()->close();
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    QVERIFY(m_window->isVisible() && !m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::theMenuOfARowClosesWithTheWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    openRowMenu(1);
+    m_window->hide();
+    QVERIFY(!QApplication::activePopupWidget());
+    pass(160ms);
+    QVERIFY(!m_window->isVisible());
+}
+
+void HistoryWindowTest::aPressInTheShadowOfAMenuIsAPressOutside()
+{
+    m_defaults->set(kFrameKey, u"{{0, 0}, {680, 300}}"_s);
+    make();
+    openWholly();
+    m_desktop->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
+    openRowMenu(1);
+    const QRect menu = QApplication::activePopupWidget()->geometry();
+    QVERIFY(!m_window->panel().geometry().contains(menu.bottomLeft()));
+    m_pointer->onMousePressed(menu.bottomLeft() + QPoint(5, -5));
+    QVERIFY(m_window->isHideAnimationInFlight());
+    QVERIFY(!QApplication::activePopupWidget());
+}
+
+void HistoryWindowTest::showingAFileHidesTheWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    const ClipboardItemPointer file = SampleHistory::mixed().at(4);
+    m_files->access.files = {QUrl::fromLocalFile(*file->filePath)};
+    openRowMenu(4);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+    QCOMPARE(m_fileViewer->shown, QList<QList<QUrl>>{m_files->access.files});
+    QVERIFY(m_window->isHideAnimationInFlight());
 }
 
 void HistoryWindowTest::theEntranceFades()

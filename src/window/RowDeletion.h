@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class ClipboardItemManager;
+class ClipboardTableView;
+class HistoryListModel;
+
+/// Takes entries out of the history and their rows out of the list.
+///
+/// While the selected row is being deleted the list takes no keys and presses, so that deletions
+/// that are asked for in a row follow one after the other.
+class RowDeletion : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All of them must outlive the object.
+    RowDeletion(ClipboardTableView &tableView, const HistoryListModel &model,
+                ClipboardItemManager &itemManager);
+
+    /// Afterwards the row is selected that has taken the place of the deleted one, or else the last.
+    /// The list does not scroll.
+    void deleteSelectedRow();
+
+    /// Leaves the selection to itself.
+    void deleteRow(int row);
+
+    /// Called when the entry is gone from the history, to show the list as it is then.
+    std::function<void()> onRemoved;
+
+private:
+    void removeRow(int row, const std::function<void()> &finish);
+    void finishSelected(int nextRow);
+
+    ClipboardTableView &m_tableView;
+    const HistoryListModel &m_model;
+    ClipboardItemManager &m_itemManager;
+};

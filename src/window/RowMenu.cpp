@@ -1,0 +1,66 @@
+#include "window/RowMenu.h"
+
+#include "core/ClipboardItem.h"
+#include "language/Localized.h"
+
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+
+RowMenu::RowMenu() = default;
+
+RowMenu::~RowMenu() = default;
+
+void RowMenu::popUp(const ClipboardItem &item, const Offers &offers, const QPoint &position,
+                    QContextMenuEvent::Reason reason)
+{
+    // The press that opens this menu may still be on its way through the former one.
+    close();
+    if (m_menu)
+        m_menu.release()->deleteLater();
+    m_menu = makeMenu(item, offers);
+    applyMenuLook(*m_menu, m_look);
+    m_menu->popup(position);
+    if (reason == QContextMenuEvent::Keyboard)
+        m_menu->setActiveAction(m_menu->actions().first());
+}
+
+void RowMenu::close()
+{
+    if (m_menu)
+        m_menu->close();
+}
+
+std::unique_ptr<QMenu> RowMenu::makeMenu(const ClipboardItem &item, const Offers &offers)
+{
+    auto menu = std::make_unique<QMenu>();
+    menu->setObjectName(u"rowMenu"_s);
+    const auto add = [&](Entry entry, const QString &title) {
+        const QAction *action = menu->addAction(title);
+        connect(action, &QAction::triggered, this,
+                [this, entry, id = item.id] { emit entryChosen(entry, id); });
+    };
+    if (item.contentType == ClipboardContentType::File && item.filePath) {
+        add(Entry::ShowInFileManager, localized(u"menu.show_in_finder"_s, u"在访达中显示"_s));
+        menu->addSeparator();
+    }
+    if (offers.hasPreview) {
+        add(Entry::Preview, item.contentType == ClipboardContentType::Image
+                ? localized(u"menu.preview_image"_s, u"Preview Image"_s)
+                : localized(u"menu.preview_text"_s, u"Preview Text"_s));
+        menu->addSeparator();
+    }
+    add(Entry::Paste, localized(u"menu.paste"_s, u"Paste"_s));
+    add(Entry::Copy, localized(u"menu.copy"_s, u"Copy"_s));
+    menu->addSeparator();
+    add(Entry::ToggleFavorite, item.isFavorite
+            ? localized(u"menu.unfavorite"_s, u"Unfavorite"_s)
+            : localized(u"menu.favorite"_s, u"Favorite"_s));
+    menu->addSeparator();
+    if (offers.hasTagPopover) {
+        add(Entry::Tags, localized(u"menu.tags"_s, u"Tags…"_s));
+        menu->addSeparator();
+    }
+    add(Entry::Delete, localized(u"menu.delete"_s, u"Delete"_s));
+    return menu;
+}

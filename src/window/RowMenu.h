@@ -1,0 +1,51 @@
+#pragma once
+
+#include "widgets/MenuLook.h"
+
+#include <QContextMenuEvent>
+#include <QObject>
+#include <QUuid>
+
+#include <memory>
+
+class QMenu;
+struct ClipboardItem;
+
+/// The menu of a row of the list: what can be done with its entry. It tells what was chosen and
+/// does nothing itself; by then the entry may have changed or be gone.
+class RowMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Entry { ShowInFileManager, Preview, Paste, Copy, ToggleFavorite, Tags, Delete };
+
+    /// What cannot be done with every entry, or not everywhere.
+    struct Offers
+    {
+        bool hasPreview = false;
+        bool hasTagPopover = false;
+    };
+
+    RowMenu();
+    ~RowMenu() override;
+
+    /// For the next time it opens.
+    void setLook(const MenuLook &look) { m_look = look; }
+
+    /// Opens at \a position of the screen, anew if it is open. Opened by a key, it has its first
+    /// entry chosen already. Returns at once.
+    void popUp(const ClipboardItem &item, const Offers &offers, const QPoint &position,
+               QContextMenuEvent::Reason reason);
+
+    void close();
+
+signals:
+    void entryChosen(RowMenu::Entry entry, const QUuid &id);
+
+private:
+    std::unique_ptr<QMenu> makeMenu(const ClipboardItem &item, const Offers &offers);
+
+    MenuLook m_look;
+    std::unique_ptr<QMenu> m_menu; ///< The one that was opened last.
+};

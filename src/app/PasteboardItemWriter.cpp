@@ -4,11 +4,9 @@
 #include "core/ClipboardItemManager.h"
 #include "core/PasteboardWriting.h"
 #include "foundation/FilePath.h"
-#include "foundation/RegularFile.h"
 #include "foundation/TaggedLog.h"
 #include "platform/ImageCodec.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -93,7 +91,7 @@ bool PasteboardItemWriter::writeImageFile(const QString &name,
 {
     // A large picture on a slow disk would hold up the window's way out; it is read where programs
     // ask for it, on the pasteboard's thread.
-    const auto file = RegularFile::open(imagePath(name));
+    const auto file = m_itemManager.openImageFile(name);
     if (!file) {
         logDragPaste(m_defaults,
                      [&] { return u"writeImageToPasteboard failed reading file name="_s + name; });
@@ -105,7 +103,7 @@ bool PasteboardItemWriter::writeImageFile(const QString &name,
         return u"writeImageToPasteboard from file name="_s + name + u" ext="_s + extension
                + u" bytes="_s + QString::number(file->size()) + u" type="_s + type.toString();
     });
-    pasteboard.add(type, LazyBytes::elsewhere(file->size(), file));
+    pasteboard.add(type, *file);
     return true;
 }
 
@@ -128,7 +126,7 @@ void PasteboardItemWriter::writeImageInMemory(const QByteArray &representation,
 bool PasteboardItemWriter::writeReloadedImage(const QString &name,
                                               PasteboardContents &pasteboard) const
 {
-    const auto file = RegularFile::open(imagePath(name));
+    const auto file = m_itemManager.openImageFile(name);
     const auto bytes = file ? file->read() : std::nullopt;
     auto image = bytes ? m_codec.tiffFromPicture(*bytes) : std::nullopt;
     if (!image)
@@ -161,9 +159,4 @@ void PasteboardItemWriter::writeFile(const ClipboardItem &item, PasteboardConten
     logDragPaste(m_defaults, [&] {
         return u"pasteItem file writeObjects fallback path="_s + *item.filePath;
     });
-}
-
-QString PasteboardItemWriter::imagePath(const QString &name) const
-{
-    return QDir(m_itemManager.imagesDirectory()).filePath(name);
 }

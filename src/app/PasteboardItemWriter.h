@@ -31,7 +31,6 @@ private:
     void writeImageInMemory(const QByteArray &representation, PasteboardContents &pasteboard) const;
     bool writeReloadedImage(const QString &name, PasteboardContents &pasteboard) const;
     void writeFile(const ClipboardItem &item, PasteboardContents &pasteboard);
-    QString imagePath(const QString &name) const;
 
     Pasteboard &m_pasteboard;
     ClipboardItemManager &m_itemManager;

@@ -6,6 +6,8 @@
 #include "foundation/TaggedLog.h"
 #include "platform/Clock.h"
 
+#include <QDir>
+
 #include <exception>
 #include <utility>
 
@@ -141,6 +143,11 @@ std::optional<FileBookmarks::Resolved>
 ClipboardItemManager::resolveFileURL(const ClipboardItem &item) const
 {
     return m_fileReferences.resolve(item);
+}
+
+std::optional<LazyBytes> ClipboardItemManager::openImageFile(const QString &name) const
+{
+    return m_fileReferences.open(QDir(imagesDirectory()).filePath(name));
 }
 
 void ClipboardItemManager::refreshStaleBookmark(const ClipboardItem &item, const QUrl &url,

@@ -85,6 +85,11 @@ std::unique_ptr<FileAccess::Scope> FileReferences::startAccess(const QUrl &url) 
     return m_access.start(url);
 }
 
+std::optional<LazyBytes> FileReferences::open(const QString &path) const
+{
+    return m_access.open(path);
+}
+
 std::optional<QByteArray> FileReferences::renewBookmark(const QUuid &id, const QUrl &url) const
 {
     try {

@@ -29,6 +29,9 @@ public:
 
     std::unique_ptr<FileAccess::Scope> startAccess(const QUrl &url) const;
 
+    /// See FileAccess::open().
+    std::optional<LazyBytes> open(const QString &path) const;
+
     /// A new bookmark for the entry \a id, whose file is at \a url; absent if it fails, which a
     /// printed line tells.
     std::optional<QByteArray> renewBookmark(const QUuid &id, const QUrl &url) const;

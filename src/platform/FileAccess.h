@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/LazyBytes.h"
+
 #include <QList>
 #include <QUrl>
 
@@ -28,4 +30,9 @@ public:
 
     /// Whether a file is at every one of \a urls. Absent if the file system does not tell in time.
     virtual std::optional<bool> exist(const QList<QUrl> &urls) const = 0;
+
+    /// The bytes of the file at \a path, which is held open, so that it can be read even when it is
+    /// deleted; nothing of it is read yet. Absent if there is none that may be read, or something
+    /// other than a file.
+    virtual std::optional<LazyBytes> open(const QString &path) const = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/FileReferences.h"
+#include "foundation/RegularFile.h"
 
 #include <QHash>
 
@@ -44,6 +45,12 @@ public:
         if (!answers)
             return std::nullopt;
         return std::ranges::all_of(urls, [this](const QUrl &url) { return files.contains(url); });
+    }
+
+    std::optional<LazyBytes> open(const QString &path) const override
+    {
+        const auto file = RegularFile::open(path);
+        return file ? std::optional(LazyBytes::elsewhere(file->size(), file)) : std::nullopt;
     }
 
     bool isGranted = true;

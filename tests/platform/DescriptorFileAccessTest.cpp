@@ -30,6 +30,8 @@ private slots:
     void aVolumeStaysMountedWhileItsFileIsHeld();
     void filesExistIfAllDo_data();
     void filesExistIfAllDo();
+    void anOpenFileIsReadLaterAlsoWhenItIsDeleted();
+    void onlyFilesAreOpened();
     void aVolumeThatDoesNotAnswerIsGivenUp();
 
 private:
@@ -160,6 +162,27 @@ void DescriptorFileAccessTest::filesExistIfAllDo()
     QCOMPARE(m_access.exist(list), false);
 }
 
+void DescriptorFileAccessTest::anOpenFileIsReadLaterAlsoWhenItIsDeleted()
+{
+    QFile file(path(u"a"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("1234");
+    file.close();
+    const auto bytes = m_access.open(path(u"a"_s));
+    QVERIFY(bytes);
+    QVERIFY(!bytes->isInMemory());
+    QVERIFY(file.remove());
+    QCOMPARE(bytes->read(), "1234"_ba);
+}
+
+void DescriptorFileAccessTest::onlyFilesAreOpened()
+{
+    QVERIFY(!m_access.open(path(u"none"_s)));
+    QVERIFY(!m_access.open(m_directory->path()));
+    QCOMPARE(::mkfifo(FilePath::toBytes(path(u"pipe"_s)).constData(), 0600), 0);
+    QVERIFY(!m_access.open(path(u"pipe"_s)));
+}
+
 void DescriptorFileAccessTest::aVolumeThatDoesNotAnswerIsGivenUp()
 {
     QVERIFY(QDir().mkdir(path(u"volume"_s)));
@@ -168,6 +191,7 @@ void DescriptorFileAccessTest::aVolumeThatDoesNotAnswerIsGivenUp()
     const DescriptorFileAccess access(BoundedCalls(20ms));
     QCOMPARE(access.exist({url(u"volume/a"_s)}), std::nullopt);
     QVERIFY(!access.start(url(u"volume/a"_s)));
+    QVERIFY(!access.open(path(u"volume/a"_s)));
     // The others go on.
     QVERIFY(m_access.start(write(u"a"_s)));
 }

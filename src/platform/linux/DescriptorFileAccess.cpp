@@ -1,6 +1,7 @@
 #include "platform/linux/DescriptorFileAccess.h"
 
 #include "foundation/FilePath.h"
+#include "foundation/RegularFile.h"
 
 #include <algorithm>
 
@@ -25,7 +26,7 @@ private:
     int m_descriptor;
 };
 
-std::unique_ptr<FileAccess::Scope> open(const QByteArray &path)
+std::unique_ptr<FileAccess::Scope> scopeOf(const QByteArray &path)
 {
     // Opening a pipe or a device for reading is felt at its other end, and may wait for it.
     const int descriptor = ::open(path.constData(), O_PATH | O_CLOEXEC);
@@ -51,7 +52,7 @@ std::unique_ptr<FileAccess::Scope> DescriptorFileAccess::start(const QUrl &url) 
     if (!FilePath::isLocal(url))
         return nullptr;
     auto scope = m_calls.run<std::unique_ptr<Scope>>(
-        [path = FilePath::bytesOf(url)] { return open(path); });
+        [path = FilePath::bytesOf(url)] { return scopeOf(path); });
     return std::move(scope).value_or(nullptr);
 }
 
@@ -63,4 +64,15 @@ std::optional<bool> DescriptorFileAccess::exist(const QList<QUrl> &urls) const
         return std::ranges::all_of(urls,
                                    [](const QUrl &url) { return exists(FilePath::bytesOf(url)); });
     });
+}
+
+std::optional<LazyBytes> DescriptorFileAccess::open(const QString &path) const
+{
+    const auto bytes = m_calls.run<std::optional<LazyBytes>>([path]() -> std::optional<LazyBytes> {
+        const auto file = RegularFile::open(path);
+        if (!file)
+            return std::nullopt;
+        return LazyBytes::elsewhere(file->size(), file);
+    });
+    return bytes.value_or(std::nullopt);
 }

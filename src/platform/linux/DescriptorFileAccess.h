@@ -11,6 +11,7 @@ public:
 
     std::unique_ptr<Scope> start(const QUrl &url) const override;
     std::optional<bool> exist(const QList<QUrl> &urls) const override;
+    std::optional<LazyBytes> open(const QString &path) const override;
 
 private:
     BoundedCalls m_calls;

@@ -74,6 +74,9 @@ struct PasteboardContents
         /// For kString and kUrl UTF-8; for kFileUrl the encoded URL. What is not in memory is read
         /// whenever a program asks for it.
         LazyBytes data;
+        /// The data are a picture of whatever format. The one of the type is made of it when a
+        /// program asks, and refused if it turns out to be no picture.
+        bool isToBeConverted = false;
 
         friend bool operator==(const Entry &, const Entry &) = default;
     };
@@ -83,6 +86,11 @@ struct PasteboardContents
     void add(QStringView type, LazyBytes data)
     {
         entries.append({type.toString(), std::move(data)});
+    }
+    /// Offers \a picture, of whatever format, as a TIFF.
+    void addAsTiff(LazyBytes picture)
+    {
+        entries.append({PasteboardType::kTiff.toString(), std::move(picture), true});
     }
     bool isEmpty() const { return entries.isEmpty(); }
 };

@@ -145,6 +145,9 @@ private slots:
     void filesAreServedAsFileManagersWantThem();
     void picturesAreServedAsPngToo();
     void aPictureThatCannotBecomeAPngIsServedAsItIs();
+    void aPictureOfAnyFormatIsServedAsTiff();
+    void theTiffOfAPictureIsMadeWhenAProgramAsks();
+    void whatTurnsOutToBeNoPictureIsNotServedAsOne();
     void thePngOfWhatWeWriteIsMadeUnasked();
     void aNewerWriteAbandonsAPngNotBegun();
     void whoWaitsForAPngIsRefusedWhenAnotherProgramCopies();
@@ -682,6 +685,53 @@ void X11PasteboardTest::aPictureThatCannotBecomeAPngIsServedAsItIs()
     QTRY_VERIFY(!Xclip::offeredTargets().contains(u"image/png"_s));
     QVERIFY(Xclip::paste(u"image/png"_s).isEmpty());
     QCOMPARE(Xclip::paste(u"image/tiff"_s), QByteArray("no TIFF at all"));
+}
+
+void X11PasteboardTest::aPictureOfAnyFormatIsServedAsTiff()
+{
+    const QByteArray png = pngOf(smallPicture());
+    PasteboardContents contents;
+    contents.addAsTiff(png);
+    m_pasteboard->write(contents);
+    QTRY_COMPARE(m_pasteboard->changeCount(), quint64(1));
+    QCOMPARE(Xclip::offeredTargets(), (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s,
+                                                   u"image/tiff"_s, u"image/png"_s}));
+    const QByteArray tiff = m_codec.tiffFromPicture(png)->tiff;
+    for (int time = 0; time < 2; ++time)
+        QCOMPARE(Xclip::paste(u"image/tiff"_s), tiff);
+    const QImage pasted = QImage::fromData(Xclip::paste(u"image/png"_s), "PNG");
+    QCOMPARE(pasted.convertToFormat(QImage::Format_RGB32), smallPicture());
+}
+
+void X11PasteboardTest::theTiffOfAPictureIsMadeWhenAProgramAsks()
+{
+    FakeImageCodec codec;
+    X11Pasteboard pasteboard(codec);
+    const auto source = std::make_shared<CountingSource>("pixels");
+    PasteboardContents contents;
+    contents.addAsTiff(LazyBytes::elsewhere(6, source));
+    pasteboard.write(contents);
+    // The one reading up to here is for the PNG.
+    QCOMPARE(Xclip::paste(u"image/png"_s), QByteArray("png of pixels"));
+    QCOMPARE(source->readCount.load(), 1);
+    QCOMPARE(ask({u"multiple"_s, u"image/tiff"_s, u"image/png"_s}),
+             QByteArray("asked\nimage/tiff tiff of pixels\nimage/png png of pixels\n"));
+    QCOMPARE(Xclip::paste(u"image/tiff"_s), QByteArray("tiff of pixels"));
+    QCOMPARE(source->readCount.load(), 2);
+}
+
+void X11PasteboardTest::whatTurnsOutToBeNoPictureIsNotServedAsOne()
+{
+    FakeImageCodec codec;
+    X11Pasteboard pasteboard(codec);
+    PasteboardContents contents;
+    contents.addAsTiff("no picture"_ba);
+    pasteboard.write(contents);
+    QTRY_COMPARE(pasteboard.changeCount(), quint64(1));
+    QVERIFY(Xclip::paste(u"image/tiff"_s).isEmpty());
+    QVERIFY(Xclip::paste(u"image/png"_s).isEmpty());
+    QCOMPARE(Xclip::offeredTargets(),
+             (QStringList{u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s}));
 }
 
 void X11PasteboardTest::thePngOfWhatWeWriteIsMadeUnasked()

@@ -70,9 +70,9 @@ X11PasteboardThread::X11PasteboardThread(const ImageCodec &codec, SnapshotQueue 
     , m_onPublished(std::move(onPublished))
     , m_reader(m_connection)
     , m_server(m_connection,
-               [this](const LazyBytes &picture, std::function<bool()> isWanted,
-                      X11SelectionServer::PngDone done) {
-                   encodePng(picture, std::move(isWanted), std::move(done));
+               [this](const LazyBytes &picture, X11SelectionServer::PictureFormat format,
+                      std::function<bool()> isWanted, X11SelectionServer::PictureDone done) {
+                   encodePicture(picture, format, std::move(isWanted), std::move(done));
                })
     , m_manager(m_connection)
     , m_keepAlive(m_server)
@@ -318,15 +318,21 @@ void X11PasteboardThread::convertPicture(quint64 id, const QByteArray &picture)
     });
 }
 
-void X11PasteboardThread::encodePng(const LazyBytes &picture, std::function<bool()> isWanted,
-                                    X11SelectionServer::PngDone done)
+void X11PasteboardThread::encodePicture(const LazyBytes &picture,
+                                        X11SelectionServer::PictureFormat format,
+                                        std::function<bool()> isWanted,
+                                        X11SelectionServer::PictureDone done)
 {
-    runElsewhere([this, picture, isWanted = std::move(isWanted), done = std::move(done)] {
+    runElsewhere([this, picture, format, isWanted = std::move(isWanted), done = std::move(done)] {
         if (!isWanted())
             return;
-        const std::optional<QByteArray> png =
-            orNothing([&] { return m_codec.pngFromPicture(picture.bytes()); });
-        post([png, done] { done(png); });
+        const std::optional<QByteArray> file = orNothing([&]() -> std::optional<QByteArray> {
+            if (format == X11SelectionServer::PictureFormat::Png)
+                return m_codec.pngFromPicture(picture.bytes());
+            const auto image = m_codec.tiffFromPicture(picture.bytes());
+            return image ? std::optional(image->tiff) : std::nullopt;
+        });
+        post([file, done] { done(file); });
     });
 }
 

@@ -78,8 +78,8 @@ private:
 
     void addCopy(X11SelectionReader::Copy copy);
     void convertPicture(quint64 id, const QByteArray &picture);
-    void encodePng(const LazyBytes &picture, std::function<bool()> isWanted,
-                   X11SelectionServer::PngDone done);
+    void encodePicture(const LazyBytes &picture, X11SelectionServer::PictureFormat format,
+                       std::function<bool()> isWanted, X11SelectionServer::PictureDone done);
     void runElsewhere(Task work);
     void addPicture(quint64 id, std::optional<PasteboardImage> image);
     void publishAtOnce(PasteboardSnapshot snapshot);

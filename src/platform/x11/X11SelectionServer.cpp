@@ -53,9 +53,10 @@ QList<QByteArray> fileUrls(const PasteboardContents &contents)
 
 } // namespace
 
-X11SelectionServer::X11SelectionServer(X11SelectionConnection &connection, PngEncoder encodePng)
+X11SelectionServer::X11SelectionServer(X11SelectionConnection &connection,
+                                       PictureEncoder encodePicture)
     : m_connection(connection)
-    , m_encodePng(std::move(encodePng))
+    , m_encodePicture(std::move(encodePicture))
     , m_window(connection.createWindow())
     , m_pieceBytes(std::min(kPieceBytes, connection.maxPropertyBytes()))
 {
@@ -114,9 +115,7 @@ void X11SelectionServer::takeClipboard(const PasteboardContents &contents, X11Ti
         return setOwnership(clipboard, std::nullopt);
     const auto forms = makeForms(contents);
     setOwnership(clipboard, Ownership{clipboard, time, forms});
-    // We write what is about to be pasted, and a large picture takes its time.
-    if (const Form *form = findUnmade(*forms))
-        begin(form->png);
+    beginPng(*forms);
 }
 
 bool X11SelectionServer::takePrimary(X11Time time)
@@ -178,6 +177,10 @@ void X11SelectionServer::addForms(std::vector<Form> &forms, const PasteboardCont
                                   const PasteboardContents::Entry &entry)
 {
     const bool isFile = entry.type == PasteboardType::kFileUrl;
+    if (entry.isToBeConverted) {
+        addLazyForm(forms, u"image/tiff", PictureFormat::Tiff, entry.data);
+        return;
+    }
     for (const QString &target : MimeTypes::targetsToOffer(entry.type)) {
         if (target == MimeTypes::kUriList)
             addForm(forms, target, target, UriList::fromUrls(fileUrls(contents)));
@@ -198,13 +201,26 @@ void X11SelectionServer::addForms(std::vector<Form> &forms, const PasteboardCont
         addForm(forms, u"STRING", u"STRING", QString::fromUtf8(text).toLatin1());
 }
 
-void X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, QStringView type,
+/// False if there is a form for \a target already.
+bool X11SelectionServer::addForm(std::vector<Form> &forms, QStringView target, QStringView type,
                                  const LazyBytes &data)
 {
     const X11Atom atom = m_connection.atom(target);
     const auto isThere = [atom](const Form &form) { return form.target == atom; };
-    if (std::none_of(forms.begin(), forms.end(), isThere))
-        forms.push_back({atom, m_connection.atom(type), data, nullptr});
+    if (std::any_of(forms.begin(), forms.end(), isThere))
+        return false;
+    forms.push_back({atom, m_connection.atom(type), data, nullptr});
+    return true;
+}
+
+void X11SelectionServer::addLazyForm(std::vector<Form> &forms, QStringView target,
+                                     PictureFormat format, const LazyBytes &source)
+{
+    if (!addForm(forms, target, target, {}))
+        return;
+    forms.back().picture = std::make_shared<LazyPicture>();
+    forms.back().picture->format = format;
+    forms.back().picture->source = source;
 }
 
 /// Many programs paste no picture but a PNG.
@@ -213,14 +229,8 @@ void X11SelectionServer::addPng(std::vector<Form> &forms, const PasteboardConten
     const bool isOtherPicture = entry.type == PasteboardType::kTiff ||
                                 entry.type == PasteboardType::kJpeg ||
                                 entry.type.startsWith("image/"_L1);
-    if (!isOtherPicture)
-        return;
-    const std::size_t formCount = forms.size();
-    addForm(forms, u"image/png", u"image/png", {});
-    if (forms.size() == formCount)
-        return; // There is a real one.
-    forms.back().png = std::make_shared<LazyPng>();
-    forms.back().png->source = entry.data;
+    if (isOtherPicture)
+        addLazyForm(forms, u"image/png", PictureFormat::Png, entry.data);
 }
 
 X11SelectionServer::Ownership *X11SelectionServer::find(X11Atom selection)
@@ -292,25 +302,22 @@ const X11SelectionServer::Form *X11SelectionServer::findForm(const Ownership &ow
     return form == ownership.forms->end() ? nullptr : &*form;
 }
 
-/// The one that cannot be handed out yet; null if all can.
-const X11SelectionServer::Form *X11SelectionServer::findUnmade(const std::vector<Form> &forms)
-{
-    const auto form = std::find_if(forms.begin(), forms.end(), [](const Form &each) {
-        return each.png && each.png->state != LazyPng::State::Done;
-    });
-    return form == forms.end() ? nullptr : &*form;
-}
-
-/// True if the request will be answered when its picture is made.
+/// True if the request will be answered when its pictures are made.
 bool X11SelectionServer::hasToWait(const Ownership &ownership,
                                    const X11Event::ConversionRequested &request)
 {
-    const Form *form = findUnmade(*ownership.forms);
-    if (form == nullptr || !isWanted(form->target, request) || m_waiting.size() >= kMaxTransfers)
+    if (m_waiting.size() >= kMaxTransfers)
         return false;
-    begin(form->png);
-    m_waiting.push_back(request);
-    return true;
+    bool isPictureWanted = false;
+    for (const Form &form : *ownership.forms) {
+        if (!form.isUnmade() || !isWanted(form.target, request))
+            continue;
+        begin(form.picture);
+        isPictureWanted = true;
+    }
+    if (isPictureWanted)
+        m_waiting.push_back(request);
+    return isPictureWanted;
 }
 
 /// Whether \a target is what was asked for, or part of it.
@@ -326,20 +333,29 @@ bool X11SelectionServer::isWanted(X11Atom target, const X11Event::ConversionRequ
     return false;
 }
 
-void X11SelectionServer::begin(const std::shared_ptr<LazyPng> &png)
+/// We write what is about to be pasted, most likely as a PNG, and a large one takes its time.
+void X11SelectionServer::beginPng(const std::vector<Form> &forms)
 {
-    if (png->state != LazyPng::State::NotBegun)
+    for (const Form &form : forms) {
+        if (form.picture && form.picture->format == PictureFormat::Png)
+            begin(form.picture);
+    }
+}
+
+void X11SelectionServer::begin(const std::shared_ptr<LazyPicture> &picture)
+{
+    if (picture->state != LazyPicture::State::NotBegun)
         return;
-    png->state = LazyPng::State::UnderWay;
-    const std::weak_ptr offered = png;
-    m_encodePng(
-        png->source, [offered] { return !offered.expired(); },
-        [this, offered](std::optional<QByteArray> data) {
-            const std::shared_ptr<LazyPng> made = offered.lock();
+    picture->state = LazyPicture::State::UnderWay;
+    const std::weak_ptr offered = picture;
+    m_encodePicture(
+        picture->source, picture->format, [offered] { return !offered.expired(); },
+        [this, offered](std::optional<QByteArray> file) {
+            const std::shared_ptr<LazyPicture> made = offered.lock();
             if (!made)
                 return;
-            made->state = LazyPng::State::Done;
-            made->data = std::move(data).value_or(QByteArray());
+            made->state = LazyPicture::State::Done;
+            made->data = std::move(file).value_or(QByteArray());
             made->source = {};
             answerWaiting();
         });
@@ -357,7 +373,7 @@ void X11SelectionServer::offerTargets(const Ownership &ownership, X11Window requ
 {
     QList<X11Atom> targets = m_connection.atoms({u"TARGETS"_s, u"TIMESTAMP"_s, u"MULTIPLE"_s});
     for (const Form &form : *ownership.forms) {
-        if (!form.png || !form.png->hasFailed())
+        if (!form.picture || !form.picture->hasFailed())
             targets.append(form.target);
     }
     m_connection.setProperty(requestor, property, m_connection.atom(u"ATOM"), targets);
@@ -406,9 +422,9 @@ bool X11SelectionServer::send(X11Window requestor, X11Atom property, const Form 
     endTransfers([=](const OutgoingTransfer &each) {
         return each.requestor == requestor && each.property == property;
     });
-    if (form.png && form.png->data.isEmpty())
+    if (form.picture && form.picture->data.isEmpty())
         return false;
-    const auto data = form.png ? form.png->data : form.data.read();
+    const auto data = form.picture ? form.picture->data : form.data.read();
     if (!data)
         return false;
     if (data->size() <= m_pieceBytes) {

@@ -19,13 +19,16 @@ class X11SelectionServer
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    using PngDone = std::function<void(std::optional<QByteArray> png)>;
-    /// Makes a PNG of another picture elsewhere and calls \a done with it later, on our thread; not
-    /// if \a isWanted, which is asked on any thread, says no before the work has begun.
-    using PngEncoder =
-        std::function<void(const LazyBytes &picture, std::function<bool()> isWanted, PngDone done)>;
+    enum class PictureFormat { Png, Tiff };
 
-    X11SelectionServer(X11SelectionConnection &connection, PngEncoder encodePng);
+    using PictureDone = std::function<void(std::optional<QByteArray> file)>;
+    /// Makes a picture of another format elsewhere and calls \a done with it later, on our thread;
+    /// not if \a isWanted, which is asked on any thread, says no before the work has begun.
+    using PictureEncoder =
+        std::function<void(const LazyBytes &picture, PictureFormat format,
+                           std::function<bool()> isWanted, PictureDone done)>;
+
+    X11SelectionServer(X11SelectionConnection &connection, PictureEncoder encodePicture);
     ~X11SelectionServer();
 
     /// Takes CLIPBOARD for \a contents, or leaves it without owner if they are empty. Happens when
@@ -58,8 +61,8 @@ public:
     void expire(TimePoint now);
 
 private:
-    /// The PNG that we offer beside another picture. It ends with the last offer of it.
-    struct LazyPng
+    /// A picture that we offer in another format than we have it in. It ends with its last offer.
+    struct LazyPicture
     {
         enum class State
         {
@@ -70,6 +73,7 @@ private:
 
         bool hasFailed() const { return state == State::Done && data.isEmpty(); }
 
+        PictureFormat format = PictureFormat::Png;
         LazyBytes source;
         QByteArray data;
         State state = State::NotBegun;
@@ -80,8 +84,10 @@ private:
     {
         X11Atom target = 0;
         X11Atom type = 0;
-        LazyBytes data;               ///< Shared with all forms of the same content.
-        std::shared_ptr<LazyPng> png; ///< Null for what need not be made.
+        LazyBytes data; ///< Shared with all forms of the same content.
+        std::shared_ptr<LazyPicture> picture; ///< Null for what need not be made.
+
+        bool isUnmade() const { return picture && picture->state != LazyPicture::State::Done; }
     };
 
     /// What we offer under one selection, and since when.
@@ -131,8 +137,10 @@ private:
     std::shared_ptr<const std::vector<Form>> makeForms(const PasteboardContents &contents);
     void addForms(std::vector<Form> &forms, const PasteboardContents &contents,
                   const PasteboardContents::Entry &entry);
-    void addForm(std::vector<Form> &forms, QStringView target, QStringView type,
+    bool addForm(std::vector<Form> &forms, QStringView target, QStringView type,
                  const LazyBytes &data);
+    void addLazyForm(std::vector<Form> &forms, QStringView target, PictureFormat format,
+                     const LazyBytes &source);
     void addPng(std::vector<Form> &forms, const PasteboardContents::Entry &entry);
     Ownership *find(X11Atom selection);
     void setOwnership(X11Atom selection, std::optional<Ownership> ownership);
@@ -140,10 +148,10 @@ private:
     bool convert(const Ownership &ownership, X11Window requestor, X11Atom target, X11Atom property,
                  TimePoint now);
     const Form *findForm(const Ownership &ownership, X11Atom target) const;
-    static const Form *findUnmade(const std::vector<Form> &forms);
     bool hasToWait(const Ownership &ownership, const X11Event::ConversionRequested &request);
     bool isWanted(X11Atom target, const X11Event::ConversionRequested &request);
-    void begin(const std::shared_ptr<LazyPng> &png);
+    void beginPng(const std::vector<Form> &forms);
+    void begin(const std::shared_ptr<LazyPicture> &picture);
     void answerWaiting();
     std::optional<Pairs> readPairs(X11Window requestor, X11Atom property);
     bool convertMultiple(const Ownership &ownership, X11Window requestor, X11Atom property,
@@ -155,12 +163,12 @@ private:
     void endTransfers(Predicate isOver);
 
     X11SelectionConnection &m_connection;
-    PngEncoder m_encodePng;
+    PictureEncoder m_encodePicture;
     X11Window m_window;
     qint64 m_pieceBytes;
     std::vector<Ownership> m_ownerships;
     std::deque<PendingOwnership> m_pending;
     std::deque<Announcement> m_announcements;
-    std::vector<X11Event::ConversionRequested> m_waiting; ///< For a PNG under way.
+    std::vector<X11Event::ConversionRequested> m_waiting; ///< For a picture under way.
     std::vector<OutgoingTransfer> m_transfers;
 };

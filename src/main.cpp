@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/HotkeyRefusalNotice.h"
+#include "app/ItemCopier.h"
 #include "app/ScopedFileLease.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
@@ -159,6 +160,8 @@ struct Program
                                 monitor,                   itemManager,
                                 ground.defaults,           ground.codec,
                                 fileLease};
+    InternalCopies internalCopies;
+    ItemCopier itemCopier{internalCopies, platform.pasteboard(), itemManager};
     ApplicationNames applicationNames{platform.workspace()};
     TagManager tagManager{ground.defaults};
     FileManagerViewer fileViewer;
@@ -173,14 +176,13 @@ struct Program
             .scheduler = ground.scheduler,
             .clock = ground.clock,
             .defaults = ground.defaults,
-            .copyItem = {}},
+            .copyItem = [this](const ClipboardItem &item) { itemCopier.copyItem(item); }},
         [this] { return searchTextOnPasteboard(platform.pasteboard()); }};
     const SettingsCollaborators settingsCollaborators{
         platform.workspace(), platform.appearance(), platform.globalHotkey(),
         ground.defaults,      ground.languages,      hotkeySettings};
     DBusNotifications notifications;
     HotkeyRefusalNotice hotkeyRefusalNotice{ground.defaults, notifications};
-    InternalCopies internalCopies;
     AppDelegate delegate{AppDelegate::Collaborators{
         .itemManager = itemManager,
         .monitor = monitor,

@@ -1,24 +1,11 @@
 #include "foundation/SerialQueue.h"
 
 #include "foundation/Log.h"
+#include "foundation/ThreadName.h"
 
 #include <exception>
 
-#include <pthread.h>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The kernel keeps 15 characters of a thread's name.
-void nameCurrentThread(const std::string &label)
-{
-    const auto dot = label.rfind('.');
-    const std::string shortName = dot == std::string::npos ? label : label.substr(dot + 1);
-    pthread_setname_np(pthread_self(), shortName.substr(0, 15).c_str());
-}
-
-} // namespace
 
 SerialQueue::SerialQueue(std::string label)
     : m_label(std::move(label))

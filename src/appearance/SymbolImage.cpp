@@ -1,5 +1,7 @@
 #include "appearance/SymbolImage.h"
 
+#include "appearance/DevicePixels.h"
+
 #include <QCache>
 #include <QFile>
 #include <QPainter>
@@ -90,7 +92,5 @@ void drawSymbol(QPainter &painter, const QRectF &box, const Symbol &symbol, cons
     const QPixmap pixmap = symbolPixmap(symbol, color, painter.device()->devicePixelRatioF());
     const QSizeF size = pixmap.deviceIndependentSize();
     const QPointF wanted = box.center() - QPointF(size.width() / 2, size.height() / 2);
-    const QTransform toDevice = painter.deviceTransform();
-    const QPointF snapped = toDevice.inverted().map(QPointF(toDevice.map(wanted).toPoint()));
-    painter.drawPixmap(snapped, pixmap);
+    painter.drawPixmap(snappedToDevice(painter, wanted), pixmap);
 }

@@ -64,10 +64,8 @@ void addNames(const ClipboardItem &item, QSet<QString> &names)
 {
     if (item.imageFileName)
         names.insert(*item.imageFileName);
-    if (item.imageThumbnailFileName)
-        names.insert(*item.imageThumbnailFileName);
-    else if (item.imageFileName)
-        names.insert(derivedThumbnailName(*item.imageFileName));
+    if (const auto name = thumbnailFileName(item))
+        names.insert(*name);
 }
 
 } // namespace
@@ -210,6 +208,13 @@ void ImageStorage::remove(const QString &name) const
     // A record that was tampered with must not reach files elsewhere.
     if (!name.contains(u'/'))
         QFile::remove(QDir(m_directory).filePath(name));
+}
+
+std::optional<QString> thumbnailFileName(const ClipboardItem &item)
+{
+    if (item.imageThumbnailFileName || !item.imageFileName)
+        return item.imageThumbnailFileName;
+    return derivedThumbnailName(*item.imageFileName);
 }
 
 QSet<QString> imageFileNames(const ClipboardItemList &items)

@@ -73,6 +73,10 @@ private:
     std::shared_ptr<Claims> m_claims;
 };
 
+/// The name of the thumbnail of \a item, which follows from that of the picture if the record does
+/// not tell it; absent if it has neither. There need be no such file.
+std::optional<QString> thumbnailFileName(const ClipboardItem &item);
+
 /// The names of all files that belong to \a items: pictures, thumbnails, and the thumbnails that
 /// follow from the name of a picture whether the record names them or not.
 QSet<QString> imageFileNames(const ClipboardItemList &items);

@@ -29,6 +29,7 @@
 #include "tags/TagManager.h"
 #include "window/ApplicationNames.h"
 #include "window/HistoryWindowFactory.h"
+#include "window/RowPictures.h"
 
 #include <QApplication>
 #include <QSessionManager>
@@ -163,6 +164,7 @@ struct Program
     InternalCopies internalCopies;
     ItemCopier itemCopier{internalCopies, platform.pasteboard(), itemManager};
     ApplicationNames applicationNames{platform.workspace()};
+    RowPictures pictures{itemManager.imagesDirectory(), ground.codec};
     TagManager tagManager{ground.defaults};
     FileManagerViewer fileViewer;
     const HistoryWindowCollaborators windowCollaborators{
@@ -173,6 +175,7 @@ struct Program
             .tagManager = tagManager,
             .fileViewer = fileViewer,
             .applicationNames = applicationNames,
+            .pictures = pictures,
             .scheduler = ground.scheduler,
             .clock = ground.clock,
             .defaults = ground.defaults,

@@ -84,6 +84,14 @@ void ClipboardTableView::deselectAll()
     selectionModel()->clear();
 }
 
+std::pair<int, int> ClipboardTableView::rowsInSight() const
+{
+    const int count = model() ? model()->rowCount() : 0;
+    const int first = verticalOffset() / kRowHeight;
+    const int last = (verticalOffset() + viewport()->height() - 1) / kRowHeight;
+    return {first, std::min(last, count - 1)};
+}
+
 ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) const
 {
     const int row = m_hoveredStar < 0 ? -1 : starRowAt(position);

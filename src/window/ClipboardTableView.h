@@ -41,6 +41,9 @@ public:
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool acceptsInput) { m_acceptsInput = acceptsInput; }
 
+    /// The first and the last row of which something is in sight; an empty range if there is none.
+    std::pair<int, int> rowsInSight() const;
+
     /// The state of the star at \a position of the viewport.
     StarState starStateAt(QPoint position) const;
 

@@ -6,6 +6,7 @@
 #include "language/Localized.h"
 #include "platform/FileViewer.h"
 #include "window/ClipboardTableView.h"
+#include "window/RowPictures.h"
 
 #include <QApplication>
 
@@ -22,7 +23,7 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_filter(collaborators.applicationNames)
     , m_items(items)
     , m_model(m_rows)
-    , m_delegate(m_rows, selectionRadius)
+    , m_delegate(m_rows, collaborators.pictures, selectionRadius)
     , m_updater(tableView, m_model)
     , m_deletion(tableView, m_model, collaborators.itemManager)
 {
@@ -31,6 +32,8 @@ ClipboardTableViewController::ClipboardTableViewController(
     m_tableView.setModel(&m_model);
     refreshEmptyText();
     connectTableView();
+    connect(&m_with.pictures, &RowPictures::thumbnailArrived, this,
+            &ClipboardTableViewController::repaintThumbnail);
     m_deletion.onRemoved = [this] { reloadItems(); };
 }
 
@@ -192,6 +195,15 @@ void ClipboardTableViewController::removeListedItem(qsizetype row)
     refreshEmptyText();
     if (wasSelected && !filteredItems().isEmpty())
         selectAndShow(int(std::min(row, filteredItems().size() - 1)));
+}
+
+void ClipboardTableViewController::repaintThumbnail(const QString &name)
+{
+    const auto [first, last] = m_tableView.rowsInSight();
+    for (int row = first; row <= last; ++row) {
+        if (RowPictures::thumbnailName(*filteredItems().at(row)) == name)
+            m_tableView.update(m_model.index(row));
+    }
 }
 
 void ClipboardTableViewController::selectAndShow(int row)

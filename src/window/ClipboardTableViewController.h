@@ -78,6 +78,7 @@ private:
     void reloadItems();
     void applyItemChange(const ClipboardItemPointer &item, qsizetype row, bool wasListed);
     void removeListedItem(qsizetype row);
+    void repaintThumbnail(const QString &name);
     void selectAndShow(int row);
     void pasteRow(int row);
     void pasteItem(const ClipboardItemPointer &item);

@@ -6,6 +6,7 @@ class ApplicationNames;
 class ClipboardItemManager;
 class Clock;
 class FileViewer;
+class RowPictures;
 class Scheduler;
 class TagManager;
 class UserDefaults;
@@ -18,6 +19,7 @@ struct HistoryListCollaborators
     TagManager &tagManager;
     FileViewer &fileViewer;
     ApplicationNames &applicationNames;
+    RowPictures &pictures;
     Scheduler &scheduler;
     const Clock &clock;
     const UserDefaults &defaults;

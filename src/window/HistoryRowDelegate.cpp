@@ -6,6 +6,8 @@
 #include "window/HistoryListModel.h"
 #include "window/HistoryRow.h"
 #include "window/RowLayout.h"
+#include "window/RowPictures.h"
+#include "window/RowThumbnail.h"
 
 #include <QPainter>
 #include <QStyleOptionViewItem>
@@ -23,6 +25,7 @@ constexpr qreal kVeilAlpha = 0.05;
 constexpr qreal kStarHoverAlpha = 0.05;
 constexpr qreal kStarPressedAlpha = 0.08;
 constexpr qreal kSelectionLineAlpha = 0.2;
+constexpr qreal kThumbnailLineAlpha = 0.14;
 
 struct TintedSymbol
 {
@@ -55,10 +58,11 @@ void drawElided(QPainter &painter, const QRectF &box, const QString &text)
 
 } // namespace
 
-HistoryRowDelegate::HistoryRowDelegate(HistoryRowCache &rows, qreal selectionRadius,
-                                       QObject *parent)
+HistoryRowDelegate::HistoryRowDelegate(HistoryRowCache &rows, RowPictures &pictures,
+                                       qreal selectionRadius, QObject *parent)
     : QAbstractItemDelegate(parent)
     , m_rows(rows)
+    , m_pictures(pictures)
     , m_selectionRadius(selectionRadius)
 {
 }
@@ -84,10 +88,7 @@ void HistoryRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
     painter->setRenderHint(QPainter::Antialiasing);
     if (isSelected)
         paintSelection(*painter, layout.selection);
-    TintedSymbol type = typeSymbol(*item, colors);
-    if (isSelected)
-        type.color = colors.labelColor;
-    drawSymbol(*painter, layout.icon, type.symbol, type.color);
+    paintIcon(*painter, layout.icon, *item, colors, isSelected);
     paintTexts(*painter, layout, m_rows.row(item), colors);
     paintStar(*painter, layout.star, *item, colors, option.widget);
     painter->restore();
@@ -109,6 +110,22 @@ void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box) co
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(inside, m_selectionRadius - hairline / 2,
                             m_selectionRadius - hairline / 2);
+}
+
+void HistoryRowDelegate::paintIcon(QPainter &painter, const QRectF &box, const ClipboardItem &item,
+                                   const SystemColors &colors, bool isSelected) const
+{
+    if (item.contentType == ClipboardContentType::Image) {
+        const qreal scale = painter.device()->devicePixelRatioF();
+        const QImage thumbnail = m_pictures.thumbnail(item, scale);
+        if (!thumbnail.isNull()) {
+            drawRowThumbnail(painter, box, thumbnail,
+                             withAlpha(colors.labelColor, kThumbnailLineAlpha));
+            return;
+        }
+    }
+    const TintedSymbol type = typeSymbol(item, colors);
+    drawSymbol(painter, box, type.symbol, isSelected ? colors.labelColor : type.color);
 }
 
 void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,

@@ -5,6 +5,7 @@
 #include <QAbstractItemDelegate>
 
 class HistoryRowCache;
+class RowPictures;
 struct ClipboardItem;
 struct HistoryRow;
 struct RowLayout;
@@ -15,8 +16,10 @@ class HistoryRowDelegate : public QAbstractItemDelegate
     Q_OBJECT
 
 public:
-    /// \a rows must outlive the delegate. \a selectionRadius is that of the selected row's ground.
-    HistoryRowDelegate(HistoryRowCache &rows, qreal selectionRadius, QObject *parent = nullptr);
+    /// \a rows and \a pictures must outlive the delegate. \a selectionRadius is that of the selected
+    /// row's ground.
+    HistoryRowDelegate(HistoryRowCache &rows, RowPictures &pictures, qreal selectionRadius,
+                       QObject *parent = nullptr);
 
     void setColors(const SystemColors &colors) { m_colors = colors; }
 
@@ -29,12 +32,15 @@ public:
 
 private:
     void paintSelection(QPainter &painter, const QRectF &box) const;
+    void paintIcon(QPainter &painter, const QRectF &box, const ClipboardItem &item,
+                   const SystemColors &colors, bool isSelected) const;
     void paintTexts(QPainter &painter, const RowLayout &layout, const HistoryRow &row,
                     const SystemColors &colors) const;
     void paintStar(QPainter &painter, const QRectF &box, const ClipboardItem &item,
                    const SystemColors &colors, const QWidget *view) const;
 
     HistoryRowCache &m_rows;
+    RowPictures &m_pictures;
     qreal m_selectionRadius;
     SystemColors m_colors;
 };

@@ -8,6 +8,7 @@
 #include "tags/TagManager.h"
 #include "window/ApplicationNames.h"
 #include "window/HistoryListCollaborators.h"
+#include "window/RowPictures.h"
 
 /// A base of tests that need what the list of the history works with.
 class HistoryListFixture : protected HistoryFixture
@@ -22,6 +23,7 @@ protected:
         m_workspace = std::make_unique<FakeWorkspace>();
         m_fileViewer = std::make_unique<FakeFileViewer>();
         m_names = std::make_unique<ApplicationNames>(*m_workspace);
+        m_pictures = std::make_unique<RowPictures>(m_images, *m_codec);
         m_tags = std::make_unique<TagManager>(*m_defaults);
         m_copied.clear();
     }
@@ -29,6 +31,7 @@ protected:
     void tearDownList()
     {
         m_tags.reset();
+        m_pictures.reset();
         tearDownHistory();
     }
 
@@ -43,6 +46,7 @@ protected:
                 .tagManager = *m_tags,
                 .fileViewer = *m_fileViewer,
                 .applicationNames = *m_names,
+                .pictures = *m_pictures,
                 .scheduler = scheduler,
                 .clock = clock,
                 .defaults = *m_defaults,
@@ -60,6 +64,7 @@ protected:
     std::unique_ptr<FakeWorkspace> m_workspace;
     std::unique_ptr<FakeFileViewer> m_fileViewer;
     std::unique_ptr<ApplicationNames> m_names;
+    std::unique_ptr<RowPictures> m_pictures;
     std::unique_ptr<TagManager> m_tags;
     QList<QUuid> m_copied;
 };

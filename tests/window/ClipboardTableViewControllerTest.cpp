@@ -1,16 +1,45 @@
 #include "tests/window/TableFixture.h"
 
 #include "window/OverlayScroller.h"
+#include "window/RowPictures.h"
 
+#include <QFile>
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <semaphore>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using SampleHistory::shared;
 using Scroll = ClipboardTableViewController::Scroll;
+
+namespace {
+
+/// Notes what is painted of a widget.
+class PaintedRegions : public QObject
+{
+public:
+    explicit PaintedRegions(QWidget &widget) { widget.installEventFilter(this); }
+
+    const QList<QRect> &regions() const { return m_regions; }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_regions.append(static_cast<QPaintEvent *>(event)->rect());
+        return false;
+    }
+
+private:
+    QList<QRect> m_regions;
+};
+
+} // namespace
 
 class ClipboardTableViewControllerTest : public QObject, private TableFixture
 {
@@ -49,6 +78,7 @@ private slots:
     void theLimitRefusesAFurtherFavorite();
     void theStarTogglesWithoutSelecting();
     void aReleaseBesideTheStarDoesNothing();
+    void aThumbnailThatArrivesRedrawsItsRowAlone();
     void emptyTextsTellWhy();
     void theScrollerIsSeenForAMoment();
     void tenThousandRowsNeedNoWidgets();
@@ -395,6 +425,36 @@ void ClipboardTableViewControllerTest::aReleaseBesideTheStarDoesNothing()
     QTest::mouseMove(m_view->viewport(), starOf(2));
     QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, {}, starOf(2));
     QVERIFY(m_toggled.isEmpty());
+}
+
+void ClipboardTableViewControllerTest::aThumbnailThatArrivesRedrawsItsRowAlone()
+{
+    ClipboardItemList items = SampleHistory::numbered(4);
+    ClipboardItem picture = SampleHistory::item(ClipboardContentType::Image);
+    picture.imageThumbnailFileName = u"picture_thumb.jpg"_s;
+    items.insert(2, shared(picture));
+    QFile file(m_images + u"/picture_thumb.jpg"_s);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("pixels");
+    file.close();
+    std::binary_semaphore mayDecode{0};
+    m_codec->onImageWanted = [&mayDecode] { mayDecode.acquire(); };
+    make(items);
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    QCoreApplication::processEvents();
+
+    QSignalSpy arrived(m_pictures.get(), &RowPictures::thumbnailArrived);
+    const QSignalSpy reset(m_view->model(), &QAbstractItemModel::modelReset);
+    const QSignalSpy changed(m_view->model(), &QAbstractItemModel::dataChanged);
+    PaintedRegions painted(*m_view->viewport());
+    mayDecode.release();
+    QVERIFY(arrived.wait());
+    QTRY_COMPARE(painted.regions(),
+                 QList<QRect>{m_view->visualRect(m_view->model()->index(2, 0))});
+    QCOMPARE(reset.count() + changed.count(), 0);
+
+    const QRect icon = RowLayout(painted.regions().first()).icon.toRect();
+    QCOMPARE(m_view->viewport()->grab(icon).toImage().pixelColor(16, 16), QColor(Qt::white));
 }
 
 void ClipboardTableViewControllerTest::emptyTextsTellWhy()

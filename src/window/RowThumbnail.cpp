@@ -1,0 +1,60 @@
+#include "window/RowThumbnail.h"
+
+#include "appearance/DevicePixels.h"
+#include "core/Thumbnail.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qreal kRadius = 6;
+constexpr qreal kRadiusShare = 0.25; ///< Of the shorter side, at most.
+
+qreal cornerRadius(const QSizeF &size)
+{
+    return std::min(kRadius, kRadiusShare * std::min(size.width(), size.height()));
+}
+
+} // namespace
+
+QImage makeRowThumbnail(const QImage &picture, int side, qreal devicePixelRatio)
+{
+    const QSize size = QSizeF(picture.size())
+                           .scaled(side, side, Qt::KeepAspectRatio)
+                           .toSize()
+                           .expandedTo(QSize(1, 1));
+    // What is very large is made smaller in a way that takes little memory; the rest of the way is
+    // short, or goes up.
+    const QImage fitted = thumbnailOf(picture, side)
+                              .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage thumbnail(size, QImage::Format_ARGB32_Premultiplied);
+    thumbnail.setDevicePixelRatio(devicePixelRatio);
+    thumbnail.fill(Qt::transparent);
+    QPainter painter(&thumbnail);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.scale(1 / devicePixelRatio, 1 / devicePixelRatio);
+    painter.setBrush(fitted);
+    const qreal radius = cornerRadius(thumbnail.deviceIndependentSize()) * devicePixelRatio;
+    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
+    return thumbnail;
+}
+
+void drawRowThumbnail(QPainter &painter, const QRectF &box, const QImage &thumbnail,
+                      const QColor &lineColor)
+{
+    const QSizeF size = thumbnail.deviceIndependentSize();
+    const QPointF corner = snappedToDevice(
+        painter, box.center() - QPointF(size.width() / 2, size.height() / 2));
+    painter.drawImage(corner, thumbnail);
+
+    const qreal line = 1 / painter.device()->devicePixelRatioF();
+    const qreal radius = cornerRadius(size) - line / 2;
+    const QRectF inside
+        = QRectF(corner, size).adjusted(line / 2, line / 2, -line / 2, -line / 2);
+    painter.setPen(QPen(lineColor, line));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(inside, radius, radius);
+}

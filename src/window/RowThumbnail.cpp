@@ -51,7 +51,7 @@ void drawRowThumbnail(QPainter &painter, const QRectF &box, const QImage &thumbn
     painter.drawImage(corner, thumbnail);
 
     const qreal line = 1 / painter.device()->devicePixelRatioF();
-    const qreal radius = cornerRadius(size) - line / 2;
+    const qreal radius = std::max(0.0, cornerRadius(size) - line / 2);
     const QRectF inside
         = QRectF(corner, size).adjusted(line / 2, line / 2, -line / 2, -line / 2);
     painter.setPen(QPen(lineColor, line));

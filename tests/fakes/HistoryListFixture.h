@@ -37,16 +37,17 @@ protected:
 
     HistoryListCollaborators listCollaborators()
     {
-        return listCollaborators(*m_scheduler, *m_clock);
+        return listCollaborators(*m_scheduler, *m_clock, *m_pictures);
     }
 
-    HistoryListCollaborators listCollaborators(Scheduler &scheduler, const Clock &clock)
+    HistoryListCollaborators listCollaborators(Scheduler &scheduler, const Clock &clock,
+                                               RowPictures &pictures)
     {
         return {.itemManager = *m_manager,
                 .tagManager = *m_tags,
                 .fileViewer = *m_fileViewer,
                 .applicationNames = *m_names,
-                .pictures = *m_pictures,
+                .pictures = pictures,
                 .scheduler = scheduler,
                 .clock = clock,
                 .defaults = *m_defaults,

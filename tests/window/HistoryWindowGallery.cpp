@@ -11,6 +11,7 @@
 #include "tests/fakes/PaintWatch.h"
 #include "tests/window/SampleHistory.h"
 
+#include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
 #include "window/HistoryPanel.h"
@@ -30,12 +31,67 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Coloured bars on white, as a screenshot of a chart has them.
+QImage chart(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.scale(size.width() / 10.0, size.height() / 10.0);
+    painter.fillRect(QRectF(1, 0.8, 4, 0.5), QColor(0x50, 0x53, 0x5A));
+    painter.fillRect(QRectF(1.5, 6, 1.2, 3.2), QColor(0x7B, 0xA4, 0xF7));
+    painter.fillRect(QRectF(3.5, 4.5, 1.2, 4.7), QColor(0x24, 0x59, 0xC7));
+    painter.fillRect(QRectF(5.5, 2.5, 1.2, 6.7), QColor(0x24, 0x59, 0xC7));
+    painter.fillRect(QRectF(7.5, 3.5, 1.2, 5.7), QColor(0xD8, 0x6A, 0x12));
+    return image;
+}
+
+QImage evening(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    QLinearGradient sky(0, 0, 0, size.height());
+    sky.setColorAt(0, QColor(0x23, 0x2B, 0x55));
+    sky.setColorAt(0.7, QColor(0xE8, 0x8A, 0x5A));
+    painter.fillRect(image.rect(), sky);
+    painter.fillRect(0, size.height() * 3 / 4, size.width(), size.height(), QColor(0x1A, 0x2A, 0x20));
+    painter.setBrush(QColor(0xFF, 0xE0, 0x90));
+    painter.drawEllipse(QPointF(size.width() * 0.6, size.height() * 0.55), 12, 12);
+    return image;
+}
+
+/// Pictures of several shapes, the thumbnails of which Stage has.
+ClipboardItemList pictures()
+{
+    ClipboardItemList items;
+    for (const char *name : {"chart", "evening", "tall", "flat", "small", "missing"}) {
+        ClipboardItem item = SampleHistory::item(ClipboardContentType::Image);
+        item.imageThumbnailFileName = QString::fromLatin1(name) + u"_thumb.jpg"_s;
+        items.append(SampleHistory::shared(item));
+    }
+    return items;
+}
+
 /// The clock of the entries' ages stands still.
 struct Stage : HistoryListFixture
 {
-    Stage() { setUpList(); }
+    Stage()
+    {
+        setUpList();
+        const auto save = [this](const QImage &image, const QString &name) {
+            image.save(m_images + u'/' + name + u"_thumb.jpg"_s);
+        };
+        save(chart({200, 200}), u"chart"_s);
+        save(evening({200, 112}), u"evening"_s);
+        save(evening({60, 200}), u"tall"_s);
+        save(chart({200, 20}), u"flat"_s);
+        save(chart({16, 16}), u"small"_s);
+        rowPictures = std::make_unique<RowPictures>(m_images, codec);
+    }
 
     using HistoryListFixture::m_clock;
+    const QtImageCodec codec;
+    std::unique_ptr<RowPictures> rowPictures;
     FakePointerMonitor pointer;
     FakeDesktopAppearance appearance;
     QtScheduler scheduler;
@@ -49,7 +105,19 @@ struct Stage : HistoryListFixture
                 .scheduler = scheduler,
                 .clock = with,
                 .defaults = *m_defaults,
-                .list = listCollaborators(scheduler, with)};
+                .list = listCollaborators(scheduler, with, *rowPictures)};
+    }
+
+    /// Of the entries that have one.
+    void waitForPictures(const ClipboardItemList &items)
+    {
+        static_cast<void>(QTest::qWaitFor([&] {
+            return std::ranges::none_of(items, [this](const ClipboardItemPointer &item) {
+                const QString name = RowPictures::thumbnailName(*item);
+                return QFile::exists(m_images + u'/' + name) && !name.isEmpty()
+                    && rowPictures->thumbnail(*item, qApp->devicePixelRatio()).isNull();
+            });
+        }));
     }
 
     std::unique_ptr<HistoryWindow> make(const ClipboardItemList &items, const Clock &with)
@@ -73,6 +141,7 @@ void save(Stage &stage, const QString &path, const ClipboardItemList &items, Act
     window->show();
     // A standing clock leaves the entrance at its beginning; its end is timed all the same.
     waitForEntrance(*window);
+    stage.waitForPictures(items);
     action(*window);
     QCoreApplication::processEvents(); // Lays out what has changed.
     const qreal scale = window->panel().devicePixelRatioF();
@@ -116,6 +185,9 @@ void takeShots(const QString &directory)
             save(stage, prefix + u"last.png"_s, SampleHistory::mixed(), [](auto &window) {
                 for (int i = 0; i < 10; ++i)
                     QTest::keyClick(window.panel().template findChild<QLineEdit *>(), Qt::Key_Down);
+            });
+            save(stage, prefix + u"pictures.png"_s, pictures(), [](auto &window) {
+                QTest::keyClick(window.panel().template findChild<QLineEdit *>(), Qt::Key_Down);
             });
             save(stage, prefix + u"search.png"_s, SampleHistory::mixed(),
                  [](auto &window) { type(window, u"water"_s); });

@@ -1,13 +1,25 @@
 #include "window/FilterBarView.h"
 
 #include "language/Localized.h"
+#include "tags/TagManager.h"
+#include "window/OverflowMenu.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int kLeadingPadding = 24;
+constexpr int kTrailingPadding = 24;
 constexpr int kButtonSpacing = 8;
+constexpr qsizetype kMaxVisibleTags = 3;
+constexpr int kMaxTagButtonWidth = 110;
+constexpr int kLeastTagRoom = 44; // Must be exceeded, or there are no pills for tags at all.
+constexpr int kFocusRingRoom = 4;
 
 struct CategoryItem
 {
@@ -30,13 +42,66 @@ const QList<CategoryItem> &baseCategories()
     return categories;
 }
 
+int tagButtonWidth(const QString &name)
+{
+    return std::min(FilterButton::naturalWidth(name), kMaxTagButtonWidth);
+}
+
+QString overflowTitle(qsizetype hiddenCount)
+{
+    return u'+' + QString::number(hiddenCount);
+}
+
+/// What the pills of the first \a count tags take, with the one for the rest if there is a rest.
+int requiredWidth(const QStringList &tags, qsizetype count)
+{
+    int width = 0;
+    for (const QString &name : tags.first(count))
+        width += tagButtonWidth(name);
+    const bool hasRest = count < tags.size();
+    if (hasRest)
+        width += FilterButton::naturalWidth(overflowTitle(tags.size() - count));
+    const qsizetype pills = count + (hasRest ? 1 : 0);
+    return width + int(std::max<qsizetype>(pills - 1, 0)) * kButtonSpacing;
+}
+
+/// How many tags get a pill of their own; absent if there is not even room for the pill of the rest.
+std::optional<qsizetype> visibleTagCount(const QStringList &tags, int available)
+{
+    if (available <= kLeastTagRoom)
+        return std::nullopt;
+    for (qsizetype count = std::min(tags.size(), kMaxVisibleTags); count >= 0; --count) {
+        if (requiredWidth(tags, count) <= available)
+            return count;
+    }
+    return std::nullopt;
+}
+
+/// Only what takes the focus can be put in order; which of the two does so is decided afterwards.
+void putBehindInTabOrder(FilterButton &first, FilterButton &second)
+{
+    first.setFocusPolicy(Qt::TabFocus);
+    second.setFocusPolicy(Qt::TabFocus);
+    QWidget::setTabOrder(&first, &second);
+}
+
 } // namespace
 
-FilterBarView::FilterBarView(QWidget *parent)
+FilterBarView::FilterBarView(TagManager &tagManager, QWidget *parent)
     : QWidget(parent)
+    , m_tagManager(tagManager)
 {
     buildBaseButtons();
-    refreshTitles();
+    connect(&tagManager, &TagManager::tagsDidChange, this, &FilterBarView::handleTagsChanged);
+    layoutButtons(TagButtons::Keep);
+    restyle();
+}
+
+FilterBarView::~FilterBarView()
+{
+    // The pill with the focus tells of losing it while the bar ends.
+    for (FilterButton *button : buttons())
+        button->disconnect(this);
 }
 
 void FilterBarView::selectCategory(const FilterCategory &category)
@@ -50,49 +115,185 @@ void FilterBarView::selectCategory(const FilterCategory &category)
 
 void FilterBarView::setColors(const SystemColors &colors)
 {
-    for (FilterButton *button : m_baseButtons)
+    m_colors = colors;
+    for (FilterButton *button : buttons())
         button->setColors(colors);
+}
+
+void FilterBarView::closeOverflowMenu()
+{
+    if (auto *menu = findChild<OverflowMenu *>())
+        menu->close();
 }
 
 void FilterBarView::refreshTitles()
 {
     for (qsizetype i = 0; i < m_baseButtons.size(); ++i) {
         const CategoryItem &item = baseCategories().at(i);
-        m_baseButtons[i]->setText(localized(item.key, item.fallback));
+        m_baseButtons[i]->setTitle(localized(item.key, item.fallback));
     }
-    layoutButtons();
+    layoutButtons(TagButtons::Rebuild);
     restyle();
+}
+
+FilterButton *FilterBarView::focusedButton() const
+{
+    const QList<FilterButton *> all = buttons();
+    const auto found = std::ranges::find_if(all, &FilterButton::hasFocus);
+    return found == all.end() ? nullptr : *found;
+}
+
+void FilterBarView::keyPressEvent(QKeyEvent *event)
+{
+    const int step = event->key() == Qt::Key_Right ? 1 : event->key() == Qt::Key_Left ? -1 : 0;
+    if (step == 0) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    const QList<FilterButton *> all = buttons();
+    if (FilterButton *next = all.value(all.indexOf(focusedButton()) + step))
+        next->setFocus(Qt::OtherFocusReason);
 }
 
 void FilterBarView::resizeEvent(QResizeEvent *)
 {
-    layoutButtons();
+    layoutButtons(TagButtons::Keep);
+    restyle();
 }
 
 void FilterBarView::buildBaseButtons()
 {
     for (const CategoryItem &item : baseCategories()) {
-        auto *button = new FilterButton(this);
+        FilterButton *button = addButton(item.type, localized(item.key, item.fallback));
         button->setObjectName(item.key);
-        connect(button, &FilterButton::clicked, this, [this, type = item.type] {
-            selectCategory(type);
-        });
         m_baseButtons.append(button);
     }
 }
 
-void FilterBarView::layoutButtons()
+FilterButton *FilterBarView::addButton(const std::optional<FilterCategory> &category,
+                                       const QString &title)
 {
+    auto *button = new FilterButton(category, this);
+    button->setTitle(title);
+    button->setColors(m_colors);
+    connect(button, &FilterButton::focusChanged, this, &FilterBarView::handleFocusChange);
+    connect(button, &FilterButton::clicked, this, [this, button] {
+        if (button->filterCategory())
+            selectCategory(*button->filterCategory());
+        else
+            openOverflowMenu(*button);
+    });
+    return button;
+}
+
+/// Pills of tags are made anew only if their room has changed, or if they are to be.
+void FilterBarView::layoutButtons(TagButtons tagButtons)
+{
+    const bool isOtherWidth = width() != m_lastLayoutWidth;
+    m_lastLayoutWidth = width();
     const int y = (height() - FilterButton::kHeight) / 2;
     int x = kLeadingPadding;
     for (FilterButton *button : m_baseButtons) {
         button->setGeometry(x, y, button->naturalWidth(), FilterButton::kHeight);
         x += button->width() + kButtonSpacing;
     }
+    if (isOtherWidth || tagButtons == TagButtons::Rebuild)
+        rebuildTagButtons(x);
+}
+
+void FilterBarView::rebuildTagButtons(int x)
+{
+    const bool hadFocus = focusedButton();
+    removeTagButtons();
+    const QStringList tags = m_tagManager.tagNames();
+    const auto count = visibleTagCount(tags, width() - x - kTrailingPadding);
+    m_hiddenTagNames = tags.mid(count.value_or(0));
+    if (count) {
+        for (const QString &name : tags.first(*count))
+            x += addTagButton(FilterCategory::tag(name), name, x) + kButtonSpacing;
+        if (!m_hiddenTagNames.isEmpty())
+            addTagButton({}, overflowTitle(m_hiddenTagNames.size()), x);
+    }
+    // The focus may have gone with its pill.
+    if (hadFocus && !focusedButton())
+        tabStop()->setFocus(Qt::OtherFocusReason);
+}
+
+void FilterBarView::removeTagButtons()
+{
+    for (FilterButton *button : std::exchange(m_tagButtons, {})) {
+        button->setParent(nullptr);
+        button->deleteLater(); // Its own click may have brought this about.
+    }
+}
+
+/// Returns how wide the pill is.
+int FilterBarView::addTagButton(const std::optional<FilterCategory> &category, const QString &title,
+                                int x)
+{
+    FilterButton *button = addButton(category, title);
+    const int y = (height() - FilterButton::kHeight) / 2;
+    const int width = category ? tagButtonWidth(title) : button->naturalWidth();
+    button->setGeometry(x, y, width, FilterButton::kHeight);
+    putBehindInTabOrder(*buttons().last(), *button);
+    m_tagButtons.append(button);
+    button->show();
+    return width;
+}
+
+void FilterBarView::handleTagsChanged()
+{
+    const bool isGone = m_selectedCategory.kind == FilterCategory::Kind::Tag
+        && !m_tagManager.tagNames().contains(m_selectedCategory.tagName);
+    if (isGone)
+        m_selectedCategory = FilterCategory::all();
+    layoutButtons(TagButtons::Rebuild);
+    restyle();
+    if (isGone)
+        emit filterSelected(m_selectedCategory);
 }
 
 void FilterBarView::restyle()
 {
-    for (qsizetype i = 0; i < m_baseButtons.size(); ++i)
-        m_baseButtons[i]->setSelected(baseCategories().at(i).type == m_selectedCategory);
+    for (FilterButton *button : buttons())
+        button->setSelected(button->filterCategory() == m_selectedCategory);
+    refreshTabStop();
+}
+
+void FilterBarView::refreshTabStop()
+{
+    const FilterButton *stop = tabStop();
+    for (FilterButton *button : buttons())
+        button->setFocusPolicy(button == stop ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void FilterBarView::handleFocusChange()
+{
+    refreshTabStop();
+    if (QWidget *parent = parentWidget())
+        parent->update(geometry().adjusted(0, -kFocusRingRoom, 0, kFocusRingRoom));
+}
+
+void FilterBarView::openOverflowMenu(FilterButton &button)
+{
+    auto *menu = new OverflowMenu(m_hiddenTagNames, m_selectedCategory, &button);
+    connect(menu, &OverflowMenu::categoryChosen, this, &FilterBarView::selectCategory);
+    applyMenuLook(*menu, m_menuLook);
+    if (button.releasePosition())
+        menu->popUpAt(*button.releasePosition());
+    else
+        menu->popUpUnderButton();
+}
+
+/// The pill that Tab goes to: the one with the focus, else the selected one, which may be hidden in
+/// the menu.
+FilterButton *FilterBarView::tabStop() const
+{
+    if (FilterButton *focused = focusedButton())
+        return focused;
+    const QList<FilterButton *> all = buttons();
+    const auto selected = std::ranges::find_if(all, &FilterButton::isSelected);
+    if (selected != all.end())
+        return *selected;
+    return all.last()->filterCategory() ? all.first() : all.last();
 }

@@ -1,7 +1,9 @@
 #include "window/FilterButton.h"
 
 #include "appearance/InterfaceFont.h"
+#include "window/FilterButtonAccessible.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <cmath>
@@ -12,6 +14,7 @@ constexpr int kTitleSize = 12;
 constexpr int kPadding = 12;
 constexpr qreal kHoverAlpha = 0.05;
 constexpr qreal kPressedAlpha = 0.84;
+constexpr qreal kDisabledAlpha = 0.4;
 constexpr qreal kSelectedLineAlpha = 0.9;
 
 QFont titleFont()
@@ -21,11 +24,20 @@ QFont titleFont()
 
 } // namespace
 
-FilterButton::FilterButton(QWidget *parent)
+FilterButton::FilterButton(const std::optional<FilterCategory> &category, QWidget *parent)
     : QAbstractButton(parent)
+    , m_filterCategory(category)
 {
+    FilterButtonAccessible::install();
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
+}
+
+void FilterButton::setTitle(const QString &title)
+{
+    setText(title);
+    setShortcut({}); // An ampersand in the name of a tag is no access key.
+    setAccessibleName(title);
 }
 
 void FilterButton::setColors(const SystemColors &colors)
@@ -36,35 +48,90 @@ void FilterButton::setColors(const SystemColors &colors)
 
 void FilterButton::setSelected(bool isSelected)
 {
+    if (isSelected == m_isSelected)
+        return;
     m_isSelected = isSelected;
+    FilterButtonAccessible::tellSelection(*this);
     update();
 }
 
-int FilterButton::naturalWidth() const
+int FilterButton::naturalWidth(const QString &title)
 {
-    return int(std::ceil(QFontMetricsF(titleFont()).horizontalAdvance(text()))) + 2 * kPadding;
+    return int(std::ceil(QFontMetricsF(titleFont()).horizontalAdvance(title))) + 2 * kPadding;
+}
+
+void FilterButton::focusInEvent(QFocusEvent *event)
+{
+    QAbstractButton::focusInEvent(event);
+    emit focusChanged();
+}
+
+void FilterButton::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractButton::focusOutEvent(event);
+    emit focusChanged();
+}
+
+void FilterButton::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: click(); break;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down: event->ignore(); break; // Where the focus goes is the bar's decision.
+    default: QAbstractButton::keyPressEvent(event);
+    }
+}
+
+void FilterButton::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_releasePosition = event->globalPosition().toPoint();
+    QAbstractButton::mouseReleaseEvent(event);
+    m_releasePosition.reset();
 }
 
 void FilterButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(isDown() ? kPressedAlpha : 1);
+    painter.setOpacity(alpha());
 
-    QColor ground = Qt::transparent;
-    if (m_isSelected)
-        ground = m_colors.accentFillColor;
-    else if (underMouse())
-        ground = withAlpha(m_colors.labelColor, kHoverAlpha);
-    painter.setBrush(ground);
-    painter.setPen(m_isSelected ? withAlpha(m_colors.accentFillColor, kSelectedLineAlpha)
-                                : m_colors.pillLineColor);
+    painter.setBrush(groundColor());
+    painter.setPen(borderColor());
     const QRectF outline = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.drawRoundedRect(outline, outline.height() / 2, outline.height() / 2);
 
     painter.setFont(titleFont());
-    painter.setPen(m_isSelected ? QColor(Qt::white) : m_colors.secondaryLabelColor);
+    painter.setPen(titleColor());
     const QRectF title = QRectF(rect()).adjusted(kPadding, 0, -kPadding, 0);
     const QFontMetricsF metrics(painter.font(), this);
     drawTextLine(painter, title, metrics.elidedText(text(), Qt::ElideRight, title.width() + 1));
+}
+
+qreal FilterButton::alpha() const
+{
+    if (!isEnabled())
+        return kDisabledAlpha;
+    return isDown() ? kPressedAlpha : 1;
+}
+
+QColor FilterButton::groundColor() const
+{
+    if (m_isSelected)
+        return m_colors.accentFillColor;
+    const bool isHovered = isEnabled() && underMouse();
+    return isHovered ? withAlpha(m_colors.labelColor, kHoverAlpha) : QColor(Qt::transparent);
+}
+
+QColor FilterButton::borderColor() const
+{
+    return m_isSelected ? withAlpha(m_colors.accentFillColor, kSelectedLineAlpha)
+                        : m_colors.pillLineColor;
+}
+
+QColor FilterButton::titleColor() const
+{
+    return m_isSelected ? QColor(Qt::white) : m_colors.secondaryLabelColor;
 }

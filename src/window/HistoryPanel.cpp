@@ -39,24 +39,24 @@ constexpr int kSearchIconSize = 24;
 constexpr qreal kFocusRingWidth = 2;
 constexpr qreal kFocusRingGap = 1.5;
 constexpr qreal kPinRadius = 8;
+constexpr qreal kPillRadius = FilterButton::kHeight / 2.0;
 // Where the scroller ends before the lower corner, as a share of the corner's radius.
 constexpr qreal kScrollerInsetShare = 0.65;
 
 } // namespace
 
-HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, Scheduler &scheduler)
+HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager,
+                           Scheduler &scheduler)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_style(style)
 {
     setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
     setAttribute(Qt::WA_QuitOnClose, false);
-    buildHead(scheduler);
+    buildHead(tagManager, scheduler);
     buildList(scheduler);
     buildHandles();
     if (style.isTranslucent)
         m_presentationLayer = new PresentationLayer(style.cornerRadius, this);
-    setTabOrder(m_searchField, m_pinButton);
-    setTabOrder(m_pinButton, m_tableView);
 }
 
 void HistoryPanel::setColors(const SystemColors &colors)
@@ -149,15 +149,11 @@ void HistoryPanel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_style.backgroundAlpha));
-    if (!m_pinButton->isFocusVisible())
-        return;
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_colors.controlAccentColor, kFocusRingWidth));
-    const qreal distance = kFocusRingGap + kFocusRingWidth / 2;
-    painter.drawRoundedRect(
-        QRectF(m_pinButton->geometry()).adjusted(-distance, -distance, distance, distance),
-        kPinRadius + distance, kPinRadius + distance);
+    if (m_pinButton->isFocusVisible())
+        drawFocusRing(painter, m_pinButton->geometry(), kPinRadius);
+    if (const FilterButton *pill = m_filterBar->focusedButton())
+        drawFocusRing(painter, pill->geometry().translated(m_filterBar->pos()), kPillRadius);
 }
 
 void HistoryPanel::resizeEvent(QResizeEvent *)
@@ -166,7 +162,8 @@ void HistoryPanel::resizeEvent(QResizeEvent *)
     cutShape();
 }
 
-void HistoryPanel::buildHead(Scheduler &scheduler)
+/// The order is that of the Tab key.
+void HistoryPanel::buildHead(TagManager &tagManager, Scheduler &scheduler)
 {
     m_dragView = new WindowDragView(this);
     m_dragView->setObjectName(u"windowDragView"_s);
@@ -175,10 +172,10 @@ void HistoryPanel::buildHead(Scheduler &scheduler)
     m_searchIcon->setObjectName(u"searchIcon"_s);
     m_searchField = new SearchField(scheduler, this);
     m_searchField->setObjectName(u"searchField"_s);
+    m_filterBar = new FilterBarView(tagManager, this);
+    m_filterBar->setObjectName(u"filterBar"_s);
     m_pinButton = new PinButton(this);
     m_pinButton->setObjectName(u"pinButton"_s);
-    m_filterBar = new FilterBarView(this);
-    m_filterBar->setObjectName(u"filterBar"_s);
     m_separatorLine = new SeparatorLine(this);
     m_separatorLine->setObjectName(u"separatorLine"_s);
 }
@@ -228,6 +225,15 @@ void HistoryPanel::cutShape()
     QPainterPath shape;
     shape.addRoundedRect(rect(), m_style.cornerRadius, m_style.cornerRadius);
     setMask(QRegion(shape.toFillPolygon().toPolygon()));
+}
+
+void HistoryPanel::drawFocusRing(QPainter &painter, const QRect &control, qreal radius) const
+{
+    const qreal distance = kFocusRingGap + kFocusRingWidth / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_colors.controlAccentColor, kFocusRingWidth));
+    painter.drawRoundedRect(QRectF(control).adjusted(-distance, -distance, distance, distance),
+                            radius + distance, radius + distance);
 }
 
 void HistoryPanel::showEvent(QShowEvent *event)

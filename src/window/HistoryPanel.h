@@ -14,6 +14,7 @@ class Scheduler;
 class SearchField;
 class SeparatorLine;
 class SymbolView;
+class TagManager;
 class WindowDragView;
 
 /// The frameless window itself: holds the views and puts them in their places. What they do is
@@ -23,8 +24,8 @@ class HistoryPanel : public QWidget
     Q_OBJECT
 
 public:
-    /// \a scheduler must outlive the panel.
-    HistoryPanel(const HistoryWindowStyle &style, Scheduler &scheduler);
+    /// The tag manager and the scheduler must outlive the panel.
+    HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager, Scheduler &scheduler);
 
     SearchField &searchField() { return *m_searchField; }
     PinButton &pinButton() const { return *m_pinButton; }
@@ -58,11 +59,12 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    void buildHead(Scheduler &scheduler);
+    void buildHead(TagManager &tagManager, Scheduler &scheduler);
     void buildList(Scheduler &scheduler);
     void buildHandles();
     void layoutViews();
     void cutShape();
+    void drawFocusRing(QPainter &painter, const QRect &control, qreal radius) const;
 
     HistoryWindowStyle m_style;
     SystemColors m_colors;

@@ -39,7 +39,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                              const ClipboardItemList &items)
     : m_style(style)
     , m_collaborators(collaborators)
-    , m_panel(style, collaborators.scheduler)
+    , m_panel(style, collaborators.list.tagManager, collaborators.scheduler)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
     , m_animation(collaborators.scheduler, collaborators.clock)
 {
@@ -86,6 +86,7 @@ void HistoryWindow::hide()
     if (m_isHideAnimationInFlight || !isVisible())
         return;
     m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
+    m_panel.filterBar().closeOverflowMenu();
     m_tableViewController.dismissOverlays();
     ++m_visibilityAnimationToken;
     m_animation.stop();
@@ -112,9 +113,11 @@ void HistoryWindow::refreshLanguage()
 
 void HistoryWindow::refreshAppearance()
 {
-    const auto scheme = desktopColorScheme(m_collaborators.appearance.prefersDark());
-    m_panel.setColors(systemColors(scheme));
-    m_tableViewController.setMenuLook({scheme, m_collaborators.appearance.isComposited()});
+    const MenuLook menus{desktopColorScheme(m_collaborators.appearance.prefersDark()),
+                         m_collaborators.appearance.isComposited()};
+    m_panel.setColors(systemColors(menus.scheme));
+    m_panel.filterBar().setMenuLook(menus);
+    m_tableViewController.setMenuLook(menus);
 }
 
 void HistoryWindow::refreshPinButtonVisibility()

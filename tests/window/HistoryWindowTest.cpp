@@ -9,6 +9,7 @@
 #include "window/ClipboardTableView.h"
 #include "window/FilterButton.h"
 #include "window/HistoryWindowFactory.h"
+#include "window/OverflowMenu.h"
 #include "window/PinButton.h"
 #include "window/SearchField.h"
 
@@ -90,6 +91,11 @@ private slots:
     void escapeInTheListClosesAnUnpinnedWindow();
     void escapeInTheListOfAPinnedWindowClearsTheSearch();
     void aFilterNarrowsAndGivesTheFocusBack();
+    void aTagNarrowsAndGivesTheFocusBack();
+    void tabGoesFromPartToPart();
+    void aPillWithTheFocusHasARing();
+    void theWindowTakesItsMenuAlong();
+    void aPressOnTheMenuIsNoTurningAway();
     void aDoubleClickPastesAndHides();
     void pastingHidesAPinnedWindowToo();
     void pastingHidesOnceThoughThePasteHidesToo_data();
@@ -620,6 +626,83 @@ void HistoryWindowTest::aFilterNarrowsAndGivesTheFocusBack()
     QVERIFY(field()->hasFocus());
     QTest::mouseClick(part<FilterButton>("filter.all"), Qt::LeftButton);
     QCOMPARE(rowCount(), 10);
+}
+
+void HistoryWindowTest::aTagNarrowsAndGivesTheFocusBack()
+{
+    QVERIFY(m_tags->createTag(u"travel"_s));
+    make();
+    openWholly();
+    table()->setFocus();
+    const QList<FilterButton *> pills = m_window->panel().findChildren<FilterButton *>();
+    QCOMPARE(pills.last()->text(), u"travel"_s);
+    QTest::mouseClick(pills.last(), Qt::LeftButton);
+    QCOMPARE(rowCount(), 2);
+    QVERIFY(field()->hasFocus());
+    m_tags->deleteTag(u"travel"_s);
+    QTRY_COMPARE(rowCount(), 10);
+}
+
+void HistoryWindowTest::tabGoesFromPartToPart()
+{
+    for (const QString &name : {u"travel"_s, u"sailing"_s})
+        m_tags->createTag(name);
+    make();
+    openWholly();
+    const QList<QWidget *> parts{part("filter.all"), part("pinButton"), table(), field()};
+    for (QWidget *next : parts) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), next);
+    }
+    for (qsizetype i = parts.size() - 2; i >= 0; --i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), parts.at(i));
+    }
+}
+
+void HistoryWindowTest::aPillWithTheFocusHasARing()
+{
+    makeCompat();
+    openWholly();
+    const QPoint ring(24 - 3, 62 + 16);
+    const QColor ground(picture().pixel(ring));
+    QTest::keyClick(field(), Qt::Key_Tab);
+    QVERIFY(part("filter.all")->hasFocus());
+    QCOMPARE(QColor(picture().pixel(ring)), systemColors(ColorScheme::Light).controlAccentColor);
+    QTest::keyClick(part("filter.all"), Qt::Key_Right);
+    QCOMPARE(QColor(picture().pixel(ring)), ground);
+}
+
+void HistoryWindowTest::theWindowTakesItsMenuAlong()
+{
+    for (const QString &name : {u"travel"_s, u"sailing"_s, u"work"_s, u"recipes"_s})
+        m_tags->createTag(name);
+    make();
+    openWholly();
+    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    const QPointer<OverflowMenu> menu = m_window->panel().findChild<OverflowMenu *>();
+    QVERIFY(menu && menu->isVisible());
+    m_window->hide();
+    QVERIFY(!menu || !menu->isVisible());
+}
+
+void HistoryWindowTest::aPressOnTheMenuIsNoTurningAway()
+{
+    for (const QString &name : {u"travel"_s, u"sailing"_s, u"work"_s, u"recipes"_s})
+        m_tags->createTag(name);
+    make();
+    openWholly();
+    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    auto *menu = m_window->panel().findChild<OverflowMenu *>();
+    QVERIFY(menu);
+    menu->move(0, 0);
+    const QPoint onMenu = menu->geometry().center();
+    QVERIFY(!m_window->panel().geometry().contains(onMenu));
+    m_pointer->onMousePressed(onMenu);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    menu->close();
+    m_pointer->onMousePressed(onMenu);
+    QVERIFY(m_window->isHideAnimationInFlight());
 }
 
 void HistoryWindowTest::aDoubleClickPastesAndHides()

@@ -3,7 +3,7 @@
 //   HistoryWindowGallery shots DIR     saves pictures of the window as it draws itself
 //   HistoryWindowGallery measure N [compat] [warm]   opens it N times over 10,000 entries and
 //                                      prints times, after warming up if wanted
-//   HistoryWindowGallery stay SECONDS [compat] [dark] [empty]   leaves it on the screen
+//   HistoryWindowGallery stay SECONDS [compat] [dark] [empty] [tags]   leaves it on the screen
 
 #include "tests/fakes/FakeDesktopAppearance.h"
 #include "tests/fakes/FakePointerMonitor.h"
@@ -12,8 +12,10 @@
 #include "tests/window/SampleHistory.h"
 
 #include "platform/linux/QtImageCodec.h"
+#include "language/LanguageManager.h"
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
+#include "window/FilterBarView.h"
 #include "window/HistoryPanel.h"
 #include "window/HistoryWindowFactory.h"
 
@@ -97,6 +99,8 @@ struct Stage : HistoryListFixture
     QtScheduler scheduler;
     SystemClock runningClock;
 
+    UserDefaults &defaults() { return *m_defaults; }
+
     HistoryWindowCollaborators collaborators(const Clock &with)
     {
         return {.workspace = *m_workspace,
@@ -118,6 +122,14 @@ struct Stage : HistoryListFixture
                     && rowPictures->thumbnail(*item, qApp->devicePixelRatio()).isNull();
             });
         }));
+    }
+
+    void setTags(const QStringList &names)
+    {
+        for (const QString &name : m_tags->tagNames())
+            m_tags->deleteTag(name);
+        for (const QString &name : names)
+            m_tags->createTag(name);
     }
 
     std::unique_ptr<HistoryWindow> make(const ClipboardItemList &items, const Clock &with)
@@ -156,6 +168,10 @@ void save(Stage &stage, const QString &path, const ClipboardItemList &items, Act
         painter.setClipRegion(shape.translated(40, 40));
     }
     painter.drawPixmap(40, 40, picture);
+    if (QWidget *menu = QApplication::activePopupWidget()) {
+        painter.setClipping(false);
+        painter.drawPixmap(QPoint(40, 40) + menu->pos() - window->panel().pos(), menu->grab());
+    }
     painter.end();
     canvas.save(path);
     std::printf("%s\n", qPrintable(path));
@@ -164,6 +180,52 @@ void save(Stage &stage, const QString &path, const ClipboardItemList &items, Act
 void type(HistoryWindow &window, const QString &text)
 {
     QTest::keyClicks(window.panel().findChild<QLineEdit *>(), text);
+}
+
+QStringList numberedTags(int count)
+{
+    QStringList names;
+    for (int i = 1; i <= count; ++i)
+        names.append(u"tag %1"_s.arg(i));
+    return names;
+}
+
+QList<FilterButton *> pills(HistoryWindow &window)
+{
+    return window.panel().findChildren<FilterButton *>();
+}
+
+/// The filter bar with few and many tags, in both languages, and what can be done to it.
+void takeTagShots(Stage &stage, const QString &prefix)
+{
+    const ClipboardItemList items = SampleHistory::mixed();
+    stage.setTags({u"travel"_s, u"accounts"_s, u"sailing"_s, u"recipes"_s, u"Work"_s});
+    save(stage, prefix + u"five-tags.png"_s, items, [](auto &) {});
+    save(stage, prefix + u"tag-selected.png"_s, items,
+         [](auto &window) { pills(window).at(6)->click(); });
+    save(stage, prefix + u"pill-focused.png"_s, items, [](auto &) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    });
+    save(stage, prefix + u"pill-pressed.png"_s, items,
+         [](auto &window) { pills(window).at(2)->setDown(true); });
+    save(stage, prefix + u"menu.png"_s, items, [](auto &window) {
+        window.panel().template findChild<FilterBarView *>()->selectCategory(
+            FilterCategory::tag(u"Work"_s));
+        pills(window).last()->click();
+    });
+    stage.setTags({u"minutes of the club!"_s, u"insurance and claims"_s, u"季度报告与会议纪要"_s, u"x"_s});
+    save(stage, prefix + u"long-tags.png"_s, items, [](auto &) {});
+    stage.setTags(numberedTags(15));
+    save(stage, prefix + u"fifteen-tags.png"_s, items, [](auto &) {});
+
+    LanguageManager language(stage.defaults());
+    language.setLanguage(AppLanguage::Chinese);
+    language.install();
+    stage.setTags({u"旅行"_s, u"账目"_s, u"帆船"_s, u"食谱"_s, u"工作"_s});
+    save(stage, prefix + u"chinese.png"_s, items, [](auto &) {});
+    stage.setTags({});
 }
 
 void takeShots(const QString &directory)
@@ -194,6 +256,7 @@ void takeShots(const QString &directory)
             save(stage, prefix + u"nothing.png"_s, SampleHistory::mixed(),
                  [](auto &window) { type(window, u"hydrangea"_s); });
             save(stage, prefix + u"empty.png"_s, {}, [](auto &) {});
+            takeTagShots(stage, prefix);
         }
     }
 }
@@ -244,6 +307,8 @@ int stay(const QStringList &arguments)
     Stage stage;
     stage.appearance.composited = !arguments.contains(u"compat"_s);
     stage.appearance.dark = arguments.contains(u"dark"_s);
+    if (arguments.contains(u"tags"_s))
+        stage.setTags(numberedTags(7));
     const auto window = stage.make(
         arguments.contains(u"empty"_s) ? ClipboardItemList() : SampleHistory::mixed(), *stage.m_clock);
     window->onWindowHidden = [] { QApplication::quit(); };

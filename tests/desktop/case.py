@@ -115,9 +115,8 @@ class DesktopTest(unittest.TestCase):
     def open_menus(self):
         """The windows of the program's menus; no window manager puts a frame around them."""
         return [window for window in self.display.root.query_tree().children
-                if self.display.is_viewable(window)
-                and self.display.window_class(window)[1] == "tessarine"
-                and window.get_attributes().override_redirect]
+                if self.display.is_unframed(window)
+                and self.display.window_class(window)[1] == "tessarine"]
 
     def choose(self, query):
         """Opens the window, types the query, and presses Return."""

@@ -80,6 +80,10 @@ class Display:
         xtest.fake_input(self.connection, X.ButtonRelease, button)
         self.connection.sync()
 
+    def move_pointer(self, x, y):
+        xtest.fake_input(self.connection, X.MotionNotify, x=x, y=y)
+        self.connection.sync()
+
     def press_button(self, button=1):
         """Where the pointer is."""
         xtest.fake_input(self.connection, X.ButtonPress, button)
@@ -133,6 +137,14 @@ class Display:
             return window.get_attributes().map_state == X.IsViewable
         except error.XError:
             return False
+
+    def is_unframed(self, window):
+        """Whether the window is to be seen, and is none of the window manager's."""
+        try:
+            attributes = window.get_attributes()
+        except error.XError:
+            return False
+        return attributes.map_state == X.IsViewable and bool(attributes.override_redirect)
 
     def find_window(self, title=None, window_class=None):
         """The first visible window with a piece of this title or this class; None without one."""

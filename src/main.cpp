@@ -179,7 +179,8 @@ struct Program
             .scheduler = ground.scheduler,
             .clock = ground.clock,
             .defaults = ground.defaults,
-            .copyItem = [this](const ClipboardItem &item) { itemCopier.copyItem(item); }},
+            .copyItem = [this](const ClipboardItem &item) { itemCopier.copyItem(item); },
+            .beep = [] { QApplication::beep(); }},
         [this] { return searchTextOnPasteboard(platform.pasteboard()); }};
     const SettingsCollaborators settingsCollaborators{
         platform.workspace(), platform.appearance(), platform.globalHotkey(),

@@ -35,6 +35,10 @@ SystemColors lightColors()
     colors.pillLineColor = withAlpha(Qt::black, 0.1);
     colors.windowLineColor = withAlpha(Qt::black, 0.3);
     colors.windowRimColor = Qt::transparent;
+    colors.hintFillColor = withAlpha(QColor(255, 242, 217), 0.97);
+    colors.hintLineColor = withAlpha(QColor(255, 179, 102), 0.5);
+    colors.hintTextColor = withAlpha(QColor(102, 51, 0), 0.85);
+    colors.hintShadowColor = withAlpha(QColor(204, 102, 26), 0.15);
     return colors;
 }
 
@@ -66,6 +70,10 @@ SystemColors darkColors()
     colors.pillLineColor = withAlpha(Qt::white, 0.1);
     colors.windowLineColor = withAlpha(Qt::black, 0.3);
     colors.windowRimColor = withAlpha(Qt::white, 0.09);
+    colors.hintFillColor = withAlpha(QColor(64, 38, 13), 0.95);
+    colors.hintLineColor = withAlpha(QColor(102, 64, 26), 0.8);
+    colors.hintTextColor = withAlpha(QColor(255, 230, 204), 0.9);
+    colors.hintShadowColor = withAlpha(Qt::black, 0.3);
     return colors;
 }
 

@@ -35,6 +35,11 @@ struct SystemColors
     QColor windowLineColor; ///< The line inside the edge of a translucent window.
     QColor windowRimColor; ///< Just within that line; transparent where it needs no help.
 
+    QColor hintFillColor; ///< Of a bubble that warns; so are the next three.
+    QColor hintLineColor;
+    QColor hintTextColor;
+    QColor hintShadowColor;
+
     friend bool operator==(const SystemColors &, const SystemColors &) = default;
 
     /// The same names as they are to be drawn on selectionColor.

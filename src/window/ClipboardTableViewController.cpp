@@ -8,8 +8,6 @@
 #include "window/ClipboardTableView.h"
 #include "window/RowPictures.h"
 
-#include <QApplication>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -26,6 +24,7 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_delegate(m_rows, collaborators.pictures, selectionRadius)
     , m_updater(tableView, m_model)
     , m_deletion(tableView, m_model, collaborators.itemManager)
+    , m_limitHint(tableView, collaborators.scheduler, collaborators.clock)
 {
     m_model.reload(items);
     m_tableView.setRowDelegate(&m_delegate);
@@ -84,7 +83,7 @@ void ClipboardTableViewController::toggleFavorite(const QUuid &id)
         return;
     const qsizetype row = indexOfItem(filteredItems(), id);
     if (!m_items[place]->isFavorite && isFavoriteLimitReached()) {
-        QApplication::beep();
+        refuseFavorite(row);
         return;
     }
     auto changed = std::make_shared<ClipboardItem>(*m_items[place]);
@@ -95,9 +94,16 @@ void ClipboardTableViewController::toggleFavorite(const QUuid &id)
         onFavoriteToggled(id);
 }
 
+void ClipboardTableViewController::setOverlayLook(const MenuLook &look)
+{
+    m_rowMenu.setLook(look);
+    m_limitHint.setLook(look);
+}
+
 void ClipboardTableViewController::dismissOverlays()
 {
     m_rowMenu.close();
+    m_limitHint.dismiss();
 }
 
 void ClipboardTableViewController::refreshTexts()
@@ -230,6 +236,15 @@ bool ClipboardTableViewController::isFavoriteLimitReached() const
     const auto count
         = std::ranges::count_if(m_items, [](const auto &item) { return item->isFavorite; });
     return count >= currentCapacity(m_with.defaults);
+}
+
+void ClipboardTableViewController::refuseFavorite(qsizetype row)
+{
+    if (row >= 0)
+        m_limitHint.showFavoriteLimitHint(
+            int(row), localized(u"favorite.limit_reached"_s, u"已达收藏上限"_s));
+    if (m_with.beep)
+        m_with.beep();
 }
 
 void ClipboardTableViewController::refreshEmptyText()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "window/FavoriteLimitHint.h"
 #include "window/HistoryFilter.h"
 #include "window/HistoryListCollaborators.h"
 #include "window/HistoryRow.h"
@@ -53,10 +54,10 @@ public:
     /// The list shows the change at once, ahead of the history itself.
     void toggleFavorite(const QUuid &id);
 
-    /// How the menus of rows look that open from now on.
-    void setMenuLook(const MenuLook &look) { m_rowMenu.setLook(look); }
+    /// How menus and hints look from now on.
+    void setOverlayLook(const MenuLook &look);
 
-    /// Takes away what stands on the screen beside the window.
+    /// Takes away the menus and hints that are on the screen.
     void dismissOverlays();
 
     /// Words all rows anew.
@@ -83,6 +84,7 @@ private:
     void pasteRow(int row);
     void pasteItem(const ClipboardItemPointer &item);
     bool isFavoriteLimitReached() const;
+    void refuseFavorite(qsizetype row);
     void refreshEmptyText();
 
     ClipboardTableView &m_tableView;
@@ -95,4 +97,5 @@ private:
     ListUpdater m_updater;
     RowDeletion m_deletion;
     RowMenu m_rowMenu;
+    FavoriteLimitHint m_limitHint;
 };

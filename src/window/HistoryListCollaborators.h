@@ -25,4 +25,6 @@ struct HistoryListCollaborators
     const UserDefaults &defaults;
     /// Puts an entry on the pasteboard without pasting it.
     std::function<void(const ClipboardItem &)> copyItem = {};
+    /// Tells the person that something cannot be done.
+    std::function<void()> beep = {};
 };

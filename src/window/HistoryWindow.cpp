@@ -113,11 +113,11 @@ void HistoryWindow::refreshLanguage()
 
 void HistoryWindow::refreshAppearance()
 {
-    const MenuLook menus{desktopColorScheme(m_collaborators.appearance.prefersDark()),
-                         m_collaborators.appearance.isComposited()};
-    m_panel.setColors(systemColors(menus.scheme));
-    m_panel.filterBar().setMenuLook(menus);
-    m_tableViewController.setMenuLook(menus);
+    const MenuLook look{desktopColorScheme(m_collaborators.appearance.prefersDark()),
+                        m_collaborators.appearance.isComposited()};
+    m_panel.setColors(systemColors(look.scheme));
+    m_panel.filterBar().setMenuLook(look);
+    m_tableViewController.setOverlayLook(look);
 }
 
 void HistoryWindow::refreshPinButtonVisibility()

@@ -26,6 +26,7 @@ protected:
         m_pictures = std::make_unique<RowPictures>(m_images, *m_codec);
         m_tags = std::make_unique<TagManager>(*m_defaults);
         m_copied.clear();
+        m_beepCount = 0;
     }
 
     void tearDownList()
@@ -51,7 +52,8 @@ protected:
                 .scheduler = scheduler,
                 .clock = clock,
                 .defaults = *m_defaults,
-                .copyItem = [this](const ClipboardItem &item) { m_copied.append(item.id); }};
+                .copyItem = [this](const ClipboardItem &item) { m_copied.append(item.id); },
+                .beep = [this] { ++m_beepCount; }};
     }
 
     /// Puts \a items into the history too.
@@ -68,4 +70,5 @@ protected:
     std::unique_ptr<RowPictures> m_pictures;
     std::unique_ptr<TagManager> m_tags;
     QList<QUuid> m_copied;
+    int m_beepCount = 0;
 };

@@ -421,14 +421,14 @@ void RowMenuTest::theMenuHasTheLookThatIsAskedFor()
 {
     make(SampleHistory::numbered(3));
     for (const ColorScheme scheme : {ColorScheme::Light, ColorScheme::Dark}) {
-        m_controller->setMenuLook({scheme, false});
+        m_controller->setOverlayLook({scheme, false});
         rightClick(1);
         QVERIFY(openMenu()->contentsMargins().isNull());
         QCOMPARE(openMenu()->grab().toImage().pixelColor(10, 3),
                  systemColors(scheme).raisedSurfaceColor);
         openMenu()->close();
     }
-    m_controller->setMenuLook({ColorScheme::Dark, true});
+    m_controller->setOverlayLook({ColorScheme::Dark, true});
     rightClick(1);
     QVERIFY(!openMenu()->contentsMargins().isNull());
 }

@@ -1,0 +1,129 @@
+#include "window/FavoriteLimitHint.h"
+
+#include "appearance/Easing.h"
+#include "appearance/Spring.h"
+#include "platform/Scheduler.h"
+#include "window/ClipboardTableView.h"
+#include "window/FavoriteLimitHintOverlayView.h"
+#include "window/RowLayout.h"
+
+#include <QScreen>
+#include <QScrollBar>
+#include <QWindow>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kStay = 1200ms;
+constexpr Spring kPop{.mass = 1, .stiffness = 250, .damping = 15};
+constexpr double kPopScale = 0.8;
+constexpr double kPopOpacitySeconds = 0.15;
+constexpr double kSlideSeconds = 0.25;
+constexpr double kSlide = 10;
+constexpr auto kFadeDuration = 150ms;
+constexpr double kFadeScale = 0.9;
+constexpr int kGap = 2; ///< Between the bubble and the star.
+
+double steady(double progress)
+{
+    return progress;
+}
+
+FavoriteLimitHintOverlayView::Pose poseAfter(double seconds)
+{
+    const double spring = kPop.positionAfter(std::chrono::duration<double>(seconds));
+    return {.scale = kPopScale + (1 - kPopScale) * spring,
+            .opacity = std::min(1.0, seconds / kPopOpacitySeconds),
+            .shift = kSlide * (easeOut(std::min(1.0, seconds / kSlideSeconds)) - 1)};
+}
+
+} // namespace
+
+FavoriteLimitHint::FavoriteLimitHint(ClipboardTableView &tableView, Scheduler &scheduler,
+                                     const Clock &clock)
+    : m_tableView(tableView)
+    , m_scheduler(scheduler)
+    , m_animation(scheduler, clock)
+{
+}
+
+FavoriteLimitHint::~FavoriteLimitHint() = default;
+
+void FavoriteLimitHint::setLook(const MenuLook &look)
+{
+    m_look = look;
+    if (m_view)
+        m_view->setScheme(look.scheme);
+}
+
+bool FavoriteLimitHint::showFavoriteLimitHint(int row, const QString &message)
+{
+    dismiss();
+    const QRect place = m_tableView.visualRect(m_tableView.model()->index(row, 0));
+    if (!m_tableView.isVisible() || !place.intersects(m_tableView.viewport()->rect()))
+        return false;
+    m_view = std::make_unique<FavoriteLimitHintOverlayView>(message, m_look);
+    this->place(RowLayout(place).star.toAlignedRect());
+    dismissWithList();
+    popUp();
+    m_view->show();
+    m_hide = m_scheduler.after(kStay, [this] { fadeOut(); });
+    return true;
+}
+
+void FavoriteLimitHint::dismiss()
+{
+    m_hide.reset();
+    m_animation.stop();
+    m_view.reset();
+}
+
+/// Over \a star, and on the screen even if the window stands at its edge.
+void FavoriteLimitHint::place(const QRect &star)
+{
+    const QRect bubble = m_view->bubble();
+    QPoint corner = m_tableView.viewport()->mapToGlobal(star.topLeft())
+        + QPoint((star.width() - bubble.width()) / 2, -kGap - bubble.height());
+    if (const QScreen *screen = m_tableView.screen()) {
+        const QRect available = screen->availableGeometry();
+        const int right = available.right() + 1 - bubble.width();
+        corner.setX(std::max(available.x(), std::min(corner.x(), right)));
+    }
+    m_view->move(corner - bubble.topLeft());
+    m_view->winId(); // There is no handle before.
+    m_view->windowHandle()->setTransientParent(m_tableView.window()->windowHandle());
+}
+
+/// A bubble over another star would tell something wrong.
+void FavoriteLimitHint::dismissWithList()
+{
+    const auto dismissOn = [this](auto *sender, auto signal) {
+        connect(sender, signal, m_view.get(), [this] { dismiss(); });
+    };
+    const QAbstractItemModel *model = m_tableView.model();
+    dismissOn(m_tableView.verticalScrollBar(), &QScrollBar::valueChanged);
+    dismissOn(model, &QAbstractItemModel::rowsInserted);
+    dismissOn(model, &QAbstractItemModel::rowsRemoved);
+    dismissOn(model, &QAbstractItemModel::modelReset);
+}
+
+void FavoriteLimitHint::popUp()
+{
+    const auto duration = kPop.settlingDuration();
+    const double seconds = std::chrono::duration<double>(duration).count();
+    m_animation.start(
+        {0, seconds, duration, steady},
+        [this](double time) { m_view->setPose(poseAfter(time)); }, [] {});
+}
+
+void FavoriteLimitHint::fadeOut()
+{
+    m_animation.start(
+        {1, 0, kFadeDuration, easeIn},
+        [this](double presence) {
+            m_view->setPose({.scale = kFadeScale + (1 - kFadeScale) * presence,
+                             .opacity = presence});
+        },
+        [this] { dismiss(); });
+}

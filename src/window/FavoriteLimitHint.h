@@ -1,0 +1,41 @@
+#pragma once
+
+#include "widgets/MenuLook.h"
+#include "window/ValueAnimation.h"
+
+#include <QObject>
+
+class ClipboardTableView;
+class FavoriteLimitHintOverlayView;
+
+/// Says over the star of a row, for a moment, that there are no more favourites to be had.
+class FavoriteLimitHint : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Everything must outlive the object.
+    FavoriteLimitHint(ClipboardTableView &tableView, Scheduler &scheduler, const Clock &clock);
+    ~FavoriteLimitHint() override;
+
+    void setLook(const MenuLook &look);
+
+    /// In the place of a hint that is still there. False if \a row is not in sight.
+    bool showFavoriteLimitHint(int row, const QString &message);
+
+    /// At once.
+    void dismiss();
+
+private:
+    void place(const QRect &star);
+    void dismissWithList();
+    void popUp();
+    void fadeOut();
+
+    ClipboardTableView &m_tableView;
+    Scheduler &m_scheduler;
+    MenuLook m_look;
+    std::unique_ptr<FavoriteLimitHintOverlayView> m_view; ///< While there is a hint.
+    ValueAnimation m_animation;
+    std::unique_ptr<ScheduledWork> m_hide;
+};

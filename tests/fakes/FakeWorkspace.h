@@ -22,6 +22,8 @@ public:
     void prepareOwnWindow(QWindow *) override {}
     void noteUserAction(const QString &token) override { activationTokens.append(token); }
 
+    QString activationToken() const override { return nextToken; }
+
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override
     {
         ++nameLookupCount;
@@ -39,6 +41,7 @@ public:
     QList<RunningApplication> activated;
     QHash<QString, QString> names;
     QStringList activationTokens; ///< Of all user actions.
+    QString nextToken;
     int ownActivationCount = 0;
     mutable int nameLookupCount = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/x11/X11GlobalHotkey.h"
 #include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11StartupNotification.h"
 #include "tests/platform/PlainWindows.h"
 #include "tests/platform/PrivateDesktop.h"
 
@@ -59,6 +60,7 @@ private slots:
     void windowForAPersonsActionGetsTheFocus_data();
     void windowForAPersonsActionGetsTheFocus();
     void timeOfTheTokenBecomesTheUserTime();
+    void ownTokensTellWhenThePersonActed();
     void timeThatLiesAheadIsNotBelieved();
     void ownWindowIsOurs();
     void installedProgramHasAName();
@@ -458,6 +460,15 @@ void X11WorkspaceTest::timeOfTheTokenBecomesTheUserTime()
     const quint32 actedAt = now - 30'000;
     m_workspace->noteUserAction(u"panel_TIME%1"_s.arg(actedAt));
     QCOMPARE(m_connection->userTime(), actedAt);
+}
+
+void X11WorkspaceTest::ownTokensTellWhenThePersonActed()
+{
+    m_connection->noteUserTime(4711);
+    const QString token = m_workspace->activationToken();
+    QCOMPARE(startupTimeOf(token), m_connection->userTime());
+    QVERIFY(startupTimeOf(token) != 0);
+    QVERIFY(m_workspace->activationToken() != token);
 }
 
 void X11WorkspaceTest::timeThatLiesAheadIsNotBelieved()

@@ -4,12 +4,19 @@
 
 #include <cstring>
 
+#include <unistd.h>
+
 #include <xcb/xcb.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 /// A launcher's own tokens are shorter by far; no window manager need put together more.
 constexpr qsizetype kMaxTokenBytes = 1000;
+
+/// What stands between the name of a start and the time of the person's action.
+constexpr QStringView kTimeMark = u"_TIME";
 
 QByteArray completionMessage(const QString &token)
 {
@@ -37,9 +44,13 @@ quint32 createMessageWindow(X11Requests &requests)
 
 quint32 startupTimeOf(QStringView token)
 {
-    constexpr QStringView kTimeMark = u"_TIME";
     const qsizetype mark = token.lastIndexOf(kTimeMark);
     return mark < 0 ? 0 : token.sliced(mark + kTimeMark.size()).toUInt();
+}
+
+QString newStartupToken(quint32 number, quint32 time)
+{
+    return u"tessarine-%1-%2%3%4"_s.arg(getpid()).arg(number).arg(kTimeMark).arg(time);
 }
 
 void completeStartup(X11Requests &requests, const QString &token)

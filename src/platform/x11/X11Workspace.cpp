@@ -159,6 +159,12 @@ void X11Workspace::noteUserAction(const QString &activationToken)
         completeStartup(m_connection, activationToken);
 }
 
+QString X11Workspace::activationToken() const
+{
+    const quint32 actedAt = m_connection.userTime();
+    return actedAt == 0 ? QString() : newStartupToken(++m_tokenCount, actedAt);
+}
+
 void X11Workspace::activateOwnWindow(QWindow *window)
 {
     xcb_connection_t *xcb = qtConnection();

@@ -23,6 +23,7 @@ public:
     void activateOwnWindow(QWindow *window) override;
     void prepareOwnWindow(QWindow *window) override;
     void noteUserAction(const QString &activationToken) override;
+    QString activationToken() const override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
 
 private:
@@ -43,6 +44,7 @@ private:
     mutable X11Windows m_windows;
     mutable X11Applications m_applications;
     mutable quint32 m_announcedWindow = 0;
+    mutable quint32 m_tokenCount = 0;
     quint32 m_windowToFocus = 0; ///< Gets the focus as soon as it can be seen.
     std::unique_ptr<UserTimeFilter> m_userTimeFilter;
 };

@@ -10,9 +10,10 @@ build_packages=(
     libsm-dev libdbus-1-dev libssl-dev libsqlite3-dev nlohmann-json3-dev
 )
 
-# Plug-ins that the running program loads, and a font for desktops that have none.
+# Plug-ins that the running program loads, what opens folders where no file manager is on the bus, and
+# a font for desktops that have none.
 run_packages=(
-    libqt6svg6 qt6-image-formats-plugins fonts-dejavu-core
+    libqt6svg6 qt6-image-formats-plugins xdg-utils fonts-dejavu-core
 )
 
 # A headless desktop, and the programs that the tour copies from and pastes into.

@@ -166,7 +166,7 @@ struct Program
     ApplicationNames applicationNames{platform.workspace()};
     RowPictures pictures{itemManager.imagesDirectory(), ground.codec};
     TagManager tagManager{ground.defaults};
-    FileManagerViewer fileViewer;
+    FileManagerViewer fileViewer{platform.workspace(), ground.scheduler};
     const HistoryWindowCollaborators windowCollaborators{
         platform.workspace(), platform.pointerMonitor(), platform.appearance(),
         ground.scheduler,     ground.clock,              ground.defaults,

@@ -38,6 +38,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include <malloc.h>
 
@@ -244,17 +245,28 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
     return status;
 }
 
+/// In a session with Wayland Qt might draw there, and the rest of the program is on X11. Qt is told
+/// by an argument, since the programs that we start would inherit a variable.
+std::vector<char *> argumentsForX11(int argc, char *argv[])
+{
+    static char option[] = "-platform";
+    static char platform[] = "xcb";
+    std::vector<char *> arguments(argv, argv + argc);
+    if (argc > 0 && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        arguments.insert(arguments.begin() + 1, {option, platform});
+    return arguments;
+}
+
 int launchFirst(int argc, char *argv[], SingleInstance &instance, const QString &launchToken)
 {
     requireX11Display();
     leaveBrokenSessionBus();
-    // In a session with Wayland Qt might draw there, and the rest of the program is on X11.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    std::vector<char *> arguments = argumentsForX11(argc, argv);
+    int argumentCount = int(arguments.size());
     QApplication::setApplicationName(u"tessarine"_s);
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QApplication::setDesktopFileName(u"tessarine"_s);
-    Application application(argc, argv);
+    Application application(argumentCount, arguments.data());
     keepOutOfSavedSessions(application);
     return runApplication(application, instance, launchToken);
 }

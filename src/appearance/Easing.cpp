@@ -25,3 +25,9 @@ qreal easeOut(qreal progress)
     static const QEasingCurve curve = bezier(QPointF(0, 0), QPointF(0.58, 1));
     return curve.valueForProgress(progress);
 }
+
+qreal easeInOut(qreal progress)
+{
+    static const QEasingCurve curve = bezier(QPointF(0.42, 0), QPointF(0.58, 1));
+    return curve.valueForProgress(progress);
+}

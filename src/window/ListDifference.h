@@ -16,6 +16,9 @@ struct ListDifference
 /// The smallest difference. No id may stand twice in a list.
 ListDifference listDifference(const ClipboardItemList &before, const ClipboardItemList &after);
 
+/// Where the entry of a row stood before that stays in its place; \a newRow is none of the inserted.
+qsizetype oldRow(const ListDifference &difference, qsizetype newRow);
+
 enum class ListUpdate { Reload, Animate };
 
 /// Whether rows should come and go one by one or the list be shown anew at once.

@@ -3,7 +3,9 @@
 #include "appearance/InterfaceFont.h"
 #include "window/HistoryRowDelegate.h"
 #include "window/OverlayScroller.h"
+#include "window/HistoryListModel.h"
 #include "window/RowLayout.h"
+#include "window/RowTransition.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -84,12 +86,28 @@ void ClipboardTableView::deselectAll()
     selectionModel()->clear();
 }
 
-std::pair<int, int> ClipboardTableView::rowsInSight() const
+QRect ClipboardTableView::rowBox(int row) const
+{
+    return visualRect(model()->index(row, 0));
+}
+
+QPixmap ClipboardTableView::pictureOfRow(int row) const
+{
+    const QSize size(viewport()->width(), kRowHeight);
+    QPixmap picture(size * devicePixelRatio());
+    picture.setDevicePixelRatio(devicePixelRatio());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    paintRow(painter, row, QRectF(QPointF(), size));
+    return picture;
+}
+
+std::pair<int, int> ClipboardTableView::rowsInSight(int margin) const
 {
     const int count = model() ? model()->rowCount() : 0;
-    const int first = verticalOffset() / kRowHeight;
-    const int last = (verticalOffset() + viewport()->height() - 1) / kRowHeight;
-    return {first, std::min(last, count - 1)};
+    const int first = (verticalOffset() - margin) / kRowHeight;
+    const int last = (verticalOffset() + viewport()->height() - 1 + margin) / kRowHeight;
+    return {std::max(first, 0), std::min(last, count - 1)};
 }
 
 ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) const
@@ -97,7 +115,7 @@ ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) c
     const int row = m_hoveredStar < 0 ? -1 : starRowAt(position);
     if (row < 0 || row != m_hoveredStar)
         return StarState::Rest;
-    return row == m_pressedStar ? StarState::Pressed : StarState::Hovered;
+    return m_pressedStar && row == m_pressedStar->row() ? StarState::Pressed : StarState::Hovered;
 }
 
 void ClipboardTableView::contextMenuEvent(QContextMenuEvent *event)
@@ -174,7 +192,7 @@ void ClipboardTableView::mousePressEvent(QMouseEvent *event)
         return;
     }
     // A star is a button of its own: the press neither selects the row nor begins a drag.
-    m_pressedStar = row;
+    m_pressedStar = model()->index(row, 0);
     m_hoveredStar = row;
     viewport()->update();
 }
@@ -182,8 +200,8 @@ void ClipboardTableView::mousePressEvent(QMouseEvent *event)
 void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
 {
     const int row = starRowAt(event->position().toPoint());
-    if (m_pressedStar >= 0) {
-        setHoveredStar(row == m_pressedStar ? row : -1);
+    if (m_pressedStar) {
+        setHoveredStar(row == m_pressedStar->row() ? row : -1);
         return;
     }
     setHoveredStar(event->buttons() == Qt::NoButton ? row : -1);
@@ -192,13 +210,14 @@ void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
 
 void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (m_pressedStar < 0) {
+    if (!m_pressedStar) {
         QListView::mouseReleaseEvent(event);
         return;
     }
-    const int row = std::exchange(m_pressedStar, -1);
+    const int row = m_pressedStar->row();
+    m_pressedStar.reset();
     viewport()->update();
-    if (starRowAt(event->position().toPoint()) == row)
+    if (row >= 0 && starRowAt(event->position().toPoint()) == row)
         emit starClicked(row);
 }
 
@@ -220,18 +239,16 @@ void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
 
 void ClipboardTableView::paintEvent(QPaintEvent *event)
 {
+    QPainter painter(viewport());
+    if (m_transition)
+        m_transition->paintDeparting(painter);
     if (!model() || model()->rowCount() == 0) {
-        paintEmptyText();
+        paintEmptyText(painter);
         return;
     }
-    if (m_rowDelegate && selectedRow() < 0) {
-        const QRect first = visualRect(model()->index(0, 0));
-        if (first.intersects(event->rect())) {
-            QPainter painter(viewport());
-            m_rowDelegate->paintVeil(painter, first);
-        }
-    }
-    QListView::paintEvent(event);
+    if (selectedRow() < 0)
+        paintVeil(painter);
+    paintRows(painter, event->rect());
 }
 
 void ClipboardTableView::resizeEvent(QResizeEvent *event)
@@ -282,9 +299,43 @@ void ClipboardTableView::setHoveredStar(int row)
     viewport()->update();
 }
 
-void ClipboardTableView::paintEmptyText()
+void ClipboardTableView::paintRows(QPainter &painter, const QRect &exposed) const
 {
-    QPainter painter(viewport());
+    const auto &items = static_cast<const HistoryListModel *>(model())->items();
+    const int reach = m_transition ? int(std::ceil(m_transition->reach())) : 0;
+    const auto [first, last] = rowsInSight(reach);
+    for (int row = first; row <= last; ++row) {
+        RowTransition::Look look;
+        if (m_transition)
+            look = m_transition->look(items.at(row)->id);
+        const QRectF box = QRectF(rowBox(row)).translated(0, look.offset);
+        if (!box.intersects(exposed))
+            continue;
+        painter.setOpacity(look.opacity);
+        paintRow(painter, row, box);
+    }
+}
+
+void ClipboardTableView::paintRow(QPainter &painter, int row, const QRectF &box) const
+{
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = box.toRect();
+    if (row == selectedRow())
+        option.state |= QStyle::State_Selected;
+    itemDelegate()->paint(&painter, option, model()->index(row, 0));
+}
+
+/// The ground of the first row, which Return pastes while none is selected.
+void ClipboardTableView::paintVeil(QPainter &painter) const
+{
+    const QRect first = rowBox(0);
+    if (m_rowDelegate && first.intersects(viewport()->rect()))
+        m_rowDelegate->paintVeil(painter, first);
+}
+
+void ClipboardTableView::paintEmptyText(QPainter &painter) const
+{
     const QRectF box =
         QRectF(viewport()->rect()).adjusted(kEmptyTextMargin, 0, -kEmptyTextMargin, 0);
     const qreal middle = std::round(box.height() * kEmptyTextShare);

@@ -4,11 +4,14 @@
 
 #include <QContextMenuEvent>
 #include <QListView>
+#include <QPersistentModelIndex>
 
 #include <functional>
+#include <optional>
 
 class HistoryRowDelegate;
 class OverlayScroller;
+class RowTransition;
 class Scheduler;
 
 /// The list of the history: rows of one height, at most one of them selected.
@@ -24,6 +27,11 @@ public:
     ClipboardTableView(Scheduler &scheduler, int scrollerInset, QWidget *parent = nullptr);
 
     void setRowDelegate(HistoryRowDelegate *delegate);
+
+    /// Tells how the rows are painted while they come and go. Null takes it away; it must not be
+    /// gone before.
+    void setRowTransition(const RowTransition *transition) { m_transition = transition; }
+
     void setColors(const SystemColors &colors);
 
     /// What stands in the place of the rows while there are none. The note may be empty.
@@ -41,8 +49,12 @@ public:
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool acceptsInput) { m_acceptsInput = acceptsInput; }
 
-    /// The first and the last row of which something is in sight; an empty range if there is none.
-    std::pair<int, int> rowsInSight() const;
+    QRect rowBox(int row) const; ///< In the viewport.
+    QPixmap pictureOfRow(int row) const;
+
+    /// The first and the last row of which something is in sight, or is within \a margin above or
+    /// below; an empty range if there is none.
+    std::pair<int, int> rowsInSight(int margin = 0) const;
 
     /// The state of the star at \a position of the viewport.
     StarState starStateAt(QPoint position) const;
@@ -80,16 +92,21 @@ private:
     void setHoveredStar(int row);
     void handleRowKey(QKeyEvent *event);
     void requestMenuAtSelectedRow();
-    void paintEmptyText();
+    void paintRows(QPainter &painter, const QRect &exposed) const;
+    void paintRow(QPainter &painter, int row, const QRectF &box) const;
+    void paintVeil(QPainter &painter) const;
+    void paintEmptyText(QPainter &painter) const;
     void placeScroller();
 
     SystemColors m_colors;
     HistoryRowDelegate *m_rowDelegate = nullptr;
+    const RowTransition *m_transition = nullptr;
     OverlayScroller *m_scroller;
     int m_scrollerInset;
     bool m_acceptsInput = true;
     QString m_emptyTitle;
     QString m_emptyNote;
     int m_hoveredStar = -1;
-    int m_pressedStar = -1;
+    /// Held while the button is down; the entry may move or go meanwhile.
+    std::optional<QPersistentModelIndex> m_pressedStar;
 };

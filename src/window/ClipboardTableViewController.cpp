@@ -22,7 +22,7 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_items(items)
     , m_model(m_rows)
     , m_delegate(m_rows, collaborators.pictures, selectionRadius)
-    , m_updater(tableView, m_model)
+    , m_updater(tableView, m_model, collaborators.scheduler, collaborators.clock)
     , m_deletion(tableView, m_model, collaborators.itemManager)
     , m_limitHint(tableView, collaborators.scheduler, collaborators.clock)
 {
@@ -44,7 +44,10 @@ ClipboardTableViewController::~ClipboardTableViewController()
 
 void ClipboardTableViewController::applyFilters(Scroll scroll)
 {
-    m_updater.showItems(m_filter.matchesIn(m_items));
+    // What a person narrows is there at once; what comes and goes by itself is seen to.
+    const auto motion = scroll == Scroll::ToTop ? ListUpdater::Motion::Skip
+                                                : ListUpdater::Motion::Show;
+    m_updater.showItems(m_filter.matchesIn(m_items), motion);
     refreshEmptyText();
     if (scroll == Scroll::ToTop && !filteredItems().isEmpty())
         m_tableView.scrollTo(m_model.index(0));
@@ -195,9 +198,7 @@ void ClipboardTableViewController::applyItemChange(const ClipboardItemPointer &i
 void ClipboardTableViewController::removeListedItem(qsizetype row)
 {
     const bool wasSelected = m_tableView.selectedRow() == row;
-    if (wasSelected)
-        m_tableView.deselectAll();
-    m_model.removeItem(int(row));
+    m_updater.removeItem(row);
     refreshEmptyText();
     if (wasSelected && !filteredItems().isEmpty())
         selectAndShow(int(std::min(row, filteredItems().size() - 1)));

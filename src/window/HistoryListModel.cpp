@@ -65,11 +65,6 @@ void HistoryListModel::replaceItem(int row, const ClipboardItemPointer &item)
     emit dataChanged(index(row), index(row));
 }
 
-void HistoryListModel::removeItem(int row)
-{
-    removeRange(row, row);
-}
-
 void HistoryListModel::announceAllChanged()
 {
     if (!m_items.isEmpty())
@@ -86,6 +81,12 @@ void HistoryListModel::removeRange(qsizetype first, qsizetype last)
 void HistoryListModel::insertRange(const ClipboardItemList &items, qsizetype first, qsizetype last)
 {
     beginInsertRows({}, int(first), int(last));
+    if (m_items.size() + last - first + 1 == items.size()) {
+        // The last range: taking the whole list copies nothing.
+        m_items = items;
+        endInsertRows();
+        return;
+    }
     m_items.insert(first, last - first + 1, nullptr);
     std::copy(items.begin() + first, items.begin() + last + 1, m_items.begin() + first);
     endInsertRows();

@@ -28,7 +28,6 @@ public:
     void update(const ClipboardItemList &items, const ListDifference &difference);
 
     void replaceItem(int row, const ClipboardItemPointer &item);
-    void removeItem(int row);
     void announceAllChanged();
 
 private:

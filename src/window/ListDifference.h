@@ -16,7 +16,7 @@ struct ListDifference
 /// The smallest difference. No id may stand twice in a list.
 ListDifference listDifference(const ClipboardItemList &before, const ClipboardItemList &after);
 
-/// Where the entry of a row stood before that stays in its place; \a newRow is none of the inserted.
+/// Where the entry of \a newRow, which is none of the inserted rows, stood before.
 qsizetype oldRow(const ListDifference &difference, qsizetype newRow);
 
 enum class ListUpdate { Reload, Animate };

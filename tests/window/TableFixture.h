@@ -77,6 +77,12 @@ protected:
         return texts;
     }
 
+    /// Where the row of an entry is in the viewport.
+    QRect boxOf(const ClipboardItemPointer &item) const
+    {
+        return m_view->rowBox(int(indexOfItem(m_controller->filteredItems(), item->id)));
+    }
+
     RowLayout layoutOf(int row) const
     {
         return RowLayout(m_view->visualRect(m_view->model()->index(row, 0)));

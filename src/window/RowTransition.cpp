@@ -1,0 +1,177 @@
+#include "window/RowTransition.h"
+
+#include "appearance/Easing.h"
+#include "window/ClipboardTableView.h"
+#include "window/HistoryListModel.h"
+#include "window/RowLayout.h"
+
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyle>
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kTravelTime = 200ms;
+constexpr auto kFadeTime = 250ms;
+
+} // namespace
+
+RowTransition::RowTransition(ClipboardTableView &view, const HistoryListModel &model,
+                             Scheduler &scheduler, const Clock &clock)
+    : m_view(view)
+    , m_model(model)
+    , m_scheduler(scheduler)
+    , m_clock(clock)
+    , m_animation(scheduler, clock)
+{
+}
+
+RowTransition::~RowTransition() = default;
+
+void RowTransition::follow(const ListDifference &difference, const std::function<void()> &change)
+{
+    if (!isSeen()) {
+        finish();
+        change();
+        return;
+    }
+    for (Departing &row : m_departing)
+        row.opacity *= m_left;
+    beginDeparture(difference.removedRows);
+    const int oldScrollValue = m_view.verticalScrollBar()->value();
+    change();
+    moveFrom(difference, oldScrollValue);
+    start();
+}
+
+void RowTransition::finish()
+{
+    m_animation.stop();
+    m_starts.clear();
+    m_departing.clear();
+    m_left = 0;
+    m_view.viewport()->update();
+}
+
+void RowTransition::fadeOut(const QUuid &id, std::function<void()> done)
+{
+    const qsizetype row = indexOfItem(m_model.items(), id);
+    const auto [first, last] = m_view.rowsInSight();
+    if (row < first || row > last || !isSeen()) {
+        done();
+        return;
+    }
+    Fade &fade = m_fades.try_emplace(id, m_scheduler, m_clock).first->second;
+    fade.animation.start(
+        {.from = fade.opacity, .to = 0, .duration = kFadeTime, .easing = easeInOut},
+        [this, &fade](double opacity) {
+            fade.opacity = opacity;
+            m_view.viewport()->update();
+        },
+        [this, id, done = std::move(done)] {
+            done();
+            m_fades.erase(id);
+            m_view.viewport()->update();
+        });
+}
+
+RowTransition::Look RowTransition::look(const QUuid &id) const
+{
+    Look now = travelLook(id);
+    const auto fade = m_fades.find(id);
+    if (fade != m_fades.end())
+        now.opacity *= fade->second.opacity;
+    return now;
+}
+
+RowTransition::Look RowTransition::travelLook(const QUuid &id) const
+{
+    const Look start = m_starts.value(id);
+    return {start.offset * m_left, 1 - (1 - start.opacity) * m_left};
+}
+
+qreal RowTransition::reach() const
+{
+    qreal reach = 0;
+    for (const Look &start : m_starts)
+        reach = std::max(reach, std::abs(start.offset) * m_left);
+    return reach;
+}
+
+void RowTransition::paintDeparting(QPainter &painter) const
+{
+    painter.save();
+    for (const Departing &row : m_departing) {
+        painter.setOpacity(row.opacity * m_left);
+        painter.drawPixmap(QPointF(0, row.top - m_view.verticalScrollBar()->value()), row.picture);
+    }
+    painter.restore();
+}
+
+bool RowTransition::isSeen() const
+{
+    // Zero is how a style says that the desktop wants no motion.
+    const QStyle &style = *m_view.style();
+    return m_view.isVisible()
+        && style.styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &m_view) > 0;
+}
+
+/// Takes pictures of the rows that go, as they are seen now: the list forgets them.
+void RowTransition::beginDeparture(const QList<qsizetype> &removedRows)
+{
+    const int scrollValue = m_view.verticalScrollBar()->value();
+    const auto [first, last] = m_view.rowsInSight();
+    for (int row = first; row <= last; ++row) {
+        if (!std::ranges::binary_search(removedRows, row))
+            continue;
+        const Look now = look(m_model.items().at(row)->id);
+        if (now.opacity > 0) {
+            const qreal top = m_view.rowBox(row).top() + scrollValue + now.offset;
+            m_departing.append({m_view.pictureOfRow(row), top, now.opacity});
+        }
+    }
+}
+
+/// Makes every row set out from where it was seen.
+void RowTransition::moveFrom(const ListDifference &difference, int oldScrollValue)
+{
+    const int scrolled = m_view.verticalScrollBar()->value() - oldScrollValue;
+    for (Departing &row : m_departing)
+        row.top += scrolled;
+    QHash<QUuid, Look> starts;
+    const int height = m_view.viewport()->height();
+    const auto [first, last] = m_view.rowsInSight(height);
+    for (int row = first; row <= last; ++row) {
+        const QUuid id = m_model.items().at(row)->id;
+        if (std::ranges::binary_search(difference.insertedRows, row)) {
+            starts.insert(id, {0, 0});
+            continue;
+        }
+        Look start = travelLook(id);
+        start.offset += qreal(oldRow(difference, row) - row) * kRowHeight + scrolled;
+        // What comes from beyond the next page is not seen to come from anywhere.
+        if (std::abs(start.offset) > height)
+            start.offset = 0;
+        if (start.offset != 0 || start.opacity < 1)
+            starts.insert(id, start);
+    }
+    m_starts = starts;
+}
+
+void RowTransition::start()
+{
+    if (m_starts.isEmpty() && m_departing.isEmpty()) {
+        finish();
+        return;
+    }
+    m_animation.start({.from = 1, .to = 0, .duration = kTravelTime, .easing = easeOut},
+                      [this](double left) {
+                          m_left = left;
+                          m_view.viewport()->update();
+                      },
+                      [this] { finish(); });
+}

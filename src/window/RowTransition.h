@@ -1,0 +1,85 @@
+#pragma once
+
+#include "window/ListDifference.h"
+#include "window/ValueAnimation.h"
+
+#include <QHash>
+#include <QPixmap>
+
+#include <map>
+
+class ClipboardTableView;
+class HistoryListModel;
+class QPainter;
+
+/// Rows on their way: those that come fade in, those that go fade out, the others slide to their
+/// new places. What is painted follows behind; what is true, and where a click lands, changes at
+/// once. A further change goes on from what is seen.
+///
+/// None of it happens while the view is hidden or where animations are switched off.
+class RowTransition
+{
+public:
+    /// How a row is painted now.
+    struct Look
+    {
+        qreal offset = 0; ///< Downwards, from the row's own place.
+        qreal opacity = 1;
+    };
+
+    /// All must outlive the transition; \a model is the view's.
+    RowTransition(ClipboardTableView &view, const HistoryListModel &model, Scheduler &scheduler,
+                  const Clock &clock);
+    ~RowTransition();
+
+    /// Calls \a change, which is to carry \a difference out, and lets what is seen follow.
+    void follow(const ListDifference &difference, const std::function<void()> &change);
+
+    /// Puts every row in its place at once. What fadeOut() began goes on.
+    void finish();
+
+    /// Fades the row of an entry, which stays in the list, and then calls \a done, which is to
+    /// remove it; at once if nobody would see it fade. Never calls \a done once the transition is
+    /// gone.
+    void fadeOut(const QUuid &id, std::function<void()> done);
+
+    Look look(const QUuid &id) const;
+
+    /// Rows so far beside the visible ones may be seen as well.
+    qreal reach() const;
+
+    /// Paints the rows that are no longer in the list.
+    void paintDeparting(QPainter &painter) const;
+
+private:
+    struct Departing
+    {
+        QPixmap picture;
+        qreal top; ///< In the content.
+        qreal opacity;
+    };
+
+    struct Fade
+    {
+        Fade(Scheduler &scheduler, const Clock &clock) : animation(scheduler, clock) {}
+
+        double opacity = 1;
+        ValueAnimation animation;
+    };
+
+    bool isSeen() const;
+    Look travelLook(const QUuid &id) const;
+    void beginDeparture(const QList<qsizetype> &removedRows);
+    void moveFrom(const ListDifference &difference, int oldScrollValue);
+    void start();
+
+    ClipboardTableView &m_view;
+    const HistoryListModel &m_model;
+    Scheduler &m_scheduler;
+    const Clock &m_clock;
+    ValueAnimation m_animation;
+    qreal m_left = 0; ///< The share of the way that is still to go.
+    QHash<QUuid, Look> m_starts; ///< How the rows looked that are on their way, when they set out.
+    QList<Departing> m_departing;
+    std::map<QUuid, Fade> m_fades;
+};

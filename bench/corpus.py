@@ -9,7 +9,9 @@ are 34 MB. They are the same at each run. With --html each entry has HTML of so 
 """
 import argparse
 import base64
+import contextlib
 import hashlib
+import json
 import os
 import random
 import sqlite3
@@ -21,6 +23,7 @@ SMALL_BYTES = (50, 500)
 LARGE_BYTES = (20_000, 100_000)
 STEP_MICROSECONDS = 61_000_000  # Between two copies of the history.
 NEWEST_MICROSECONDS = 1_717_750_000_000_000
+TAG = "errand"
 
 # What is common in English stands here more often than what is rare.
 ONSETS = ("b b b c c c c d d d d f f f g g h h h l l l m m m m n n n p p p p r r r r s s s s s t t "
@@ -101,11 +104,25 @@ def write_store(path, count, newest=NEWEST_MICROSECONDS, html_bytes=0):
     return sum(len(row[4]) for row in rows)
 
 
-def write_settings(path):
+def mark_some(path):
+    """Makes every tenth entry of a store a favourite, and gives every seventh a tag; returns the
+    tags."""
+    with contextlib.closing(sqlite3.connect(f"file:{path}?mode=rw", uri=True)) as store:
+        with store:
+            store.execute("UPDATE ClipboardHistoryRecord SET isFavorite = 1 WHERE rowid % 10 = 4")
+            store.execute("UPDATE ClipboardHistoryRecord SET tagsJSON = ? WHERE rowid % 7 = 3",
+                          (json.dumps([TAG]).encode(),))
+        store.execute("PRAGMA wal_checkpoint(TRUNCATE)")
+    return (TAG,)
+
+
+def write_settings(path, tags=()):
     """Lets the history hold as much as can be chosen."""
     os.makedirs(os.path.dirname(path), exist_ok=True)
     with open(path, "a", encoding="utf-8") as file:
         file.write("[General]\nhistory.limit=10000\n")
+        if tags:
+            file.write(f"custom.tags={', '.join(tags)}\n")
 
 
 def main():

@@ -4,7 +4,7 @@
     figures.py [--program build/release/bin/tessarine] [--counts 1000,10000] [--repeats 15]
                [--only TEXT]
 
-Times are medians, with the shortest and the longest in brackets. The keys come by XTEST, the copies
+Times are medians, with the shortest and the longest in brackets, and of many the 95th percentile. The keys come by XTEST, the copies
 from clients of our own, and the moment from which time counts is the one at which they are sent.
 """
 import argparse
@@ -17,9 +17,11 @@ from session import ROOT, Session
 from copy_figures import CopyFigures
 from desktop import Desktop
 from hostile_figures import HostileFigures
+from list_figures import ListFigures
 from paste_figures import PasteFigures
 from process_figures import ProcessFigures
 from room_figures import RoomFigures
+from search_figures import SearchFigures
 from window_figures import WindowFigures
 
 
@@ -51,8 +53,8 @@ def main():
     with Desktop() as desktop:
         session = Session(desktop, program, options.repeats)
         parts = (RoomFigures(session, bench), CopyFigures(session), WindowFigures(session),
-                 PasteFigures(session), ProcessFigures(session, options.idle),
-                 HostileFigures(session))
+                 SearchFigures(session), ListFigures(session), PasteFigures(session),
+                 ProcessFigures(session, options.idle), HostileFigures(session))
         rows = [row for part in parts for row in part.rows() if options.only in row[0]]
         print_table(session, rows, options.counts)
         session.end()

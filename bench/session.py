@@ -1,4 +1,5 @@
 """What every figure is measured with: a desktop, the program, and histories that it starts with."""
+import math
 import os
 import shutil
 import statistics
@@ -15,6 +16,9 @@ from screen_watch import ScreenWatch
 from selection_owner import SelectionOwner
 
 
+ENOUGH_FOR_SHARES = 40
+
+
 class Session:
     """Each start of the program goes on a history of so many entries as it was made."""
 
@@ -26,7 +30,7 @@ class Session:
         self.owner = SelectionOwner(desktop.env["DISPLAY"])
         self.program = Program(desktop, program_path)
         self.count = None
-        self.pristine = {}  # (entries, bytes of HTML in each): the data folder.
+        self.pristine = {}  # (entries, bytes of HTML in each, whether marked): the data folder.
         self.copies = 0
 
     def end(self):
@@ -34,29 +38,31 @@ class Session:
 
     # Starting
 
-    def fresh_start(self, html_bytes=0):
-        """Starts with a history of self.count entries, and lets the start come to rest."""
-        pristine = self.pristine_data(html_bytes)
+    def fresh_start(self, html_bytes=0, is_marked=False):
+        """Starts with a history of self.count entries, and lets the start come to rest. In a marked
+        one some entries are favourites, and some have a tag."""
+        pristine = self.pristine_data(html_bytes, is_marked)
         self.program.end()
         shutil.rmtree(self.program.data)
         shutil.copytree(pristine, self.program.data)
         self.program.start()
         self.settle()
 
-    def pristine_data(self, html_bytes):
-        key = (self.count, html_bytes)
+    def pristine_data(self, *recipe):
+        key = (self.count, *recipe)
         if key not in self.pristine:
-            self.pristine[key] = self.make_history(f"{self.count}-{html_bytes}", html_bytes)
+            self.pristine[key] = self.make_history("-".join(map(str, key)), *recipe)
         return self.pristine[key]
 
-    def make_history(self, name, html_bytes):
+    def make_history(self, name, html_bytes, is_marked):
         # The program makes the database; only it knows the schema.
         maker = Program(self.desktop, self.program.path, data=self.desktop.path(name))
         self.program.end()
         maker.start()
         maker.end()
         corpus.write_store(maker.store_path, self.count, html_bytes=html_bytes)
-        corpus.write_settings(maker.settings_path)
+        tags = corpus.mark_some(maker.store_path) if is_marked else ()
+        corpus.write_settings(maker.settings_path, tags)
         return maker.data
 
     def settle(self, seconds=1.0):
@@ -81,7 +87,10 @@ class Session:
 
 
 def milliseconds(times):
-    found = [t * 1000 for t in times if t is not None]
+    found = sorted(t * 1000 for t in times if t is not None)
     if len(found) < len(times):
         return f"{len(times) - len(found)} of {len(times)} never came"
-    return f"{statistics.median(found):.1f} ms ({min(found):.1f} to {max(found):.1f})"
+    text = f"{statistics.median(found):.1f} ms ({found[0]:.1f} to {found[-1]:.1f}"
+    if len(found) >= ENOUGH_FOR_SHARES:
+        text += f"; 95 % within {found[math.ceil(0.95 * len(found)) - 1]:.1f}"
+    return text + ")"

@@ -3,25 +3,11 @@
 "Drawn" is the moment at which the server reported the drawing after which the rows looked as they
 finally do.
 """
-import corpus
 from screen_watch import Area
 from waiting import wait_until
 
 WINDOW_TITLE = "Clipboard History"
 HOT_KEY = "alt+space"
-SEARCH_KEY = "q"
-LETTERS = "abcdefghijklmnopqrstuvwxyz"
-
-
-def absent_word(texts):
-    """A word that is in no text, though all but its last letter is in some."""
-    everything = "\n".join(texts).lower()
-    word = SEARCH_KEY
-    while True:
-        longer = [word + letter for letter in LETTERS if word + letter in everything]
-        if len(word) >= 4 and len(longer) < len(LETTERS):
-            return next(word + letter for letter in LETTERS if word + letter not in longer)
-        word = longer[len(longer) // 2]
 
 
 class WindowFigures:
@@ -34,12 +20,6 @@ class WindowFigures:
         return (
             ("hot key to window mapped and drawn", "20 ms", self.hot_key_to_frame),
             ("the same, first opening after a start", "45 ms", self.first_opening),
-            ("first letter in the search field to narrowed list drawn", "60 ms",
-             lambda: self.search(SEARCH_KEY)),
-            ("a word that is not there, typed at once, to empty list drawn", "",
-             lambda: self.search(absent_word(corpus.corpus(self.session.count)))),
-            ("its letters after the first, typed 0.3 s later, to empty list drawn", "",
-             lambda: self.search(absent_word(corpus.corpus(self.session.count)), already=1)),
         )
 
     def hot_key_to_frame(self):
@@ -59,23 +39,6 @@ class WindowFigures:
     def prepare_opening(self):
         self.close_window()
         self.session.settle(0.3)
-
-    def search(self, word, already=0):
-        """The last letters of a word, of which so many stand in the search field before."""
-        self.session.fresh_start()
-        area, whole = self.open_and_settle()
-        self.type(word)
-        narrowed = self.watch.settled_picture(area)
-        if narrowed == whole:
-            return "the search changes nothing that can be seen"
-
-        def prepare():
-            # Opened anew each time, so that nothing was prepared by an earlier search.
-            self.open_and_settle()
-            if already:
-                self.type(word[:already])
-            self.session.settle(0.3)
-        return self.drawn_after(lambda: self.type(word[already:]), area, narrowed, prepare)
 
     def drawn_after(self, act, area, wanted, prepare):
         """The median time from act(), which gives its moment, to the area looking as wanted."""
@@ -106,10 +69,13 @@ class WindowFigures:
         self.display.press(HOT_KEY)
         window = wait_until(self.window, "the window to open")
         self.display.wait_until_active(window)
-        x, y, width, height = self.display.place(window)
-        # Without the frame, the search field with its caret, and the scroll bar.
-        area = Area(x + 8, y + 104, width - 40, height - 104 - 28)
+        area = self.area()
         return area, self.watch.settled_picture(area)
+
+    def area(self):
+        """Where the rows are, without the frame and the scroll bar."""
+        x, y, width, height = self.display.place(self.window())
+        return Area(x + 8, y + 104, width - 40, height - 104 - 28)
 
     def type(self, word):
         """Returns when the first key was sent."""

@@ -52,6 +52,13 @@ class Display:
         for letter in text:
             self.press("space" if letter == " " else letter)
 
+    def press_at_once(self, names):
+        """Presses and releases one key after the other, faster than any hand."""
+        for name in names:
+            for kind in (X.KeyPress, X.KeyRelease):
+                xtest.fake_input(self.connection, kind, self.keycode(name))
+        self.connection.sync()
+
     def hold(self, name):
         xtest.fake_input(self.connection, X.KeyPress, self.keycode(name))
         self.connection.sync()

@@ -31,7 +31,7 @@ class MadeEntries:
         identity = str(uuid.uuid4()).upper()
         row = dict(id=identity, position=0, timestamp=self.copied_at, fileTypesJSON=b"[]",
                    tagsJSON=b"[]", isFavorite=0, isRemoteClipboard=0, updatedAt=self.copied_at,
-                   contentHash=hashlib.sha256(identity.encode()).hexdigest(), **entry)
+                   contentHash=hashlib.sha256(identity.encode()).hexdigest()) | entry
         store.execute(f"INSERT INTO ClipboardHistoryRecord ({', '.join(row)}) "
                       f"VALUES ({', '.join('?' * len(row))})", list(row.values()))
 

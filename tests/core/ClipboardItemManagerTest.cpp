@@ -48,12 +48,6 @@ private slots:
     void noMoreFavouritesThanTheCapacity();
     void unfavouringTheOldestOfAFullListEvictsIt();
 
-    void tagsAreReplaced();
-    void aTagIsRemovedFromEveryEntry();
-    void onlyTheFirstOccurrenceOfATagIsRenamed();
-    void aTagNobodyHasIsNoWork();
-    void aFailedTagWriteDoesNotStopTheOthers();
-
     void anEditReplacesTheText();
     void anEditNormalisesLineEndsAndNothingElse();
     void anEditThatChangesNothingIsNotStamped();
@@ -395,72 +389,6 @@ void ClipboardItemManagerTest::unfavouringTheOldestOfAFullListEvictsIt()
     QCOMPARE(m_manager->items().size(), 1'000);
     QCOMPARE(callsSinceLoading(), QStringList{u"markItemsDeleted"_s});
     QCOMPARE(m_history->tombstones().first().id, oldest);
-}
-
-void ClipboardItemManagerTest::tagsAreReplaced()
-{
-    const ClipboardItem item = add(u"a"_s);
-    const QByteArray hash = onlyItem().contentHash;
-    m_clock->advance(1s);
-    m_manager->updateTags(item.id, {u"work"_s, u"home"_s});
-    QCOMPARE(onlyItem().tags, (QStringList{u"work"_s, u"home"_s}));
-    QCOMPARE(onlyItem().updatedAt, m_clock->now());
-    QCOMPARE(onlyItem().contentHash, hash);
-    m_manager->updateTags(QUuid::createUuid(), {u"work"_s});
-    m_manager->drain();
-    QCOMPARE(m_history->live().first().tags, (QStringList{u"work"_s, u"home"_s}));
-    QCOMPARE(callsSinceLoading(), QStringList(2, u"upsertItem"_s));
-}
-
-void ClipboardItemManagerTest::aTagIsRemovedFromEveryEntry()
-{
-    const ClipboardItem one = add(u"1"_s);
-    const ClipboardItem two = add(u"2"_s);
-    const ClipboardItem three = add(u"3"_s);
-    m_manager->updateTags(one.id, {u"work"_s, u"home"_s, u"work"_s});
-    m_manager->updateTags(two.id, {u"Work"_s});
-    m_manager->updateTags(three.id, {u"work"_s});
-    m_manager->drain();
-    m_clock->advance(1s);
-    m_manager->removeTag(u"work"_s);
-    const ClipboardItemList items = m_manager->items();
-    QCOMPARE(items[0]->tags, QStringList());
-    QCOMPARE(items[1]->tags, QStringList{u"Work"_s});
-    QCOMPARE(items[2]->tags, QStringList{u"home"_s});
-    QCOMPARE(items[0]->updatedAt, m_clock->now());
-    QVERIFY(items[1]->updatedAt < m_clock->now());
-    m_manager->drain();
-    QCOMPARE(callsSinceLoading(), QStringList(3 + 3 + 2, u"upsertItem"_s));
-}
-
-void ClipboardItemManagerTest::onlyTheFirstOccurrenceOfATagIsRenamed()
-{
-    const ClipboardItem item = add(u"a"_s);
-    m_manager->updateTags(item.id, {u"home"_s, u"work"_s, u"work"_s});
-    m_manager->renameTag(u"work"_s, u"office"_s);
-    QCOMPARE(onlyItem().tags, (QStringList{u"home"_s, u"office"_s, u"work"_s}));
-}
-
-void ClipboardItemManagerTest::aTagNobodyHasIsNoWork()
-{
-    add(u"a"_s);
-    m_manager->removeTag(u"work"_s);
-    m_manager->renameTag(u"work"_s, u"office"_s);
-    m_manager->drain();
-    QCOMPARE(callsSinceLoading(), QStringList{u"upsertItem"_s});
-}
-
-void ClipboardItemManagerTest::aFailedTagWriteDoesNotStopTheOthers()
-{
-    for (const QString &text : {u"a"_s, u"b"_s})
-        m_manager->updateTags(add(text).id, {u"work"_s});
-    m_manager->drain();
-    m_printed.emplace();
-    m_history->failing = {u"upsertItem"_s};
-    m_manager->removeTag(u"work"_s);
-    m_manager->drain();
-    QCOMPARE(callsSinceLoading(), QStringList(4 + 2, u"upsertItem"_s));
-    QCOMPARE(m_printed->lines(), QStringList());
 }
 
 void ClipboardItemManagerTest::anEditReplacesTheText()

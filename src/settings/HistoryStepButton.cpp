@@ -16,7 +16,7 @@ constexpr qreal kPressedAlpha = 0.12;
 
 HistoryStepButton::HistoryStepButton(const SystemColors &colors, const QString &symbol,
                                      QWidget *parent)
-    : SettingsControl(colors, parent)
+    : DrawnControl(colors, parent)
     , m_symbol(symbol)
 {
 }

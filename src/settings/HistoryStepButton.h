@@ -1,9 +1,9 @@
 #pragma once
 
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 
 /// Goes back or forward among the panes.
-class HistoryStepButton : public SettingsControl
+class HistoryStepButton : public DrawnControl
 {
     Q_OBJECT
 

@@ -4,10 +4,12 @@
 #include "appearance/InterfaceFont.h"
 #include "settings/SettingsLabel.h"
 #include "settings/SettingsMetrics.h"
+#include "widgets/ControlMetrics.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
 
+using namespace ControlMetrics;
 using namespace SettingsMetrics;
 
 namespace {

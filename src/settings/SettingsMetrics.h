@@ -4,9 +4,6 @@
 
 /// Measures that several views of the settings share, in device-independent pixels.
 namespace SettingsMetrics {
-inline constexpr int kControlHeight = 28;
-inline constexpr qreal kControlRadius = 7;
-inline constexpr int kControlFontSize = 13;
 inline constexpr int kRowHeight = 42;
 inline constexpr int kRowInset = 14; ///< Of texts and lines from the edges of a card.
 inline constexpr int kRowEnd = 12;   ///< Of controls from the right edge of a card.

@@ -3,6 +3,7 @@
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
 #include "settings/SettingsMetrics.h"
+#include "widgets/ControlMetrics.h"
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -11,6 +12,7 @@
 
 #include <cmath>
 
+using namespace ControlMetrics;
 using namespace SettingsMetrics;
 using namespace Qt::StringLiterals;
 
@@ -25,7 +27,7 @@ constexpr int kArrowRise = 3; // Of either arrow from the middle.
 } // namespace
 
 SettingsPicker::SettingsPicker(const SystemColors &colors, MenuLookSource menuLook, QWidget *parent)
-    : SettingsControl(colors, parent)
+    : DrawnControl(colors, parent)
     , m_menuLook(std::move(menuLook))
 {
     connect(this, &SettingsPicker::clicked, this, &SettingsPicker::openMenu);
@@ -76,7 +78,7 @@ void SettingsPicker::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up)
         click();
     else
-        SettingsControl::keyPressEvent(event);
+        DrawnControl::keyPressEvent(event);
 }
 
 void SettingsPicker::openMenu()

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 #include "widgets/MenuLook.h"
 
 #include <QStringList>
 
 /// Shows one of several texts, and all of them in a menu to choose another.
-class SettingsPicker : public SettingsControl
+class SettingsPicker : public DrawnControl
 {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ constexpr qreal kKnobGap = 2;
 } // namespace
 
 SettingsSwitch::SettingsSwitch(const SystemColors &colors, QWidget *parent)
-    : SettingsControl(colors, parent)
+    : DrawnControl(colors, parent)
 {
     setCheckable(true);
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 
 /// Turns one thing on and off.
-class SettingsSwitch : public SettingsControl
+class SettingsSwitch : public DrawnControl
 {
     Q_OBJECT
 

@@ -4,7 +4,7 @@
 #include "language/Localized.h"
 #include "platform/DesktopAppearance.h"
 #include "settings/AboutPane.h"
-#include "settings/FocusRing.h"
+#include "widgets/FocusRing.h"
 #include "settings/GeneralPane.h"
 #include "settings/HistoryStepButton.h"
 #include "settings/ShortcutsPane.h"

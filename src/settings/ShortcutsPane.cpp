@@ -6,7 +6,7 @@
 #include "settings/HotkeySettingsManager.h"
 #include "settings/HotkeyText.h"
 #include "settings/KeyCapsView.h"
-#include "settings/SettingsButton.h"
+#include "widgets/PushButton.h"
 #include "settings/SettingsCard.h"
 #include "settings/SettingsLabel.h"
 
@@ -107,11 +107,11 @@ void ShortcutsPane::buildModifiersRow(SettingsCard &card)
     QHBoxLayout *row = card.addRow(m_modifiersName);
     for (size_t i = 0; i < m_modifiers.size(); ++i) {
         Modifier &modifier = m_modifiers[i];
-        modifier.toggle = new SettingsButton(colors(), this);
+        modifier.toggle = new PushButton(colors(), this);
         modifier.toggle->setObjectName(objectNames[i]);
         modifier.toggle->setCheckable(true);
         row->addWidget(modifier.toggle);
-        connect(modifier.toggle, &SettingsButton::clicked, this,
+        connect(modifier.toggle, &PushButton::clicked, this,
                 [this, member = modifier.isEnabled](bool isEnabled) {
                     HotkeyChoice choice = m_choice;
                     choice.*member = isEnabled;
@@ -137,7 +137,7 @@ void ShortcutsPane::buildKeyRow(SettingsCard &card, SettingsPicker::MenuLookSour
 void ShortcutsPane::buildRecordRow(SettingsCard &card)
 {
     QHBoxLayout *row = card.addButtonRow();
-    m_recordButton = new SettingsButton(colors(), this);
+    m_recordButton = new PushButton(colors(), this);
     m_recordButton->setObjectName(u"recordButton"_s);
     row->addWidget(m_recordButton);
     row->addSpacing(kHintGap);
@@ -150,7 +150,7 @@ void ShortcutsPane::buildRecordRow(SettingsCard &card)
     m_recordingHint = addHint(u"recordingHint"_s, &SystemColors::secondaryLabelColor);
     m_refusalNote = addHint(u"refusalNote"_s, &SystemColors::systemRedColor);
     row->addStretch();
-    connect(m_recordButton, &SettingsButton::clicked, this, [this] {
+    connect(m_recordButton, &PushButton::clicked, this, [this] {
         if (m_recorder.isRecording())
             m_recorder.stopRecording();
         else

@@ -11,7 +11,7 @@
 class GlobalHotkey;
 class HotkeySettingsManager;
 class KeyCapsView;
-class SettingsButton;
+class PushButton;
 
 /// The combination that opens the history, and the ways to choose another.
 class ShortcutsPane : public SettingsPaneView
@@ -34,7 +34,7 @@ private:
     struct Modifier
     {
         bool HotkeyChoice::*isEnabled;
-        SettingsButton *toggle = nullptr;
+        PushButton *toggle = nullptr;
     };
 
     void buildCurrentRow(SettingsCard &card);
@@ -59,7 +59,7 @@ private:
     SettingsLabel *m_modifiersName = nullptr;
     SettingsLabel *m_keyName = nullptr;
     SettingsPicker *m_keyPicker = nullptr;
-    SettingsButton *m_recordButton = nullptr;
+    PushButton *m_recordButton = nullptr;
     SettingsLabel *m_recordingHint = nullptr;
     SettingsLabel *m_refusalNote = nullptr; ///< In the place of the hint.
     SettingsLabel *m_instructionsHeading = nullptr;

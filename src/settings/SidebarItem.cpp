@@ -3,9 +3,11 @@
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
 #include "settings/SettingsMetrics.h"
+#include "widgets/ControlMetrics.h"
 
 #include <QPainter>
 
+using namespace ControlMetrics;
 using namespace SettingsMetrics;
 
 namespace {
@@ -19,7 +21,7 @@ constexpr qreal kHoverAlpha = 0.05;
 } // namespace
 
 SidebarItem::SidebarItem(const SystemColors &colors, const QString &symbol, QWidget *parent)
-    : SettingsControl(colors, parent)
+    : DrawnControl(colors, parent)
     , m_symbol(symbol)
 {
     setCheckable(true);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 
 /// One pane in the list of panes.
-class SidebarItem : public SettingsControl
+class SidebarItem : public DrawnControl
 {
     Q_OBJECT
 

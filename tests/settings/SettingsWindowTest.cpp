@@ -1,6 +1,6 @@
 #include "settings/SettingsWindow.h"
 
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 #include "settings/SettingsPicker.h"
 #include "tests/settings/SettingsStage.h"
 
@@ -292,7 +292,7 @@ void SettingsWindowTest::theDesktopsPaletteDecidesWhereNothingElseDoes()
 
 void SettingsWindowTest::theRingIsSeenAfterTheTabKeyAndNotAfterAClick()
 {
-    auto *control = find<SettingsControl>("pinButtonSwitch");
+    auto *control = find<DrawnControl>("pinButtonSwitch");
     auto *ring = find<QWidget>("focusRing");
     click("pinButtonSwitch");
     QVERIFY(control->hasFocus());
@@ -336,9 +336,9 @@ void SettingsWindowTest::theTabKeyGoesFromTheListToTheBarAndThePane()
 
 void SettingsWindowTest::everyControlThatCanBeReachedHasAName()
 {
-    const auto controls = m_window->view().findChildren<SettingsControl *>();
+    const auto controls = m_window->view().findChildren<DrawnControl *>();
     QVERIFY(controls.size() > 10);
-    for (const SettingsControl *control : controls)
+    for (const DrawnControl *control : controls)
         QVERIFY2(!control->accessibleName().isEmpty() || !control->text().isEmpty(),
                  qPrintable(control->objectName()));
 }

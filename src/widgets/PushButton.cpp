@@ -1,15 +1,15 @@
-#include "settings/SettingsButton.h"
+#include "widgets/PushButton.h"
 
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
-#include "settings/SettingsMetrics.h"
+#include "widgets/ControlMetrics.h"
 
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
 
-using namespace SettingsMetrics;
+using namespace ControlMetrics;
 
 namespace {
 
@@ -26,37 +26,53 @@ QFont textFont()
 
 } // namespace
 
-void SettingsButton::setSymbol(const QString &name)
+void PushButton::setEmphasis(Emphasis emphasis)
+{
+    m_emphasis = emphasis;
+    update();
+}
+
+void PushButton::setPadding(int padding)
+{
+    m_padding = padding;
+    updateGeometry();
+}
+
+void PushButton::setSymbol(const QString &name)
 {
     m_symbol = name;
     updateGeometry();
     update();
 }
 
-void SettingsButton::setAlarming(bool isAlarming)
+void PushButton::setAlarming(bool isAlarming)
 {
     m_isAlarming = isAlarming;
     update();
 }
 
-QSize SettingsButton::sizeHint() const
+QSize PushButton::sizeHint() const
 {
     int width = int(std::ceil(QFontMetricsF(textFont()).horizontalAdvance(text())));
-    width += 2 * kPadding + (m_symbol.isEmpty() ? 0 : kSymbolWidth + kSymbolGap);
-    return {std::max(kLeastWidth, width), kControlHeight};
+    width += 2 * m_padding.value_or(kPadding);
+    width += m_symbol.isEmpty() ? 0 : kSymbolWidth + kSymbolGap;
+    return {m_padding ? width : std::max(kLeastWidth, width), kControlHeight};
 }
 
-qreal SettingsButton::radius() const
+qreal PushButton::radius() const
 {
     return kControlRadius;
 }
 
-void SettingsButton::draw(QPainter &painter) const
+void PushButton::draw(QPainter &painter) const
 {
     QColor ink = m_isAlarming ? colors().systemRedColor : colors().labelColor;
-    if (isChecked()) {
+    if (isChecked() || m_emphasis != Emphasis::Plain) {
+        const bool isDestructive = m_emphasis == Emphasis::Destructive;
+        const QColor fill = isDestructive ? colors().redFillColor : colors().accentFillColor;
+        const QColor ground = isChecked() ? fill : pressable(fill);
         ink = Qt::white;
-        drawGround(painter, colors().accentFillColor, colors().accentFillColor);
+        drawGround(painter, ground, ground);
     } else {
         drawGround(painter, pressable(colors().controlColor), colors().controlLineColor);
     }

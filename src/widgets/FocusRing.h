@@ -5,7 +5,7 @@
 #include <QPointer>
 #include <QWidget>
 
-class SettingsControl;
+class DrawnControl;
 
 /// Stands around the control that got the focus by the keyboard, above everything else in the
 /// window and out of the pointer's way.
@@ -22,9 +22,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void follow(SettingsControl *control);
+    void follow(DrawnControl *control);
     void place();
 
     const SystemColors &m_colors;
-    QPointer<SettingsControl> m_control;
+    QPointer<DrawnControl> m_control;
 };

@@ -1,6 +1,6 @@
-#include "settings/FocusRing.h"
+#include "widgets/FocusRing.h"
 
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -22,9 +22,9 @@ FocusRing::FocusRing(const SystemColors &colors, QWidget *window)
     setObjectName(u"focusRing"_s);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();
-    const auto controls = window->findChildren<SettingsControl *>();
-    for (SettingsControl *control : controls) {
-        connect(control, &SettingsControl::focusVisibleChanged, this,
+    const auto controls = window->findChildren<DrawnControl *>();
+    for (DrawnControl *control : controls) {
+        connect(control, &DrawnControl::focusVisibleChanged, this,
                 [this, control](bool isVisible) {
                     if (isVisible)
                         follow(control);
@@ -56,7 +56,7 @@ void FocusRing::paintEvent(QPaintEvent *)
     painter.drawRoundedRect(outline, radius, radius);
 }
 
-void FocusRing::follow(SettingsControl *control)
+void FocusRing::follow(DrawnControl *control)
 {
     if (m_control)
         m_control->removeEventFilter(this);

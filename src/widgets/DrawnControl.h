@@ -4,16 +4,16 @@
 
 #include <QAbstractButton>
 
-/// What all buttons of the settings share: they draw themselves, answer to Return as to the space
-/// bar, and know whether the focus came by the keyboard and is to be seen.
+/// What all our buttons share: they draw themselves, answer to Return as to the space bar, and know
+/// whether the focus came by the keyboard and is to be seen.
 ///
 /// \a colors belong to the window, which repaints itself when they change.
-class SettingsControl : public QAbstractButton
+class DrawnControl : public QAbstractButton
 {
     Q_OBJECT
 
 public:
-    SettingsControl(const SystemColors &colors, QWidget *parent);
+    DrawnControl(const SystemColors &colors, QWidget *parent);
 
     bool isFocusVisible() const { return m_isFocusVisible; }
 

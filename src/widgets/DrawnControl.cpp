@@ -1,4 +1,4 @@
-#include "settings/SettingsControl.h"
+#include "widgets/DrawnControl.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -20,7 +20,7 @@ QColor mixed(const QColor &color, const QColor &other, float share)
 
 } // namespace
 
-SettingsControl::SettingsControl(const SystemColors &colors, QWidget *parent)
+DrawnControl::DrawnControl(const SystemColors &colors, QWidget *parent)
     : QAbstractButton(parent)
     , m_colors(colors)
 {
@@ -28,21 +28,21 @@ SettingsControl::SettingsControl(const SystemColors &colors, QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
 }
 
-QColor SettingsControl::pressable(const QColor &color) const
+QColor DrawnControl::pressable(const QColor &color) const
 {
     if (isDown())
         return mixed(color, m_colors.labelColor, kPressedShare);
     return underMouse() ? mixed(color, m_colors.labelColor, kHoverShare) : color;
 }
 
-void SettingsControl::drawGround(QPainter &painter, const QColor &ground, const QColor &line) const
+void DrawnControl::drawGround(QPainter &painter, const QColor &ground, const QColor &line) const
 {
     painter.setBrush(ground);
     painter.setPen(line);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius(), radius());
 }
 
-void SettingsControl::focusInEvent(QFocusEvent *event)
+void DrawnControl::focusInEvent(QFocusEvent *event)
 {
     QAbstractButton::focusInEvent(event);
     switch (event->reason()) {
@@ -55,14 +55,14 @@ void SettingsControl::focusInEvent(QFocusEvent *event)
     }
 }
 
-void SettingsControl::focusOutEvent(QFocusEvent *event)
+void DrawnControl::focusOutEvent(QFocusEvent *event)
 {
     QAbstractButton::focusOutEvent(event);
     m_wasFocusVisible = m_isFocusVisible;
     setFocusVisible(false);
 }
 
-void SettingsControl::keyPressEvent(QKeyEvent *event)
+void DrawnControl::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         click();
@@ -70,7 +70,7 @@ void SettingsControl::keyPressEvent(QKeyEvent *event)
         QAbstractButton::keyPressEvent(event);
 }
 
-void SettingsControl::paintEvent(QPaintEvent *)
+void DrawnControl::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -79,7 +79,7 @@ void SettingsControl::paintEvent(QPaintEvent *)
     draw(painter);
 }
 
-void SettingsControl::setFocusVisible(bool isVisible)
+void DrawnControl::setFocusVisible(bool isVisible)
 {
     if (std::exchange(m_isFocusVisible, isVisible) != isVisible)
         emit focusVisibleChanged(isVisible);

@@ -81,10 +81,19 @@ QRegion plainShape(const QSize &size)
     return QRegion(bitmap);
 }
 
+RaisedCard floatingCard(ColorScheme scheme)
+{
+    SoftShadow shadow;
+    if (scheme == ColorScheme::Dark)
+        shadow.strength = kDarkShadow;
+    return {kRadius, shadow, scheme};
+}
+
 } // namespace
 
 MenuStyle::MenuStyle()
     : QProxyStyle(u"fusion"_s)
+    , m_card(floatingCard(m_look.scheme))
 {
 }
 
@@ -94,12 +103,12 @@ void MenuStyle::setLook(const MenuLook &look)
         return;
     m_look = look;
     m_colors = systemColors(look.scheme);
-    m_shadow = {};
+    m_card = floatingCard(look.scheme);
 }
 
 QMargins MenuStyle::room() const
 {
-    return m_look.isTranslucent ? shadow().margins() : QMargins();
+    return m_look.isTranslucent ? m_card.room() : QMargins();
 }
 
 void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
@@ -113,7 +122,7 @@ void MenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
     }
     painter->save();
     if (m_look.isTranslucent)
-        drawFloatingCard(*painter, widget->rect().marginsRemoved(widget->contentsMargins()));
+        m_card.draw(*painter, widget->rect().marginsRemoved(widget->contentsMargins()));
     else
         drawPlainCard(*painter, widget->rect());
     painter->restore();
@@ -192,41 +201,6 @@ void MenuStyle::drawPlainCard(QPainter &painter, const QRect &card) const
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_colors.raisedSurfaceColor);
     painter.drawRoundedRect(card.adjusted(1, 1, -1, -1), kPlainRadius - 1, kPlainRadius - 1);
-}
-
-void MenuStyle::drawFloatingCard(QPainter &painter, const QRect &card) const
-{
-    painter.setRenderHint(QPainter::Antialiasing);
-    drawShadow(painter, card);
-    const QRectF outline = QRectF(card).adjusted(0.5, 0.5, -0.5, -0.5);
-    // A dark line stands beside a light card, where it darkens what is below; a light line lies on
-    // a dark card.
-    const qreal inset = m_look.scheme == ColorScheme::Light ? 0.5 : -0.5;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_colors.raisedSurfaceColor);
-    painter.drawRoundedRect(outline.adjusted(inset, inset, -inset, -inset), kRadius - inset,
-                            kRadius - inset);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(m_colors.controlLineColor);
-    painter.drawRoundedRect(outline, kRadius, kRadius);
-}
-
-void MenuStyle::drawShadow(QPainter &painter, const QRect &card) const
-{
-    const qreal ratio = painter.device()->devicePixelRatioF();
-    const QMargins room = this->room();
-    const QSize size = (QSizeF(card.size().grownBy(room)) * ratio).toSize();
-    if (m_shadow.size() != size)
-        m_shadow = QPixmap::fromImage(shadowImage(shadow(), card.size(), ratio));
-    painter.drawPixmap(card.topLeft() - QPoint(room.left(), room.top()), m_shadow);
-}
-
-SoftShadow MenuStyle::shadow() const
-{
-    SoftShadow shadow;
-    if (m_look.scheme == ColorScheme::Dark)
-        shadow.strength = kDarkShadow;
-    return shadow;
 }
 
 void MenuStyle::drawItem(QPainter &painter, const QStyleOptionMenuItem &option) const

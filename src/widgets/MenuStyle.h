@@ -1,10 +1,9 @@
 #pragma once
 
-#include "appearance/SoftShadow.h"
 #include "widgets/MenuLook.h"
+#include "widgets/RaisedCard.h"
 
 #include <QMargins>
-#include <QPixmap>
 #include <QProxyStyle>
 
 class QStyleOptionMenuItem;
@@ -38,9 +37,6 @@ public:
 
 private:
     void drawPlainCard(QPainter &painter, const QRect &card) const;
-    void drawFloatingCard(QPainter &painter, const QRect &card) const;
-    void drawShadow(QPainter &painter, const QRect &card) const;
-    SoftShadow shadow() const;
     void drawItem(QPainter &painter, const QStyleOptionMenuItem &option) const;
     void drawTexts(QPainter &painter, const QStyleOptionMenuItem &option,
                    const SystemColors &colors) const;
@@ -48,5 +44,5 @@ private:
 
     MenuLook m_look;
     SystemColors m_colors = systemColors(m_look.scheme);
-    mutable QPixmap m_shadow; ///< Of the card that was drawn last.
+    RaisedCard m_card; ///< Where the desktop blends windows.
 };

@@ -33,12 +33,10 @@ public:
 } // namespace
 
 SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
-    : QLineEdit(parent)
+    : TextField(parent)
     , m_scheduler(scheduler)
     , m_style(std::make_unique<CaretlessStyle>())
 {
-    // Qt's menu looks at the clipboard, and waits for its owner.
-    setContextMenuPolicy(Qt::NoContextMenu);
     setStyle(m_style.get());
     setFrame(false);
     setFont(interfaceFont(kTextSize, QFont::Light));
@@ -71,48 +69,34 @@ void SearchField::setColors(const SystemColors &colors)
 
 void SearchField::focusInEvent(QFocusEvent *event)
 {
-    QLineEdit::focusInEvent(event);
+    TextField::focusInEvent(event);
     startBlinking();
 }
 
 void SearchField::focusOutEvent(QFocusEvent *event)
 {
-    QLineEdit::focusOutEvent(event);
+    TextField::focusOutEvent(event);
     stopBlinking();
 }
 
 void SearchField::inputMethodEvent(QInputMethodEvent *event)
 {
     m_isComposing = !event->preeditString().isEmpty();
-    QLineEdit::inputMethodEvent(event);
+    TextField::inputMethodEvent(event);
 }
 
 void SearchField::keyPressEvent(QKeyEvent *event)
 {
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isPlain && announceKey(event->key())) {
-        event->accept();
-    } else if (event->matches(QKeySequence::Paste)) {
-        // Qt would wait for the owner of the clipboard here, for seconds if it is silent.
-        emit pastePressed();
-        event->accept();
-    } else {
-        QLineEdit::keyPressEvent(event);
-    }
-}
-
-void SearchField::mouseReleaseEvent(QMouseEvent *event)
-{
-    // The middle button would paste, and wait for the owner of the selection.
-    if (event->button() == Qt::MiddleButton)
+    if (isPlain && announceKey(event->key()))
         event->accept();
     else
-        QLineEdit::mouseReleaseEvent(event);
+        TextField::keyPressEvent(event);
 }
 
 void SearchField::paintEvent(QPaintEvent *event)
 {
-    QLineEdit::paintEvent(event);
+    TextField::paintEvent(event);
     QPainter painter(this);
     const QRect cursor = cursorRect();
     const int textStart = cursor.x() + kCursorRectLead;

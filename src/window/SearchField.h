@@ -1,8 +1,7 @@
 #pragma once
 
 #include "appearance/SystemColors.h"
-
-#include <QLineEdit>
+#include "widgets/TextField.h"
 
 #include <memory>
 
@@ -11,7 +10,7 @@ class Scheduler;
 
 /// The field of the window's head: bare text and a caret. The keys that move through the list and
 /// act on it are told by signals and do not edit.
-class SearchField : public QLineEdit
+class SearchField : public TextField
 {
     Q_OBJECT
 
@@ -28,14 +27,12 @@ signals:
     void moveDownPressed();
     void moveUpPressed();
     void pageKeyPressed(int key); ///< Qt::Key_PageUp or Qt::Key_PageDown.
-    void pastePressed(); ///< The field does not ask for the clipboard itself.
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -30,7 +30,8 @@ public:
 
     /// Tells how the rows are painted while they come and go. Null takes it away; it must not be
     /// gone before.
-    void setRowTransition(const RowTransition *transition) { m_transition = transition; }
+    void setRowTransition(RowTransition *transition) { m_transition = transition; }
+    RowTransition *rowTransition() const { return m_transition; }
 
     void setColors(const SystemColors &colors);
 
@@ -100,7 +101,7 @@ private:
 
     SystemColors m_colors;
     HistoryRowDelegate *m_rowDelegate = nullptr;
-    const RowTransition *m_transition = nullptr;
+    RowTransition *m_transition = nullptr;
     OverlayScroller *m_scroller;
     int m_scrollerInset;
     bool m_acceptsInput = true;

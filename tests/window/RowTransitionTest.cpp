@@ -1,0 +1,273 @@
+#include "tests/window/TableFixture.h"
+
+#include "window/RowTransition.h"
+
+#include <QProxyStyle>
+#include <QScrollBar>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Scroll = ClipboardTableViewController::Scroll;
+
+namespace {
+
+constexpr auto kLongEnough = 300ms;
+
+class StillStyle : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *answer) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+            ? 0
+            : QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+};
+
+} // namespace
+
+class RowTransitionTest : public QObject, private TableFixture
+{
+    Q_OBJECT
+
+private slots:
+    void init() { setUpTable(); }
+    void cleanup() { tearDownTable(); }
+    void rowsThatComeFadeInAndTheOthersSlide();
+    void rowsThatGoFadeOut();
+    void theLastRowThatGoesFadesOut();
+    void clicksLandWhereTheRowsWillBe();
+    void aFurtherChangeGoesOnFromWhatIsSeen();
+    void nothingMovesWhereTheListIsScrolledAway();
+    void aSearchEndsIt();
+    void nothingMovesWithoutAnimations();
+    void nothingMovesWhileHidden();
+    void aRowFadesOutBeforeItIsRemoved();
+    void aRowOutOfSightIsRemovedAtOnce();
+    void aRowThatStaysAfterAllIsSeenAgain();
+    void nothingIsCalledAfterTheEnd();
+
+private:
+    void show(const ClipboardItemList &items)
+    {
+        m_controller->setItems(items);
+        m_controller->applyFilters(Scroll::Keep);
+    }
+
+    void pass(std::chrono::milliseconds time)
+    {
+        for (; time.count() > 0; time -= 1ms) {
+            m_clock->advance(1ms);
+            m_scheduler->advance(1ms);
+        }
+    }
+
+    QImage picture() { return m_view->viewport()->grab().toImage(); }
+
+    /// What is seen when all is over.
+    QImage finalPicture()
+    {
+        pass(kLongEnough);
+        return picture();
+    }
+
+    RowTransition &transition() { return *m_view->rowTransition(); }
+    RowTransition::Look look(const ClipboardItemPointer &item)
+    {
+        return transition().look(item->id);
+    }
+};
+
+void RowTransitionTest::rowsThatComeFadeInAndTheOthersSlide()
+{
+    const ClipboardItemList items = SampleHistory::numbered(20);
+    make(items);
+    const ClipboardItemPointer added = SampleHistory::texts({u"new"_s}).first();
+    const ClipboardItemList after = ClipboardItemList{added} + items;
+    show(after);
+    qreal offset = -kRowHeight;
+    qreal opacity = 0;
+    for (int frame = 0; frame < 6; ++frame) {
+        const RowTransition::Look come = look(added);
+        const RowTransition::Look stayed = look(items[0]);
+        QCOMPARE(come.offset, 0.0);
+        QCOMPARE(stayed.opacity, 1.0);
+        QVERIFY(come.opacity > opacity && come.opacity < 1);
+        QVERIFY(stayed.offset > offset && stayed.offset < 0);
+        opacity = come.opacity;
+        offset = stayed.offset;
+        pass(32ms);
+    }
+    pass(kLongEnough);
+    QCOMPARE(look(added).opacity, 1.0);
+    QCOMPARE(look(items[0]).offset, 0.0);
+    QCOMPARE(transition().reach(), 0.0);
+    QCOMPARE(m_scheduler->pendingCount(), 0); // No frame is drawn any more.
+}
+
+void RowTransitionTest::rowsThatGoFadeOut()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    const QImage before = picture();
+    show(items.first(2));
+    const QImage during = picture();
+    QVERIFY(during != before);
+    const QImage after = finalPicture();
+    QVERIFY(during != after);
+    make(items.first(2));
+    QCOMPARE(after, picture());
+}
+
+void RowTransitionTest::theLastRowThatGoesFadesOut()
+{
+    ClipboardItem item = SampleHistory::textItem(u"one"_s);
+    item.isFavorite = true;
+    make({SampleHistory::shared(item)});
+    m_controller->setActiveFilter(FilterCategory::favorites());
+    m_controller->applyFilters(Scroll::ToTop);
+    m_controller->toggleFavorite(item.id);
+    QVERIFY(m_controller->filteredItems().isEmpty());
+    const QImage during = picture();
+    QVERIFY(during != finalPicture());
+}
+
+void RowTransitionTest::clicksLandWhereTheRowsWillBe()
+{
+    const ClipboardItemList items = SampleHistory::numbered(10);
+    make(items);
+    show(SampleHistory::texts({u"new"_s}) + items);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, QPoint(300, 10));
+    QCOMPARE(m_view->selectedRow(), 0);
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QCOMPARE(m_pasted, QStringList{u"new"_s});
+}
+
+void RowTransitionTest::aFurtherChangeGoesOnFromWhatIsSeen()
+{
+    ClipboardItemList items = SampleHistory::numbered(20);
+    make(items);
+    const auto prepend = [&](const QString &text) {
+        items = SampleHistory::texts({text}) + items;
+        show(items);
+    };
+    prepend(u"new"_s);
+    pass(100ms);
+    const ClipboardItemPointer first = items[0];
+    const ClipboardItemPointer second = items[1];
+    const RowTransition::Look firstLook = look(first);
+    const qreal seen = look(second).offset;
+    prepend(u"newer"_s);
+    // A frame further on, but near to where it was: no jump by a row.
+    QVERIFY(std::abs(look(second).offset - (seen - kRowHeight)) < kRowHeight / 4.0);
+    QVERIFY(look(second).offset > seen - kRowHeight);
+    QVERIFY(look(first).opacity >= firstLook.opacity);
+    pass(kLongEnough);
+    QCOMPARE(look(second).offset, 0.0);
+}
+
+void RowTransitionTest::nothingMovesWhereTheListIsScrolledAway()
+{
+    const ClipboardItemList items = SampleHistory::numbered(60);
+    make(items);
+    m_view->verticalScrollBar()->setValue(1500);
+    pass(1s); // The scroller goes.
+    const QImage before = picture();
+    const int pending = m_scheduler->pendingCount();
+    show(SampleHistory::texts({u"new"_s}) + items);
+    QCOMPARE(picture(), before);
+    QVERIFY(m_scheduler->pendingCount() <= pending + 1); // The scroller's, but no frame's.
+}
+
+void RowTransitionTest::aSearchEndsIt()
+{
+    const ClipboardItemList items = SampleHistory::numbered(20);
+    make(items);
+    show(SampleHistory::texts({u"new"_s}) + items);
+    search(u"entry 1"_s);
+    const QImage first = picture();
+    QCOMPARE(finalPicture(), first);
+}
+
+void RowTransitionTest::nothingMovesWithoutAnimations()
+{
+    StillStyle style;
+    const ClipboardItemList items = SampleHistory::numbered(20);
+    make(items);
+    m_view->setStyle(&style);
+    show(SampleHistory::texts({u"new"_s}) + items);
+    const QImage first = picture();
+    QCOMPARE(finalPicture(), first);
+    tearDownTable(); // The view goes before its style.
+}
+
+void RowTransitionTest::nothingMovesWhileHidden()
+{
+    const ClipboardItemList items = SampleHistory::numbered(20);
+    make(items);
+    m_view->hide();
+    show(SampleHistory::texts({u"new"_s}) + items);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void RowTransitionTest::aRowFadesOutBeforeItIsRemoved()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    const QUuid id = items[2]->id;
+    int doneCount = 0;
+    transition().fadeOut(id, [&] {
+        ++doneCount;
+        QCOMPARE(transition().look(id).opacity, 0.0);
+    });
+    // Gentle at both ends.
+    pass(25ms);
+    QVERIFY(transition().look(id).opacity > 0.9);
+    pass(100ms);
+    QVERIFY(transition().look(id).opacity > 0.3 && transition().look(id).opacity < 0.6);
+    QCOMPARE(look(items[1]).opacity, 1.0);
+    pass(124ms);
+    QCOMPARE(doneCount, 0);
+    pass(1ms);
+    QCOMPARE(doneCount, 1);
+}
+
+void RowTransitionTest::aRowOutOfSightIsRemovedAtOnce()
+{
+    const ClipboardItemList items = SampleHistory::numbered(50);
+    make(items);
+    int doneCount = 0;
+    const auto done = [&] { ++doneCount; };
+    transition().fadeOut(items[49]->id, done);
+    QCOMPARE(doneCount, 1);
+    transition().fadeOut(QUuid::createUuid(), done);
+    QCOMPARE(doneCount, 2);
+    m_view->hide();
+    transition().fadeOut(items[0]->id, done);
+    QCOMPARE(doneCount, 3);
+}
+
+void RowTransitionTest::aRowThatStaysAfterAllIsSeenAgain()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    transition().fadeOut(items[2]->id, [] {});
+    pass(kLongEnough);
+    QCOMPARE(look(items[2]).opacity, 1.0);
+}
+
+void RowTransitionTest::nothingIsCalledAfterTheEnd()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    bool isCalled = false;
+    transition().fadeOut(items[2]->id, [&] { isCalled = true; });
+    tearDownTable();
+    pass(kLongEnough);
+    QVERIFY(!isCalled);
+}
+
+QTEST_MAIN(RowTransitionTest)
+#include "RowTransitionTest.moc"

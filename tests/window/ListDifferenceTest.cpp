@@ -37,6 +37,8 @@ private slots:
     void aChangedEntryKeepsItsRow();
     void theDateOfTheLastChangeDoesNotShow();
     void carryingItOutGivesTheNewList();
+    void itIsTheSmallestOfNearlyEqualLists();
+    void aRowThatStaysKnowsWhereItStood();
     void theWayOfUpdating_data();
     void theWayOfUpdating();
 };
@@ -123,6 +125,46 @@ void ListDifferenceTest::carryingItOutGivesTheNewList()
         const ListDifference difference = listDifference(lists[0], lists[1]);
         QCOMPARE(applied(lists[0], lists[1], difference), lists[1]);
     }
+}
+
+void ListDifferenceTest::itIsTheSmallestOfNearlyEqualLists()
+{
+    QRandomGenerator random(3);
+    const ClipboardItemList before = SampleHistory::numbered(2000);
+    for (int round = 0; round < 60; ++round) {
+        // None of these touches an entry twice, so none of them can be saved.
+        const int changes = random.bounded(60);
+        ClipboardItemList after = before;
+        int needed = 0;
+        for (int i = 0; i < changes; ++i) {
+            const qsizetype row = i * 30 + random.bounded(10);
+            switch (random.bounded(3)) {
+            case 0: after.replace(row, SampleHistory::numbered(1).first()); needed += 2; break;
+            case 1: std::swap(after[row], after[row + 5]); needed += 4; break;
+            default: std::swap(after[row], after[row + 1]); needed += 2; break;
+            }
+        }
+        if (round % 2) {
+            after = SampleHistory::numbered(1) + after;
+            ++needed;
+        }
+        const ListDifference difference = listDifference(before, after);
+        QCOMPARE(int(difference.removedRows.size() + difference.insertedRows.size()), needed);
+        QCOMPARE(applied(before, after, difference), after);
+        QVERIFY(difference.changedRows.isEmpty());
+    }
+}
+
+void ListDifferenceTest::aRowThatStaysKnowsWhereItStood()
+{
+    const ClipboardItemList before = SampleHistory::numbered(9);
+    const ClipboardItemList added = SampleHistory::texts({u"new"_s, u"newer"_s});
+    const ClipboardItemList after{added[0], before[2], before[3], added[1], before[6], before[8]};
+    const ListDifference difference = listDifference(before, after);
+    QCOMPARE(oldRow(difference, 1), 2);
+    QCOMPARE(oldRow(difference, 2), 3);
+    QCOMPARE(oldRow(difference, 4), 6);
+    QCOMPARE(oldRow(difference, 5), 8);
 }
 
 void ListDifferenceTest::theWayOfUpdating_data()

@@ -78,6 +78,7 @@ private slots:
     void theLimitRefusesAFurtherFavorite();
     void theStarTogglesWithoutSelecting();
     void aReleaseBesideTheStarDoesNothing();
+    void aListThatChangesUnderThePressedStarHitsNoOther();
     void aThumbnailThatArrivesRedrawsItsRowAlone();
     void emptyTextsTellWhy();
     void theScrollerIsSeenForAMoment();
@@ -456,6 +457,26 @@ void ClipboardTableViewControllerTest::aThumbnailThatArrivesRedrawsItsRowAlone()
 
     const QRect icon = RowLayout(painted.regions().first()).icon.toRect();
     QCOMPARE(m_view->viewport()->grab(icon).toImage().pixelColor(16, 16), QColor(Qt::white));
+}
+
+void ClipboardTableViewControllerTest::aListThatChangesUnderThePressedStarHitsNoOther()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    const ClipboardItemList more = SampleHistory::texts({u"new"_s}) + items;
+    make(items);
+    const QPoint star = starOf(1);
+    QTest::mousePress(m_view->viewport(), Qt::LeftButton, {}, star);
+    m_controller->setItems(more);
+    m_controller->applyFilters(Scroll::Keep);
+    QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, {}, star);
+    QVERIFY(m_toggled.isEmpty());
+
+    QTest::mousePress(m_view->viewport(), Qt::LeftButton, {}, starOf(1));
+    m_controller->setItems(more.sliced(2));
+    m_controller->applyFilters(Scroll::Keep);
+    QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, {}, star);
+    QVERIFY(m_toggled.isEmpty());
+    QCOMPARE(m_view->selectedRow(), -1);
 }
 
 void ClipboardTableViewControllerTest::emptyTextsTellWhy()

@@ -293,12 +293,24 @@ void measure(int rounds, bool isComposited, bool isWarm)
             keys.append(u"%1 %2/%3"_s.arg(QChar::fromLatin1(key)).arg(handled, 0, 'f', 1)
                             .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1));
         }
+        QTest::keyClick(field, Qt::Key_Escape);
+        QStringList filters;
+        for (const int index : {1, 2, 5, 0}) {
+            timer.restart();
+            QTest::mouseClick(pills(*window).at(index), Qt::LeftButton);
+            const double handled = timer.nsecsElapsed() / 1e6;
+            window->panel().repaint();
+            filters.append(u"%1/%2"_s.arg(handled, 0, 'f', 1)
+                               .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1));
+        }
         const QRect frame = window->panel().geometry();
         window->hide();
         static_cast<void>(QTest::qWaitFor([&] { return !window->isVisible(); }));
         std::printf("at %d,%d  ", frame.x(), frame.y());
-        std::printf("built %.1f  show() returns %.1f  painted %.1f ms;  key handled/drawn: %s\n",
-                    built, shown, drawn, qPrintable(keys.join(u"  "_s)));
+        std::printf("built %.1f  show() returns %.1f  painted %.1f ms;  key handled/drawn: %s;  "
+                    "pill handled/drawn: %s\n",
+                    built, shown, drawn, qPrintable(keys.join(u"  "_s)),
+                    qPrintable(filters.join(u"  "_s)));
     }
 }
 

@@ -65,7 +65,7 @@ int requiredWidth(const QStringList &tags, qsizetype count)
     return width + int(std::max<qsizetype>(pills - 1, 0)) * kButtonSpacing;
 }
 
-/// How many tags get a pill of their own; absent if there is not even room for the pill of the rest.
+/// How many tags get a pill of their own; absent if not even the pill of the rest has room.
 std::optional<qsizetype> visibleTagCount(const QStringList &tags, int available)
 {
     if (available <= kLeastTagRoom)

@@ -1,6 +1,5 @@
 #include "window/OverflowMenu.h"
 
-#include <QMouseEvent>
 #include <QStyle>
 
 using namespace Qt::StringLiterals;
@@ -48,14 +47,4 @@ void OverflowMenu::popUpUnderButton()
         place.ry() -= style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this);
     popup(place, m_checkedItem);
     setActiveAction(m_checkedItem ? m_checkedItem : actions().value(0));
-}
-
-void OverflowMenu::mousePressEvent(QMouseEvent *event)
-{
-    // A press on the button closes the menu, and would open it again if the button got it too.
-    const QPoint position = event->globalPosition().toPoint();
-    if (!geometry().contains(position)
-        && m_button.rect().contains(m_button.mapFromGlobal(position)))
-        setAttribute(Qt::WA_NoMouseReplay);
-    QMenu::mousePressEvent(event);
 }

@@ -24,9 +24,6 @@ public:
 signals:
     void categoryChosen(const FilterCategory &category);
 
-protected:
-    void mousePressEvent(QMouseEvent *event) override;
-
 private:
     QWidget &m_button;
     QAction *m_checkedItem = nullptr;

@@ -59,13 +59,17 @@ void DesktopEntriesTest::write(const QString &path, const QByteArray &keys)
 void DesktopEntriesTest::entryIsFoundById()
 {
     write(u"system/org.some.Editor.desktop"_s,
-          "Name=Editor\nCategories=Utility;TextEditor;\nStartupWMClass=ed\n");
+          "Name=Editor\nCategories=Utility;TextEditor;\nStartupWMClass=ed\nIcon=pencil\n");
 
     const auto entry = m_entries->findById(u"org.some.Editor"_s);
     QVERIFY(entry);
     QCOMPARE(*entry,
              (DesktopEntry{
-                 u"org.some.Editor"_s, u"Editor"_s, u"ed"_s, {u"Utility"_s, u"TextEditor"_s}}));
+                 .id = u"org.some.Editor"_s,
+                 .name = u"Editor"_s,
+                 .windowClass = u"ed"_s,
+                 .categories = {u"Utility"_s, u"TextEditor"_s},
+                 .icon = u"pencil"_s}));
 }
 
 void DesktopEntriesTest::nameIsInTheLanguageOfTheSession_data()

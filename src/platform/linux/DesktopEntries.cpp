@@ -225,6 +225,8 @@ std::optional<DesktopEntry> DesktopEntries::readEntry(const QString &id, const Q
             entry.windowClass = unescaped(value);
         } else if (key == "Categories") {
             entry.categories = unescaped(value).split(u';', Qt::SkipEmptyParts);
+        } else if (key == "Icon") {
+            entry.icon = unescaped(value);
         } else if (key == "Hidden") {
             isHidden = value == "true";
         } else if (key.startsWith("Name")) {

@@ -13,6 +13,7 @@ struct DesktopEntry
     QString name;        ///< In the language of the session.
     QString windowClass; ///< StartupWMClass; empty if the entry has none.
     QStringList categories;
+    QString icon; ///< A name, or a path; empty if the entry has none.
 
     friend bool operator==(const DesktopEntry &, const DesktopEntry &) = default;
 };

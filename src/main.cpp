@@ -22,8 +22,10 @@
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/TerminationDeadline.h"
 #include "platform/linux/TerminationSignals.h"
+#include "platform/linux/ThemedIcons.h"
 #include "platform/linux/UnexpectedExit.h"
 #include "platform/x11/X11Platform.h"
+#include "platform/x11/X11Settings.h"
 #include "settings/HotkeySettingsManager.h"
 #include "settings/SettingsWindow.h"
 #include "tags/TagManager.h"
@@ -165,7 +167,8 @@ struct Program
     InternalCopies internalCopies;
     ItemCopier itemCopier{internalCopies, platform.pasteboard(), itemManager};
     ApplicationNames applicationNames{platform.workspace()};
-    RowPictures pictures{itemManager.imagesDirectory(), ground.codec};
+    RowPictures pictures{itemManager.imagesDirectory(), ground.codec,
+                         std::make_shared<const ThemedIcons>(x11IconThemeName)};
     TagManager tagManager{ground.defaults};
     FileManagerViewer fileViewer{platform.workspace(), ground.scheduler};
     const HistoryWindowCollaborators windowCollaborators{

@@ -31,8 +31,8 @@ ClipboardTableViewController::ClipboardTableViewController(
     m_tableView.setModel(&m_model);
     refreshEmptyText();
     connectTableView();
-    connect(&m_with.pictures, &RowPictures::thumbnailArrived, this,
-            &ClipboardTableViewController::repaintThumbnail);
+    connect(&m_with.pictures, &RowPictures::arrived, this,
+            &ClipboardTableViewController::repaintPicture);
     m_deletion.onRemoved = [this] { reloadItems(); };
 }
 
@@ -204,11 +204,12 @@ void ClipboardTableViewController::removeListedItem(qsizetype row)
         selectAndShow(int(std::min(row, filteredItems().size() - 1)));
 }
 
-void ClipboardTableViewController::repaintThumbnail(const QString &name)
+void ClipboardTableViewController::repaintPicture(const RowPictureName &name)
 {
     const auto [first, last] = m_tableView.rowsInSight();
     for (int row = first; row <= last; ++row) {
-        if (RowPictures::thumbnailName(*filteredItems().at(row)) == name)
+        const ClipboardItem &item = *filteredItems().at(row);
+        if (contentPicture(item) == name || sourcePicture(item) == name)
             m_tableView.update(m_model.index(row));
     }
 }

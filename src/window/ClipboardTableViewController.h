@@ -12,6 +12,7 @@
 #include <functional>
 
 class ClipboardTableView;
+struct RowPictureName;
 
 /// Feeds the list and carries out what is done to its rows.
 ///
@@ -79,7 +80,7 @@ private:
     void reloadItems();
     void applyItemChange(const ClipboardItemPointer &item, qsizetype row, bool wasListed);
     void removeListedItem(qsizetype row);
-    void repaintThumbnail(const QString &name);
+    void repaintPicture(const RowPictureName &name);
     void selectAndShow(int row);
     void pasteRow(int row);
     void pasteItem(const ClipboardItemPointer &item);

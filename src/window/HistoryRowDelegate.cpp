@@ -5,6 +5,7 @@
 #include "window/ClipboardTableView.h"
 #include "window/HistoryListModel.h"
 #include "window/HistoryRow.h"
+#include "window/RowIcon.h"
 #include "window/RowLayout.h"
 #include "window/RowPictures.h"
 #include "window/RowThumbnail.h"
@@ -89,6 +90,7 @@ void HistoryRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
     if (isSelected)
         paintSelection(*painter, layout.selection);
     paintIcon(*painter, layout.icon, *item, colors, isSelected);
+    paintBadge(*painter, layout.badge, *item);
     paintTexts(*painter, layout, m_rows.row(item), colors);
     paintStar(*painter, layout.star, *item, colors, option.widget);
     painter->restore();
@@ -115,17 +117,25 @@ void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box) co
 void HistoryRowDelegate::paintIcon(QPainter &painter, const QRectF &box, const ClipboardItem &item,
                                    const SystemColors &colors, bool isSelected) const
 {
-    if (item.contentType == ClipboardContentType::Image) {
-        const qreal scale = painter.device()->devicePixelRatioF();
-        const QImage thumbnail = m_pictures.thumbnail(item, scale);
-        if (!thumbnail.isNull()) {
-            drawRowThumbnail(painter, box, thumbnail,
-                             withAlpha(colors.labelColor, kThumbnailLineAlpha));
-            return;
-        }
+    const QImage picture = m_pictures.content(item, painter.device()->devicePixelRatioF());
+    if (!picture.isNull() && item.contentType == ClipboardContentType::Image) {
+        drawRowThumbnail(painter, box, picture, withAlpha(colors.labelColor, kThumbnailLineAlpha));
+        return;
+    }
+    if (!picture.isNull()) {
+        drawRowIcon(painter, box, picture);
+        return;
     }
     const TintedSymbol type = typeSymbol(item, colors);
     drawSymbol(painter, box, type.symbol, isSelected ? colors.labelColor : type.color);
+}
+
+void HistoryRowDelegate::paintBadge(QPainter &painter, const QRectF &box,
+                                    const ClipboardItem &item) const
+{
+    const QImage icon = m_pictures.source(item, painter.device()->devicePixelRatioF());
+    if (!icon.isNull())
+        drawSourceBadge(painter, box, icon, m_colors.windowBackgroundColor);
 }
 
 void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,

@@ -34,6 +34,7 @@ private:
     void paintSelection(QPainter &painter, const QRectF &box) const;
     void paintIcon(QPainter &painter, const QRectF &box, const ClipboardItem &item,
                    const SystemColors &colors, bool isSelected) const;
+    void paintBadge(QPainter &painter, const QRectF &box, const ClipboardItem &item) const;
     void paintTexts(QPainter &painter, const RowLayout &layout, const HistoryRow &row,
                     const SystemColors &colors) const;
     void paintStar(QPainter &painter, const QRectF &box, const ClipboardItem &item,

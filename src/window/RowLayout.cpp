@@ -7,6 +7,8 @@ constexpr qreal kSelectionVerticalInset = 4;
 constexpr qreal kIconLeft = 16;
 constexpr qreal kIconSide = 32;
 constexpr qreal kIconGap = 12;
+constexpr qreal kBadgeSide = 14;
+constexpr qreal kBadgeOverhang = 3;
 constexpr qreal kStarRight = 16;
 constexpr qreal kStarSide = 26;
 constexpr qreal kTimeGap = 12;
@@ -30,6 +32,8 @@ RowLayout::RowLayout(const QRectF &row)
     selection = row.adjusted(kSelectionInset, kSelectionVerticalInset, -kSelectionInset,
                              -kSelectionVerticalInset);
     icon = QRectF(row.left() + kIconLeft, middle - kIconSide / 2, kIconSide, kIconSide);
+    badge = QRectF(icon.right() + kBadgeOverhang - kBadgeSide,
+                   icon.bottom() + kBadgeOverhang - kBadgeSide, kBadgeSide, kBadgeSide);
     star = QRectF(row.right() - kStarRight - kStarSide, middle - kStarSide / 2, kStarSide,
                   kStarSide);
     const qreal timeRight = star.left() - kTimeGap;

@@ -11,6 +11,7 @@ struct RowLayout
 
     QRectF selection;
     QRectF icon;
+    QRectF badge; ///< Over the lower right corner of the icon.
     QRectF content; ///< The text is centred in it, as in the other boxes of texts.
     QRectF meta;
     QRectF time; ///< Right-aligned.

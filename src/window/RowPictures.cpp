@@ -2,82 +2,122 @@
 
 #include "core/ImageStorage.h"
 #include "foundation/RegularFile.h"
+#include "platform/DesktopIcons.h"
 #include "platform/ImageCodec.h"
+#include "window/RowIcon.h"
 #include "window/RowThumbnail.h"
 
 #include <QDir>
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
+using Kind = RowPictureName::Kind;
 
 namespace {
 
+constexpr int kContentSide = 32;
+constexpr int kSourceSide = 12;
 /// Two or three screens of rows at the highest resolution, and five hundred rows at the usual one.
 constexpr qsizetype kMaxBytes = 2 << 20;
 /// What it costs at least to remember something, even that there is no picture.
 constexpr qsizetype kMinCost = 512;
-/// More rows than the tallest screen shows at once.
-constexpr std::size_t kMaxWaiting = 64;
+/// More than the tallest screen shows at once.
+constexpr std::size_t kMaxWaiting = 128;
 /// Without any compression 200 by 200 pixels have less.
-constexpr qint64 kMaxFileBytes = 256 << 10;
+constexpr qint64 kMaxThumbnailBytes = 256 << 10;
 
 std::optional<QByteArray> smallFile(const QString &path)
 {
     const auto file = RegularFile::open(path);
-    return file && file->size() <= kMaxFileBytes ? file->read() : std::nullopt;
+    return file && file->size() <= kMaxThumbnailBytes ? file->read() : std::nullopt;
+}
+
+QImage made(Kind kind, const std::optional<QByteArray> &file, int side, qreal devicePixelRatio,
+            const ImageCodec &codec)
+{
+    if (!file)
+        return {};
+    if (kind != Kind::Thumbnail)
+        return makeRowIcon(*file, side, devicePixelRatio, codec);
+    const std::optional<QImage> picture = codec.imageFromPicture(*file);
+    return picture ? makeRowThumbnail(*picture, side, devicePixelRatio) : QImage();
 }
 
 } // namespace
 
-RowPictures::RowPictures(QString imagesDirectory, const ImageCodec &codec, QObject *parent)
+RowPictures::RowPictures(QString imagesDirectory, const ImageCodec &codec,
+                         std::shared_ptr<const DesktopIcons> icons, QObject *parent)
     : QObject(parent)
     , m_imagesDirectory(std::move(imagesDirectory))
     , m_codec(codec)
-    , m_thumbnails(kMaxBytes)
+    , m_icons(std::move(icons))
+    , m_pictures(kMaxBytes)
     , m_queue("tessarine.row-pictures", kMaxWaiting)
 {
 }
 
 RowPictures::~RowPictures() = default;
 
-QImage RowPictures::thumbnail(const ClipboardItem &item, qreal devicePixelRatio)
+QImage RowPictures::content(const ClipboardItem &item, qreal devicePixelRatio)
 {
-    const Key key{thumbnailName(item), qRound(kSide * devicePixelRatio)};
+    const Key key{contentPicture(item), qRound(kContentSide * devicePixelRatio)};
+    request(key, item, devicePixelRatio);
+    return known(key, item);
+}
+
+QImage RowPictures::source(const ClipboardItem &item, qreal devicePixelRatio)
+{
+    const Key key{sourcePicture(item), qRound(kSourceSide * devicePixelRatio)};
+    request(key, item, devicePixelRatio);
+    return m_sourceIcons.value(key);
+}
+
+QImage RowPictures::known(const Key &key, const ClipboardItem &item)
+{
     if (key.name.isEmpty())
         return {};
-    if (const QImage *known = m_thumbnails.object(key))
-        return *known;
-    if (!m_requested.contains(key))
-        request(key, item, devicePixelRatio);
+    if (const QImage *picture = m_pictures.object(key))
+        return *picture;
     // A picture that has just got its file was shown before that.
-    const QImage *earlier = m_thumbnails.object({uuidString(item.id), key.side});
+    const QImage *earlier
+        = m_pictures.object({{Kind::Thumbnail, uuidString(item.id)}, key.side});
     return earlier ? *earlier : QImage();
 }
 
-QString RowPictures::thumbnailName(const ClipboardItem &item)
-{
-    if (const auto name = thumbnailFileName(item))
-        return *name;
-    return item.imageRepresentation ? uuidString(item.id) : QString();
-}
-
+/// Does nothing if the picture is at hand, is on its way, or is known not to be had.
 void RowPictures::request(const Key &key, const ClipboardItem &item, qreal devicePixelRatio)
 {
-    const auto make = [this, key, devicePixelRatio](const std::optional<QByteArray> &file) {
-        const auto picture = file ? m_codec.imageFromPicture(*file) : std::nullopt;
-        const QImage thumbnail
-            = picture ? makeRowThumbnail(*picture, key.side, devicePixelRatio) : QImage();
-        QMetaObject::invokeMethod(
-            this, [this, key, thumbnail] { keep(key, thumbnail); }, Qt::QueuedConnection);
-    };
+    if (key.name.isEmpty() || m_sourceIcons.contains(key) || m_pictures.contains(key)
+        || m_requested.contains(key))
+        return;
     m_requested.insert(key);
-    m_queue.enqueue({.fetch = fetcher(key.name, item),
+    const auto make = [this, key, devicePixelRatio](const std::optional<QByteArray> &file) {
+        const QImage picture = made(key.name.kind, file, key.side, devicePixelRatio, m_codec);
+        QMetaObject::invokeMethod(
+            this, [this, key, picture] { keep(key, picture); }, Qt::QueuedConnection);
+    };
+    m_queue.enqueue({.fetch = fetcher(key, item),
                      .use = make,
                      .onDropped = [this, key] { m_requested.remove(key); }});
 }
 
-NewestFirstQueue::Fetch RowPictures::fetcher(const QString &name, const ClipboardItem &item) const
+NewestFirstQueue::Fetch RowPictures::fetcher(const Key &key, const ClipboardItem &item) const
+{
+    const QString &name = key.name.text;
+    switch (key.name.kind) {
+    case Kind::Thumbnail: return thumbnailFetcher(name, item);
+    case Kind::FileIcon:
+        return [icons = m_icons, name, side = key.side] { return icons->fileIcon(name, side); };
+    case Kind::SourceIcon:
+        return [icons = m_icons, name, side = key.side] {
+            return icons->applicationIcon(name, side);
+        };
+    }
+    return {};
+}
+
+NewestFirstQueue::Fetch RowPictures::thumbnailFetcher(const QString &name,
+                                                      const ClipboardItem &item) const
 {
     if (!thumbnailFileName(item))
         return [picture = item.imageRepresentation] { return picture; };
@@ -87,10 +127,13 @@ NewestFirstQueue::Fetch RowPictures::fetcher(const QString &name, const Clipboar
     return [path = QDir(m_imagesDirectory).filePath(name)] { return smallFile(path); };
 }
 
-void RowPictures::keep(const Key &key, const QImage &thumbnail)
+void RowPictures::keep(const Key &key, const QImage &picture)
 {
     m_requested.remove(key);
-    m_thumbnails.insert(key, new QImage(thumbnail), std::max(thumbnail.sizeInBytes(), kMinCost));
-    if (!thumbnail.isNull())
-        emit thumbnailArrived(key.name);
+    if (key.name.kind == Kind::SourceIcon && !picture.isNull())
+        m_sourceIcons.insert(key, picture);
+    else
+        m_pictures.insert(key, new QImage(picture), std::max(picture.sizeInBytes(), kMinCost));
+    if (!picture.isNull())
+        emit arrived(key.name);
 }

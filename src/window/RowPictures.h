@@ -1,17 +1,19 @@
 #pragma once
 
 #include "foundation/NewestFirstQueue.h"
+#include "window/RowPictureName.h"
 
 #include <QCache>
+#include <QHash>
 #include <QImage>
 #include <QObject>
 #include <QSet>
 
+class DesktopIcons;
 class ImageCodec;
-struct ClipboardItem;
 
-/// The small pictures in the rows of the list, ready to be drawn; as many of them as were shown
-/// lately.
+/// The small pictures in the rows of the list, ready to be drawn: as many of them as were shown
+/// lately, and all icons of programs.
 ///
 /// What is not at hand is made elsewhere, for the rows drawn last first. Nothing waits for it.
 class RowPictures : public QObject
@@ -19,28 +21,25 @@ class RowPictures : public QObject
     Q_OBJECT
 
 public:
-    /// The longer side of a thumbnail.
-    static constexpr int kSide = 32;
-
-    /// \a codec must outlive the object.
-    RowPictures(QString imagesDirectory, const ImageCodec &codec, QObject *parent = nullptr);
+    /// \a codec must outlive the object. \a icons is asked by work that may outlive it.
+    RowPictures(QString imagesDirectory, const ImageCodec &codec,
+                std::shared_ptr<const DesktopIcons> icons, QObject *parent = nullptr);
     ~RowPictures() override;
 
-    /// The thumbnail of \a item, see makeRowThumbnail(). Null if it has none, or none yet; in that
-    /// case thumbnailArrived() follows.
-    QImage thumbnail(const ClipboardItem &item, qreal devicePixelRatio);
+    // Null if there is no such picture, or none yet; in that case arrived() follows.
 
-    /// Tells the thumbnails of different entries apart; empty if \a item has none.
-    static QString thumbnailName(const ClipboardItem &item);
+    /// The contentPicture() of \a item, see makeRowThumbnail() and makeRowIcon().
+    QImage content(const ClipboardItem &item, qreal devicePixelRatio);
+    /// The sourcePicture() of \a item, see makeRowIcon().
+    QImage source(const ClipboardItem &item, qreal devicePixelRatio);
 
 signals:
-    /// The entries of which thumbnailName() is \a name can be drawn with their thumbnail.
-    void thumbnailArrived(const QString &name);
+    void arrived(const RowPictureName &name);
 
 private:
     struct Key
     {
-        QString name;
+        RowPictureName name;
         int side; ///< In device pixels.
 
         friend bool operator==(const Key &, const Key &) = default;
@@ -50,13 +49,17 @@ private:
         }
     };
 
+    QImage known(const Key &key, const ClipboardItem &item);
     void request(const Key &key, const ClipboardItem &item, qreal devicePixelRatio);
-    NewestFirstQueue::Fetch fetcher(const QString &name, const ClipboardItem &item) const;
-    void keep(const Key &key, const QImage &thumbnail);
+    NewestFirstQueue::Fetch fetcher(const Key &key, const ClipboardItem &item) const;
+    NewestFirstQueue::Fetch thumbnailFetcher(const QString &name, const ClipboardItem &item) const;
+    void keep(const Key &key, const QImage &picture);
 
     QString m_imagesDirectory;
     const ImageCodec &m_codec;
-    QCache<Key, QImage> m_thumbnails; ///< Null images for what cannot be had.
+    std::shared_ptr<const DesktopIcons> m_icons;
+    QHash<Key, QImage> m_sourceIcons; ///< For good: programs are few.
+    QCache<Key, QImage> m_pictures; ///< Null images for what cannot be had.
     QSet<Key> m_requested;
     NewestFirstQueue m_queue; ///< Ends first, for what it makes comes here.
 };

@@ -1,6 +1,7 @@
 #include "window/RowThumbnail.h"
 
 #include "appearance/DevicePixels.h"
+#include "appearance/RoundCorners.h"
 #include "core/Thumbnail.h"
 
 #include <QPainter>
@@ -29,16 +30,9 @@ QImage makeRowThumbnail(const QImage &picture, int side, qreal devicePixelRatio)
     // short, or goes up.
     const QImage fitted = thumbnailOf(picture, side)
                               .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QImage thumbnail(size, QImage::Format_ARGB32_Premultiplied);
+    const qreal radius = cornerRadius(QSizeF(size) / devicePixelRatio) * devicePixelRatio;
+    QImage thumbnail = withRoundCorners(fitted, radius);
     thumbnail.setDevicePixelRatio(devicePixelRatio);
-    thumbnail.fill(Qt::transparent);
-    QPainter painter(&thumbnail);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.scale(1 / devicePixelRatio, 1 / devicePixelRatio);
-    painter.setBrush(fitted);
-    const qreal radius = cornerRadius(thumbnail.deviceIndependentSize()) * devicePixelRatio;
-    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
     return thumbnail;
 }
 

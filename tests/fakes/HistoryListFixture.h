@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/fakes/FakeDesktopIcons.h"
 #include "tests/fakes/FakeFileViewer.h"
 #include "tests/fakes/FakeScheduler.h"
 #include "tests/fakes/FakeWorkspace.h"
@@ -23,7 +24,8 @@ protected:
         m_workspace = std::make_unique<FakeWorkspace>();
         m_fileViewer = std::make_unique<FakeFileViewer>();
         m_names = std::make_unique<ApplicationNames>(*m_workspace);
-        m_pictures = std::make_unique<RowPictures>(m_images, *m_codec);
+        m_icons = std::make_shared<FakeDesktopIcons>();
+        m_pictures = std::make_unique<RowPictures>(m_images, *m_codec, m_icons);
         m_tags = std::make_unique<TagManager>(*m_defaults);
         m_copied.clear();
         m_beepCount = 0;
@@ -67,6 +69,7 @@ protected:
     std::unique_ptr<FakeWorkspace> m_workspace;
     std::unique_ptr<FakeFileViewer> m_fileViewer;
     std::unique_ptr<ApplicationNames> m_names;
+    std::shared_ptr<FakeDesktopIcons> m_icons;
     std::unique_ptr<RowPictures> m_pictures;
     std::unique_ptr<TagManager> m_tags;
     QList<QUuid> m_copied;

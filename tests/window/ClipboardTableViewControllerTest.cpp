@@ -445,7 +445,7 @@ void ClipboardTableViewControllerTest::aThumbnailThatArrivesRedrawsItsRowAlone()
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
     QCoreApplication::processEvents();
 
-    QSignalSpy arrived(m_pictures.get(), &RowPictures::thumbnailArrived);
+    QSignalSpy arrived(m_pictures.get(), &RowPictures::arrived);
     const QSignalSpy reset(m_view->model(), &QAbstractItemModel::modelReset);
     const QSignalSpy changed(m_view->model(), &QAbstractItemModel::dataChanged);
     PaintedRegions painted(*m_view->viewport());

@@ -74,6 +74,22 @@ ClipboardItemList pictures()
     return items;
 }
 
+/// A shape of one colour on a ground of another.
+QByteArray drawnIcon(const char *ground, const char *shape)
+{
+    return QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"48\" height=\"48\">"
+                      "<rect width=\"48\" height=\"48\" rx=\"12\" fill=\"")
+        + ground + "\"/><path d=\"" + shape
+        + "\" fill=\"none\" stroke=\"#fff\" stroke-width=\"5\"/></svg>";
+}
+
+QByteArray documentIcon()
+{
+    return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"48\" height=\"48\">"
+           "<path d=\"M9 2h20l10 10v34H9z\" fill=\"#fff\" stroke=\"#888\"/>"
+           "<path d=\"M2 22h34v12H2z\" fill=\"#c62f2f\"/></svg>";
+}
+
 /// The clock of the entries' ages stands still.
 struct Stage : HistoryListFixture
 {
@@ -88,7 +104,16 @@ struct Stage : HistoryListFixture
         save(evening({60, 200}), u"tall"_s);
         save(chart({200, 20}), u"flat"_s);
         save(chart({16, 16}), u"small"_s);
-        rowPictures = std::make_unique<RowPictures>(m_images, codec);
+        m_icons->files = {{u".pdf"_s, documentIcon()}};
+        m_icons->applications = {
+            {u"terminal"_s, drawnIcon("#4a4f57", "M12 16l8 8l-8 8M24 32h12")},
+            {u"web"_s, drawnIcon("#2f6fd0", "M24 10a14 14 0 1 0 .1 0M10 24h28")},
+            {u"screenshot"_s, drawnIcon("#c8437b", "M12 20v-8h8M36 28v8h-8")},
+            {u"mail"_s, drawnIcon("#e08a35", "M10 15h28v18h-28zl14 11l14-11")},
+            {u"Files"_s, drawnIcon("#5596d8", "M10 34v-20h10l4 4h14v16z")},
+            {u"chat"_s, drawnIcon("#3aa35b", "M11 14h26v16h-16l-6 6v-6h-4z")},
+        };
+        rowPictures = std::make_unique<RowPictures>(m_images, codec, m_icons);
     }
 
     using HistoryListFixture::m_clock;
@@ -112,16 +137,28 @@ struct Stage : HistoryListFixture
                 .list = listCollaborators(scheduler, with, *rowPictures)};
     }
 
-    /// Of the entries that have one.
     void waitForPictures(const ClipboardItemList &items)
     {
-        static_cast<void>(QTest::qWaitFor([&] {
-            return std::ranges::none_of(items, [this](const ClipboardItemPointer &item) {
-                const QString name = RowPictures::thumbnailName(*item);
-                return QFile::exists(m_images + u'/' + name) && !name.isEmpty()
-                    && rowPictures->thumbnail(*item, qApp->devicePixelRatio()).isNull();
-            });
-        }));
+        const qreal scale = qApp->devicePixelRatio();
+        for (const ClipboardItemPointer &item : items) {
+            static_cast<void>(QTest::qWaitFor([&] {
+                return (!hasContentPicture(*item) || !rowPictures->content(*item, scale).isNull())
+                    && (!hasSourceIcon(*item) || !rowPictures->source(*item, scale).isNull());
+            }));
+        }
+    }
+
+    bool hasContentPicture(const ClipboardItem &item) const
+    {
+        const RowPictureName name = contentPicture(item);
+        if (name.kind == RowPictureName::Kind::FileIcon)
+            return m_icons->fileIcon(name.text, 0).has_value();
+        return !name.isEmpty() && QFile::exists(m_images + u'/' + name.text);
+    }
+
+    bool hasSourceIcon(const ClipboardItem &item) const
+    {
+        return m_icons->applicationIcon(sourcePicture(item).text, 0).has_value();
     }
 
     void setTags(const QStringList &names)

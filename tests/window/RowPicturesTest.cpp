@@ -1,3 +1,4 @@
+#include "tests/fakes/FakeDesktopIcons.h"
 #include "tests/fakes/FakeImageCodec.h"
 #include "tests/window/SampleHistory.h"
 
@@ -37,6 +38,9 @@ private slots:
     void rowsThatHaveScrolledAwayAreNotWaitedFor();
     void oldOnesMakeRoomForNewOnes();
     void theEndWaitsForADecodingAndForNoMore();
+    void aFileHasTheIconOfItsKind();
+    void aSourceHasTheIconOfItsProgramForGood();
+    void aProgramWithoutAnIconIsNotAskedForAgain();
 
 private:
     QString path(const QString &name) const { return m_directory->filePath(name); }
@@ -48,6 +52,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_directory;
     FakeImageCodec m_codec;
+    std::shared_ptr<FakeDesktopIcons> m_icons;
     std::atomic<int> m_decodedCount = 0;
     std::unique_ptr<RowPictures> m_pictures;
     QStringList m_arrived;
@@ -56,12 +61,13 @@ private:
 void RowPicturesTest::init()
 {
     m_directory = std::make_unique<QTemporaryDir>();
+    m_icons = std::make_shared<FakeDesktopIcons>();
     m_decodedCount = 0;
     m_codec.onImageWanted = [this] { ++m_decodedCount; };
-    m_pictures = std::make_unique<RowPictures>(m_directory->path(), m_codec);
+    m_pictures = std::make_unique<RowPictures>(m_directory->path(), m_codec, m_icons);
     m_arrived.clear();
-    connect(m_pictures.get(), &RowPictures::thumbnailArrived, this,
-            [this](const QString &name) { m_arrived.append(name); });
+    connect(m_pictures.get(), &RowPictures::arrived, this,
+            [this](const RowPictureName &name) { m_arrived.append(name.text); });
 }
 
 void RowPicturesTest::cleanup()
@@ -85,7 +91,7 @@ ClipboardItem RowPicturesTest::imageItem(const QString &thumbnail)
 
 QImage RowPicturesTest::drawn(const ClipboardItem &item, qreal scale) const
 {
-    return m_pictures->thumbnail(item, scale);
+    return m_pictures->content(item, scale);
 }
 
 void RowPicturesTest::waitFor(const ClipboardItem &item)
@@ -101,7 +107,7 @@ void RowPicturesTest::aThumbnailComesLaterAndIsThenAtHand()
     QVERIFY(drawn(item).isNull());
     QTRY_COMPARE(m_arrived, QStringList{u"a_thumb.jpg"_s});
     QCOMPARE(drawn(item).size(), QSize(32, 16)); // Of a picture of two pixels by one.
-    QCOMPARE(RowPictures::thumbnailName(item), u"a_thumb.jpg"_s);
+    QCOMPARE(contentPicture(item).text, u"a_thumb.jpg"_s);
 }
 
 void RowPicturesTest::theNameFollowsFromThatOfThePicture()
@@ -119,7 +125,7 @@ void RowPicturesTest::aPictureWithoutAFileIsMadeFromItsBytes()
     ClipboardItem item = SampleHistory::item(ClipboardContentType::Image);
     item.imageRepresentation = "pixels";
     QVERIFY(drawn(item).isNull());
-    QTRY_COMPARE(m_arrived, QStringList{RowPictures::thumbnailName(item)});
+    QTRY_COMPARE(m_arrived, QStringList{contentPicture(item).text});
     QVERIFY(!drawn(item).isNull());
 }
 
@@ -140,7 +146,7 @@ void RowPicturesTest::theFileTakesThePlaceOfTheBytesWithoutAGap()
 void RowPicturesTest::anEntryWithoutAPictureAsksForNothing()
 {
     const ClipboardItem item = SampleHistory::item(ClipboardContentType::Image);
-    QCOMPARE(RowPictures::thumbnailName(item), QString());
+    QCOMPARE(contentPicture(item).text, QString());
     QVERIFY(drawn(item).isNull());
     write(u"later.jpg"_s);
     waitFor(imageItem(u"later.jpg"_s));
@@ -186,7 +192,7 @@ void RowPicturesTest::whatIsNoThumbnailIsAskedForOnce()
 void RowPicturesTest::namesThatLeadElsewhereAreNotRead()
 {
     QVERIFY(QDir(m_directory->path()).mkdir(u"images"_s));
-    m_pictures = std::make_unique<RowPictures>(path(u"images"_s), m_codec);
+    m_pictures = std::make_unique<RowPictures>(path(u"images"_s), m_codec, m_icons);
     write(u"outside.jpg"_s);
     write(u"images/inside.jpg"_s);
     const ClipboardItem item = imageItem(u"../outside.jpg"_s);
@@ -261,9 +267,9 @@ void RowPicturesTest::rowsThatHaveScrolledAwayAreNotWaitedFor()
         drawn(imageItem(QString::number(i)));
     }
     released.release();
-    const QString oldestWanted = QString::number(kRows - 50);
+    const QString oldestWanted = QString::number(kRows - 100);
     QTRY_VERIFY(m_arrived.contains(oldestWanted));
-    QVERIFY(m_arrived.size() < 100);
+    QVERIFY(m_arrived.size() < 150);
     // A row that comes back into sight asks anew.
     QVERIFY(drawn(imageItem(u"0"_s)).isNull());
     QTRY_VERIFY(m_arrived.contains(u"0"_s));
@@ -306,6 +312,49 @@ void RowPicturesTest::theEndWaitsForADecodingAndForNoMore()
     QTest::qWait(0); // What was on its way finds nobody.
     QCOMPARE(m_decodedCount, count);
     QCOMPARE(m_arrived, QStringList());
+}
+
+void RowPicturesTest::aFileHasTheIconOfItsKind()
+{
+    m_icons->files[u".pdf"_s] = "pixels";
+    ClipboardItem item = SampleHistory::item(ClipboardContentType::File);
+    QVERIFY(drawn(item).isNull());
+    item.filePath = u"/nowhere/Report.pdf"_s;
+    QVERIFY(drawn(item).isNull());
+    QTRY_COMPARE(m_arrived, QStringList{u"Report.pdf"_s});
+    QCOMPARE(drawn(item).size(), QSize(32, 16));
+    item.filePath = u"/nowhere/Report.xyz"_s;
+    QVERIFY(drawn(item).isNull());
+}
+
+void RowPicturesTest::aSourceHasTheIconOfItsProgramForGood()
+{
+    m_icons->applications[u"org.example.Files"_s] = "pixels";
+    ClipboardItem item = SampleHistory::textItem(u"text"_s);
+    QVERIFY(m_pictures->source(item, 1).isNull());
+    item.sourceAppBundleID = u"org.example.Files"_s;
+    QVERIFY(m_pictures->source(item, 1).isNull());
+    QTRY_COMPARE(m_arrived, QStringList{u"org.example.Files"_s});
+    for (int i = 0; i < 40; ++i) {
+        write(QString::number(i));
+        drawn(imageItem(QString::number(i)), 8);
+    }
+    QTRY_COMPARE(m_arrived.size(), 41);
+    QCOMPARE(m_pictures->source(item, 1).size(), QSize(12, 6));
+}
+
+void RowPicturesTest::aProgramWithoutAnIconIsNotAskedForAgain()
+{
+    ClipboardItem item = SampleHistory::textItem(u"text"_s);
+    item.sourceAppBundleID = u"org.example.unknown"_s;
+    QVERIFY(m_pictures->source(item, 1).isNull());
+    write(u"next"_s);
+    waitFor(imageItem(u"next"_s));
+    m_icons->applications[u"org.example.unknown"_s] = "pixels";
+    QVERIFY(m_pictures->source(item, 1).isNull());
+    write(u"last"_s);
+    waitFor(imageItem(u"last"_s));
+    QVERIFY(m_pictures->source(item, 1).isNull());
 }
 
 QTEST_MAIN(RowPicturesTest)

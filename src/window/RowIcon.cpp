@@ -1,0 +1,72 @@
+#include "window/RowIcon.h"
+
+#include "appearance/DevicePixels.h"
+#include "platform/ImageCodec.h"
+
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace {
+
+constexpr qreal kBadgeRadius = 4;
+/// A drawing names itself within its first lines, after its licence as the case may be.
+constexpr qsizetype kHeadBytes = 4096;
+
+bool isDrawing(const QByteArray &file)
+{
+    const bool isCompressed = file.startsWith("\x1f\x8b");
+    return isCompressed || file.first(std::min(kHeadBytes, file.size())).contains("<svg");
+}
+
+QSize fittedSize(const QSizeF &size, int side)
+{
+    return size.scaled(side, side, Qt::KeepAspectRatio).toSize().expandedTo(QSize(1, 1));
+}
+
+QImage rasterised(const QByteArray &drawing, int side)
+{
+    QSvgRenderer renderer(drawing);
+    if (!renderer.isValid() || renderer.defaultSize().isEmpty())
+        return {};
+    QImage image(fittedSize(renderer.defaultSize(), side), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter);
+    return image;
+}
+
+QImage scaled(const std::optional<QImage> &picture, int side)
+{
+    if (!picture)
+        return {};
+    return picture->convertToFormat(QImage::Format_ARGB32_Premultiplied)
+        .scaled(fittedSize(picture->size(), side), Qt::IgnoreAspectRatio,
+                Qt::SmoothTransformation);
+}
+
+} // namespace
+
+QImage makeRowIcon(const QByteArray &file, int side, qreal devicePixelRatio,
+                   const ImageCodec &codec)
+{
+    QImage icon = isDrawing(file) ? rasterised(file, side)
+                                  : scaled(codec.imageFromPicture(file), side);
+    icon.setDevicePixelRatio(devicePixelRatio);
+    return icon;
+}
+
+void drawRowIcon(QPainter &painter, const QRectF &box, const QImage &picture)
+{
+    const QSizeF size = picture.deviceIndependentSize();
+    const QPointF corner = box.center() - QPointF(size.width() / 2, size.height() / 2);
+    painter.drawImage(snappedToDevice(painter, corner), picture);
+}
+
+void drawSourceBadge(QPainter &painter, const QRectF &box, const QImage &icon,
+                     const QColor &groundColor)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(groundColor);
+    painter.drawRoundedRect(box, kBadgeRadius, kBadgeRadius);
+    drawRowIcon(painter, box, icon);
+}

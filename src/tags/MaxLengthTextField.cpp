@@ -1,0 +1,81 @@
+#include "tags/MaxLengthTextField.h"
+
+#include "appearance/InterfaceFont.h"
+#include "foundation/TextTools.h"
+
+#include <QApplication>
+#include <QInputMethodEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kTextSize = 13;
+constexpr int kTextInset = 8;
+constexpr int kInnerMargin = 2; // What the line edit keeps free on its own account.
+constexpr qreal kRadius = 6;
+constexpr qreal kRingAlpha = 0.45;
+
+} // namespace
+
+MaxLengthTextField::MaxLengthTextField(const SystemColors &colors, QWidget *parent)
+    : TextField(parent)
+    , beep(&QApplication::beep)
+    , m_colors(colors)
+{
+    setFrame(false);
+    setFont(interfaceFont(kTextSize));
+    const int inset = kRingRoom + kTextInset - kInnerMargin;
+    setTextMargins(inset, 0, inset, 0);
+    QPalette colored = palette();
+    colored.setColor(QPalette::Base, Qt::transparent);
+    colored.setColor(QPalette::Text, colors.labelColor);
+    colored.setColor(QPalette::PlaceholderText, colors.placeholderTextColor);
+    colored.setColor(QPalette::Highlight, colors.accentFillColor);
+    colored.setColor(QPalette::HighlightedText, Qt::white);
+    setPalette(colored);
+    connect(this, &QLineEdit::textChanged, this, &MaxLengthTextField::textDidChange);
+}
+
+void MaxLengthTextField::setBoxSize(const QSize &size)
+{
+    setFixedSize(size + QSize(2 * kRingRoom, 2 * kRingRoom));
+}
+
+void MaxLengthTextField::inputMethodEvent(QInputMethodEvent *event)
+{
+    m_isComposing = !event->preeditString().isEmpty();
+    TextField::inputMethodEvent(event);
+    textDidChange();
+}
+
+void MaxLengthTextField::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF box = QRectF(rect()).adjusted(kRingRoom, kRingRoom, -kRingRoom, -kRingRoom);
+    if (hasFocus()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(withAlpha(m_colors.controlAccentColor, kRingAlpha));
+        painter.drawRoundedRect(rect(), kRadius + kRingRoom, kRadius + kRingRoom);
+    }
+    painter.setBrush(m_colors.controlColor);
+    painter.setPen(hasFocus() ? m_colors.controlAccentColor : m_colors.controlLineColor);
+    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
+    painter.end();
+    TextField::paintEvent(event);
+}
+
+void MaxLengthTextField::textDidChange()
+{
+    if (m_isComposing)
+        return;
+    const QString shortened = firstCharacters(text(), maxLength);
+    if (shortened.size() == text().size())
+        return;
+    const int cursor = cursorPosition();
+    setText(shortened);
+    setCursorPosition(std::min(cursor, int(shortened.size())));
+    beep();
+}

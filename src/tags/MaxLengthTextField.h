@@ -1,0 +1,35 @@
+#pragma once
+
+#include "appearance/SystemColors.h"
+#include "tags/TagManager.h"
+#include "widgets/TextField.h"
+
+#include <functional>
+
+/// A boxed field that takes no more than so many characters. What is too much goes with a beep,
+/// though not while an input method composes.
+class MaxLengthTextField : public TextField
+{
+    Q_OBJECT
+
+public:
+    static constexpr int kRingRoom = 2; ///< Around the box, for the focus ring.
+
+    explicit MaxLengthTextField(const SystemColors &colors, QWidget *parent = nullptr);
+
+    /// The box, without the room for the ring.
+    void setBoxSize(const QSize &size);
+
+    qsizetype maxLength = TagManager::maxTagLength; ///< In characters as a reader counts them.
+    std::function<void()> beep;
+
+protected:
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void textDidChange();
+
+    SystemColors m_colors;
+    bool m_isComposing = false;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "widgets/AlertSheet.h"
+
+class MaxLengthTextField;
+
+/// Asks for the name of a new tag.
+class NewTagAlert : public AlertSheet
+{
+    Q_OBJECT
+
+public:
+    NewTagAlert(const MenuLook &look, QWidget *window);
+
+    /// The name as it was typed.
+    QString name() const;
+
+    MaxLengthTextField &field() { return *m_field; }
+
+private:
+    MaxLengthTextField *m_field;
+};

@@ -60,13 +60,13 @@ QString applicationSupportDirectory()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/tessarine"_s;
 }
 
-/// A search text is short and has one line.
-constexpr qsizetype kMaxSearchText = 1000;
+/// What is pasted into a text field is short and has one line.
+constexpr qsizetype kMaxFieldText = 1000;
 
-QString searchTextOnPasteboard(const Pasteboard &pasteboard)
+QString lineOnPasteboard(const Pasteboard &pasteboard)
 {
     const PasteboardSnapshot snapshot = pasteboard.snapshot();
-    return snapshot.string ? singleLine(snapshot.string->utf8(), kMaxSearchText) : QString();
+    return snapshot.string ? singleLine(snapshot.string->utf8(), kMaxFieldText) : QString();
 }
 
 /// Something without which nothing can work is missing.
@@ -184,8 +184,8 @@ struct Program
             .clock = ground.clock,
             .defaults = ground.defaults,
             .copyItem = [this](const ClipboardItem &item) { itemCopier.copyItem(item); },
-            .beep = [] { QApplication::beep(); }},
-        [this] { return searchTextOnPasteboard(platform.pasteboard()); }};
+            .beep = [] { QApplication::beep(); },
+            .pasteboardText = [this] { return lineOnPasteboard(platform.pasteboard()); }}};
     const SettingsCollaborators settingsCollaborators{
         platform.workspace(), platform.appearance(), platform.globalHotkey(),
         ground.defaults,      ground.languages,      hotkeySettings};

@@ -25,6 +25,7 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_updater(tableView, m_model, collaborators.scheduler, collaborators.clock)
     , m_deletion(tableView, m_model, collaborators.itemManager)
     , m_limitHint(tableView, collaborators.scheduler, collaborators.clock)
+    , m_itemTags(collaborators, m_items, m_model)
 {
     m_model.reload(items);
     m_tableView.setRowDelegate(&m_delegate);
@@ -34,6 +35,8 @@ ClipboardTableViewController::ClipboardTableViewController(
     connect(&m_with.pictures, &RowPictures::arrived, this,
             &ClipboardTableViewController::repaintPicture);
     m_deletion.onRemoved = [this] { reloadItems(); };
+    m_itemTags.onItemChanged = [this](const ClipboardItemPointer &item, qsizetype row,
+                                      bool wasListed) { applyItemChange(item, row, wasListed); };
 }
 
 ClipboardTableViewController::~ClipboardTableViewController()
@@ -97,16 +100,23 @@ void ClipboardTableViewController::toggleFavorite(const QUuid &id)
         onFavoriteToggled(id);
 }
 
+void ClipboardTableViewController::requestNewTag(const QUuid &itemID)
+{
+    m_itemTags.requestNewTag(itemID, *m_tableView.window());
+}
+
 void ClipboardTableViewController::setOverlayLook(const MenuLook &look)
 {
     m_rowMenu.setLook(look);
     m_limitHint.setLook(look);
+    m_itemTags.setLook(look);
 }
 
 void ClipboardTableViewController::dismissOverlays()
 {
     m_rowMenu.close();
     m_limitHint.dismiss();
+    m_itemTags.dismissNewTag();
 }
 
 void ClipboardTableViewController::refreshTexts()

@@ -5,6 +5,7 @@
 #include "window/HistoryListCollaborators.h"
 #include "window/HistoryRow.h"
 #include "window/HistoryRowDelegate.h"
+#include "window/ItemTags.h"
 #include "window/ListUpdater.h"
 #include "window/RowDeletion.h"
 #include "window/RowMenu.h"
@@ -55,10 +56,23 @@ public:
     /// The list shows the change at once, ahead of the history itself.
     void toggleFavorite(const QUuid &id);
 
-    /// How menus and hints look from now on.
+    void toggleTag(const QString &name, const QUuid &itemID) { m_itemTags.toggleTag(name, itemID); }
+    void applyRenamedTag(const QString &oldName, const QString &newName)
+    {
+        m_itemTags.applyRenamedTag(oldName, newName);
+    }
+    void applyRemovedTag(const QString &name) { m_itemTags.applyRemovedTag(name); }
+
+    /// Tags the entries of the list.
+    ItemTags &itemTags() { return m_itemTags; }
+
+    /// Asks for a new tag of an entry.
+    void requestNewTag(const QUuid &itemID);
+
+    /// How menus, hints and alerts look from now on.
     void setOverlayLook(const MenuLook &look);
 
-    /// Takes away the menus and hints that are on the screen.
+    /// Takes away the menus, hints and alerts that are on the screen.
     void dismissOverlays();
 
     /// Words all rows anew.
@@ -99,4 +113,5 @@ private:
     RowDeletion m_deletion;
     RowMenu m_rowMenu;
     FavoriteLimitHint m_limitHint;
+    ItemTags m_itemTags;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 class ApplicationNames;
@@ -27,4 +29,6 @@ struct HistoryListCollaborators
     std::function<void(const ClipboardItem &)> copyItem = {};
     /// Tells the person that something cannot be done.
     std::function<void()> beep = {};
+    /// The text on the pasteboard, for text fields; never waits for another program.
+    std::function<QString()> pasteboardText = {};
 };

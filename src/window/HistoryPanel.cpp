@@ -112,6 +112,14 @@ void HistoryPanel::changeEvent(QEvent *event)
         emit deactivated();
 }
 
+void HistoryPanel::childEvent(QChildEvent *event)
+{
+    QWidget::childEvent(event);
+    // What is laid over the window later gets its shape too.
+    if (event->added() && m_presentationLayer)
+        m_presentationLayer->raise();
+}
+
 void HistoryPanel::closeEvent(QCloseEvent *event)
 {
     event->ignore();

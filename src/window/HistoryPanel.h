@@ -50,6 +50,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void childEvent(QChildEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

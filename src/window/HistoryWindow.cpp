@@ -177,8 +177,8 @@ void HistoryWindow::connectSearchField()
     QObject::connect(field, &SearchField::newlinePressed, controller,
                      &ClipboardTableViewController::pasteSelectedOrFirst);
     QObject::connect(field, &SearchField::pastePressed, controller, [this, field] {
-        if (m_collaborators.pasteboardText)
-            field->insert(m_collaborators.pasteboardText());
+        if (m_collaborators.list.pasteboardText)
+            field->insert(m_collaborators.list.pasteboardText());
     });
     QObject::connect(field, &SearchField::moveDownPressed, controller,
                      &ClipboardTableViewController::selectNextRow);

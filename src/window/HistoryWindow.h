@@ -22,8 +22,6 @@ struct HistoryWindowCollaborators
     const Clock &clock;
     UserDefaults &defaults;
     HistoryListCollaborators list;
-    /// The text on the pasteboard, for the search field; never waits for another program.
-    std::function<QString()> pasteboardText = {};
 };
 
 /// The history window with everything that its two kinds share. It opens where it last stood, and
@@ -49,6 +47,8 @@ public:
 
     /// The widget on the screen.
     QWidget &panel() { return m_panel; }
+
+    ClipboardTableViewController &tableViewController() { return m_tableViewController; }
 
 protected:
     HistoryWindow(const HistoryWindowStyle &style, const HistoryWindowCollaborators &collaborators,

@@ -29,6 +29,7 @@ protected:
         m_tags = std::make_unique<TagManager>(*m_defaults);
         m_copied.clear();
         m_beepCount = 0;
+        m_pasteboardText.clear();
     }
 
     void tearDownList()
@@ -55,7 +56,8 @@ protected:
                 .clock = clock,
                 .defaults = *m_defaults,
                 .copyItem = [this](const ClipboardItem &item) { m_copied.append(item.id); },
-                .beep = [this] { ++m_beepCount; }};
+                .beep = [this] { ++m_beepCount; },
+                .pasteboardText = [this] { return m_pasteboardText; }};
     }
 
     /// Puts \a items into the history too.
@@ -74,4 +76,5 @@ protected:
     std::unique_ptr<TagManager> m_tags;
     QList<QUuid> m_copied;
     int m_beepCount = 0;
+    QString m_pasteboardText;
 };

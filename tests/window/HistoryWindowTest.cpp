@@ -4,6 +4,8 @@
 #include "tests/window/SampleHistory.h"
 
 #include "language/LanguageManager.h"
+#include "tags/MaxLengthTextField.h"
+#include "tags/NewTagAlert.h"
 #include "window/ClipboardSearchWindow.h"
 #include "window/ClipboardSearchWindowCompat.h"
 #include "window/ClipboardTableView.h"
@@ -141,6 +143,9 @@ private slots:
     void draggingTheHeadMovesTheWindow();
     void theHandlesResize();
     void warmingUpLeavesNothingBehind();
+    void anAlertKeepsTheWindowOpenAndTheKeys();
+    void anAlertGetsTheShapeOfTheWindow();
+    void anAlertGoesWithTheWindow();
 
 private:
     void make(const ClipboardItemList &items = SampleHistory::mixed());
@@ -151,6 +156,7 @@ private:
     void openWholly();
     void openRowMenu(int row);
     void dragBy(const char *handle, QPoint travel);
+    NewTagAlert &askForATag();
     QRect geometryOf(const char *name);
     QImage picture();
 
@@ -197,8 +203,7 @@ HistoryWindowCollaborators HistoryWindowTest::collaborators()
             .scheduler = *m_scheduler,
             .clock = *m_clock,
             .defaults = *m_defaults,
-            .list = listCollaborators(),
-            .pasteboardText = [] { return u"tide"_s; }};
+            .list = listCollaborators()};
 }
 
 void HistoryWindowTest::make(const ClipboardItemList &items)
@@ -493,6 +498,7 @@ void HistoryWindowTest::returnOnAnEmptyListKeepsTheWindow()
 
 void HistoryWindowTest::pasteInTheFieldTakesTheTextAtHand()
 {
+    m_pasteboardText = u"tide"_s;
     make();
     openWholly();
     const int wholeCount = rowCount();
@@ -1212,6 +1218,57 @@ void HistoryWindowTest::warmingUpLeavesNothingBehind()
     QVERIFY(!m_appearance->onChanged);
     QVERIFY(!m_pointer->isRunning);
     QVERIFY(!m_defaults->contains(kFrameKey));
+}
+
+NewTagAlert &HistoryWindowTest::askForATag()
+{
+    ClipboardTableViewController &list = m_window->tableViewController();
+    list.requestNewTag(list.items().first()->id);
+    pass(16ms);
+    return *m_window->panel().findChild<NewTagAlert *>();
+}
+
+void HistoryWindowTest::anAlertKeepsTheWindowOpenAndTheKeys()
+{
+    make();
+    openWholly();
+    NewTagAlert &alert = askForATag();
+    QVERIFY(alert.field().hasFocus());
+    m_pointer->onMousePressed(m_window->panel().mapToGlobal(alert.geometry().center()));
+    m_desktop->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 1, 1});
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    // Coming to the front again gives the keyboard to the search field.
+    m_window->show();
+    QVERIFY(alert.field().hasFocus());
+    QTest::keyClicks(QApplication::focusWidget(), u"x"_s);
+    QVERIFY(field()->text().isEmpty());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QVERIFY(m_window->isVisible());
+    QVERIFY(field()->hasFocus());
+}
+
+void HistoryWindowTest::anAlertGetsTheShapeOfTheWindow()
+{
+    make();
+    openWholly();
+    const QImage before = picture();
+    askForATag();
+    const QImage veiled = picture();
+    QCOMPARE(veiled.pixelColor(2, 2).alpha(), 0);
+    QVERIFY(veiled.pixelColor(340, 60) != before.pixelColor(340, 60));
+}
+
+void HistoryWindowTest::anAlertGoesWithTheWindow()
+{
+    make();
+    openWholly();
+    const QPointer<NewTagAlert> alert = &askForATag();
+    m_window->hide();
+    QVERIFY(!alert || !alert->isVisible());
+    pass(1s);
+    QTRY_VERIFY(!alert);
+    QVERIFY(m_tags->tagNames().isEmpty());
 }
 
 QTEST_MAIN(HistoryWindowTest)

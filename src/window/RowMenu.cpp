@@ -2,8 +2,10 @@
 
 #include "core/ClipboardItem.h"
 #include "language/Localized.h"
+#include "tags/TagChipRow.h"
 
 #include <QMenu>
+#include <QWidgetAction>
 
 using namespace Qt::StringLiterals;
 
@@ -57,10 +59,21 @@ std::unique_ptr<QMenu> RowMenu::makeMenu(const ClipboardItem &item, const Offers
             ? localized(u"menu.unfavorite"_s, u"Unfavorite"_s)
             : localized(u"menu.favorite"_s, u"Favorite"_s));
     menu->addSeparator();
-    if (offers.hasTagPopover) {
+    if (!offers.tagNames.isEmpty())
+        addTags(*menu, item, offers.tagNames);
+    if (offers.hasTagPopover)
         add(Entry::Tags, localized(u"menu.tags"_s, u"Tags…"_s));
+    if (offers.hasTagPopover || !offers.tagNames.isEmpty())
         menu->addSeparator();
-    }
     add(Entry::Delete, localized(u"menu.delete"_s, u"Delete"_s));
     return menu;
+}
+
+void RowMenu::addTags(QMenu &menu, const ClipboardItem &item, const QStringList &tagNames)
+{
+    auto *row = new TagChipRow(tagNames, item.tags, systemColors(m_look.scheme));
+    row->onToggle = [this, id = item.id](const QString &name) { emit tagToggled(name, id); };
+    auto *action = new QWidgetAction(&menu);
+    action->setDefaultWidget(row);
+    menu.addAction(action);
 }

@@ -4,6 +4,7 @@
 
 #include <QContextMenuEvent>
 #include <QObject>
+#include <QStringList>
 #include <QUuid>
 
 #include <memory>
@@ -25,6 +26,7 @@ public:
     {
         bool hasPreview = false;
         bool hasTagPopover = false;
+        QStringList tagNames = {}; ///< Of all tags that can be turned on and off.
     };
 
     RowMenu();
@@ -42,8 +44,11 @@ public:
 
 signals:
     void entryChosen(RowMenu::Entry entry, const QUuid &id);
+    /// The menu stays open.
+    void tagToggled(const QString &name, const QUuid &id);
 
 private:
+    void addTags(QMenu &menu, const ClipboardItem &item, const QStringList &tagNames);
     std::unique_ptr<QMenu> makeMenu(const ClipboardItem &item, const Offers &offers);
 
     MenuLook m_look;

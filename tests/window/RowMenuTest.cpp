@@ -1,10 +1,13 @@
 #include "tests/window/TableFixture.h"
 
 #include "language/LanguageManager.h"
+#include "tags/TagChipRow.h"
+#include "tags/TagHoverContainer.h"
 
 #include <QApplication>
 #include <QMenu>
 #include <QPointer>
+#include <QSignalSpy>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -57,6 +60,7 @@ private slots:
     void whatCannotBeSeenIsNotOffered();
     void aFavoriteCanBeUnmarked();
     void tagsAreOfferedWhereTheyCanBeChosen();
+    void tagsAreSwitchesThatLeaveTheMenuOpen();
     void titlesAreInTheLanguageOfTheProgram();
 
     void aRightClickSelectsItsRow();
@@ -165,6 +169,28 @@ void RowMenuTest::tagsAreOfferedWhereTheyCanBeChosen()
              (QStringList{u"Tags…"_s, kSeparator, u"Delete"_s}));
     choose(u"Tags…"_s);
     QCOMPARE(asked, QList<QUuid>{items[1]->id});
+}
+
+void RowMenuTest::tagsAreSwitchesThatLeaveTheMenuOpen()
+{
+    ClipboardItem item = SampleHistory::textItem(u"word"_s);
+    item.tags = {u"travel"_s};
+    RowMenu rowMenu;
+    QSignalSpy toggled(&rowMenu, &RowMenu::tagToggled);
+    rowMenu.popUp(item, {.tagNames = {u"travel"_s, u"work"_s}}, {100, 100},
+                  QContextMenuEvent::Mouse);
+    const auto *chips = openMenu()->findChild<TagChipRow *>();
+    QVERIFY(chips);
+    QCOMPARE(chips->chips().size(), 2);
+    QVERIFY(chips->chips().first()->isSelectedTag());
+    QVERIFY(!chips->chips().last()->isSelectedTag());
+    QTest::mouseClick(chips->chips().last(), Qt::LeftButton);
+    QCOMPARE(toggled, (QList<QVariantList>{{u"work"_s, item.id}}));
+    QVERIFY(openMenu());
+    // They stand after the star and before the deletion.
+    const QStringList titles = titlesOf(*openMenu());
+    QCOMPARE(titles.mid(titles.indexOf(u"Favorite"_s)),
+             (QStringList{u"Favorite"_s, kSeparator, QString(), kSeparator, u"Delete"_s}));
 }
 
 void RowMenuTest::titlesAreInTheLanguageOfTheProgram()

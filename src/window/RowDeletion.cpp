@@ -32,12 +32,19 @@ void RowDeletion::deleteRow(int row)
 
 void RowDeletion::removeRow(int row, const std::function<void()> &finish)
 {
+    const QUuid id = m_model.items().at(row)->id;
     const QPointer<RowDeletion> self(this);
-    m_itemManager.removeItem(m_model.items().at(row)->id, [self, finish] {
+    const auto leave = [self, finish] {
         if (!self)
             return;
         self->onRemoved();
         finish();
+    };
+    m_itemManager.removeItem(id, [self, id, leave] {
+        if (self && self->fadeRow)
+            self->fadeRow(id, leave);
+        else
+            leave();
     });
 }
 

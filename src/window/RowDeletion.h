@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QUuid>
 
 #include <functional>
 
@@ -30,6 +31,9 @@ public:
 
     /// Called when the entry is gone from the history, to show the list as it is then.
     std::function<void()> onRemoved;
+
+    /// Lets the row of an entry fade from sight, and calls \a done then. Without it rows go at once.
+    std::function<void(const QUuid &id, const std::function<void()> &done)> fadeRow;
 
 private:
     void removeRow(int row, const std::function<void()> &finish);

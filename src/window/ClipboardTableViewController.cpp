@@ -37,6 +37,9 @@ ClipboardTableViewController::ClipboardTableViewController(
     m_deletion.onRemoved = [this] { reloadItems(); };
     m_itemTags.onItemChanged = [this](const ClipboardItemPointer &item, qsizetype row,
                                       bool wasListed) { applyItemChange(item, row, wasListed); };
+    m_deletion.fadeRow = [this](const QUuid &id, const std::function<void()> &done) {
+        m_updater.transition().fadeOut(id, done);
+    };
 }
 
 ClipboardTableViewController::~ClipboardTableViewController()

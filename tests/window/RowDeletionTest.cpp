@@ -3,6 +3,7 @@
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using SampleHistory::shared;
 
 class RowDeletionTest : public QObject, private TableFixture
@@ -21,6 +22,7 @@ private slots:
     void aPressThatComesTooEarlyDoesNothing_data();
     void aPressThatComesTooEarlyDoesNothing();
     void clicksThatComeTooEarlyDoNothing();
+    void theRowFadesBeforeItGoes();
     void theKeyWorksAgainAndAgain();
     void theViewDoesNotScroll();
     void theListIsShownAsTheHistoryIsThen();
@@ -31,7 +33,13 @@ private slots:
 
 private:
     void press(Qt::Key key) { QTest::keyClick(m_view.get(), key); }
-    void waitForInput() { QTRY_VERIFY(m_view->acceptsInput()); }
+    void pass(std::chrono::milliseconds time)
+    {
+        m_clock->advance(time);
+        m_scheduler->advance(time);
+    }
+    /// The history answers in its own time; then the row fades in ours.
+    void waitForInput() { QTRY_VERIFY((pass(250ms), m_view->acceptsInput())); }
 };
 
 void RowDeletionTest::aKeyDeletesTheSelectedRow_data()
@@ -47,7 +55,8 @@ void RowDeletionTest::aKeyDeletesTheSelectedRow()
     makeHistory(SampleHistory::numbered(3));
     m_view->selectRow(1);
     press(key);
-    QTRY_COMPARE(listedTexts(), (QStringList{u"entry 0"_s, u"entry 2"_s}));
+    waitForInput();
+    QCOMPARE(listedTexts(), (QStringList{u"entry 0"_s, u"entry 2"_s}));
     QCOMPARE(m_manager->items().size(), 2);
 }
 
@@ -80,8 +89,8 @@ void RowDeletionTest::theRowThatTakesThePlaceIsSelected()
     makeHistory(SampleHistory::numbered(count));
     m_view->selectRow(row);
     press(Qt::Key_Delete);
-    QTRY_COMPARE(int(m_controller->filteredItems().size()), count - 1);
     waitForInput();
+    QCOMPARE(int(m_controller->filteredItems().size()), count - 1);
     QCOMPARE(m_view->selectedRow(), selected);
 }
 
@@ -122,6 +131,21 @@ void RowDeletionTest::clicksThatComeTooEarlyDoNothing()
     QCOMPARE(m_view->selectedRow(), 3);
 }
 
+void RowDeletionTest::theRowFadesBeforeItGoes()
+{
+    makeHistory(SampleHistory::numbered(3));
+    m_view->selectRow(1);
+    press(Qt::Key_Delete);
+    QTRY_VERIFY(m_scheduler->pendingCount() > 0); // The history has answered.
+    QCOMPARE(m_manager->items().size(), 2);
+    pass(249ms);
+    QCOMPARE(listedTexts().size(), 3);
+    QVERIFY(!m_view->acceptsInput());
+    pass(1ms);
+    QCOMPARE(listedTexts(), (QStringList{u"entry 0"_s, u"entry 2"_s}));
+    QVERIFY(m_view->acceptsInput());
+}
+
 void RowDeletionTest::theKeyWorksAgainAndAgain()
 {
     makeHistory(SampleHistory::numbered(5));
@@ -147,8 +171,8 @@ void RowDeletionTest::theViewDoesNotScroll()
     const ClipboardItemPointer seen = m_controller->filteredItems().at(15);
     const QRect place = boxOf(seen);
     press(Qt::Key_Delete);
-    QTRY_COMPARE(int(m_controller->filteredItems().size()), 49);
     waitForInput();
+    QCOMPARE(int(m_controller->filteredItems().size()), 49);
     QCoreApplication::processEvents(); // The view lays itself out again later.
     QCOMPARE(m_view->selectedRow(), 3);
     QCOMPARE(boxOf(seen), place); // The deleted row was above.
@@ -173,8 +197,8 @@ void RowDeletionTest::underASearchTheRowThatTakesThePlaceIsSelected()
     search(u"tw"_s);
     m_view->selectRow(1);
     press(Qt::Key_Delete);
-    QTRY_COMPARE(listedTexts(), QStringList{u"two"_s});
     waitForInput();
+    QCOMPARE(listedTexts(), QStringList{u"two"_s});
     QCOMPARE(m_view->selectedRow(), 0);
     QCOMPARE(m_controller->items().size(), 3);
 }

@@ -11,6 +11,7 @@
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using SampleHistory::shared;
 
 namespace {
@@ -349,7 +350,8 @@ void RowMenuTest::deleteRemovesTheEntryAndLeavesTheSelection()
     m_view->selectRow(2);
     choose(u"Delete"_s);
     QVERIFY(m_view->acceptsInput());
-    QTRY_COMPARE(listedTexts(), (QStringList{u"entry 0"_s, u"entry 2"_s, u"entry 3"_s}));
+    QTRY_COMPARE((m_clock->advance(250ms), m_scheduler->advance(250ms), listedTexts()),
+                 (QStringList{u"entry 0"_s, u"entry 2"_s, u"entry 3"_s}));
     QCOMPARE(m_manager->items().size(), 3);
     QCOMPARE(m_view->selectedRow(), 1); // Still the same entry.
 }

@@ -11,13 +11,15 @@
 #include "tests/fakes/PaintWatch.h"
 #include "tests/window/SampleHistory.h"
 
-#include "platform/linux/QtImageCodec.h"
 #include "language/LanguageManager.h"
+#include "platform/linux/QtImageCodec.h"
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
+#include "window/ClipboardTableView.h"
 #include "window/FilterBarView.h"
 #include "window/HistoryPanel.h"
 #include "window/HistoryWindowFactory.h"
+#include "window/RowLayout.h"
 
 #include <QApplication>
 #include <QDir>
@@ -183,6 +185,33 @@ void waitForEntrance(HistoryWindow &window)
     static_cast<void>(QTest::qWaitFor([&panel] { return panel.opacity() == 1; }));
 }
 
+constexpr QPoint kMargin(40, 40);
+
+/// The window, and what it has opened over itself.
+QList<QWidget *> shownWindows(QWidget &panel)
+{
+    QList<QWidget *> windows{&panel};
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget != &panel && widget->isVisible())
+            windows.append(widget);
+    }
+    return windows;
+}
+
+QImage emptyCanvas(QWidget &panel, bool isDark)
+{
+    QRect covered = panel.geometry();
+    for (const QWidget *widget : shownWindows(panel))
+        covered |= widget->geometry();
+    covered.setTopLeft(panel.geometry().topLeft());
+    const qreal scale = panel.devicePixelRatioF();
+    const QSize room(2 * kMargin.x(), 2 * kMargin.y());
+    QImage canvas((covered.size() + room) * scale, QImage::Format_RGB32);
+    canvas.setDevicePixelRatio(scale);
+    canvas.fill(isDark ? QColor(0x34, 0x38, 0x40) : QColor(0xC9, 0xCE, 0xD4));
+    return canvas;
+}
+
 template <typename Action>
 void save(Stage &stage, const QString &path, const ClipboardItemList &items, Action action)
 {
@@ -193,21 +222,15 @@ void save(Stage &stage, const QString &path, const ClipboardItemList &items, Act
     stage.waitForPictures(items);
     action(*window);
     QCoreApplication::processEvents(); // Lays out what has changed.
-    const qreal scale = window->panel().devicePixelRatioF();
-    QImage canvas(QSize(760, 580) * scale, QImage::Format_RGB32);
-    canvas.setDevicePixelRatio(scale);
-    canvas.fill(stage.appearance.dark.value_or(false) ? QColor(0x34, 0x38, 0x40)
-                                                      : QColor(0xC9, 0xCE, 0xD4));
+    QImage canvas = emptyCanvas(window->panel(), stage.appearance.dark.value_or(false));
     QPainter painter(&canvas);
-    QPixmap picture = window->panel().grab();
-    if (!stage.appearance.composited) {
-        QRegion shape = window->panel().mask();
-        painter.setClipRegion(shape.translated(40, 40));
-    }
-    painter.drawPixmap(40, 40, picture);
-    if (QWidget *menu = QApplication::activePopupWidget()) {
-        painter.setClipping(false);
-        painter.drawPixmap(QPoint(40, 40) + menu->pos() - window->panel().pos(), menu->grab());
+    const QPoint origin = kMargin - window->panel().geometry().topLeft();
+    for (QWidget *widget : shownWindows(window->panel())) {
+        const QPoint corner = widget->geometry().topLeft() + origin;
+        const QRegion shape = widget->mask();
+        painter.setClipRegion(shape.translated(corner), shape.isEmpty() ? Qt::NoClip
+                                                                        : Qt::ReplaceClip);
+        painter.drawPixmap(corner, widget->grab());
     }
     painter.end();
     canvas.save(path);
@@ -265,10 +288,54 @@ void takeTagShots(Stage &stage, const QString &prefix)
     stage.setTags({});
 }
 
+void openRowMenu(HistoryWindow &window, int row)
+{
+    auto *list = window.panel().findChild<ClipboardTableView *>();
+    list->selectRow(row);
+    QTest::keyClick(list, Qt::Key_Menu);
+}
+
+/// Wants a favourite more than there may be.
+void reachFavoriteLimit(HistoryWindow &window)
+{
+    auto *list = window.panel().findChild<ClipboardTableView *>();
+    list->selectRow(2);
+    const RowLayout layout(list->visualRect(list->model()->index(2, 0)));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, layout.star.center().toPoint());
+    QTest::qWait(1100); // The bubble has come to rest by then, and goes a little later.
+}
+
+ClipboardItemList mixedAndManyFavorites()
+{
+    ClipboardItemList items = SampleHistory::mixed();
+    for (int i = 0; i < 1000; ++i) {
+        ClipboardItem favorite = SampleHistory::textItem(QString::number(i));
+        favorite.isFavorite = true;
+        items.append(SampleHistory::shared(favorite));
+    }
+    return items;
+}
+
+void takeOverlayShots(Stage &stage, const QString &prefix)
+{
+    const struct
+    {
+        const char *name;
+        int row;
+    } menus[] = {{"text", 0}, {"picture", 2}, {"favorite", 3}, {"file", 4}};
+    for (const auto &menu : menus) {
+        save(stage, prefix + u"menu-%1.png"_s.arg(QLatin1StringView(menu.name)),
+             SampleHistory::mixed(), [&](auto &window) { openRowMenu(window, menu.row); });
+    }
+    save(stage, prefix + u"limit.png"_s, mixedAndManyFavorites(), reachFavoriteLimit);
+}
+
 void takeShots(const QString &directory)
 {
     QDir().mkpath(directory);
     Stage stage;
+    LanguageManager language(stage.defaults());
+    language.install();
     for (const bool isComposited : {true, false}) {
         for (const bool isDark : {false, true}) {
             stage.appearance.composited = isComposited;
@@ -294,8 +361,13 @@ void takeShots(const QString &directory)
                  [](auto &window) { type(window, u"hydrangea"_s); });
             save(stage, prefix + u"empty.png"_s, {}, [](auto &) {});
             takeTagShots(stage, prefix);
+            takeOverlayShots(stage, prefix);
         }
     }
+    stage.appearance.composited = true;
+    stage.appearance.dark = false;
+    language.setLanguage(AppLanguage::Chinese);
+    takeOverlayShots(stage, directory + u"/chinese-"_s);
 }
 
 void measure(int rounds, bool isComposited, bool isWarm)

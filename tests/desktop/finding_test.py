@@ -4,6 +4,8 @@ from case import main
 from clients import Mousepad
 from list_case import ListCase, text_entry
 
+WHEEL_DOWN = 5
+
 
 class FindingTest(ListCase):
     texts = ["bread and cheese", "a ladder", "the lighthouse stands in the fog", "light rain",
@@ -105,6 +107,19 @@ class FindingTest(ListCase):
         self.assertEqual(self.texts[3], self.pasted(mark))
 
     # Captures
+
+    def test_a_copy_changes_nothing_under_the_eye_of_who_has_scrolled(self):
+        panel = self.open_list_at(1)
+        for _ in range(3):
+            self.display.turn_wheel(WHEEL_DOWN)
+        self.settle()
+        before = panel.list_picture()
+        for number in range(3):
+            self.copy(f"copied meanwhile: {number}")
+        self.settle()
+        self.assertTrue(before == panel.list_picture(), "the list has moved")
+        # The selected row has gone along with its entry.
+        self.assertEqual(self.texts[1], self.paste())
 
     def test_a_copy_comes_on_top_of_what_is_not_scrolled(self):
         self.open_list()

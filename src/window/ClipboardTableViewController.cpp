@@ -5,6 +5,7 @@
 #include "core/HistoryCapacity.h"
 #include "language/Localized.h"
 #include "platform/FileViewer.h"
+#include "tags/TagManager.h"
 #include "window/ClipboardTableView.h"
 #include "window/RowPictures.h"
 
@@ -145,6 +146,7 @@ void ClipboardTableViewController::connectTableView()
             &ClipboardTableViewController::popUpMenu);
     connect(&m_rowMenu, &RowMenu::entryChosen, this,
             &ClipboardTableViewController::performMenuEntry);
+    connect(&m_rowMenu, &RowMenu::tagToggled, this, &ClipboardTableViewController::toggleTag);
     m_tableView.onSpace = [this](int row) { return requestPreview(filteredItems().at(row)); };
 }
 
@@ -154,7 +156,9 @@ void ClipboardTableViewController::popUpMenu(int row, const QPoint &position,
     const ClipboardItem &item = *filteredItems().at(row);
     m_rowMenu.popUp(item,
                     {.hasPreview = onPreviewRequested && canPreview(item),
-                     .hasTagPopover = bool(onTagPopoverRequested)},
+                     .hasTagPopover = bool(onTagPopoverRequested),
+                     .hasNewTag = m_with.tagManager.tags().size() < m_with.tagManager.maxTagCount(),
+                     .tagNames = m_with.tagManager.tagNames()},
                     position, reason);
 }
 
@@ -175,6 +179,7 @@ void ClipboardTableViewController::performMenuEntry(RowMenu::Entry entry, const 
         return;
     case RowMenu::Entry::ToggleFavorite: toggleFavorite(id); return;
     case RowMenu::Entry::Tags: onTagPopoverRequested(id); return;
+    case RowMenu::Entry::NewTag: requestNewTag(id); return;
     case RowMenu::Entry::Delete: m_deletion.deleteRow(int(row)); return;
     }
 }

@@ -4,7 +4,6 @@
 #include "platform/Scheduler.h"
 #include "tags/MaxLengthTextField.h"
 #include "tags/NewTagAlert.h"
-#include "tags/TagChipRow.h"
 #include "tags/TagManager.h"
 #include "window/HistoryListModel.h"
 
@@ -108,20 +107,6 @@ bool ItemTags::moveTagUp(const QString &name)
 bool ItemTags::moveTagDown(const QString &name)
 {
     return m_with.tagManager.moveTagDown(name);
-}
-
-std::unique_ptr<TagChipRow> ItemTags::makeChipRow(const ClipboardItem &item)
-{
-    const QStringList names = m_with.tagManager.tagNames();
-    if (names.isEmpty())
-        return nullptr;
-    auto row = std::make_unique<TagChipRow>(names, item.tags, systemColors(m_look.scheme));
-    // The menu that holds the row may outlive the list.
-    row->onToggle = [list = QPointer<ItemTags>(this), id = item.id](const QString &name) {
-        if (list)
-            list->toggleTag(name, id);
-    };
-    return row;
 }
 
 void ItemTags::requestNewTag(const QUuid &itemID, QWidget &window)

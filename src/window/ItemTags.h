@@ -13,7 +13,6 @@ class HistoryListModel;
 class NewTagAlert;
 class QWidget;
 class ScheduledWork;
-class TagChipRow;
 
 /// What the list does with tags: turns them on and off on its entries, and carries out what views
 /// ask of the catalogue, where entries have to follow it.
@@ -46,9 +45,6 @@ public:
     bool moveTagUp(const QString &name);
     bool moveTagDown(const QString &name);
 
-    /// The tags as chips that are on and off as \a item has them; null if there are no tags.
-    std::unique_ptr<TagChipRow> makeChipRow(const ClipboardItem &item);
-
     /// Asks over \a window for a new tag of an entry. Returns at once; a menu that asks for this has
     /// closed by the time the question is there.
     void requestNewTag(const QUuid &itemID, QWidget &window);
@@ -56,7 +52,7 @@ public:
     /// Takes the question away unanswered.
     void dismissNewTag();
 
-    /// How the chips and the question look that are made from now on.
+    /// How the question looks from now on.
     void setLook(const MenuLook &look) { m_look = look; }
 
     /// Shows what has become of a row: applyItemChange() of the list.

@@ -63,7 +63,9 @@ std::unique_ptr<QMenu> RowMenu::makeMenu(const ClipboardItem &item, const Offers
         addTags(*menu, item, offers.tagNames);
     if (offers.hasTagPopover)
         add(Entry::Tags, localized(u"menu.tags"_s, u"Tags…"_s));
-    if (offers.hasTagPopover || !offers.tagNames.isEmpty())
+    else if (offers.hasNewTag)
+        add(Entry::NewTag, localized(u"alert.new_tag.title"_s, u"New Tag"_s) + u'…');
+    if (offers.hasTagPopover || offers.hasNewTag || !offers.tagNames.isEmpty())
         menu->addSeparator();
     add(Entry::Delete, localized(u"menu.delete"_s, u"Delete"_s));
     return menu;

@@ -19,13 +19,14 @@ class RowMenu : public QObject
     Q_OBJECT
 
 public:
-    enum class Entry { ShowInFileManager, Preview, Paste, Copy, ToggleFavorite, Tags, Delete };
+    enum class Entry { ShowInFileManager, Preview, Paste, Copy, ToggleFavorite, Tags, NewTag, Delete };
 
     /// What cannot be done with every entry, or not everywhere.
     struct Offers
     {
         bool hasPreview = false;
         bool hasTagPopover = false;
+        bool hasNewTag = false; ///< Where there is no popover, which can make tags as well.
         QStringList tagNames = {}; ///< Of all tags that can be turned on and off.
     };
 

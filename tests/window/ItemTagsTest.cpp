@@ -10,8 +10,11 @@
 #include "window/ClipboardTableViewController.h"
 
 #include <QAbstractItemModelTester>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -53,9 +56,10 @@ private slots:
     void aRefusedCreationTagsNothing();
     void movingLeavesTheEntriesAlone();
 
-    void chipsToggle();
-    void withoutTagsThereAreNoChips();
-    void chipsThatOutliveTheListDoNothing();
+    void chipsOfTheMenuToggle();
+    void withoutTagsTheMenuHasNoChips();
+    void theMenuAsksForANewTag();
+    void withFifteenTagsTheMenuAsksForNoMore();
 
     void theQuestionComesOnTheNextTurn();
     void theAnswerMakesATagAndGivesIt();
@@ -78,6 +82,8 @@ private:
     QStringList storedOf(const QUuid &id) const;
     void filterBy(const QString &name);
     qsizetype storeCalls();
+    QMenu &openMenuAt(int row);
+    static QAction *newTagEntry(const QMenu &menu);
     NewTagAlert *alert() const { return m_window->findChild<NewTagAlert *>(); }
     NewTagAlert &askFor(const QUuid &id);
 
@@ -141,6 +147,20 @@ qsizetype ItemTagsTest::storeCalls()
 {
     m_manager->drain();
     return m_history->callsSoFar().size();
+}
+
+QMenu &ItemTagsTest::openMenuAt(int row)
+{
+    m_view->selectRow(row);
+    QTest::keyClick(m_view, Qt::Key_Menu);
+    return *static_cast<QMenu *>(QApplication::activePopupWidget());
+}
+
+QAction *ItemTagsTest::newTagEntry(const QMenu &menu)
+{
+    const QList<QAction *> actions = menu.actions();
+    const auto found = std::ranges::find(actions, u"New Tag…"_s, &QAction::text);
+    return found == actions.end() ? nullptr : *found;
 }
 
 NewTagAlert &ItemTagsTest::askFor(const QUuid &id)
@@ -434,37 +454,50 @@ void ItemTagsTest::movingLeavesTheEntriesAlone()
     QCOMPARE(keptAt(0), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
 }
 
-void ItemTagsTest::chipsToggle()
+void ItemTagsTest::chipsOfTheMenuToggle()
 {
     m_tags->createTag(u"work"_s);
     m_tags->createTag(u"home"_s);
-    make({{u"home"_s, u"gone"_s}});
-    const auto row = tags().makeChipRow(*m_controller->items().first());
-    QCOMPARE(row->chips().size(), 2);
-    QVERIFY(!row->chips().at(0)->isSelectedTag());
-    QVERIFY(row->chips().at(1)->isSelectedTag());
-    for (TagHoverContainer *chip : row->chips())
+    make({{}, {u"home"_s, u"gone"_s}});
+    QMenu &menu = openMenuAt(1);
+    const auto chips = menu.findChild<TagChipRow *>()->chips();
+    QCOMPARE(chips.size(), 2);
+    QVERIFY(!chips.at(0)->isSelectedTag());
+    QVERIFY(chips.at(1)->isSelectedTag());
+    for (TagHoverContainer *chip : chips)
         QTest::mouseClick(chip, Qt::LeftButton, {}, {10, 10});
-    QCOMPARE(keptAt(0), (QStringList{u"gone"_s, u"work"_s}));
-    QVERIFY(row->chips().at(0)->isSelectedTag());
-    QVERIFY(!row->chips().at(1)->isSelectedTag());
+    QCOMPARE(keptAt(1), (QStringList{u"gone"_s, u"work"_s}));
+    QCOMPARE(storedOf(idAt(1)), keptAt(1));
+    QVERIFY(chips.at(0)->isSelectedTag());
+    QVERIFY(!chips.at(1)->isSelectedTag());
+    QVERIFY(menu.isVisible());
 }
 
-void ItemTagsTest::withoutTagsThereAreNoChips()
+void ItemTagsTest::withoutTagsTheMenuHasNoChips()
 {
     make({{u"home"_s}});
-    QVERIFY(!tags().makeChipRow(*m_controller->items().first()));
+    QVERIFY(!openMenuAt(0).findChild<TagChipRow *>());
 }
 
-void ItemTagsTest::chipsThatOutliveTheListDoNothing()
+void ItemTagsTest::theMenuAsksForANewTag()
 {
-    m_tags->createTag(u"work"_s);
+    make({{}, {}});
+    QAction *entry = newTagEntry(openMenuAt(1));
+    QVERIFY(entry);
+    entry->trigger();
+    m_scheduler->advance(0ms);
+    QVERIFY(alert());
+    QTest::keyClicks(&alert()->field(), u"travel"_s);
+    alert()->confirm();
+    QCOMPARE(keptAt(1), QStringList{u"travel"_s});
+}
+
+void ItemTagsTest::withFifteenTagsTheMenuAsksForNoMore()
+{
+    for (int i = 1; i <= 15; ++i)
+        m_tags->createTag(QString::number(i));
     make({{}});
-    const auto row = tags().makeChipRow(*m_controller->items().first());
-    m_tester.reset();
-    m_controller.reset();
-    QTest::mouseClick(row->chips().first(), Qt::LeftButton, {}, {10, 10});
-    QVERIFY(m_manager->items().first()->tags.isEmpty());
+    QVERIFY(!newTagEntry(openMenuAt(0)));
 }
 
 void ItemTagsTest::theQuestionComesOnTheNextTurn()

@@ -44,7 +44,7 @@ void choose(const QString &title)
 }
 
 const QStringList kCommonTitles{u"Paste"_s, u"Copy"_s, kSeparator, u"Favorite"_s, kSeparator,
-                                u"Delete"_s};
+                                u"New Tag…"_s, kSeparator, u"Delete"_s};
 
 } // namespace
 
@@ -203,7 +203,7 @@ void RowMenuTest::titlesAreInTheLanguageOfTheProgram()
     rightClick(0);
     QCOMPARE(titlesOf(*openMenu()),
              (QStringList{u"在文件管理器中显示"_s, kSeparator, u"粘贴"_s, u"复制"_s, kSeparator,
-                          u"收藏"_s, kSeparator, u"删除"_s}));
+                          u"收藏"_s, kSeparator, u"新建标签…"_s, kSeparator, u"删除"_s}));
 }
 
 void RowMenuTest::aRightClickSelectsItsRow()

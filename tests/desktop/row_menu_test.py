@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """What is done to a row of the list by mouse and keys: its menu, and deleting it."""
 import contextlib
+import json
 
 from case import DesktopTest, main
 from screen_watch import Area, ScreenWatch
@@ -58,6 +59,32 @@ class RowMenuTest(DesktopTest):
         self.assert_window_stays()
         self.display.press("Escape")
         self.wait_until_menu_closed()
+        self.assert_window_stays()
+
+    def tags_of(self, text):
+        rows = dict(self.program.rows("stringValue, tagsJSON"))
+        return json.loads(rows.get(text) or "[]")
+
+    def test_a_new_tag_is_made_and_taken_away_again_by_keys_alone(self):
+        self.right_click(1)
+        self.display.type("n")  # The entry that begins with it.
+        self.display.press("Return")
+        self.wait_until_menu_closed()
+        self.wait_until_at_rest()
+        self.assert_window_stays()
+        self.display.type("travel")
+        self.wait_until_at_rest()
+        self.display.press("Return")
+        wait_until(lambda: self.tags_of("third") == ["travel"], "the new tag")
+        self.assert_window_stays()
+
+        self.wait_until_at_rest()
+        self.right_click(1)
+        self.display.type("f")
+        self.display.press("Down")  # From the favourite to the chips.
+        self.display.press("space")
+        wait_until(lambda: self.tags_of("third") == [], "the tag to go")
+        self.assertTrue(self.open_menus())
         self.assert_window_stays()
 
     def test_a_press_outside_closes_menu_and_window(self):

@@ -1,23 +1,59 @@
 #include "foundation/LazyBytes.h"
 
+#include "foundation/TextSignature.h"
+
+#include <atomic>
 #include <mutex>
 
 namespace {
 
-/// One for all: it is held for the copying of a pointer, and a mutex in each would outweigh it.
+/// Guards the pointers of every state. One for all: it is held for the copying of a pointer, and a
+/// mutex in each would outweigh it.
 std::mutex stateMutex;
-
-/// One reads at a time: what two readers want is read once, and the source has one reader anyway.
-std::mutex readMutex;
 
 } // namespace
 
 struct LazyBytes::State
 {
+    State(qsizetype byteCount, std::shared_ptr<const QByteArray> present,
+          std::shared_ptr<const ByteSource> absent)
+        : size(byteCount)
+        , bytes(std::move(present))
+        , source(std::move(absent))
+    {
+    }
+    ~State() { delete signature.load(); }
+    State(const State &) = delete;
+    State &operator=(const State &) = delete;
+
     const qsizetype size;
     std::shared_ptr<const QByteArray> bytes; ///< Null if they lie elsewhere.
     std::weak_ptr<const QByteArray> held; ///< What somebody holds of bytes that lie elsewhere.
     std::shared_ptr<const ByteSource> source;
+    /// Owned, and never changed again; asked for without a lock, thousands of times in a row.
+    std::atomic<const TextSignature *> signature = nullptr;
+    std::atomic<bool> isBeingRead = false;
+};
+
+/// Whoever has it reads: what two want at the same time is read once.
+class LazyBytes::ReadTurn
+{
+public:
+    explicit ReadTurn(State &state) : m_isTaken(state.isBeingRead)
+    {
+        while (m_isTaken.exchange(true))
+            m_isTaken.wait(true);
+    }
+    ~ReadTurn()
+    {
+        m_isTaken = false;
+        m_isTaken.notify_one();
+    }
+    ReadTurn(const ReadTurn &) = delete;
+    ReadTurn &operator=(const ReadTurn &) = delete;
+
+private:
+    std::atomic<bool> &m_isTaken;
 };
 
 LazyBytes::LazyBytes(QByteArray bytes)
@@ -26,14 +62,14 @@ LazyBytes::LazyBytes(QByteArray bytes)
         return;
     const qsizetype size = bytes.size();
     auto shared = std::make_shared<const QByteArray>(std::move(bytes));
-    m_state = std::make_shared<State>(State{size, std::move(shared), {}, {}});
+    m_state = std::make_shared<State>(size, std::move(shared), nullptr);
 }
 
 LazyBytes LazyBytes::elsewhere(qsizetype size, std::shared_ptr<const ByteSource> source)
 {
     LazyBytes bytes;
     if (size > 0)
-        bytes.m_state = std::make_shared<State>(State{size, {}, {}, std::move(source)});
+        bytes.m_state = std::make_shared<State>(size, nullptr, std::move(source));
     return bytes;
 }
 
@@ -74,7 +110,7 @@ std::shared_ptr<const QByteArray> LazyBytes::hold() const
     std::shared_ptr<const ByteSource> source;
     if (auto bytes = bytesAtHand(source))
         return bytes;
-    const std::lock_guard readLock(readMutex);
+    const ReadTurn turn(*m_state);
     if (auto bytes = bytesAtHand(source))
         return bytes;
     std::optional<QByteArray> read = source->read();
@@ -94,6 +130,18 @@ void LazyBytes::moveTo(std::shared_ptr<const ByteSource> source) const
     const std::lock_guard lock(stateMutex);
     m_state->source = std::move(source);
     dropped = std::exchange(m_state->bytes, nullptr);
+}
+
+const TextSignature *LazyBytes::signature() const
+{
+    return m_state ? m_state->signature.load() : nullptr;
+}
+
+void LazyBytes::setSignature(std::unique_ptr<const TextSignature> signature) const
+{
+    const TextSignature *none = nullptr;
+    if (m_state && m_state->signature.compare_exchange_strong(none, signature.get()))
+        signature.release();
 }
 
 bool operator==(const LazyBytes &one, const LazyBytes &other)

@@ -5,6 +5,8 @@
 #include <memory>
 #include <optional>
 
+class TextSignature;
+
 /// Where bytes lie that are not in memory. Any thread.
 class ByteSource
 {
@@ -42,11 +44,18 @@ public:
     /// From now on they are read from \a source, in all copies.
     void moveTo(std::shared_ptr<const ByteSource> source) const;
 
+    /// What can be told of a text without reading it, for all copies. Null until it is set, and then
+    /// the same for as long as the bytes last.
+    const TextSignature *signature() const;
+    /// Only the first counts.
+    void setSignature(std::unique_ptr<const TextSignature> signature) const;
+
     /// Compares without reading where that is possible. What cannot be read equals nothing else.
     friend bool operator==(const LazyBytes &one, const LazyBytes &other);
 
 private:
     struct State;
+    class ReadTurn;
 
     std::shared_ptr<const QByteArray>
     bytesAtHand(std::shared_ptr<const ByteSource> &source) const;

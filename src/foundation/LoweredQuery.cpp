@@ -116,14 +116,18 @@ LoweredQuery::LoweredQuery(const QString &query)
     // Letters whose only capital is longer than one character tell nothing by toUpper().
     if (m_isBytewiseExact && m_lowered.toUpper().toLower() != m_lowered)
         m_isBytewiseExact = false;
+    if (m_hasUtf8 && !m_lowered.isEmpty())
+        m_pattern.emplace(m_loweredUtf8);
 }
 
-bool LoweredQuery::isContainedIn(const Utf8Text &text) const
+std::optional<bool> LoweredQuery::answerWithoutReading(const Utf8Text &text) const
 {
-    // A long text need not be read back for what is in its start.
     if (isContainedInUtf8(text.start()))
         return true;
-    return text.isLong() && isContainedInUtf8(text.utf8());
+    if (!text.isLong())
+        return false;
+    const TextSignature *signature = text.longBytes().signature();
+    return signature && m_pattern ? signature->contains(*m_pattern) : std::nullopt;
 }
 
 bool LoweredQuery::isContainedInUtf8(const QByteArray &text) const

@@ -1,7 +1,12 @@
 #include "foundation/LazyBytes.h"
+#include "foundation/TextSignature.h"
 #include "tests/fakes/CountingSource.h"
 
+#include <QScopeGuard>
 #include <QTest>
+
+#include <semaphore>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -22,7 +27,33 @@ private slots:
     void anotherSizeIsUnequalWithoutReading();
     void equalityReadsWhatItHasTo();
     void whatCannotBeReadEqualsNothingElse();
+    void aSlowSourceHoldsUpNobodyElse();
+    void whatTwoWantAtTheSameTimeIsReadOnce();
+    void aSignatureIsThatOfEveryCopyAndTheFirstCounts();
 };
+
+namespace {
+
+/// Gives its bytes when it is let go.
+class SlowSource : public CountingSource
+{
+public:
+    explicit SlowSource(const QByteArray &bytes) : CountingSource(bytes) {}
+
+    std::optional<QByteArray> read() const override
+    {
+        const auto bytes = CountingSource::read();
+        m_release.acquire();
+        return bytes;
+    }
+
+    void letGo() { m_release.release(); }
+
+private:
+    mutable std::binary_semaphore m_release{0};
+};
+
+} // namespace
 
 void LazyBytesTest::bytesInMemoryAreGivenWithoutACopy()
 {
@@ -134,6 +165,47 @@ void LazyBytesTest::whatCannotBeReadEqualsNothingElse()
     QVERIFY(lazy == lazy);
     QVERIFY(!(lazy == LazyBytes::elsewhere(3, nothing)));
     QVERIFY(!(lazy == LazyBytes("abc"_ba)));
+}
+
+void LazyBytesTest::aSlowSourceHoldsUpNobodyElse()
+{
+    const auto slow = std::make_shared<SlowSource>("abc"_ba);
+    const LazyBytes waiting = LazyBytes::elsewhere(3, slow);
+    std::jthread reader([&waiting] { waiting.bytes(); });
+    const auto end = qScopeGuard([&slow] { slow->letGo(); });
+    QTRY_COMPARE(slow->readCount.load(), 1);
+    const LazyBytes other = LazyBytes::elsewhere(2, std::make_shared<CountingSource>("de"_ba));
+    QCOMPARE(other.bytes(), "de"_ba); // Would never come back.
+}
+
+void LazyBytesTest::whatTwoWantAtTheSameTimeIsReadOnce()
+{
+    const auto slow = std::make_shared<SlowSource>("abc"_ba);
+    const LazyBytes lazy = LazyBytes::elsewhere(3, slow);
+    std::shared_ptr<const QByteArray> first;
+    std::jthread reader([&] { first = lazy.hold(); });
+    QTRY_COMPARE(slow->readCount.load(), 1);
+    std::jthread release([&slow] { slow->letGo(); });
+    const auto second = lazy.hold();
+    reader.join();
+    QCOMPARE(first, second);
+    QCOMPARE(slow->readCount.load(), 1);
+}
+
+void LazyBytesTest::aSignatureIsThatOfEveryCopyAndTheFirstCounts()
+{
+    const LazyBytes lazy("abc"_ba);
+    const LazyBytes copy = lazy;
+    QVERIFY(!copy.signature());
+    lazy.setSignature(nullptr);
+    lazy.setSignature(TextSignature::of("abc"_ba));
+    const TextSignature *signature = copy.signature();
+    QVERIFY(signature);
+    copy.setSignature(TextSignature::of("abc"_ba));
+    QCOMPARE(lazy.signature(), signature);
+
+    LazyBytes().setSignature(TextSignature::of("abc"_ba));
+    QVERIFY(!LazyBytes().signature());
 }
 
 QTEST_GUILESS_MAIN(LazyBytesTest)

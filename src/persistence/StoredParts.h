@@ -3,8 +3,11 @@
 #include "core/ClipboardItem.h"
 #include "persistence/SQLiteConnection.h"
 
+#include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 /// The parts of a record that need not be in memory.
 enum class StoredPart { Text, Html, Rtf };
@@ -14,8 +17,8 @@ inline constexpr qsizetype kLongRichData = 256;
 
 /// Reads long texts and rich data back from the database. Any thread.
 ///
-/// It has a connection of its own, so that nobody who reads waits for a commit, and it outlives the
-/// store for as long as an entry needs it.
+/// It has connections of its own, so that nobody who reads waits for a commit, nor for somebody else
+/// who reads something huge. It outlives the store for as long as an entry needs it.
 class StoredParts : public std::enable_shared_from_this<StoredParts>
 {
 public:
@@ -37,8 +40,18 @@ public:
     std::optional<QByteArray> read(const QUuid &id, StoredPart part, const QByteArray &contentHash);
 
 private:
-    struct Impl;
+    class Reader;
+    class Loan;
 
-    std::mutex m_mutex;
-    std::unique_ptr<Impl> m_impl; ///< Used by who has the mutex.
+    std::shared_ptr<Reader> takeReader();
+    void giveBack(const std::shared_ptr<Reader> &reader);
+
+    std::atomic<bool> m_hasFailed = false; ///< At the last reading.
+
+    std::mutex m_mutex; ///< Guards everything below; nobody reads while holding it.
+    std::condition_variable m_readerGivenBack;
+    QString m_storePath;
+    SQLiteAccess m_access = SQLiteAccess::ReadWrite;
+    std::vector<std::shared_ptr<Reader>> m_readers; ///< All that read the database as it is now.
+    std::vector<std::shared_ptr<Reader>> m_idleReaders;
 };

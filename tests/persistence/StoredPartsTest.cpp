@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -32,6 +34,7 @@ private slots:
     void whatCannotBeReadBackIsNotStored();
     void compactionLeavesEverythingReadable();
     void aCommitInProgressKeepsNobodyFromReading();
+    void manyReadAtTheSameTime();
     void theStoreMayEndFirst();
     void richDataStoredAsTextIsRead();
     void malformedLongTextIsRepaired();
@@ -255,6 +258,28 @@ void StoredPartsTest::aCommitInProgressKeepsNobodyFromReading()
     writer.value("UPDATE ClipboardHistoryRecord SET isFavorite = 1");
     QCOMPARE(item.stringValue->toString(), kLong);
     writer.rows("COMMIT");
+}
+
+void StoredPartsTest::manyReadAtTheSameTime()
+{
+    QList<ClipboardItem> items;
+    for (int i = 0; i < 20; ++i) {
+        items.append(textItem(QString::number(i) + kLong, m_clock.now()));
+        m_store->upsertItem(items.last());
+    }
+    std::atomic<int> readCount = 0;
+    {
+        std::vector<std::jthread> readers;
+        for (int i = 0; i < 6; ++i) {
+            readers.emplace_back([&] {
+                for (int k = 0; k < items.size(); ++k) {
+                    if (items.at(k).stringValue->toString() == QString::number(k) + kLong)
+                        ++readCount;
+                }
+            });
+        }
+    }
+    QCOMPARE(readCount.load(), 6 * 20);
 }
 
 void StoredPartsTest::theStoreMayEndFirst()

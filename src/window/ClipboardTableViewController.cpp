@@ -27,6 +27,7 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_deletion(tableView, m_model, collaborators.itemManager)
     , m_limitHint(tableView, collaborators.scheduler, collaborators.clock)
     , m_itemTags(collaborators, m_items, m_model)
+    , m_searchPreparation(collaborators.scheduler, collaborators.applicationNames, items)
 {
     m_model.reload(items);
     m_tableView.setRowDelegate(&m_delegate);
@@ -58,6 +59,8 @@ void ClipboardTableViewController::applyFilters(Scroll scroll)
     refreshEmptyText();
     if (scroll == Scroll::ToTop && !filteredItems().isEmpty())
         m_tableView.scrollTo(m_model.index(0));
+    if (!searchText().isEmpty() && !m_filter.hasNarrowed())
+        m_searchPreparation.readAhead(filteredItems());
 }
 
 void ClipboardTableViewController::pasteSelectedOrFirst()

@@ -9,6 +9,7 @@
 #include "window/ListUpdater.h"
 #include "window/RowDeletion.h"
 #include "window/RowMenu.h"
+#include "window/SearchPreparation.h"
 
 #include <functional>
 
@@ -114,4 +115,5 @@ private:
     RowMenu m_rowMenu;
     FavoriteLimitHint m_limitHint;
     ItemTags m_itemTags;
+    SearchPreparation m_searchPreparation;
 };

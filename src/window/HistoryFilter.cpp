@@ -17,13 +17,15 @@ constexpr std::array kRemoteWords{
     QStringView(u"手机"),
 };
 
+/// As much of the long texts that had to be read stays in memory until the window closes.
+constexpr qsizetype kMostHeldBytes = 32 * 1024 * 1024;
+
 } // namespace
 
 HistoryFilter::~HistoryFilter()
 {
-    if (!m_hasLongTexts)
+    if (m_heldTexts.empty())
         return;
-    m_longTextReader.reset();
     m_heldTexts.clear();
     returnFreeMemory();
 }
@@ -47,22 +49,20 @@ void HistoryFilter::setSearchText(const QString &text)
 
 ClipboardItemList HistoryFilter::matchesIn(const ClipboardItemList &items)
 {
+    m_hasNarrowed = false;
     if (m_category.kind == FilterCategory::Kind::All && m_query.isEmpty())
         return items;
     // A text with the longer query in it has the shorter one too.
-    const bool isNarrowed = !m_lastSearchText.isEmpty() && items.isSharedWith(m_lastItems)
+    m_hasNarrowed = !m_lastSearchText.isEmpty() && items.isSharedWith(m_lastItems)
         && m_category == m_lastCategory
         && m_searchText.toLower().contains(m_lastSearchText.toLower());
-    const ClipboardItemList candidates = isNarrowed ? m_lastMatches : items;
+    const ClipboardItemList candidates = m_hasNarrowed ? m_lastMatches : items;
 
     ClipboardItemList matching;
     for (const ClipboardItemPointer &item : candidates) {
         if (matches(*item))
             matching.append(item);
     }
-    // After the pass, which is not to wait for it.
-    if (m_hasLongTexts && !m_longTextReader)
-        m_longTextReader.emplace(items);
     m_lastItems = items;
     m_lastMatches = matching;
     m_lastCategory = m_category;
@@ -98,17 +98,20 @@ bool HistoryFilter::isFound(const ClipboardItem &item)
 
 bool HistoryFilter::isTextFound(const Utf8Text &text)
 {
-    m_hasLongTexts = m_hasLongTexts || text.isLong();
-    if (m_query.isContainedInUtf8(text.start()))
-        return true;
-    if (!text.isLong())
-        return false;
-    // The next letter will ask for it again.
+    if (const auto answer = m_query.answerWithoutReading(text))
+        return *answer;
+    const auto bytes = heldBytes(text);
+    return bytes && m_query.isContainedInUtf8(*bytes);
+}
+
+/// The next letter will ask for it again. One text may go beyond the limit: read anew at each letter,
+/// a huge one would cost more than its room.
+std::shared_ptr<const QByteArray> HistoryFilter::heldBytes(const Utf8Text &text)
+{
     const auto bytes = text.longBytes().hold();
-    if (!bytes)
-        return false;
-    m_heldTexts.insert(bytes);
-    return m_query.isContainedInUtf8(*bytes);
+    if (bytes && m_heldByteCount < kMostHeldBytes && m_heldTexts.insert(bytes).second)
+        m_heldByteCount += bytes->size();
+    return bytes;
 }
 
 bool HistoryFilter::isSourceFound(const QString &bundleID)

@@ -2,9 +2,8 @@
 
 #include "foundation/LoweredQuery.h"
 #include "window/FilterCategory.h"
-#include "window/LongTextReader.h"
 
-#include <optional>
+#include <memory>
 #include <unordered_set>
 
 class ApplicationNames;
@@ -31,6 +30,9 @@ public:
     /// only what matched before is looked at again.
     ClipboardItemList matchesIn(const ClipboardItemList &items);
 
+    /// Whether the last pass looked only at what the one before had found.
+    bool hasNarrowed() const { return m_hasNarrowed; }
+
     /// The same rule for one entry.
     bool matches(const ClipboardItem &item);
 
@@ -39,6 +41,7 @@ private:
     bool isFound(const ClipboardItem &item);
     bool isSourceFound(const QString &bundleID);
     bool isTextFound(const Utf8Text &text);
+    std::shared_ptr<const QByteArray> heldBytes(const Utf8Text &text);
 
     ApplicationNames &m_names;
     FilterCategory m_category;
@@ -47,8 +50,8 @@ private:
     bool m_isRemoteWordFound = false;
     QHash<QString, bool> m_foundSources; ///< What isSourceFound() gave for the present query.
     std::unordered_set<std::shared_ptr<const QByteArray>> m_heldTexts; ///< Read back to be searched.
-    bool m_hasLongTexts = false; ///< A search has come upon one.
-    std::optional<LongTextReader> m_longTextReader; ///< At work since the first search with any.
+    qsizetype m_heldByteCount = 0;
+    bool m_hasNarrowed = false;
 
     // The last pass. Holding the lists keeps their buffers from being used for others.
     ClipboardItemList m_lastItems;

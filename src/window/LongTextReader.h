@@ -5,12 +5,13 @@
 #include <thread>
 #include <vector>
 
-/// Reads the long texts of a history ahead, on a thread of its own, and holds them until it ends: a
-/// search that has begun will ask for all of them.
+/// Reads long texts ahead, on a thread of its own, and holds them until it ends: those that a search
+/// has found may be asked for again by the next letter.
 class LongTextReader
 {
 public:
-    explicit LongTextReader(ClipboardItemList items);
+    /// Holds \a mostBytes at the most, of the first of \a items.
+    LongTextReader(ClipboardItemList items, qsizetype mostBytes);
 
 private:
     std::vector<std::shared_ptr<const QByteArray>> m_held; ///< Belongs to the thread.

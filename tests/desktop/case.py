@@ -118,6 +118,12 @@ class DesktopTest(unittest.TestCase):
                 if self.display.is_unframed(window)
                 and self.display.window_class(window)[1] == "tessarine"]
 
+    def wait_for_menu(self):
+        return wait_until(self.open_menus, "the menu to open")[0]
+
+    def wait_until_menu_closed(self):
+        wait_until(lambda: not self.open_menus(), "the menu to close")
+
     def choose(self, query):
         """Opens the window, types the query, and presses Return."""
         mark = self.program.mark()

@@ -8,13 +8,12 @@ import urllib.parse
 
 from case import DesktopTest, main
 from clients import Mousepad, read_by_xclip
+from history_panel import HistoryPanel
 from made_entries import MadeEntries
 from pictures import noise_png
 from waiting import wait_until
 
 RIGHT_BUTTON = 3
-FIRST_ROW = 136  # From the top of the window to the middle of the row.
-ROW_HEIGHT = 72
 # From the top of a menu without a shadow to the middle of its entries.
 FIRST_ENTRY = 19
 COPY = FIRST_ENTRY + 28
@@ -47,18 +46,13 @@ class RowMenuCase(DesktopTest):
         address = read_by_xclip(self.desktop, "text/uri-list").decode().strip("\0\r\n")
         return urllib.parse.unquote(address)
 
-    def click_row(self, window, row, button=1):
-        x, y, width, _ = self.display.place(window)
-        self.display.click(x + width // 2, y + FIRST_ROW + row * ROW_HEIGHT, button)
-
     def choose(self, entry, row=0):
         """Opens the history, and clicks that place of the menu of the row; returns the window."""
         window = self.open_window()
-        self.click_row(window, row, RIGHT_BUTTON)
-        menu = wait_until(self.open_menus, "the menu of the row")[0]
-        x, y, width, _ = self.display.place(menu)
+        HistoryPanel(self.display, window).click_row(row, RIGHT_BUTTON)
+        x, y, width, _ = self.display.place(self.wait_for_menu())
         self.display.click(x + width // 2, y + entry)
-        wait_until(lambda: not self.open_menus(), "the menu to close")
+        self.wait_until_menu_closed()
         return window
 
 
@@ -128,7 +122,7 @@ class CopyRowTest(RowMenuCase):
         self.program.start()
         window = self.choose(COPY)
         wait_until(lambda: read_by_xclip(self.desktop, "image/png"), "the copy")
-        self.click_row(window, 0)
+        HistoryPanel(self.display, window).click_row(0)
         self.display.press("Delete")
         wait_until(lambda: not os.listdir(self.program.images_path), "the picture's file to go")
         self.assertTrue(read_by_xclip(self.desktop, "image/tiff"))

@@ -83,14 +83,10 @@ class Display:
 
     def click(self, x, y, button=1):
         """Returns when it was sent, in seconds of time.monotonic()."""
-        self.point_at(x, y)
+        self.move_pointer(x, y)
         sent_at = time.monotonic()
         self.turn_wheel(button)
         return sent_at
-
-    def point_at(self, x, y):
-        xtest.fake_input(self.connection, X.MotionNotify, x=x, y=y)
-        self.connection.sync()
 
     def turn_wheel(self, button):
         """Presses and releases a button, as a step of the wheel does: 4 is up, 5 is down."""

@@ -2,11 +2,10 @@
 """The menu of the filter bar, which is a window of its own, beside the one that closes as soon as
 the person turns to something else."""
 from case import DesktopTest, main
+from history_panel import HistoryPanel, PILL_MIDDLE
 from waiting import Late, wait_until
 
 TAGS = ("a", "b", "c", "d", "e", "f")
-BAR_MIDDLE = 78  # Of the pills, from the top of the window.
-RIGHT_EDGE = 20  # No pill stands there.
 PILLS = 10
 
 
@@ -21,24 +20,12 @@ class FilterBarTest(DesktopTest):
 
     def last_pill(self):
         """A place within the pill that stands last."""
-        return wait_until(self.find_last_pill, "the pills")
-
-    def find_last_pill(self):
-        x, y, width, _ = self.display.place(self.window)
-        row = self.display.pixels(x, y + BAR_MIDDLE, width - RIGHT_EDGE, 1)
-        pixels = [row[i:i + 3] for i in range(0, len(row), 4)]
-        outlines = [i for i, pixel in enumerate(pixels) if pixel != pixels[-1]]
-        return (x + outlines[-1] - 8, y + BAR_MIDDLE) if outlines else None
+        panel = HistoryPanel(self.display, self.window)
+        return wait_until(panel.pills, "the pills")[-1], panel.y + PILL_MIDDLE
 
     def open_menu(self):
         self.display.click(*self.last_pill())
         self.wait_for_menu()
-
-    def wait_for_menu(self):
-        wait_until(self.open_menus, "the menu")
-
-    def wait_until_menu_closed(self):
-        wait_until(lambda: not self.open_menus(), "the menu to close")
 
     def assert_never(self, condition, what):
         with self.assertRaises(Late, msg=what):

@@ -5,12 +5,10 @@ import uuid
 
 from case import main
 from list_case import ListCase, text_entry
-from waiting import wait_until
 
 BASE_PILLS = 6
 OVERFLOW = -1
 ENTRY_FROM_EDGE = 19  # To the middle of the first entry of a menu without a shadow.
-ENTRY_HEIGHT = 28
 
 
 def tag_settings(*names):
@@ -127,12 +125,6 @@ class TagFilterTest(ListCase):
         self.settle()
         self.assertFalse(before == panel.picture(), "nothing was narrowed")
         self.assertEqual("of home", self.paste())
-
-    def wait_for_menu(self):
-        return wait_until(self.open_menus, "the menu to open")[0]
-
-    def wait_until_menu_closed(self):
-        wait_until(lambda: not self.open_menus(), "the menu to close")
 
 
 class FewTagsTest(ListCase):

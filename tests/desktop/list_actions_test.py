@@ -196,12 +196,6 @@ class ListActionsTest(ListCase):
         self.display.press(chord)
         return self.wait_for_menu()
 
-    def wait_for_menu(self):
-        return wait_until(self.open_menus, "the menu to open")[0]
-
-    def wait_until_menu_closed(self):
-        wait_until(lambda: not self.open_menus(), "the menu to close")
-
     def focus_list_by_tab(self):
         """From the search field, past what else takes the focus."""
         self.display.press("shift+Tab")

@@ -32,10 +32,7 @@ class ShellTest(DesktopTest):
 
     def open_menu(self):
         self.click_icon(button=3)
-        wait_until(self.open_menus, "the menu to open")
-
-    def wait_until_menu_closed(self):
-        wait_until(lambda: not self.open_menus(), "the menu to close")
+        self.wait_for_menu()
 
     def choose_in_menu(self, *keys):
         """Opens the menu of the icon, and presses the keys there."""

@@ -80,40 +80,55 @@ def content_hash(text, html=None):
 
 def write_store(path, count, newest=NEWEST_MICROSECONDS, html_bytes=0):
     """Adds the corpus to a store that the program has made; returns the bytes of its texts."""
-    store = sqlite3.connect(f"file:{path}?mode=rw", uri=True)
-    try:
-        rng = random.Random(SEED + 1)
-        rows = []
-        html_rng = random.Random(SEED + 2)
-        for index, text in enumerate(corpus(count)):
-            copied_at = newest - index * STEP_MICROSECONDS
-            identity = str(uuid.UUID(int=rng.getrandbits(128), version=4)).upper()
-            html = make_html(html_rng, html_bytes) if html_bytes else None
-            rows.append((identity, 0, copied_at, "text", text, html, b"[]", b"[]", 0, "local", 0,
-                         copied_at, content_hash(text, html)))
-        with store:
-            store.executemany(
-                "INSERT INTO ClipboardHistoryRecord (id, position, timestamp, contentTypeRaw, "
-                "stringValue, htmlRepresentation, fileTypesJSON, tagsJSON, isFavorite, "
-                "syncStatusRaw, isRemoteClipboard, updatedAt, contentHash) "
-                "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?)",
-                rows)
-        store.execute("PRAGMA wal_checkpoint(TRUNCATE)")
-    finally:
-        store.close()
+    rng = random.Random(SEED + 1)
+    rows = []
+    html_rng = random.Random(SEED + 2)
+    for index, text in enumerate(corpus(count)):
+        copied_at = newest - index * STEP_MICROSECONDS
+        identity = str(uuid.UUID(int=rng.getrandbits(128), version=4)).upper()
+        html = make_html(html_rng, html_bytes) if html_bytes else None
+        rows.append((identity, 0, copied_at, "text", text, html, b"[]", b"[]", 0, "local", 0,
+                     copied_at, content_hash(text, html)))
+    with opened(path) as store:
+        store.executemany(
+            "INSERT INTO ClipboardHistoryRecord (id, position, timestamp, contentTypeRaw, "
+            "stringValue, htmlRepresentation, fileTypesJSON, tagsJSON, isFavorite, "
+            "syncStatusRaw, isRemoteClipboard, updatedAt, contentHash) "
+            "VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?)",
+            rows)
     return sum(len(row[4]) for row in rows)
 
 
 def mark_some(path):
     """Makes every tenth entry of a store a favourite, and gives every seventh a tag; returns the
     tags."""
+    with opened(path) as store:
+        store.execute("UPDATE ClipboardHistoryRecord SET isFavorite = 1 WHERE rowid % 10 = 4")
+        store.execute("UPDATE ClipboardHistoryRecord SET tagsJSON = ? WHERE rowid % 7 = 3",
+                      (json.dumps([TAG]).encode(),))
+    return (TAG,)
+
+
+def make_some_pictures(path):
+    """Makes every tenth entry of a store a picture; returns the names of the files, without their
+    ends."""
+    with opened(path) as store:
+        numbers = [row[0] for row in store.execute(
+            "SELECT rowid FROM ClipboardHistoryRecord WHERE rowid % 10 = 6")]
+        store.executemany(
+            "UPDATE ClipboardHistoryRecord SET contentTypeRaw = 'image', stringValue = NULL, "
+            "imageFileName = ?, imageThumbnailFileName = ? WHERE rowid = ?",
+            [(f"{number}.jpg", f"{number}_thumb.jpg", number) for number in numbers])
+    return [str(number) for number in numbers]
+
+
+@contextlib.contextmanager
+def opened(path):
+    """A store of a program that does not run; what is done in the block is kept as a whole."""
     with contextlib.closing(sqlite3.connect(f"file:{path}?mode=rw", uri=True)) as store:
         with store:
-            store.execute("UPDATE ClipboardHistoryRecord SET isFavorite = 1 WHERE rowid % 10 = 4")
-            store.execute("UPDATE ClipboardHistoryRecord SET tagsJSON = ? WHERE rowid % 7 = 3",
-                          (json.dumps([TAG]).encode(),))
+            yield store
         store.execute("PRAGMA wal_checkpoint(TRUNCATE)")
-    return (TAG,)
 
 
 def write_settings(path, tags=()):

@@ -38,6 +38,8 @@ class ListFigures:
              self.frames_in_captures),
             ("anonymous memory after scrolling through everything", "45 MiB",
              self.memory_after_scrolling),
+            ("the same where every tenth entry is a picture", "45 MiB",
+             lambda: self.memory_after_scrolling(has_pictures=True)),
         )
 
     # Pills
@@ -141,8 +143,8 @@ class ListFigures:
 
     # Memory
 
-    def memory_after_scrolling(self):
-        self.session.fresh_start()
+    def memory_after_scrolling(self, has_pictures=False):
+        self.session.fresh_start(has_pictures=has_pictures)
         area, panel = self.open_with_list_focus()
         pages = self.session.count // panel.row_count() + 1
         for _ in range(pages):

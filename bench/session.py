@@ -30,7 +30,7 @@ class Session:
         self.owner = SelectionOwner(desktop.env["DISPLAY"])
         self.program = Program(desktop, program_path)
         self.count = None
-        self.pristine = {}  # (entries, bytes of HTML in each, whether marked): the data folder.
+        self.pristine = {}  # (entries, what they are made of): the data folder.
         self.copies = 0
 
     def end(self):
@@ -38,10 +38,10 @@ class Session:
 
     # Starting
 
-    def fresh_start(self, html_bytes=0, is_marked=False):
+    def fresh_start(self, html_bytes=0, is_marked=False, has_pictures=False):
         """Starts with a history of self.count entries, and lets the start come to rest. In a marked
         one some entries are favourites, and some have a tag."""
-        pristine = self.pristine_data(html_bytes, is_marked)
+        pristine = self.pristine_data(html_bytes, is_marked, has_pictures)
         self.program.end()
         shutil.rmtree(self.program.data)
         shutil.copytree(pristine, self.program.data)
@@ -54,16 +54,29 @@ class Session:
             self.pristine[key] = self.make_history("-".join(map(str, key)), *recipe)
         return self.pristine[key]
 
-    def make_history(self, name, html_bytes, is_marked):
+    def make_history(self, name, html_bytes, is_marked, has_pictures):
         # The program makes the database; only it knows the schema.
         maker = Program(self.desktop, self.program.path, data=self.desktop.path(name))
         self.program.end()
         maker.start()
         maker.end()
         corpus.write_store(maker.store_path, self.count, html_bytes=html_bytes)
+        if has_pictures:
+            names = corpus.make_some_pictures(maker.store_path)
+            self.write_pictures(maker.images_path, names)
         tags = corpus.mark_some(maker.store_path) if is_marked else ()
         corpus.write_settings(maker.settings_path, tags)
         return maker.data
+
+    def write_pictures(self, folder, names):
+        """One picture under all the names, and thumbnails of it as the program makes them."""
+        os.makedirs(folder, exist_ok=True)
+        whole, thumbnail = (self.desktop.path(name) for name in ("whole.jpg", "thumbnail.jpg"))
+        self.desktop.run("convert", "-size", "320x200", "plasma:tomato-steelblue", whole)
+        self.desktop.run("convert", whole, "-resize", "200x200", "-quality", "70", thumbnail)
+        for name in names:
+            os.link(whole, os.path.join(folder, name + ".jpg"))
+            os.link(thumbnail, os.path.join(folder, name + "_thumb.jpg"))
 
     def settle(self, seconds=1.0):
         """Lets work in the background end, so that it does not count for what comes next."""

@@ -82,7 +82,9 @@ class Display:
         return bool(self.connection.query_keymap()[code // 8] & 1 << code % 8)
 
     def click(self, x, y, button=1):
-        """Returns when it was sent, in seconds of time.monotonic()."""
+        """Returns when it was sent, in seconds of time.monotonic(). What comes of it must be seen
+        before the next click elsewhere: as long as the window manager holds the press, the server
+        takes the release to be where the pointer has gone since."""
         self.move_pointer(x, y)
         sent_at = time.monotonic()
         self.turn_wheel(button)

@@ -1,44 +1,37 @@
 """Whether the main thread of another process is at rest, waiting for events, or away from them."""
 import os
-import threading
 import time
+
+from background import Background
 
 POLL = b"7"  # The number of the system call on x86-64.
 SAMPLE_SECONDS = 0.0002
 
 
-class MainThreadWatch:
-    """Use as a context manager; longest is the longest time away seen so far, in seconds.
+class MainThreadWatch(Background):
+    """longest is the longest time away seen so far, in seconds.
 
     At rest the thread waits in poll() for more than one descriptor. Waiting for a lock, or for one
     answer of the display, is to be away as computing is.
     """
 
     def __init__(self, pid):
+        super().__init__()
         self.file = os.open(f"/proc/{pid}/task/{pid}/syscall", os.O_RDONLY)
         self.longest = 0.0
-        self.is_ending = False
-        self.thread = threading.Thread(target=self.watch)
+        self.away_since = None
 
-    def __enter__(self):
-        self.thread.start()
-        return self
+    def step(self):
+        is_at_rest, now = self.is_at_rest(), time.monotonic()
+        # Up to the last look that found it away: the next one may come late, and then the time
+        # between is ours.
+        self.away_since = None if is_at_rest else self.away_since or now
+        if self.away_since:
+            self.longest = max(self.longest, now - self.away_since)
+        time.sleep(SAMPLE_SECONDS)
 
-    def __exit__(self, *_):
-        self.is_ending = True
-        self.thread.join()
+    def close(self):
         os.close(self.file)
-
-    def watch(self):
-        away_since = None
-        while not self.is_ending:
-            is_at_rest, now = self.is_at_rest(), time.monotonic()
-            # Up to the last look that found it away: the next one may come late, and then the
-            # time between is ours.
-            away_since = None if is_at_rest else away_since or now
-            if away_since:
-                self.longest = max(self.longest, now - away_since)
-            time.sleep(SAMPLE_SECONDS)
 
     def is_at_rest(self):
         fields = os.pread(self.file, 200, 0).split()

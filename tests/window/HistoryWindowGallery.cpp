@@ -316,8 +316,13 @@ ClipboardItemList mixedAndManyFavorites()
     return items;
 }
 
-void takeOverlayShots(Stage &stage, const QString &prefix)
+/// The menus of rows, and the hint.
+void takeOverlayShots(Stage &stage, const QString &prefix, AppLanguage shown)
 {
+    LanguageManager language(stage.defaults());
+    language.setLanguage(shown);
+    language.install();
+    stage.setTags({u"travel"_s, u"accounts"_s, u"sailing"_s, u"recipes"_s, u"Work"_s});
     const struct
     {
         const char *name;
@@ -328,14 +333,13 @@ void takeOverlayShots(Stage &stage, const QString &prefix)
              SampleHistory::mixed(), [&](auto &window) { openRowMenu(window, menu.row); });
     }
     save(stage, prefix + u"limit.png"_s, mixedAndManyFavorites(), reachFavoriteLimit);
+    stage.setTags({});
 }
 
 void takeShots(const QString &directory)
 {
     QDir().mkpath(directory);
     Stage stage;
-    LanguageManager language(stage.defaults());
-    language.install();
     for (const bool isComposited : {true, false}) {
         for (const bool isDark : {false, true}) {
             stage.appearance.composited = isComposited;
@@ -361,13 +365,12 @@ void takeShots(const QString &directory)
                  [](auto &window) { type(window, u"hydrangea"_s); });
             save(stage, prefix + u"empty.png"_s, {}, [](auto &) {});
             takeTagShots(stage, prefix);
-            takeOverlayShots(stage, prefix);
+            takeOverlayShots(stage, prefix, AppLanguage::English);
         }
     }
     stage.appearance.composited = true;
     stage.appearance.dark = false;
-    language.setLanguage(AppLanguage::Chinese);
-    takeOverlayShots(stage, directory + u"/chinese-"_s);
+    takeOverlayShots(stage, directory + u"/chinese-"_s, AppLanguage::Chinese);
 }
 
 void measure(int rounds, bool isComposited, bool isWarm)

@@ -208,8 +208,9 @@ void RowTransitionTest::nothingMovesWhileHidden()
     const ClipboardItemList items = SampleHistory::numbered(20);
     make(items);
     m_view->hide();
+    const auto pendingBefore = m_scheduler->pendingCount();
     show(SampleHistory::texts({u"new"_s}) + items);
-    QCOMPARE(m_scheduler->pendingCount(), 0);
+    QCOMPARE(m_scheduler->pendingCount(), pendingBefore);
 }
 
 void RowTransitionTest::aRowFadesOutBeforeItIsRemoved()

@@ -123,11 +123,12 @@ class ListActionsTest(ListCase):
 
     def test_delete_is_chosen_from_the_menu_by_the_mouse(self):
         self.open_list()
-        menu = self.open_menu_by_click(3)
+        menu = self.open_menu_by_click(0)
         x, y, width, height = self.display.place(menu)
         self.display.click(x + width // 2, y + height - ENTRY_FROM_EDGE)
-        self.wait_for_texts(self.without("four"))
+        self.wait_for_texts(self.without("one"))
         self.wait_until_menu_closed()
+        self.settle()
         self.assertIsNotNone(self.history_window())
 
     def test_paste_is_chosen_from_the_menu_by_the_mouse(self):

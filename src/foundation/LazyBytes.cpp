@@ -103,6 +103,12 @@ LazyBytes::bytesAtHand(std::shared_ptr<const ByteSource> &source) const
     return m_state->held.lock();
 }
 
+std::shared_ptr<const QByteArray> LazyBytes::atHand() const
+{
+    std::shared_ptr<const ByteSource> source;
+    return m_state ? bytesAtHand(source) : std::make_shared<const QByteArray>();
+}
+
 std::shared_ptr<const QByteArray> LazyBytes::hold() const
 {
     if (!m_state)

@@ -41,6 +41,9 @@ public:
     /// Reads them and keeps them at hand, for every reader, as long as the result is held.
     std::shared_ptr<const QByteArray> hold() const;
 
+    /// What is in memory or held by somebody; null if it would have to be read.
+    std::shared_ptr<const QByteArray> atHand() const;
+
     /// From now on they are read from \a source, in all copies.
     void moveTo(std::shared_ptr<const ByteSource> source) const;
 

@@ -1,11 +1,11 @@
 #include "foundation/LazyBytes.h"
 #include "foundation/TextSignature.h"
 #include "tests/fakes/CountingSource.h"
+#include "tests/fakes/SlowSource.h"
 
 #include <QScopeGuard>
 #include <QTest>
 
-#include <semaphore>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -31,29 +31,6 @@ private slots:
     void whatTwoWantAtTheSameTimeIsReadOnce();
     void aSignatureIsThatOfEveryCopyAndTheFirstCounts();
 };
-
-namespace {
-
-/// Gives its bytes when it is let go.
-class SlowSource : public CountingSource
-{
-public:
-    explicit SlowSource(const QByteArray &bytes) : CountingSource(bytes) {}
-
-    std::optional<QByteArray> read() const override
-    {
-        const auto bytes = CountingSource::read();
-        m_release.acquire();
-        return bytes;
-    }
-
-    void letGo() { m_release.release(); }
-
-private:
-    mutable std::binary_semaphore m_release{0};
-};
-
-} // namespace
 
 void LazyBytesTest::bytesInMemoryAreGivenWithoutACopy()
 {
@@ -88,13 +65,16 @@ void LazyBytesTest::heldBytesAreReadOnce()
 {
     const auto source = std::make_shared<CountingSource>("abc"_ba);
     const LazyBytes lazy = LazyBytes::elsewhere(3, source);
+    QVERIFY(!lazy.atHand());
     auto held = lazy.hold();
     QCOMPARE(*held, "abc"_ba);
+    QCOMPARE(lazy.atHand(), held);
     QCOMPARE(lazy.bytes(), "abc"_ba);
     QCOMPARE(lazy.hold(), held);
     QCOMPARE(source->readCount.load(), 1);
 
     held.reset();
+    QVERIFY(!lazy.atHand());
     QCOMPARE(lazy.bytes(), "abc"_ba);
     QCOMPARE(source->readCount.load(), 2);
 }

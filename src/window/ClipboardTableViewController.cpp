@@ -52,10 +52,33 @@ ClipboardTableViewController::~ClipboardTableViewController()
 
 void ClipboardTableViewController::applyFilters(Scroll scroll)
 {
+    showMatches(m_filter.matchesIn(m_items), scroll);
+}
+
+void ClipboardTableViewController::search(const QString &text)
+{
+    setSearchText(text);
+    if (const auto matches = m_filter.matchesAtHandIn(m_items)) {
+        showMatches(*matches, Scroll::ToTop);
+        return;
+    }
+    m_isSearchPending = true;
+    m_searchPreparation.read(m_filter.unreadItems(), [this] { finishSearch(); });
+}
+
+void ClipboardTableViewController::finishSearch()
+{
+    if (m_isSearchPending)
+        applyFilters(Scroll::ToTop);
+}
+
+void ClipboardTableViewController::showMatches(const ClipboardItemList &matches, Scroll scroll)
+{
+    m_isSearchPending = false;
     // What a person narrows is there at once; what comes and goes by itself is seen to.
     const auto motion = scroll == Scroll::ToTop ? ListUpdater::Motion::Skip
                                                 : ListUpdater::Motion::Show;
-    m_updater.showItems(m_filter.matchesIn(m_items), motion);
+    m_updater.showItems(matches, motion);
     refreshEmptyText();
     if (scroll == Scroll::ToTop && !filteredItems().isEmpty())
         m_tableView.scrollTo(m_model.index(0));
@@ -65,17 +88,20 @@ void ClipboardTableViewController::applyFilters(Scroll scroll)
 
 void ClipboardTableViewController::pasteSelectedOrFirst()
 {
+    finishSearch();
     pasteRow(std::max(0, m_tableView.selectedRow()));
 }
 
 void ClipboardTableViewController::selectNextRow()
 {
+    finishSearch();
     if (!filteredItems().isEmpty())
         selectAndShow(std::min(m_tableView.selectedRow() + 1, int(filteredItems().size()) - 1));
 }
 
 void ClipboardTableViewController::selectPreviousRow()
 {
+    finishSearch();
     if (!filteredItems().isEmpty())
         selectAndShow(std::max(m_tableView.selectedRow() - 1, 0));
 }

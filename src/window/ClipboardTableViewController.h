@@ -45,6 +45,13 @@ public:
 
     void applyFilters(Scroll scroll);
 
+    /// The person has typed \a text. The list follows at once, or, where texts have to be read back
+    /// for that, a moment later, unless another text has come by then.
+    void search(const QString &text);
+
+    /// Shows what was found for the last text, before anything is done with the list.
+    void finishSearch();
+
     /// The first row stands for the selected one while none is. Nothing on an empty list.
     void pasteSelectedOrFirst();
     void selectNextRow();
@@ -93,6 +100,7 @@ private:
     void performMenuEntry(RowMenu::Entry entry, const QUuid &id);
     void showInFileManager(const ClipboardItem &item);
     void reloadItems();
+    void showMatches(const ClipboardItemList &matches, Scroll scroll);
     void applyItemChange(const ClipboardItemPointer &item, qsizetype row, bool wasListed);
     void removeListedItem(qsizetype row);
     void repaintPicture(const RowPictureName &name);
@@ -116,4 +124,5 @@ private:
     FavoriteLimitHint m_limitHint;
     ItemTags m_itemTags;
     SearchPreparation m_searchPreparation;
+    bool m_isSearchPending = false; ///< The list is that of an earlier text.
 };

@@ -49,7 +49,24 @@ void HistoryFilter::setSearchText(const QString &text)
 
 ClipboardItemList HistoryFilter::matchesIn(const ClipboardItemList &items)
 {
+    return *pass(items, Reading::Wait);
+}
+
+std::optional<ClipboardItemList> HistoryFilter::matchesAtHandIn(const ClipboardItemList &items)
+{
+    return pass(items, Reading::Skip);
+}
+
+bool HistoryFilter::matches(const ClipboardItem &item)
+{
+    return *matches(item, Reading::Wait);
+}
+
+std::optional<ClipboardItemList> HistoryFilter::pass(const ClipboardItemList &items,
+                                                     Reading reading)
+{
     m_hasNarrowed = false;
+    m_unreadItems.clear();
     if (m_category.kind == FilterCategory::Kind::All && m_query.isEmpty())
         return items;
     // A text with the longer query in it has the shorter one too.
@@ -60,9 +77,14 @@ ClipboardItemList HistoryFilter::matchesIn(const ClipboardItemList &items)
 
     ClipboardItemList matching;
     for (const ClipboardItemPointer &item : candidates) {
-        if (matches(*item))
+        const std::optional<bool> isMatch = matches(*item, reading);
+        if (!isMatch)
+            m_unreadItems.append(item);
+        else if (*isMatch)
             matching.append(item);
     }
+    if (!m_unreadItems.isEmpty())
+        return std::nullopt;
     m_lastItems = items;
     m_lastMatches = matching;
     m_lastCategory = m_category;
@@ -70,9 +92,11 @@ ClipboardItemList HistoryFilter::matchesIn(const ClipboardItemList &items)
     return matching;
 }
 
-bool HistoryFilter::matches(const ClipboardItem &item)
+std::optional<bool> HistoryFilter::matches(const ClipboardItem &item, Reading reading)
 {
-    return isInCategory(item) && (m_query.isEmpty() || isFound(item));
+    if (!isInCategory(item))
+        return false;
+    return m_query.isEmpty() ? std::optional(true) : isFound(item, reading);
 }
 
 bool HistoryFilter::isInCategory(const ClipboardItem &item) const
@@ -86,32 +110,37 @@ bool HistoryFilter::isInCategory(const ClipboardItem &item) const
     return false;
 }
 
-bool HistoryFilter::isFound(const ClipboardItem &item)
+std::optional<bool> HistoryFilter::isFound(const ClipboardItem &item, Reading reading)
 {
     if (item.isRemoteClipboard && m_isRemoteWordFound)
         return true;
     if (item.sourceAppBundleID && !item.sourceAppBundleID->isEmpty()
         && isSourceFound(*item.sourceAppBundleID))
         return true;
-    return item.stringValue && isTextFound(*item.stringValue);
+    return item.stringValue ? isTextFound(*item.stringValue, reading) : false;
 }
 
-bool HistoryFilter::isTextFound(const Utf8Text &text)
+std::optional<bool> HistoryFilter::isTextFound(const Utf8Text &text, Reading reading)
 {
     if (const auto answer = m_query.answerWithoutReading(text))
-        return *answer;
-    const auto bytes = heldBytes(text);
-    return bytes && m_query.isContainedInUtf8(*bytes);
+        return answer;
+    auto bytes = text.longBytes().atHand();
+    if (!bytes && reading == Reading::Skip)
+        return std::nullopt;
+    if (!bytes)
+        bytes = text.longBytes().hold();
+    if (!bytes)
+        return false;
+    hold(bytes);
+    return m_query.isContainedInUtf8(*bytes);
 }
 
 /// The next letter will ask for it again. One text may go beyond the limit: read anew at each letter,
 /// a huge one would cost more than its room.
-std::shared_ptr<const QByteArray> HistoryFilter::heldBytes(const Utf8Text &text)
+void HistoryFilter::hold(const std::shared_ptr<const QByteArray> &bytes)
 {
-    const auto bytes = text.longBytes().hold();
-    if (bytes && m_heldByteCount < kMostHeldBytes && m_heldTexts.insert(bytes).second)
+    if (m_heldByteCount < kMostHeldBytes && m_heldTexts.insert(bytes).second)
         m_heldByteCount += bytes->size();
-    return bytes;
 }
 
 bool HistoryFilter::isSourceFound(const QString &bundleID)

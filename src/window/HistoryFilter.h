@@ -4,6 +4,7 @@
 #include "window/FilterCategory.h"
 
 #include <memory>
+#include <optional>
 #include <unordered_set>
 
 class ApplicationNames;
@@ -30,6 +31,11 @@ public:
     /// only what matched before is looked at again.
     ClipboardItemList matchesIn(const ClipboardItemList &items);
 
+    /// The same if no text has to be read back for it; else absent, and unreadItems() are those whose
+    /// texts it takes.
+    std::optional<ClipboardItemList> matchesAtHandIn(const ClipboardItemList &items);
+    const ClipboardItemList &unreadItems() const { return m_unreadItems; }
+
     /// Whether the last pass looked only at what the one before had found.
     bool hasNarrowed() const { return m_hasNarrowed; }
 
@@ -37,11 +43,16 @@ public:
     bool matches(const ClipboardItem &item);
 
 private:
+    enum class Reading { Skip, Wait };
+
+    std::optional<ClipboardItemList> pass(const ClipboardItemList &items, Reading reading);
     bool isInCategory(const ClipboardItem &item) const;
-    bool isFound(const ClipboardItem &item);
+    // Absent if it cannot be told without reading, and that is to be skipped.
+    std::optional<bool> matches(const ClipboardItem &item, Reading reading);
+    std::optional<bool> isFound(const ClipboardItem &item, Reading reading);
+    std::optional<bool> isTextFound(const Utf8Text &text, Reading reading);
     bool isSourceFound(const QString &bundleID);
-    bool isTextFound(const Utf8Text &text);
-    std::shared_ptr<const QByteArray> heldBytes(const Utf8Text &text);
+    void hold(const std::shared_ptr<const QByteArray> &bytes);
 
     ApplicationNames &m_names;
     FilterCategory m_category;
@@ -52,6 +63,7 @@ private:
     std::unordered_set<std::shared_ptr<const QByteArray>> m_heldTexts; ///< Read back to be searched.
     qsizetype m_heldByteCount = 0;
     bool m_hasNarrowed = false;
+    ClipboardItemList m_unreadItems;
 
     // The last pass. Holding the lists keeps their buffers from being used for others.
     ClipboardItemList m_lastItems;

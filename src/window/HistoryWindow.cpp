@@ -170,10 +170,7 @@ void HistoryWindow::connectSearchField()
     ClipboardTableViewController *controller = &m_tableViewController;
     SearchField *field = &m_panel.searchField();
     QObject::connect(field, &SearchField::textEdited, controller,
-                     [controller](const QString &text) {
-                         controller->setSearchText(text);
-                         controller->applyFilters(ClipboardTableViewController::Scroll::ToTop);
-                     });
+                     &ClipboardTableViewController::search);
     QObject::connect(field, &SearchField::newlinePressed, controller,
                      &ClipboardTableViewController::pasteSelectedOrFirst);
     QObject::connect(field, &SearchField::pastePressed, controller, [this, field] {
@@ -317,6 +314,7 @@ void HistoryWindow::handleEscapeElsewhere()
 
 void HistoryWindow::handlePageKey(int key)
 {
+    m_tableViewController.finishSearch();
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(&m_panel.tableView(), &press);
 }

@@ -7,9 +7,10 @@ constexpr qsizetype kLongestText = 4 * 1024 * 1024;
 
 } // namespace
 
-LongTextReader::LongTextReader(ClipboardItemList items, qsizetype mostBytes)
-    : m_thread([this, items = std::move(items), left = mostBytes](
-                   const std::stop_token &stop) mutable {
+LongTextReader::LongTextReader(ClipboardItemList items, qsizetype mostBytes,
+                               std::function<void()> onFinished)
+    : m_thread([this, items = std::move(items), left = mostBytes,
+                onFinished = std::move(onFinished)](const std::stop_token &stop) mutable {
         for (const ClipboardItemPointer &item : items) {
             if (stop.stop_requested())
                 return;
@@ -19,6 +20,8 @@ LongTextReader::LongTextReader(ClipboardItemList items, qsizetype mostBytes)
             m_held.push_back(item->stringValue->longBytes().hold());
             left -= size;
         }
+        if (onFinished)
+            onFinished();
     })
 {
 }

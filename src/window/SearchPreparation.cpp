@@ -54,6 +54,18 @@ void SearchPreparation::readAhead(const ClipboardItemList &matches)
         kAfterLetter, [this, matches] { m_reader.emplace(matches, kMostReadBytes); });
 }
 
+void SearchPreparation::read(const ClipboardItemList &items, std::function<void()> onRead)
+{
+    m_nextReading.reset();
+    const auto announce = [this, reading = ++m_reading, onRead = std::move(onRead)] {
+        if (reading == m_reading)
+            onRead();
+    };
+    m_reader.emplace(items, kMostReadBytes, [this, announce] {
+        QMetaObject::invokeMethod(&m_context, announce, Qt::QueuedConnection);
+    });
+}
+
 void SearchPreparation::begin()
 {
     m_bundleIDs = sourcesOf(m_items);

@@ -3,8 +3,10 @@
 #include "window/LongTextReader.h"
 #include "window/LongTextSigner.h"
 
+#include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 class ApplicationNames;
@@ -25,6 +27,10 @@ public:
     /// A search has found \a matches; the next letters will narrow them.
     void readAhead(const ClipboardItemList &matches);
 
+    /// A search needs the long texts of \a items. Once they are at hand \a onRead is called, unless
+    /// others have been asked for by then.
+    void read(const ClipboardItemList &items, std::function<void()> onRead);
+
 private:
     void begin();
     void lookUpNextName();
@@ -34,6 +40,8 @@ private:
     ClipboardItemList m_items;
     QStringList m_bundleIDs; ///< Those of which the name is still to be looked up.
     std::optional<LongTextSigner> m_signer;
+    QObject m_context; ///< For what comes back from the reader.
+    quint64 m_reading = 0; ///< Counts what the reader was asked for.
     std::optional<LongTextReader> m_reader;
     std::unique_ptr<ScheduledWork> m_nextStep;
     std::unique_ptr<ScheduledWork> m_nextReading;

@@ -1,3 +1,5 @@
+#include "tests/fakes/CountingSource.h"
+#include "tests/fakes/SlowSource.h"
 #include "tests/window/TableFixture.h"
 
 #include "window/OverlayScroller.h"
@@ -15,9 +17,20 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using SampleHistory::shared;
+using SampleHistory::textItem;
 using Scroll = ClipboardTableViewController::Scroll;
 
 namespace {
+
+const QByteArray kLongText = QByteArray("a ").repeated(2000) + "needle";
+
+/// An entry with the long text, which lies in \a source.
+ClipboardItemPointer longItem(const std::shared_ptr<CountingSource> &source)
+{
+    ClipboardItem entry = textItem(QString());
+    entry.stringValue = Utf8Text::elsewhere(kLongText, source);
+    return shared(entry);
+}
 
 /// Notes what is painted of a widget.
 class PaintedRegions : public QObject
@@ -50,6 +63,9 @@ private slots:
     void cleanup() { tearDownTable(); }
     void nothingIsSelectedAtFirst();
     void returnWithoutSelectionPastesTheFirstRowThatIsListed();
+    void textsAreReadWithoutHoldingUpThePerson();
+    void whatWasReadForAnEarlierTextShowsNothing();
+    void returnPastesByWhatWasTypedLast();
     void returnPastesTheSelectedRow();
     void returnOnAnEmptyListDoesNothing();
     void downAndUpStopAtTheEnds();
@@ -107,6 +123,44 @@ void ClipboardTableViewControllerTest::returnWithoutSelectionPastesTheFirstRowTh
     search(u"tw"_s);
     QTest::keyClick(m_view.get(), Qt::Key_Return);
     QCOMPARE(m_pasted, QStringList{u"two"_s});
+}
+
+void ClipboardTableViewControllerTest::textsAreReadWithoutHoldingUpThePerson()
+{
+    const auto source = std::make_shared<SlowSource>(kLongText);
+    make({shared(textItem(u"needy"_s)), longItem(source)});
+    search(u"needl"_s);
+    QTRY_COMPARE(source->readCount.load(), 1);
+    QCOMPARE(m_controller->filteredItems().size(), 2);
+    source->letGo();
+    QTRY_COMPARE(m_controller->filteredItems().size(), 1);
+    search(u"needles"_s); // It is at hand now.
+    QVERIFY(m_controller->filteredItems().isEmpty());
+    QCOMPARE(source->readCount.load(), 1);
+}
+
+void ClipboardTableViewControllerTest::whatWasReadForAnEarlierTextShowsNothing()
+{
+    const auto source = std::make_shared<CountingSource>(kLongText);
+    make({shared(textItem(u"one"_s)), longItem(source)});
+    search(u"needle"_s);
+    QTRY_COMPARE(source->readCount.load(), 1);
+    search(u"a"_s); // Known from the start of the text.
+    QCOMPARE(m_controller->filteredItems().size(), 1);
+    search(u""_s);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_controller->filteredItems().size(), 2);
+}
+
+void ClipboardTableViewControllerTest::returnPastesByWhatWasTypedLast()
+{
+    make({shared(textItem(u"one"_s)), longItem(std::make_shared<CountingSource>(kLongText))});
+    search(u"needle"_s);
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QCOMPARE(m_pasted, QStringList{QString::fromUtf8(kLongText)});
+    search(u"one"_s);
+    m_controller->selectNextRow();
+    QVERIFY(m_controller->filteredItems().size() == 1 && m_view->selectedRow() == 0);
 }
 
 void ClipboardTableViewControllerTest::returnPastesTheSelectedRow()

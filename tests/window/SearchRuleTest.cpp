@@ -272,6 +272,7 @@ void SearchRuleTest::everyAnswerIsThatOfThePlainRule()
     ApplicationNames names(workspace);
     qsizetype foundCount = 0;
     qsizetype askedCount = 0;
+    int atHandCount = 0;
     for (quint32 seed = firstSeed; seed < firstSeed + kRounds; ++seed) {
         Session session(seed);
         HistoryFilter filter(names);
@@ -280,9 +281,12 @@ void SearchRuleTest::everyAnswerIsThatOfThePlainRule()
             filter.setCategory(session.category);
             filter.setSearchText(session.query());
             const ClipboardItemList expected = session.expected();
-            if (filter.matchesIn(session.items()) != expected)
+            const auto atHand = filter.matchesAtHandIn(session.items());
+            if (atHand.value_or(expected) != expected
+                || filter.matchesIn(session.items()) != expected)
                 QFAIL(qPrintable(u"SEARCH_RULE_SEED=%1, step %2: '%3'"_s.arg(seed).arg(step).arg(
                     session.query())));
+            atHandCount += atHand.has_value();
             for (const ClipboardItemPointer &item : session.items())
                 QCOMPARE(filter.matches(*item), expected.contains(item));
             if (!session.query().isEmpty()) {
@@ -294,6 +298,7 @@ void SearchRuleTest::everyAnswerIsThatOfThePlainRule()
     // Neither answer may be the exception.
     QVERIFY2(foundCount * 20 > askedCount && foundCount * 10 < askedCount * 9,
              qPrintable(u"%1 of %2 found"_s.arg(foundCount).arg(askedCount)));
+    QVERIFY(atHandCount > 0 && atHandCount < kRounds * kSteps);
     QVERIFY(workspace.nameLookupCount <= sources().size());
 }
 

@@ -58,11 +58,7 @@ protected:
         make(m_manager->items());
     }
 
-    void search(const QString &text)
-    {
-        m_controller->setSearchText(text);
-        m_controller->applyFilters(ClipboardTableViewController::Scroll::ToTop);
-    }
+    void search(const QString &text) { m_controller->search(text); }
 
     static QString textOf(const ClipboardItemPointer &item)
     {

@@ -19,8 +19,8 @@ public:
     explicit SettingsReader(QByteArrayView bytes)
         : m_rest(bytes)
     {
-        const quint8 order = quint8(take(1).value_or("\0").front());
-        m_isBigEndian = order == 1;
+        const auto order = take(1);
+        m_isBigEndian = order && order->front() == 1;
         take(3);
     }
 

@@ -57,7 +57,8 @@ public:
     void selectNextRow();
     void selectPreviousRow();
 
-    /// Shows \a item in large. False if there is nothing of it to be shown.
+    /// Asks for \a item to be shown in large. False if there is nothing of it to be shown; whether
+    /// anybody shows it makes no difference.
     bool requestPreview(const ClipboardItemPointer &item);
 
     /// Marks an entry or takes the mark away, unless there are as many favourites as are allowed.

@@ -36,9 +36,12 @@ public:
     /// Takes a tag from the entries of the list.
     void applyRemovedTag(const QString &name);
 
-    // What views ask of the catalogue. False if it refuses; the entries are left alone then.
-    bool renameTag(const QString &oldName, const QString &newName);
+    /// Takes a tag from the catalogue and from all entries. Always true: without such a tag
+    /// there is nothing left to do.
     bool deleteTag(const QString &name);
+
+    // What else views ask of the catalogue. False if it refuses; the entries are left alone then.
+    bool renameTag(const QString &oldName, const QString &newName);
     /// Gives the new tag to an entry as well.
     bool createTag(const QString &name, const QUuid &itemID);
     bool moveTagToFront(const QString &name);

@@ -37,7 +37,8 @@ void RowDeletion::removeRow(int row, const std::function<void()> &finish)
     const auto leave = [self, finish] {
         if (!self)
             return;
-        self->onRemoved();
+        if (self->onRemoved)
+            self->onRemoved();
         finish();
     };
     m_itemManager.removeItem(id, [self, id, leave] {

@@ -29,7 +29,7 @@ public:
     /// Leaves the selection to itself.
     void deleteRow(int row);
 
-    /// Called when the entry is gone from the history, to show the list as it is then.
+    /// Called when the entry is gone from the history, to show the list as it is then; may be empty.
     std::function<void()> onRemoved;
 
     /// Lets the row of an entry fade from sight, and calls \a done then. Without it rows go at once.

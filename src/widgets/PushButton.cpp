@@ -54,7 +54,7 @@ void PushButton::setAlarming(bool isAlarming)
 QSize PushButton::sizeHint() const
 {
     int width = int(std::ceil(QFontMetricsF(textFont()).horizontalAdvance(text())));
-    width += 2 * m_padding.value_or(kPadding);
+    width += 2 * padding();
     width += m_symbol.isEmpty() ? 0 : kSymbolWidth + kSymbolGap;
     return {m_padding ? width : std::max(kLeastWidth, width), kControlHeight};
 }
@@ -62,6 +62,11 @@ QSize PushButton::sizeHint() const
 qreal PushButton::radius() const
 {
     return kControlRadius;
+}
+
+int PushButton::padding() const
+{
+    return m_padding.value_or(kPadding);
 }
 
 void PushButton::draw(QPainter &painter) const
@@ -78,10 +83,10 @@ void PushButton::draw(QPainter &painter) const
     }
     QRect content = rect();
     if (!m_symbol.isEmpty()) {
-        const QRect box(kPadding, 0, kSymbolWidth, height());
+        const QRect box(padding(), 0, kSymbolWidth, height());
         drawSymbol(painter, box, {m_symbol, kSymbolSize, SymbolWeight::Medium}, ink);
         content.setLeft(box.right() + 1 + kSymbolGap);
-        content.setRight(width() - kPadding - 1);
+        content.setRight(width() - padding() - 1);
     }
     painter.setFont(textFont());
     painter.setPen(ink);

@@ -32,6 +32,8 @@ protected:
     void draw(QPainter &painter) const override;
 
 private:
+    int padding() const;
+
     QString m_symbol;
     std::optional<int> m_padding;
     Emphasis m_emphasis = Emphasis::Plain;

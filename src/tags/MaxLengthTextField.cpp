@@ -21,7 +21,7 @@ constexpr qreal kRingAlpha = 0.45;
 
 MaxLengthTextField::MaxLengthTextField(const SystemColors &colors, QWidget *parent)
     : TextField(parent)
-    , beep(&QApplication::beep)
+    , onTooLong(&QApplication::beep)
     , m_colors(colors)
 {
     setFrame(false);
@@ -71,11 +71,12 @@ void MaxLengthTextField::textDidChange()
 {
     if (m_isComposing)
         return;
-    const QString shortened = firstCharacters(text(), maxLength);
+    const QString shortened = firstCharacters(text(), m_characterLimit);
     if (shortened.size() == text().size())
         return;
     const int cursor = cursorPosition();
     setText(shortened);
     setCursorPosition(std::min(cursor, int(shortened.size())));
-    beep();
+    if (onTooLong)
+        onTooLong();
 }

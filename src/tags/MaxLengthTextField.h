@@ -20,8 +20,11 @@ public:
     /// The box, without the room for the ring.
     void setBoxSize(const QSize &size);
 
-    qsizetype maxLength = TagManager::maxTagLength; ///< In characters as a reader counts them.
-    std::function<void()> beep;
+    /// In characters as a reader counts them; as many as a tag may have unless set.
+    void setCharacterLimit(qsizetype limit) { m_characterLimit = limit; }
+
+    /// Called when something was cut off. Beeps unless set.
+    std::function<void()> onTooLong;
 
 protected:
     void inputMethodEvent(QInputMethodEvent *event) override;
@@ -31,5 +34,6 @@ private:
     void textDidChange();
 
     SystemColors m_colors;
+    qsizetype m_characterLimit = TagManager::maxTagLength;
     bool m_isComposing = false;
 };

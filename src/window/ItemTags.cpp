@@ -157,7 +157,7 @@ void ItemTags::showNewTagAlert(const QUuid &itemID, QWidget &window)
     m_newTagAlert = new NewTagAlert(m_look, &window);
     NewTagAlert &alert = *m_newTagAlert;
     if (m_with.beep)
-        alert.field().beep = m_with.beep;
+        alert.field().onTooLong = m_with.beep;
     connect(&alert.field(), &TextField::pastePressed, this, [this, &alert] {
         if (m_with.pasteboardText)
             alert.field().insert(m_with.pasteboardText());

@@ -36,7 +36,7 @@ void MaxLengthTextFieldTest::init()
     m_field = std::make_unique<MaxLengthTextField>(systemColors(ColorScheme::Light));
     m_field->setBoxSize({200, 24});
     m_beeps = 0;
-    m_field->beep = [this] { ++m_beeps; };
+    m_field->onTooLong = [this] { ++m_beeps; };
 }
 
 void MaxLengthTextFieldTest::compose(const QString &preedit, const QString &commit)
@@ -105,7 +105,7 @@ void MaxLengthTextFieldTest::aCommitThatBeginsTheNextCompositionIsCutAtItsEnd()
 
 void MaxLengthTextFieldTest::anotherLimitMayBeSet()
 {
-    m_field->maxLength = 3;
+    m_field->setCharacterLimit(3);
     m_field->insert(u"abcd"_s);
     QCOMPARE(m_field->text(), u"abc"_s);
 }

@@ -42,6 +42,7 @@ public:
     /// tag gets the colour of its new name.
     bool renameTag(const QString &oldName, const QString &newName);
 
+    /// Nothing goes if there is no tag of exactly this name; that is announced like a change.
     void deleteTag(const QString &name);
 
     // False if there is no such tag, or if it stands there already.
@@ -53,7 +54,8 @@ public:
     std::optional<TagColor> color(const QString &name) const;
 
 signals:
-    /// Comes twice for most changes: at once, and from the event loop.
+    /// Comes from the event loop after every change; for every change but a deletion at once as
+    /// well.
     void tagsDidChange();
 
 private:

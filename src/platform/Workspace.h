@@ -50,7 +50,7 @@ public:
 
     /// A new token for a program that the person has just asked for in one of our windows: the
     /// desktop will let its windows take the focus. Empty if nothing is known that the person did.
-    virtual QString activationToken() const = 0;
+    virtual QString newActivationToken() const = 0;
 
     /// The name of an installed program by its identifier; absent if there is no such program.
     virtual std::optional<QString> applicationName(const QString &bundleIdentifier) const = 0;

@@ -22,7 +22,7 @@ public:
     void prepareOwnWindow(QWindow *) override {}
     void noteUserAction(const QString &token) override { activationTokens.append(token); }
 
-    QString activationToken() const override { return nextToken; }
+    QString newActivationToken() const override { return nextToken; }
 
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override
     {

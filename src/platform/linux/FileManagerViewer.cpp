@@ -58,8 +58,9 @@ void FileManagerViewer::activateFileViewerSelecting(const QList<QUrl> &urls)
     QStringList items;
     for (const QUrl &url : urls)
         items.append(encoded(url));
-    QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kService, u"ShowItems"_s);
-    message << items << m_workspace.activationToken();
+    QDBusMessage message
+        = QDBusMessage::createMethodCall(kService, kPath, kService, u"ShowItems"_s);
+    message << items << m_workspace.newActivationToken();
     auto *call = new QDBusPendingCallWatcher(bus->asyncCall(message), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, urls, call] {
         call->deleteLater();
@@ -83,7 +84,7 @@ void FileManagerViewer::openFolders(const QList<QUrl> &urls) const
 void FileManagerViewer::openFolder(const QUrl &folder) const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (const QString token = m_workspace.activationToken(); !token.isEmpty())
+    if (const QString token = m_workspace.newActivationToken(); !token.isEmpty())
         environment.insert(u"DESKTOP_STARTUP_ID"_s, token);
     QProcess process;
     process.setProgram(u"xdg-open"_s);

@@ -159,7 +159,7 @@ void X11Workspace::noteUserAction(const QString &activationToken)
         completeStartup(m_connection, activationToken);
 }
 
-QString X11Workspace::activationToken() const
+QString X11Workspace::newActivationToken() const
 {
     const quint32 actedAt = m_connection.userTime();
     return actedAt == 0 ? QString() : newStartupToken(++m_tokenCount, actedAt);

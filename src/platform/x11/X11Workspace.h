@@ -23,7 +23,7 @@ public:
     void activateOwnWindow(QWindow *window) override;
     void prepareOwnWindow(QWindow *window) override;
     void noteUserAction(const QString &activationToken) override;
-    QString activationToken() const override;
+    QString newActivationToken() const override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
 
 private:

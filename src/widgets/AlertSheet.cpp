@@ -65,7 +65,7 @@ AlertSheet::AlertSheet(const Texts &texts, Kind kind, const MenuLook &look, QWid
     , m_texts(texts)
     , m_look(look)
     , m_colors(systemColors(look.scheme))
-    , m_cardDrawing(look.isTranslucent ? kRadius : kPlainRadius, kShadow, look.scheme)
+    , m_card(look.isTranslucent ? kRadius : kPlainRadius, kShadow, look.scheme)
     , m_confirmButton(addButton(texts.confirm))
     , m_cancelButton(addButton(texts.cancel))
     , m_firstFocus(kind == Kind::Destructive ? m_cancelButton : m_confirmButton)
@@ -153,11 +153,11 @@ void AlertSheet::paintEvent(QPaintEvent *)
     const bool isDark = m_look.scheme == ColorScheme::Dark;
     painter.fillRect(rect(), withAlpha(Qt::black, isDark ? kDarkVeil : kVeil));
     if (m_look.isTranslucent)
-        m_cardDrawing.draw(painter, m_card);
+        m_card.draw(painter, m_cardRect);
     else
-        m_cardDrawing.drawWithoutShadow(painter, m_card);
-    QRect line(m_card.x() + kPadding, m_card.y() + kPadding, m_card.width() - 2 * kPadding,
-               kTitleHeight);
+        m_card.drawWithoutShadow(painter, m_cardRect);
+    QRect line(m_cardRect.x() + kPadding, m_cardRect.y() + kPadding,
+               m_cardRect.width() - 2 * kPadding, kTitleHeight);
     painter.setFont(titleFont());
     painter.setPen(m_colors.labelColor);
     drawTextLine(painter, line, m_texts.title);
@@ -204,12 +204,12 @@ void AlertSheet::layOut()
     const int buttonTop = y + kButtonsGap;
     const int height = buttonTop + m_confirmButton->height() + kPadding;
     const int top = std::max(0, qRound(this->height() * kMiddle - height / 2.0));
-    m_card = QRect((this->width() - width) / 2, top, width, height);
+    m_cardRect = QRect((this->width() - width) / 2, top, width, height);
 
     if (m_accessoryView)
-        m_accessoryView->move(m_card.x() + kPadding - m_accessoryMargin,
+        m_accessoryView->move(m_cardRect.x() + kPadding - m_accessoryMargin,
                               top + accessoryTop - m_accessoryMargin);
-    int right = m_card.right() + 1 - kPadding;
+    int right = m_cardRect.right() + 1 - kPadding;
     for (PushButton *button : {m_confirmButton, m_cancelButton}) {
         button->move(right - button->width(), top + buttonTop);
         right = button->x() - kButtonSpacing;

@@ -67,8 +67,8 @@ private:
     Texts m_texts;
     MenuLook m_look;
     SystemColors m_colors;
-    RaisedCard m_cardDrawing;
-    QRect m_card;
+    RaisedCard m_card;
+    QRect m_cardRect;
     QStringList m_lines; ///< Of the information.
     PushButton *m_confirmButton;
     PushButton *m_cancelButton;

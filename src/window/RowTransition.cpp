@@ -40,7 +40,7 @@ void RowTransition::follow(const ListDifference &difference, const std::function
         return;
     }
     for (Departing &row : m_departing)
-        row.opacity *= m_left;
+        row.opacity *= m_shareToGo;
     beginDeparture(difference.removedRows);
     const int oldScrollValue = m_view.verticalScrollBar()->value();
     change();
@@ -53,7 +53,7 @@ void RowTransition::finish()
     m_animation.stop();
     m_starts.clear();
     m_departing.clear();
-    m_left = 0;
+    m_shareToGo = 0;
     m_view.viewport()->update();
 }
 
@@ -91,14 +91,14 @@ RowTransition::Look RowTransition::look(const QUuid &id) const
 RowTransition::Look RowTransition::travelLook(const QUuid &id) const
 {
     const Look start = m_starts.value(id);
-    return {start.offset * m_left, 1 - (1 - start.opacity) * m_left};
+    return {start.offset * m_shareToGo, 1 - (1 - start.opacity) * m_shareToGo};
 }
 
 qreal RowTransition::reach() const
 {
     qreal reach = 0;
     for (const Look &start : m_starts)
-        reach = std::max(reach, std::abs(start.offset) * m_left);
+        reach = std::max(reach, std::abs(start.offset) * m_shareToGo);
     return reach;
 }
 
@@ -106,7 +106,7 @@ void RowTransition::paintDeparting(QPainter &painter) const
 {
     painter.save();
     for (const Departing &row : m_departing) {
-        painter.setOpacity(row.opacity * m_left);
+        painter.setOpacity(row.opacity * m_shareToGo);
         painter.drawPixmap(QPointF(0, row.top - m_view.verticalScrollBar()->value()), row.picture);
     }
     painter.restore();
@@ -170,7 +170,7 @@ void RowTransition::start()
     }
     m_animation.start({.from = 1, .to = 0, .duration = kTravelTime, .easing = easeOut},
                       [this](double left) {
-                          m_left = left;
+                          m_shareToGo = left;
                           m_view.viewport()->update();
                       },
                       [this] { finish(); });

@@ -78,7 +78,7 @@ private:
     Scheduler &m_scheduler;
     const Clock &m_clock;
     ValueAnimation m_animation;
-    qreal m_left = 0; ///< The share of the way that is still to go.
+    qreal m_shareToGo = 0; ///< Of the way.
     QHash<QUuid, Look> m_starts; ///< How the rows looked that are on their way, when they set out.
     QList<Departing> m_departing;
     std::map<QUuid, Fade> m_fades;

@@ -58,6 +58,29 @@ int numberIn(const Group &group, const char *key, int otherwise)
     return isNumber ? number : otherwise;
 }
 
+struct Sides
+{
+    int least;
+    int most;
+};
+
+/// With how many pixels the icons of a directory can be drawn; absent if it does not tell its size.
+std::optional<Sides> sidesIn(const Group &directory)
+{
+    // What is meant for a doubled scale has twice the pixels.
+    const int scale = std::max(1, numberIn(directory, "Scale", 1));
+    const int size = numberIn(directory, "Size", 0) * scale;
+    if (size <= 0)
+        return std::nullopt;
+    const QByteArray type = directory.value("Type", "Threshold");
+    if (type == "Scalable")
+        return Sides{numberIn(directory, "MinSize", size / scale) * scale,
+                     numberIn(directory, "MaxSize", size / scale) * scale};
+    const int threshold
+        = type == "Threshold" ? numberIn(directory, "Threshold", kDefaultThreshold) * scale : 0;
+    return Sides{size - threshold, size + threshold};
+}
+
 QString fileIn(const QString &directory, const QString &name)
 {
     if (name.isEmpty() || name.contains(u'/'))
@@ -125,34 +148,15 @@ void IconTheme::load(const QString &name) const
     if (!isName || m_loadedNames.contains(name) || m_loadedNames.size() >= kMaxThemes)
         return;
     m_loadedNames.append(name);
-    QByteArray description;
-    for (auto folder = m_folders.begin(); description.isEmpty() && folder != m_folders.end();
-         ++folder)
-        description = descriptionAt(*folder + u'/' + name + u"/index.theme"_s);
 
-    const QHash<QByteArray, Group> groups = groupsIn(description);
+    const QHash<QByteArray, Group> groups = groupsIn(description(name));
     const Group about = groups.value("Icon Theme");
     Theme theme;
     for (const QString &directory : listIn(about.value("Directories"))) {
-        const Group group = groups.value(directory.toUtf8());
-        // What is meant for a doubled scale has twice the pixels.
-        const int scale = std::max(1, numberIn(group, "Scale", 1));
-        const int size = numberIn(group, "Size", 0) * scale;
-        const QByteArray type = group.value("Type", "Threshold");
-        const int threshold
-            = type == "Threshold" ? numberIn(group, "Threshold", kDefaultThreshold) * scale : 0;
-        Directory found{.paths = {}, .minSide = size - threshold, .maxSide = size + threshold};
-        if (type == "Scalable") {
-            found.minSide = numberIn(group, "MinSize", size / scale) * scale;
-            found.maxSide = numberIn(group, "MaxSize", size / scale) * scale;
-        }
-        for (const QString &folder : m_folders) {
-            const QString path = folder + u'/' + name + u'/' + directory;
-            if (QDir(path).exists())
-                found.paths.append(path);
-        }
-        if (size > 0 && !found.paths.isEmpty())
-            theme.append(found);
+        const auto sides = sidesIn(groups.value(directory.toUtf8()));
+        const QStringList paths = pathsOf(name + u'/' + directory);
+        if (sides && !paths.isEmpty())
+            theme.append({.paths = paths, .minSide = sides->least, .maxSide = sides->most});
     }
     m_themes.append(theme);
     for (const QString &parent : listIn(about.value("Inherits"))) {
@@ -160,6 +164,28 @@ void IconTheme::load(const QString &name) const
         if (parent != kCommonTheme)
             load(parent);
     }
+}
+
+/// Of the first folder that has one of this theme.
+QByteArray IconTheme::description(const QString &name) const
+{
+    for (const QString &folder : m_folders) {
+        const QByteArray found = descriptionAt(folder + u'/' + name + u"/index.theme"_s);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+QStringList IconTheme::pathsOf(const QString &directory) const
+{
+    QStringList paths;
+    for (const QString &folder : m_folders) {
+        const QString path = folder + u'/' + directory;
+        if (QDir(path).exists())
+            paths.append(path);
+    }
+    return paths;
 }
 
 /// Making an icon smaller costs nothing to look at; making it larger does.

@@ -6,7 +6,7 @@
 #include <QStringList>
 
 /// Finds the files of icons by their names, in a theme, those that it stands on, and at last in the
-/// one that programs bring their own icons for. One thread.
+/// one that programs bring their own icons for. One thread at a time.
 ///
 /// The descriptions of themes are read once, with the first question.
 class IconTheme
@@ -35,6 +35,8 @@ private:
 
     const QList<Theme> &themes() const;
     void load(const QString &name) const;
+    QByteArray description(const QString &name) const;
+    QStringList pathsOf(const QString &directory) const;
     QString findIn(const Theme &theme, const QString &name, int side) const;
     QString findWithoutTheme(const QString &name) const;
 

@@ -1,5 +1,7 @@
 #include "platform/linux/DesktopEntries.h"
 
+#include "platform/linux/DataFolders.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -18,18 +20,9 @@ constexpr qint64 kMaxFileBytes = 1024 * 1024;
 
 QStringList sessionFolders()
 {
-    QString home = qEnvironmentVariable("XDG_DATA_HOME");
-    if (home.isEmpty())
-        home = QDir::homePath() + "/.local/share"_L1;
-    QString shared = qEnvironmentVariable("XDG_DATA_DIRS");
-    if (shared.isEmpty())
-        shared = u"/usr/local/share:/usr/share"_s;
-
-    QStringList folders{home};
-    folders += shared.split(u':', Qt::SkipEmptyParts);
+    QStringList folders = dataFolders();
     for (QString &folder : folders)
         folder += "/applications"_L1;
-    folders.removeDuplicates();
     return folders;
 }
 

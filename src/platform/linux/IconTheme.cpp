@@ -1,5 +1,7 @@
 #include "platform/linux/IconTheme.h"
 
+#include "platform/linux/DataFolders.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -85,7 +87,7 @@ QString fileIn(const QString &directory, const QString &name)
 {
     if (name.isEmpty() || name.contains(u'/'))
         return {};
-    for (const auto suffix : {".png"_L1, ".svg"_L1, ".xpm"_L1}) {
+    for (const QLatin1StringView suffix : IconTheme::kSuffixes) {
         QString path = directory + u'/' + name + suffix;
         if (QFile::exists(path))
             return path;
@@ -103,16 +105,9 @@ IconTheme::IconTheme(QStringList folders, QString themeName)
 
 QStringList IconTheme::sessionFolders()
 {
-    QString home = qEnvironmentVariable("XDG_DATA_HOME");
-    if (home.isEmpty())
-        home = QDir::homePath() + u"/.local/share"_s;
-    QString shared = qEnvironmentVariable("XDG_DATA_DIRS");
-    if (shared.isEmpty())
-        shared = u"/usr/local/share:/usr/share"_s;
-
-    QStringList folders{QDir::homePath() + u"/.icons"_s, home + u"/icons"_s};
-    for (const QString &each : shared.split(u':', Qt::SkipEmptyParts))
-        folders.append(each + u"/icons"_s);
+    QStringList folders{QDir::homePath() + u"/.icons"_s};
+    for (const QString &folder : dataFolders())
+        folders.append(folder + u"/icons"_s);
     folders.append(u"/usr/share/pixmaps"_s);
     folders.removeDuplicates();
     return folders;

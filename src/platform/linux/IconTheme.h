@@ -12,6 +12,10 @@
 class IconTheme
 {
 public:
+    /// Of the files of icons, the best first.
+    static constexpr QLatin1StringView kSuffixes[]{
+        QLatin1StringView(".png"), QLatin1StringView(".svg"), QLatin1StringView(".xpm")};
+
     /// \a folders hold themes, and icons without a theme too; the first wins.
     IconTheme(QStringList folders, QString themeName);
 

@@ -47,7 +47,7 @@ std::optional<QString> themeNameInFiles()
 /// Some entries name a file where the name of an icon belongs.
 QString withoutSuffix(const QString &name)
 {
-    for (const auto suffix : {".png"_L1, ".svg"_L1, ".xpm"_L1}) {
+    for (const QLatin1StringView suffix : IconTheme::kSuffixes) {
         if (name.endsWith(suffix))
             return name.chopped(suffix.size());
     }

@@ -172,8 +172,7 @@ struct Program
     TagManager tagManager{ground.defaults};
     FileManagerViewer fileViewer{platform.workspace(), ground.scheduler};
     const HistoryWindowCollaborators windowCollaborators{
-        platform.workspace(), platform.pointerMonitor(), platform.appearance(),
-        ground.scheduler,     ground.clock,              ground.defaults,
+        platform.workspace(), platform.pointerMonitor(), platform.appearance(), ground.defaults,
         HistoryListCollaborators{
             .itemManager = itemManager,
             .tagManager = tagManager,

@@ -39,9 +39,9 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                              const ClipboardItemList &items)
     : m_style(style)
     , m_collaborators(collaborators)
-    , m_panel(style, collaborators.list.tagManager, collaborators.scheduler)
+    , m_panel(style, collaborators.list.tagManager, collaborators.list.scheduler)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
-    , m_animation(collaborators.scheduler, collaborators.clock)
+    , m_animation(collaborators.list.scheduler, collaborators.list.clock)
 {
     refreshAppearance();
     refreshLanguage();

@@ -18,8 +18,6 @@ struct HistoryWindowCollaborators
     Workspace &workspace;
     PointerMonitor &pointerMonitor;
     DesktopAppearance &appearance;
-    Scheduler &scheduler;
-    const Clock &clock;
     UserDefaults &defaults;
     HistoryListCollaborators list;
 };

@@ -39,6 +39,6 @@ std::unique_ptr<ClipboardSearchWindowProtocol> makeHistoryWindow(
 
 void warmUpHistoryWindow(const HistoryWindowCollaborators &collaborators)
 {
-    const ClipboardItemList items = oneOfEachType(collaborators.clock.now());
+    const ClipboardItemList items = oneOfEachType(collaborators.list.clock.now());
     makeWindow(collaborators, items)->panel().grab();
 }

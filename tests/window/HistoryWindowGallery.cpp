@@ -133,8 +133,6 @@ struct Stage : HistoryListFixture
         return {.workspace = *m_workspace,
                 .pointerMonitor = pointer,
                 .appearance = appearance,
-                .scheduler = scheduler,
-                .clock = with,
                 .defaults = *m_defaults,
                 .list = listCollaborators(scheduler, with, *rowPictures)};
     }

@@ -200,8 +200,6 @@ HistoryWindowCollaborators HistoryWindowTest::collaborators()
     return {.workspace = *m_desktop,
             .pointerMonitor = *m_pointer,
             .appearance = *m_appearance,
-            .scheduler = *m_scheduler,
-            .clock = *m_clock,
             .defaults = *m_defaults,
             .list = listCollaborators()};
 }

@@ -128,17 +128,19 @@ void TagManager::deleteTag(const QString &name)
 
 bool TagManager::moveTagToFront(const QString &name)
 {
-    return moveTag(name, [](qsizetype) { return 0; });
+    return moveTag(indexOf(name), 0);
 }
 
 bool TagManager::moveTagUp(const QString &name)
 {
-    return moveTag(name, [](qsizetype index) { return index - 1; });
+    const auto index = indexOf(name);
+    return moveTag(index, index.value_or(0) - 1);
 }
 
 bool TagManager::moveTagDown(const QString &name)
 {
-    return moveTag(name, [](qsizetype index) { return index + 1; });
+    const auto index = indexOf(name);
+    return moveTag(index, index.value_or(0) + 1);
 }
 
 std::optional<TagColor> TagManager::color(const QString &name) const
@@ -174,13 +176,9 @@ std::optional<qsizetype> TagManager::indexOf(const QString &name) const
     return found == m_tags.end() ? std::nullopt : std::optional(found - m_tags.begin());
 }
 
-bool TagManager::moveTag(const QString &name, const std::function<qsizetype(qsizetype)> &placeFrom)
+bool TagManager::moveTag(std::optional<qsizetype> index, qsizetype place)
 {
-    const auto index = indexOf(name);
-    if (!index)
-        return false;
-    const qsizetype place = placeFrom(*index);
-    if (place == *index || place < 0 || place >= m_tags.size())
+    if (!index || place == *index || place < 0 || place >= m_tags.size())
         return false;
     m_tags.move(*index, place);
     saveAndAnnounce();

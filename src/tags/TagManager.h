@@ -7,7 +7,7 @@
 #include <QSet>
 #include <QStringList>
 
-#include <functional>
+#include <optional>
 
 class UserDefaults;
 
@@ -62,8 +62,7 @@ private:
     TagColor pickColor(const QString &name, const QSet<TagColor> &used) const;
     QSet<TagColor> usedColors() const;
     std::optional<qsizetype> indexOf(const QString &name) const;
-    bool moveTag(const QString &name,
-                 const std::function<qsizetype(qsizetype)> &placeFrom);
+    bool moveTag(std::optional<qsizetype> index, qsizetype place);
     void load();
     std::optional<QList<Tag>> storedTags() const;
     void recolor();

@@ -1,5 +1,6 @@
 #include "tags/TagHoverContainer.h"
 
+#include "appearance/FocusOutline.h"
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
 #include "language/Localized.h"
@@ -28,8 +29,6 @@ constexpr qreal kRestAlpha = 0.08;
 constexpr qreal kHoverAlpha = 0.12;
 constexpr qreal kHoverScale = 1.045;
 constexpr int kHoverMilliseconds = 120;
-constexpr qreal kRingWidth = 2;
-constexpr qreal kRingGap = 1.5;
 
 } // namespace
 
@@ -69,7 +68,8 @@ void TagHoverContainer::draw(QPainter &painter, const SystemColors &colors) cons
     painter.scale(m_scale, m_scale);
     painter.translate(-chip.center());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(withAlpha(colors.labelColor, m_isContainerHovering ? kHoverAlpha : kRestAlpha));
+    const qreal groundAlpha = m_isContainerHovering ? kHoverAlpha : kRestAlpha;
+    painter.setBrush(withAlpha(colors.labelColor, groundAlpha));
     painter.drawRoundedRect(chip, chip.height() / 2, chip.height() / 2);
     const QString symbol = isSelectedTag() ? u"checkmark.circle.fill"_s : u"circle"_s;
     drawSymbol(painter, QRectF(kSymbolLead, 0, kSymbolBox, chip.height()),
@@ -80,22 +80,16 @@ void TagHoverContainer::draw(QPainter &painter, const SystemColors &colors) cons
     painter.setPen(colors.labelColor);
     drawTextLine(painter, text,
                  QFontMetricsF(font).elidedText(m_tagText, Qt::ElideRight, text.width()));
-    if (m_isFocusVisible) {
-        const qreal distance = kRingGap + kRingWidth / 2;
-        const QRectF ring = chip.adjusted(-distance, -distance, distance, distance);
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(colors.controlAccentColor, kRingWidth));
-        painter.drawRoundedRect(ring, ring.height() / 2, ring.height() / 2);
-    }
+    if (m_isFocusVisible)
+        drawFocusOutline(painter, chip, chip.height() / 2, colors.controlAccentColor);
     painter.restore();
 }
 
 QRect TagHoverContainer::drawnRect() const
 {
-    const int ring = int(std::ceil(kRingGap + kRingWidth));
     const int beyond = int(std::ceil(width() * (kHoverScale - 1) / 2)) + 1;
-    const int room = std::max(ring, beyond);
-    return geometry().adjusted(-room, -ring, room, ring);
+    const int room = std::max(kFocusOutlineRoom, beyond);
+    return geometry().adjusted(-room, -kFocusOutlineRoom, room, kFocusOutlineRoom);
 }
 
 void TagHoverContainer::enterEvent(QEnterEvent *event)

@@ -1,5 +1,6 @@
 #include "widgets/FocusRing.h"
 
+#include "appearance/FocusOutline.h"
 #include "widgets/DrawnControl.h"
 
 #include <QEvent>
@@ -9,9 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qreal kWidth = 2;
-constexpr qreal kGap = 1.5;
-constexpr int kRoom = 4;
+constexpr QMargins kRoom(kFocusOutlineRoom, kFocusOutlineRoom, kFocusOutlineRoom,
+                         kFocusOutlineRoom);
 
 } // namespace
 
@@ -46,14 +46,8 @@ void FocusRing::paintEvent(QPaintEvent *)
     if (!m_control)
         return;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_colors.controlAccentColor, kWidth));
-    const qreal distance = kGap + kWidth / 2;
-    const QRectF outline = QRectF(rect())
-                               .adjusted(kRoom, kRoom, -kRoom, -kRoom)
-                               .adjusted(-distance, -distance, distance, distance);
-    const qreal radius = m_control->radius() + distance;
-    painter.drawRoundedRect(outline, radius, radius);
+    drawFocusOutline(painter, rect().marginsRemoved(kRoom), m_control->radius(),
+                     m_colors.controlAccentColor);
 }
 
 void FocusRing::follow(DrawnControl *control)
@@ -72,6 +66,6 @@ void FocusRing::follow(DrawnControl *control)
 void FocusRing::place()
 {
     const QRect around(m_control->mapTo(parentWidget(), QPoint()), m_control->size());
-    setGeometry(around.adjusted(-kRoom, -kRoom, kRoom, kRoom));
+    setGeometry(around.marginsAdded(kRoom));
     update();
 }

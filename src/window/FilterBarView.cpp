@@ -1,5 +1,6 @@
 #include "window/FilterBarView.h"
 
+#include "appearance/FocusOutline.h"
 #include "language/Localized.h"
 #include "tags/TagManager.h"
 #include "window/OverflowMenu.h"
@@ -19,7 +20,6 @@ constexpr int kButtonSpacing = 8;
 constexpr qsizetype kMaxVisibleTags = 3;
 constexpr int kMaxTagButtonWidth = 110;
 constexpr int kLeastTagRoom = 44; // Must be exceeded, or there are no pills for tags at all.
-constexpr int kFocusRingRoom = 4;
 
 struct CategoryItem
 {
@@ -271,7 +271,7 @@ void FilterBarView::handleFocusChange()
 {
     refreshTabStop();
     if (QWidget *parent = parentWidget())
-        parent->update(geometry().adjusted(0, -kFocusRingRoom, 0, kFocusRingRoom));
+        parent->update(geometry().adjusted(0, -kFocusOutlineRoom, 0, kFocusOutlineRoom));
 }
 
 void FilterBarView::openOverflowMenu(FilterButton &button)

@@ -1,5 +1,6 @@
 #include "window/HistoryPanel.h"
 
+#include "appearance/FocusOutline.h"
 #include "language/Localized.h"
 #include "window/ClipboardTableView.h"
 #include "window/EdgeResizeView.h"
@@ -36,8 +37,6 @@ constexpr int kSeparatorInset = 24;
 constexpr int kSearchAreaHeight = 100;
 
 constexpr int kSearchIconSize = 24;
-constexpr qreal kFocusRingWidth = 2;
-constexpr qreal kFocusRingGap = 1.5;
 constexpr qreal kPinRadius = 8;
 constexpr qreal kPillRadius = FilterButton::kHeight / 2.0;
 // Where the scroller ends before the lower corner, as a share of the corner's radius.
@@ -158,10 +157,12 @@ void HistoryPanel::paintEvent(QPaintEvent *)
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_style.backgroundAlpha));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    const QColor &ring = m_colors.controlAccentColor;
     if (m_pinButton->isFocusVisible())
-        drawFocusRing(painter, m_pinButton->geometry(), kPinRadius);
+        drawFocusOutline(painter, m_pinButton->geometry(), kPinRadius, ring);
     if (const FilterButton *pill = m_filterBar->focusedButton())
-        drawFocusRing(painter, pill->geometry().translated(m_filterBar->pos()), kPillRadius);
+        drawFocusOutline(painter, pill->geometry().translated(m_filterBar->pos()), kPillRadius,
+                         ring);
 }
 
 void HistoryPanel::resizeEvent(QResizeEvent *)
@@ -233,15 +234,6 @@ void HistoryPanel::cutShape()
     QPainterPath shape;
     shape.addRoundedRect(rect(), m_style.cornerRadius, m_style.cornerRadius);
     setMask(QRegion(shape.toFillPolygon().toPolygon()));
-}
-
-void HistoryPanel::drawFocusRing(QPainter &painter, const QRect &control, qreal radius) const
-{
-    const qreal distance = kFocusRingGap + kFocusRingWidth / 2;
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_colors.controlAccentColor, kFocusRingWidth));
-    painter.drawRoundedRect(QRectF(control).adjusted(-distance, -distance, distance, distance),
-                            radius + distance, radius + distance);
 }
 
 void HistoryPanel::showEvent(QShowEvent *event)

@@ -65,7 +65,6 @@ private:
     void buildHandles();
     void layoutViews();
     void cutShape();
-    void drawFocusRing(QPainter &painter, const QRect &control, qreal radius) const;
 
     HistoryWindowStyle m_style;
     SystemColors m_colors;

@@ -2,8 +2,14 @@
 
 #include <QPainter>
 
-QPointF snappedToDevice(const QPainter &painter, const QPointF &point)
+QPointF centredOnDevice(const QPainter &painter, const QRectF &box, const QSizeF &size)
 {
     const QTransform toDevice = painter.deviceTransform();
-    return toDevice.inverted().map(QPointF(toDevice.map(point).toPoint()));
+    const QPointF corner = box.center() - QPointF(size.width() / 2, size.height() / 2);
+    return toDevice.inverted().map(QPointF(toDevice.map(corner).toPoint()));
+}
+
+QSize fittedSize(const QSizeF &size, int side)
+{
+    return size.scaled(side, side, Qt::KeepAspectRatio).toSize().expandedTo(QSize(1, 1));
 }

@@ -90,7 +90,5 @@ QPixmap symbolPixmap(const Symbol &symbol, const QColor &color, qreal devicePixe
 void drawSymbol(QPainter &painter, const QRectF &box, const Symbol &symbol, const QColor &color)
 {
     const QPixmap pixmap = symbolPixmap(symbol, color, painter.device()->devicePixelRatioF());
-    const QSizeF size = pixmap.deviceIndependentSize();
-    const QPointF wanted = box.center() - QPointF(size.width() / 2, size.height() / 2);
-    painter.drawPixmap(snappedToDevice(painter, wanted), pixmap);
+    painter.drawPixmap(centredOnDevice(painter, box, pixmap.deviceIndependentSize()), pixmap);
 }

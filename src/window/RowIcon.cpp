@@ -18,11 +18,6 @@ bool isDrawing(const QByteArray &file)
     return isCompressed || file.first(std::min(kHeadBytes, file.size())).contains("<svg");
 }
 
-QSize fittedSize(const QSizeF &size, int side)
-{
-    return size.scaled(side, side, Qt::KeepAspectRatio).toSize().expandedTo(QSize(1, 1));
-}
-
 QImage rasterised(const QByteArray &drawing, int side)
 {
     QSvgRenderer renderer(drawing);
@@ -57,9 +52,7 @@ QImage makeRowIcon(const QByteArray &file, int side, qreal devicePixelRatio,
 
 void drawRowIcon(QPainter &painter, const QRectF &box, const QImage &picture)
 {
-    const QSizeF size = picture.deviceIndependentSize();
-    const QPointF corner = box.center() - QPointF(size.width() / 2, size.height() / 2);
-    painter.drawImage(snappedToDevice(painter, corner), picture);
+    painter.drawImage(centredOnDevice(painter, box, picture.deviceIndependentSize()), picture);
 }
 
 void drawSourceBadge(QPainter &painter, const QRectF &box, const QImage &icon,

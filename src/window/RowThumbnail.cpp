@@ -22,10 +22,7 @@ qreal cornerRadius(const QSizeF &size)
 
 QImage makeRowThumbnail(const QImage &picture, int side, qreal devicePixelRatio)
 {
-    const QSize size = QSizeF(picture.size())
-                           .scaled(side, side, Qt::KeepAspectRatio)
-                           .toSize()
-                           .expandedTo(QSize(1, 1));
+    const QSize size = fittedSize(picture.size(), side);
     // What is very large is made smaller in a way that takes little memory; the rest of the way is
     // short, or goes up.
     const QImage fitted = thumbnailOf(picture, side)
@@ -40,8 +37,7 @@ void drawRowThumbnail(QPainter &painter, const QRectF &box, const QImage &thumbn
                       const QColor &lineColor)
 {
     const QSizeF size = thumbnail.deviceIndependentSize();
-    const QPointF corner = snappedToDevice(
-        painter, box.center() - QPointF(size.width() / 2, size.height() / 2));
+    const QPointF corner = centredOnDevice(painter, box, size);
     painter.drawImage(corner, thumbnail);
 
     const qreal line = 1 / painter.device()->devicePixelRatioF();

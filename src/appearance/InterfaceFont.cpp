@@ -58,3 +58,10 @@ void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
     painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.drawText(QPointF(x, baseline), text);
 }
+
+void drawElided(QPainter &painter, const QRectF &box, const QString &text,
+                Qt::Alignment alignment, Qt::TextElideMode mode)
+{
+    const QFontMetricsF metrics(painter.font(), painter.device());
+    drawTextLine(painter, box, metrics.elidedText(text, mode, box.width()), alignment);
+}

@@ -16,3 +16,8 @@ QFont interfaceFont(qreal pixelSize, QFont::Weight weight = QFont::Normal);
 /// not cut. Only the horizontal part of \a alignment counts.
 void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
                   Qt::Alignment alignment = Qt::AlignLeft);
+
+/// The same for a text that is cut to fit into \a box.
+void drawElided(QPainter &painter, const QRectF &box, const QString &text,
+                Qt::Alignment alignment = Qt::AlignLeft,
+                Qt::TextElideMode mode = Qt::ElideRight);

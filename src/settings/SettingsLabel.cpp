@@ -27,7 +27,5 @@ void SettingsLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setFont(m_font);
     painter.setPen(m_colors.*m_color);
-    const QFontMetricsF metrics(m_font, this);
-    const QRect box = contentsRect();
-    drawTextLine(painter, box, metrics.elidedText(text(), Qt::ElideRight, box.width()));
+    drawElided(painter, contentsRect(), text());
 }

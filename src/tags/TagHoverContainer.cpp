@@ -74,12 +74,10 @@ void TagHoverContainer::draw(QPainter &painter, const SystemColors &colors) cons
     const QString symbol = isSelectedTag() ? u"checkmark.circle.fill"_s : u"circle"_s;
     drawSymbol(painter, QRectF(kSymbolLead, 0, kSymbolBox, chip.height()),
                {symbol, kSymbolSize, SymbolWeight::Regular}, colors.secondaryLabelColor);
-    const QFont font = interfaceFont(kTextSize);
     const QRectF text = chip.adjusted(kSymbolLead + kSymbolBox + kSymbolGap, 0, -kTextTrail, 0);
-    painter.setFont(font);
+    painter.setFont(interfaceFont(kTextSize));
     painter.setPen(colors.labelColor);
-    drawTextLine(painter, text,
-                 QFontMetricsF(font).elidedText(m_tagText, Qt::ElideRight, text.width()));
+    drawElided(painter, text, m_tagText);
     if (m_isFocusVisible)
         drawFocusOutline(painter, chip, chip.height() / 2, colors.controlAccentColor);
     painter.restore();

@@ -340,9 +340,8 @@ void ClipboardTableView::paintEmptyText(QPainter &painter) const
         QRectF(viewport()->rect()).adjusted(kEmptyTextMargin, 0, -kEmptyTextMargin, 0);
     const qreal middle = std::round(box.height() * kEmptyTextShare);
     const auto drawLine = [&](qreal y, const QString &text) {
-        const QFontMetricsF metrics(painter.font(), painter.device());
-        drawTextLine(painter, QRectF(box.left(), y - kRowHeight / 2.0, box.width(), kRowHeight),
-                     metrics.elidedText(text, Qt::ElideMiddle, box.width()), Qt::AlignHCenter);
+        drawElided(painter, QRectF(box.left(), y - kRowHeight / 2.0, box.width(), kRowHeight), text,
+                   Qt::AlignHCenter, Qt::ElideMiddle);
     };
     painter.setFont(interfaceFont(kEmptyTitleSize));
     painter.setPen(m_colors.secondaryLabelColor);

@@ -123,9 +123,7 @@ void FavoriteLimitHintOverlayView::paintBubble(QPainter &painter) const
     painter.setPen(m_colors.hintTextColor);
     painter.setFont(hintFont());
     const QRectF box = card.adjusted(kHorizontalPadding, 0, -kHorizontalPadding, 0);
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    drawTextLine(painter, box, metrics.elidedText(m_message, Qt::ElideRight, box.width()),
-                 Qt::AlignHCenter);
+    drawElided(painter, box, m_message, Qt::AlignHCenter);
 }
 
 /// Laid on in thin sheets, since the shadow of so small a thing has its round ends.

@@ -105,9 +105,7 @@ void FilterButton::paintEvent(QPaintEvent *)
 
     painter.setFont(titleFont());
     painter.setPen(titleColor());
-    const QRectF title = QRectF(rect()).adjusted(kPadding, 0, -kPadding, 0);
-    const QFontMetricsF metrics(painter.font(), this);
-    drawTextLine(painter, title, metrics.elidedText(text(), Qt::ElideRight, title.width() + 1));
+    drawElided(painter, QRectF(rect()).adjusted(kPadding, 0, 1 - kPadding, 0), text());
 }
 
 qreal FilterButton::alpha() const

@@ -51,12 +51,6 @@ TintedSymbol typeSymbol(const ClipboardItem &item, const SystemColors &colors)
     return {};
 }
 
-void drawElided(QPainter &painter, const QRectF &box, const QString &text)
-{
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    drawTextLine(painter, box, metrics.elidedText(text, Qt::ElideRight, box.width()));
-}
-
 } // namespace
 
 HistoryRowDelegate::HistoryRowDelegate(HistoryRowCache &rows, RowPictures &pictures,

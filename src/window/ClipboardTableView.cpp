@@ -1,9 +1,9 @@
 #include "window/ClipboardTableView.h"
 
 #include "appearance/InterfaceFont.h"
+#include "window/HistoryListModel.h"
 #include "window/HistoryRowDelegate.h"
 #include "window/OverlayScroller.h"
-#include "window/HistoryListModel.h"
 #include "window/RowLayout.h"
 #include "window/RowTransition.h"
 

@@ -19,7 +19,16 @@ class RowMenu : public QObject
     Q_OBJECT
 
 public:
-    enum class Entry { ShowInFileManager, Preview, Paste, Copy, ToggleFavorite, Tags, NewTag, Delete };
+    enum class Entry {
+        ShowInFileManager,
+        Preview,
+        Paste,
+        Copy,
+        ToggleFavorite,
+        Tags,
+        NewTag,
+        Delete
+    };
 
     /// What cannot be done with every entry, or not everywhere.
     struct Offers

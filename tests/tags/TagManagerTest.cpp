@@ -77,8 +77,8 @@ private slots:
     void aColorInUseIsPassedOver();
     void thePaletteGoesRound();
     void withAllColorsInUseTheNameDecidesAlone();
-    void theStrategyMakesNoDifference_data();
-    void theStrategyMakesNoDifference();
+    void aStoredColorStrategyIsLeftAlone_data();
+    void aStoredColorStrategyIsLeftAlone();
 
     void bothFormsAreStored();
     void tagsComeBackAtTheNextStart();
@@ -495,7 +495,7 @@ void TagManagerTest::withAllColorsInUseTheNameDecidesAlone()
     QCOMPARE(colorName(u"travel"_s), u"lime"_s);
 }
 
-void TagManagerTest::theStrategyMakesNoDifference_data()
+void TagManagerTest::aStoredColorStrategyIsLeftAlone_data()
 {
     QTest::addColumn<QVariant>("strategy");
     QTest::newRow("the known one") << QVariant(u"nameHash"_s);
@@ -503,7 +503,7 @@ void TagManagerTest::theStrategyMakesNoDifference_data()
     QTest::newRow("no text") << QVariant(7);
 }
 
-void TagManagerTest::theStrategyMakesNoDifference()
+void TagManagerTest::aStoredColorStrategyIsLeftAlone()
 {
     QFETCH(const QVariant, strategy);
     m_defaults->set(kStrategyKey, strategy);

@@ -371,6 +371,43 @@ void takeShots(const QString &directory)
     takeOverlayShots(stage, directory + u"/chinese-"_s, AppLanguage::Chinese);
 }
 
+/// How long \a act takes and, with \a draw after it, until all is drawn.
+template <typename Act, typename Draw>
+QString handledAndDrawn(const Act &act, const Draw &draw)
+{
+    QElapsedTimer timer;
+    timer.start();
+    act();
+    const double handled = timer.nsecsElapsed() / 1e6;
+    draw();
+    return u"%1/%2"_s.arg(handled, 0, 'f', 1).arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1);
+}
+
+/// Of letters that are typed one after the other. Leaves the field empty.
+QStringList keyTimes(HistoryWindow &window)
+{
+    auto *field = window.panel().findChild<QLineEdit *>();
+    QWidget *list = window.panel().findChild<QAbstractScrollArea *>()->viewport();
+    QStringList times;
+    for (const char key : {'s', 'o', 'l', 'q', 'u', 'w', 'x'})
+        times.append(u"%1 %2"_s.arg(QChar::fromLatin1(key),
+                                    handledAndDrawn([&] { QTest::keyClick(field, key); },
+                                                    [&] { list->repaint(); })));
+    QTest::keyClick(field, Qt::Key_Escape);
+    return times;
+}
+
+QStringList pillTimes(HistoryWindow &window)
+{
+    QStringList times;
+    for (const int index : {1, 2, 5, 0}) {
+        QAbstractButton *pill = pills(window).at(index);
+        times.append(handledAndDrawn([&] { QTest::mouseClick(pill, Qt::LeftButton); },
+                                     [&] { window.panel().repaint(); }));
+    }
+    return times;
+}
+
 void measure(int rounds, bool isComposited, bool isWarm)
 {
     Stage stage;
@@ -393,26 +430,8 @@ void measure(int rounds, bool isComposited, bool isWarm)
         painted.wait();
         const double drawn = timer.nsecsElapsed() / 1e6;
         waitForEntrance(*window);
-        QStringList keys;
-        auto *field = window->panel().findChild<QLineEdit *>();
-        for (const char key : {'s', 'o', 'l', 'q', 'u', 'w', 'x'}) {
-            timer.restart();
-            QTest::keyClick(field, key);
-            const double handled = timer.nsecsElapsed() / 1e6;
-            window->panel().findChild<QAbstractScrollArea *>()->viewport()->repaint();
-            keys.append(u"%1 %2/%3"_s.arg(QChar::fromLatin1(key)).arg(handled, 0, 'f', 1)
-                            .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1));
-        }
-        QTest::keyClick(field, Qt::Key_Escape);
-        QStringList filters;
-        for (const int index : {1, 2, 5, 0}) {
-            timer.restart();
-            QTest::mouseClick(pills(*window).at(index), Qt::LeftButton);
-            const double handled = timer.nsecsElapsed() / 1e6;
-            window->panel().repaint();
-            filters.append(u"%1/%2"_s.arg(handled, 0, 'f', 1)
-                               .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1));
-        }
+        const QStringList keys = keyTimes(*window);
+        const QStringList filters = pillTimes(*window);
         const QRect frame = window->panel().geometry();
         window->hide();
         static_cast<void>(QTest::qWaitFor([&] { return !window->isVisible(); }));

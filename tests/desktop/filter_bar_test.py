@@ -1,52 +1,36 @@
 #!/usr/bin/python3
 """The menu of the filter bar, which is a window of its own, beside the one that closes as soon as
 the person turns to something else."""
-from case import DesktopTest, main
-from history_panel import HistoryPanel, PILL_MIDDLE
+from case import main
+from history_panel import PILL_MIDDLE
+from list_case import ListCase, tag_settings, text_entry
 from waiting import Late, wait_until
 
-TAGS = ("a", "b", "c", "d", "e", "f")
 PILLS = 10
 
 
-class FilterBarTest(DesktopTest):
+class FilterBarTest(ListCase):
+    settings = tag_settings("a", "b", "c", "d", "e", "f")
+
     def setUp(self):
         super().setUp()
-        self.program.write_settings({})
-        with open(self.program.settings_path, "a", encoding="utf-8") as file:
-            file.write(f"custom.tags={', '.join(TAGS)}\n")
-        self.program.start()
-        self.window = self.open_window()
+        self.open_list()
 
-    def last_pill(self):
-        """A place within the pill that stands last."""
-        panel = HistoryPanel(self.display, self.window)
-        return wait_until(panel.pills, "the pills")[-1], panel.y + PILL_MIDDLE
+    def entries(self):
+        return [text_entry("an entry")]
 
     def open_menu(self):
-        self.display.click(*self.last_pill())
+        self.panel.click_pill(-1)
         self.wait_for_menu()
 
-    def assert_never(self, condition, what):
-        with self.assertRaises(Late, msg=what):
-            wait_until(condition, what, seconds=1.0)
-
-    def assert_window_stays(self):
-        self.assert_never(lambda: self.history_window() is None, "the window has closed")
+    def assert_menu_does_not_open_again(self):
+        with self.assertRaises(Late, msg="the menu has opened again"):
+            wait_until(self.open_menus, "the menu to open again", seconds=1.0)
 
     def test_the_window_stays_while_the_menu_is_open(self):
         self.open_menu()
         self.assert_window_stays()
         self.assertTrue(self.open_menus())
-
-    def test_a_tag_is_chosen_by_keys(self):
-        self.open_menu()
-        self.display.press("Down")
-        self.display.press("Return")
-        self.wait_until_menu_closed()
-        self.assert_window_stays()
-        self.display.press("Escape")  # The search field has the focus again, and is empty.
-        self.wait_until_closed()
 
     def test_all_of_it_goes_by_keys(self):
         self.display.press("Tab")
@@ -58,28 +42,20 @@ class FilterBarTest(DesktopTest):
         self.wait_until_menu_closed()
         self.assert_window_stays()
 
-    def test_escape_closes_the_menu_alone(self):
-        self.open_menu()
-        self.display.press("Escape")
-        self.wait_until_menu_closed()
-        self.assert_window_stays()
-
     def test_a_second_click_on_the_pill_closes_the_menu(self):
-        x, y = self.last_pill()
-        self.display.click(x, y)
-        self.wait_for_menu()
+        x, y = self.panel.pills()[-1], self.panel.y + PILL_MIDDLE
+        self.open_menu()
         # Left of the menu, still on the pill. People hold the button down for a while.
         self.display.move_pointer(x - 10, y)
         self.display.press_button()
         self.wait_until_menu_closed()
         self.display.let_go_of_button()
-        self.assert_never(self.open_menus, "the menu has opened again")
+        self.assert_menu_does_not_open_again()
         self.assert_window_stays()
 
     def test_a_click_elsewhere_in_the_window_closes_the_menu_alone(self):
         self.open_menu()
-        place = self.display.place(self.window)
-        self.display.click(place[0] + 200, place[1] + 400)
+        self.display.click(self.panel.x + 200, self.panel.y + 400)
         self.wait_until_menu_closed()
         self.assert_window_stays()
 

@@ -1,20 +1,11 @@
 #!/usr/bin/python3
 """The pills narrow the list: kinds, favourites, and tags that are kept from start to start."""
-import json
-import uuid
-
 from case import main
-from list_case import ListCase, text_entry
+from list_case import ListCase, tag_settings, text_entry
 
 BASE_PILLS = 6
 OVERFLOW = -1
 ENTRY_FROM_EDGE = 19  # To the middle of the first entry of a menu without a shadow.
-
-
-def tag_settings(*names):
-    """As the program keeps them; it gives the colours itself."""
-    tags = [{"id": str(uuid.uuid4()).upper(), "name": name, "color": "red"} for name in names]
-    return {"custom.tags.v2": json.dumps(tags)}
 
 
 class KindsTest(ListCase):

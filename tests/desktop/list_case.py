@@ -1,6 +1,7 @@
 """The common ground of the tests of the list: a history that is there from the start, and what a
 person sees of it."""
 import json
+import uuid
 
 from case import DesktopTest
 from clients import read_by_xclip
@@ -12,6 +13,12 @@ from waiting import wait_until
 def text_entry(text, *tags, kind="text", is_favorite=False):
     return {"contentTypeRaw": kind, "stringValue": text, "isFavorite": int(is_favorite),
             "tagsJSON": json.dumps(tags).encode()}
+
+
+def tag_settings(*names):
+    """As the program keeps them; it gives the colours itself."""
+    tags = [{"id": str(uuid.uuid4()).upper(), "name": name, "color": "red"} for name in names]
+    return {"custom.tags.v2": json.dumps(tags)}
 
 
 class ListCase(DesktopTest):
@@ -56,6 +63,12 @@ class ListCase(DesktopTest):
             return earlier == seen[0]
         wait_until(is_still, "the window to stand still", every=0.25)
         return seen[0]
+
+    def assert_window_stays(self):
+        """Looks once everything has had its effect."""
+        self.settle()
+        self.assertIsNotNone(self.history_window())
+        self.display.wait_until_active(self.panel.window)
 
     def paste(self, press="Return"):
         """Chooses by that key, and returns the text that is on the clipboard then."""

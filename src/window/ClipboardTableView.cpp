@@ -11,6 +11,9 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr int kEmptyTitleSize = 14;

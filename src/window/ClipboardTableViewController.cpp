@@ -10,6 +10,7 @@
 #include "window/RowPictures.h"
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 

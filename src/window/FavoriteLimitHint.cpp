@@ -11,6 +11,8 @@
 #include <QScrollBar>
 #include <QWindow>
 
+#include <algorithm>
+
 using namespace std::chrono_literals;
 
 namespace {

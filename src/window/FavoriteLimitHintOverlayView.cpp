@@ -5,6 +5,7 @@
 #include <QBitmap>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {

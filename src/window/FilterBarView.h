@@ -3,6 +3,8 @@
 #include "widgets/MenuLook.h"
 #include "window/FilterButton.h"
 
+#include <optional>
+
 class TagManager;
 
 /// The strip of pills that narrow the list: fixed ones, then the first of the person's tags, then

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class ClipboardTableView;
 class EdgeResizeView;
 class FilterBarView;

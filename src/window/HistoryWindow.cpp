@@ -16,6 +16,8 @@
 #include <QKeyEvent>
 #include <QScreen>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 

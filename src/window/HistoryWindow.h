@@ -6,6 +6,8 @@
 #include "window/HistoryPanel.h"
 #include "window/ValueAnimation.h"
 
+#include <optional>
+
 class DesktopAppearance;
 class PointerMonitor;
 class UserDefaults;

@@ -7,7 +7,9 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 class HistoryListModel;
 class NewTagAlert;

@@ -3,6 +3,8 @@
 #include <QHash>
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 #include <vector>
 
 namespace {

@@ -6,6 +6,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cmath>
 
 ListUpdater::ListUpdater(ClipboardTableView &tableView, HistoryListModel &model,
                          Scheduler &scheduler, const Clock &clock)

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include <algorithm>
+
 using namespace std::chrono_literals;
 
 namespace {

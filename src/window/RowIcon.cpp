@@ -6,6 +6,9 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include <algorithm>
+#include <optional>
+
 namespace {
 
 constexpr qreal kBadgeRadius = 4;

@@ -10,6 +10,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <optional>
 
 using Kind = RowPictureName::Kind;
 

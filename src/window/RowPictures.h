@@ -9,6 +9,8 @@
 #include <QObject>
 #include <QSet>
 
+#include <memory>
+
 class DesktopIcons;
 class ImageCodec;
 

@@ -10,6 +10,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace std::chrono_literals;
 

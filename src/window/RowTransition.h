@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QPixmap>
 
+#include <functional>
 #include <map>
 
 class ClipboardTableView;

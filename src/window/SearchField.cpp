@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QStyleHints>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kTextSize = 22;

@@ -217,8 +217,11 @@ void AppDelegate::createWindow(const ClipboardItemList &items)
         if (m_statusItemController)
             m_statusItemController->noteTurningAway();
     };
-    m_searchWindow->onFavoriteToggled
-        = [this](const QUuid &id) { m_with.itemManager.toggleFavorite(id); };
+    m_searchWindow->onFavoriteToggled = [this](const QUuid &id) {
+        m_with.itemManager.toggleFavorite(id);
+        // An entry that is no favourite any more may leave no room for the oldest one.
+        refreshWindow();
+    };
 }
 
 void AppDelegate::dropWindow()

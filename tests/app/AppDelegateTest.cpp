@@ -1,5 +1,7 @@
 #include "tests/fakes/AppDelegateFixture.h"
 
+#include "core/HistoryCapacity.h"
+
 #include <QRegularExpression>
 #include <QTest>
 #include <QWidget>
@@ -23,6 +25,7 @@ private slots:
     void programWithoutNameIsRecordedAsUnknown();
     void newItemReachesTheOpenWindow();
     void storedPictureReachesTheOpenWindow();
+    void unmarkingTheOldestOfAFullHistoryTakesItFromTheOpenWindow();
     void itemDuringAPasteIsIgnored();
     void chosenItemIsPastedIntoTheRecordedProgram();
     void onlyAHotkeyOfAnotherProgramIsToldAtTheStart_data();
@@ -151,6 +154,30 @@ void AppDelegateTest::storedPictureReachesTheOpenWindow()
     QCOMPARE(m_window.items.size(), 1);
     QTRY_VERIFY(m_window.items.first()->imageThumbnailFileName);
     QVERIFY(!m_window.items.first()->imageRepresentation);
+}
+
+void AppDelegateTest::unmarkingTheOldestOfAFullHistoryTakesItFromTheOpenWindow()
+{
+    tearDownDelegate();
+    setUpDelegate();
+    const auto add = [this](bool isFavorite) {
+        ClipboardItem item = makeItem(ClipboardContentType::Text, m_clock->now());
+        item.stringValue = Utf8Text(QString::number(m_manager->items().size()));
+        item.isFavorite = isFavorite;
+        m_clock->advance(1ms);
+        m_manager->addItem(item);
+        return item.id;
+    };
+    const QUuid oldest = add(true);
+    for (qsizetype i = 0; i < currentCapacity(*m_defaults); ++i)
+        add(false);
+    m_delegate->applicationDidFinishLaunching();
+    pressHotkey();
+    QCOMPARE(m_window.items.last()->id, oldest);
+
+    m_latestWindow->onFavoriteToggled(oldest);
+    QCOMPARE(m_window.items, m_manager->items());
+    QVERIFY(m_window.items.last()->id != oldest);
 }
 
 void AppDelegateTest::itemDuringAPasteIsIgnored()

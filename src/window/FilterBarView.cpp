@@ -245,12 +245,12 @@ void FilterBarView::handleTagsChanged()
 {
     const bool isGone = m_selectedCategory.kind == FilterCategory::Kind::Tag
         && !m_tagManager.tagNames().contains(m_selectedCategory.tagName);
-    if (isGone)
+    if (isGone) {
         m_selectedCategory = FilterCategory::all();
+        emit filterSelected(m_selectedCategory);
+    }
     layoutButtons(TagButtons::Rebuild);
     restyle();
-    if (isGone)
-        emit filterSelected(m_selectedCategory);
 }
 
 void FilterBarView::restyle()

@@ -68,6 +68,7 @@ private slots:
     void movingATagMovesItsPill();
     void deletingTheSelectedTagFallsBackToAll();
     void renamingTheSelectedTagFallsBackToAll();
+    void theFallBackIsToldBeforeThePillsAreMadeAnew();
     void otherTagsMayGoWithoutAWord();
     void aTagThatMovesToTheMenuStaysSelected();
 
@@ -492,6 +493,24 @@ void FilterBarViewTest::renamingTheSelectedTagFallsBackToAll()
     QVERIFY(m_tags->renameTag(kFive[0], u"Travel"_s));
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected.first().first().value<FilterCategory>(), FilterCategory::all());
+    QCOMPARE(selectedTitles(), QStringList{u"All"_s});
+}
+
+void FilterBarViewTest::theFallBackIsToldBeforeThePillsAreMadeAnew()
+{
+    makeWithTags(kFive);
+    m_bar->selectCategory(FilterCategory::tag(kFive[0]));
+    QStringList titlesWhenTold;
+    QStringList selectedWhenTold;
+    connect(m_bar.get(), &FilterBarView::filterSelected, this, [&] {
+        QCOMPARE(m_bar->selectedCategory(), FilterCategory::all());
+        titlesWhenTold = tagTitles();
+        selectedWhenTold = selectedTitles();
+    });
+    QVERIFY(m_tags->renameTag(kFive[0], u"trips"_s));
+    QCOMPARE(titlesWhenTold, kFive.first(3) + QStringList{u"+2"_s});
+    QCOMPARE(selectedWhenTold, QStringList{kFive[0]});
+    QCOMPARE(tagTitles().first(), u"trips"_s);
     QCOMPARE(selectedTitles(), QStringList{u"All"_s});
 }
 

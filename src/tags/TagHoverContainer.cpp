@@ -16,9 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMaxWidth = 304;
-constexpr int kMaxTextWidth = kMaxWidth - 32;
-constexpr int kLeastTextWidth = 18;
+constexpr int kMaxTextWidth = 304 - 32; // So that a chip has room in a line of its own.
 constexpr qreal kTextSize = 11.5;
 constexpr int kSymbolLead = 6;
 constexpr int kSymbolBox = 13;
@@ -42,7 +40,8 @@ TagHoverContainer::TagHoverContainer(const QString &tagText, bool isSelectedTag,
     setCheckable(true);
     setChecked(isSelectedTag);
     setAccessibleName(tagText);
-    setAccessibleDescription(localized(u"tooltip.tag.toggle"_s, u"Toggle this tag selection"_s));
+    setToolTip(localized(u"tooltip.tag.toggle"_s, u"Toggle this tag selection"_s));
+    setAccessibleDescription(toolTip());
     resize(buttonWidth(), mainButtonHeight);
     m_hover.setStartValue(1.0);
     m_hover.setEndValue(kHoverScale);
@@ -55,8 +54,7 @@ int TagHoverContainer::buttonWidth() const
 {
     const QFontMetricsF metrics(interfaceFont(kTextSize));
     const int text = int(std::ceil(metrics.horizontalAdvance(m_tagText)));
-    const int shown = std::clamp(text, kLeastTextWidth, kMaxTextWidth);
-    return std::min(kMaxWidth, kSymbolLead + kSymbolBox + kSymbolGap + shown + kTextTrail);
+    return kSymbolLead + kSymbolBox + kSymbolGap + std::min(text, kMaxTextWidth) + kTextTrail;
 }
 
 void TagHoverContainer::draw(QPainter &painter, const SystemColors &colors) const

@@ -1,5 +1,6 @@
 #include "tags/TagChipRow.h"
 
+#include "appearance/InterfaceFont.h"
 #include "tags/TagHoverContainer.h"
 #include "widgets/MenuLook.h"
 
@@ -8,6 +9,7 @@
 #include <QTest>
 #include <QWidgetAction>
 
+#include <cmath>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -108,9 +110,11 @@ void TagChipRowTest::aChipIsAsWideAsItsName()
 {
     make({u"i"_s, u"travel"_s, u"reading list"_s});
     QCOMPARE(chip(0).height(), 22);
-    QCOMPARE(chip(0).width(), 6 + 13 + 4 + 18 + 8); // The text has 18 at least.
-    QVERIFY(chip(1).width() > chip(0).width());
-    QVERIFY(chip(2).width() > chip(1).width());
+    for (const TagHoverContainer *each : m_row->chips()) {
+        const qreal text = QFontMetricsF(interfaceFont(11.5)).horizontalAdvance(each->tagText());
+        QCOMPARE(each->width(), 6 + 13 + 4 + int(std::ceil(text)) + 8);
+    }
+    QVERIFY(chip(0).width() < 6 + 13 + 4 + 18 + 8); // A short name is not made room for.
 }
 
 void TagChipRowTest::aNameOfTwentyWideCharactersIsCut()
@@ -311,6 +315,8 @@ void TagChipRowTest::chipsAreSpokenOf()
     QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(&chip(0));
     QVERIFY(spoken);
     QCOMPARE(spoken->text(QAccessible::Name), u"travel"_s);
+    QCOMPARE(spoken->text(QAccessible::Description), u"Toggle this tag selection"_s);
+    QCOMPARE(chip(0).toolTip(), u"Toggle this tag selection"_s);
     QCOMPARE(spoken->role(), QAccessible::CheckBox);
     QVERIFY(spoken->state().checked);
 }

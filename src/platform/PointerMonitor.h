@@ -16,6 +16,7 @@ public:
     virtual void start() = 0;
     virtual void stop() = 0;
 
-    /// Left or right button; the position in global device-independent pixels.
-    std::function<void(QPoint position)> onMousePressed;
+    /// Left or right button; the position in global device-independent pixels. One of our own
+    /// windows gets the same press as an event with the same timestamp, earlier or later.
+    std::function<void(QPoint position, quint64 timestamp)> onMousePressed;
 };

@@ -267,8 +267,11 @@ void HistoryWindow::finishExit()
 void HistoryWindow::watchOutside()
 {
     stopWatchingOutside();
+    m_ownPresses.emplace([this](QPoint position) { return isOwnPlace(position); });
     m_clickOutsideMonitor.emplace(m_collaborators.pointerMonitor.onMousePressed,
-                                  [this](QPoint position) { handleMousePress(position); });
+                                  [this](QPoint position, quint64 timestamp) {
+                                      handleMousePress(position, timestamp);
+                                  });
     m_collaborators.pointerMonitor.start();
     m_appSwitchObserver.emplace(
         m_collaborators.workspace.onApplicationActivated,
@@ -280,6 +283,7 @@ void HistoryWindow::stopWatchingOutside()
     if (m_clickOutsideMonitor)
         m_collaborators.pointerMonitor.stop();
     m_clickOutsideMonitor.reset();
+    m_ownPresses.reset();
     m_appSwitchObserver.reset();
 }
 
@@ -334,11 +338,17 @@ bool HistoryWindow::hasFocus() const
         && frontmost->window == m_panel.effectiveWinId();
 }
 
-void HistoryWindow::handleMousePress(QPoint position)
+void HistoryWindow::handleMousePress(QPoint position, quint64 timestamp)
 {
-    // Presses on our own windows and menus reach them as events; they are no turning away.
-    if (!m_panel.geometry().contains(position) && !isOnOwnWindow(position))
+    // Presses on our own windows and menus reach them as events; they are no turning away. A menu
+    // may have done its work and be gone by now.
+    if (!isOwnPlace(position) && !m_ownPresses->contains(timestamp))
         turnAway();
+}
+
+bool HistoryWindow::isOwnPlace(QPoint position) const
+{
+    return m_panel.geometry().contains(position) || isOnOwnWindow(position);
 }
 
 void HistoryWindow::handleActivation(const RunningApplication &application)

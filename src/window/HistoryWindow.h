@@ -4,6 +4,7 @@
 #include "window/ClipboardSearchWindowProtocol.h"
 #include "window/ClipboardTableViewController.h"
 #include "window/HistoryPanel.h"
+#include "window/OwnPresses.h"
 #include "window/ValueAnimation.h"
 
 #include <optional>
@@ -77,7 +78,8 @@ private:
     /// Whether the window has the focus as the desktop sees it. Another program that takes the
     /// keyboard for itself for a while leaves it there, though our window then counts as inactive.
     bool hasFocus() const;
-    void handleMousePress(QPoint position);
+    void handleMousePress(QPoint position, quint64 timestamp);
+    bool isOwnPlace(QPoint position) const;
     void handleActivation(const RunningApplication &application);
     void turnAway();
 
@@ -90,6 +92,7 @@ private:
     quint64 m_visibilityAnimationToken = 0;
     bool m_isHideAnimationInFlight = false;
     std::optional<CallbackHook<>> m_appearanceHook;
-    std::optional<CallbackHook<QPoint>> m_clickOutsideMonitor;
+    std::optional<OwnPresses> m_ownPresses;
+    std::optional<CallbackHook<QPoint, quint64>> m_clickOutsideMonitor;
     std::optional<CallbackHook<const RunningApplication &>> m_appSwitchObserver;
 };

@@ -24,12 +24,14 @@ private slots:
     void nothingIsToldBeforeStartAndAfterStop();
     void pressesInsideAGrabAreTold();
     void pressStillReachesTheWindowBelow();
+    void aPressHasTheTimestampOfTheEventThatItsWindowGets();
 
 private:
     PrivateDesktop &m_desktop;
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11PointerMonitor> m_monitor;
     QList<QPoint> m_presses;
+    QList<quint64> m_timestamps;
 };
 
 void X11PointerMonitorTest::init()
@@ -38,7 +40,11 @@ void X11PointerMonitorTest::init()
     m_connection = std::make_unique<X11Connection>(m_desktop.displayName());
     m_monitor = std::make_unique<X11PointerMonitor>(*m_connection);
     m_presses.clear();
-    m_monitor->onMousePressed = [this](QPoint position) { m_presses.append(position); };
+    m_timestamps.clear();
+    m_monitor->onMousePressed = [this](QPoint position, quint64 timestamp) {
+        m_presses.append(position);
+        m_timestamps.append(timestamp);
+    };
 }
 
 void X11PointerMonitorTest::leftAndRightPressesAreToldWithTheirPlace()
@@ -103,6 +109,34 @@ void X11PointerMonitorTest::pressStillReachesTheWindowBelow()
     }());
     QVERIFY(!m_presses.isEmpty());
     m_desktop.end(terminal);
+}
+
+void X11PointerMonitorTest::aPressHasTheTimestampOfTheEventThatItsWindowGets()
+{
+    m_monitor->start();
+    const QString log = m_desktop.folder() + u"/presses"_s;
+    QProcess &window = m_desktop.launch(
+        u"/usr/bin/python3"_s,
+        {u"-c"_s, u"import sys\nfrom Xlib import X, display\nd = display.Display()\n"
+                  "w = d.screen().root.create_window(0, 0, 300, 300, 0, X.CopyFromParent,"
+                  " event_mask=X.ButtonPressMask)\n"
+                  "w.set_wm_class('pressed', 'Pressed')\nw.map()\nd.sync()\n"
+                  "while True:\n"
+                  "    event = d.next_event()\n"
+                  "    with open(sys.argv[1], 'a') as file: print(event.time, file=file)\n"_s,
+         log});
+    QVERIFY(m_desktop.findWindow(u"Pressed"_s) != 0);
+    m_desktop.xdotool(u"mousemove 150 150 click 1 click 3"_s);
+    QTRY_COMPARE(m_timestamps.size(), 2);
+    QByteArray expected;
+    for (const quint64 timestamp : m_timestamps)
+        expected += QByteArray::number(timestamp) + '\n';
+    const auto logged = [&log] {
+        QFile file(log);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QTRY_COMPARE(logged(), expected);
+    m_desktop.end(window);
 }
 
 int main(int argc, char *argv[])

@@ -31,7 +31,7 @@ void X11PointerScaleTest::placeIsDeviceIndependent()
     X11Connection connection(m_desktop.displayName());
     X11PointerMonitor monitor(connection);
     QPoint place;
-    monitor.onMousePressed = [&place](QPoint position) { place = position; };
+    monitor.onMousePressed = [&place](QPoint position, quint64) { place = position; };
     monitor.start();
     m_desktop.xdotool(u"mousemove 400 300 click 1"_s);
     QTRY_COMPARE(place, QPoint(200, 150));

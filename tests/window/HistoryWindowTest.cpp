@@ -19,6 +19,7 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QClipboard>
+#include <QMenu>
 #include <QTest>
 #include <QWindow>
 
@@ -98,6 +99,8 @@ private slots:
     void aPillWithTheFocusHasARing();
     void theWindowTakesItsMenuAlong();
     void aPressOnTheMenuIsNoTurningAway();
+    void aPressOnAMenuThatHasClosedSinceIsNoTurningAway();
+    void aPressBesideAnOpenMenuIsATurningAway();
     void aDoubleClickPastesAndHides();
     void pastingHidesAPinnedWindowToo();
     void pastingHidesOnceThoughThePasteHidesToo_data();
@@ -154,7 +157,8 @@ private:
     void watch();
     void pass(std::chrono::milliseconds time);
     void openWholly();
-    void openRowMenu(int row);
+    /// The window has the focus as the desktop sees it meanwhile.
+    QMenu &openRowMenu(int row);
     void dragBy(const char *handle, QPoint travel);
     NewTagAlert &askForATag();
     QRect geometryOf(const char *name);
@@ -702,10 +706,45 @@ void HistoryWindowTest::aPressOnTheMenuIsNoTurningAway()
     menu->move(0, 0);
     const QPoint onMenu = menu->geometry().center();
     QVERIFY(!m_window->panel().geometry().contains(onMenu));
-    m_pointer->onMousePressed(onMenu);
+    m_pointer->press(onMenu);
     QVERIFY(!m_window->isHideAnimationInFlight());
     menu->close();
-    m_pointer->onMousePressed(onMenu);
+    m_pointer->press(onMenu);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aPressOnAMenuThatHasClosedSinceIsNoTurningAway()
+{
+    make();
+    openWholly();
+    QMenu &menu = openRowMenu(1);
+    menu.move(0, 0);
+    const QPoint onCopy = menu.actionGeometry(menu.actions().at(1)).center();
+    const QPoint place = menu.mapToGlobal(onCopy);
+    QVERIFY(!m_window->panel().geometry().contains(place));
+    QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, onCopy);
+    const auto pressedAt = quint64(QTest::lastMouseTimestamp);
+    QTest::mouseRelease(menu.windowHandle(), Qt::LeftButton, {}, onCopy);
+    QCOMPARE(m_copied.size(), 1);
+    QVERIFY(!QApplication::activePopupWidget());
+
+    m_pointer->press(place, pressedAt);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    m_pointer->press(place, pressedAt + 1);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowTest::aPressBesideAnOpenMenuIsATurningAway()
+{
+    make();
+    openWholly();
+    const QMenu &menu = openRowMenu(1);
+    // The open menu gets it, wherever it is.
+    const QPoint beside(1, 1);
+    QVERIFY(!m_window->panel().geometry().contains(beside));
+    QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, menu.mapFromGlobal(beside));
+    QVERIFY(!QApplication::activePopupWidget());
+    m_pointer->press(beside, quint64(QTest::lastMouseTimestamp));
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -754,9 +793,9 @@ void HistoryWindowTest::aClickOutsideHides()
     QVERIFY(!m_pointer->isRunning);
     openWholly();
     QVERIFY(m_pointer->isRunning);
-    m_pointer->onMousePressed(m_window->panel().geometry().center());
+    m_pointer->press(m_window->panel().geometry().center());
     QVERIFY(!m_window->isHideAnimationInFlight());
-    m_pointer->onMousePressed(m_window->panel().geometry().topLeft() - QPoint(1, 1));
+    m_pointer->press(m_window->panel().geometry().topLeft() - QPoint(1, 1));
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -765,7 +804,7 @@ void HistoryWindowTest::aClickOutsideDoesNotHideAPinnedWindow()
     make();
     openWholly();
     m_window->togglePin();
-    m_pointer->onMousePressed(QPoint(1, 1));
+    m_pointer->press(QPoint(1, 1));
     QVERIFY(!m_window->isHideAnimationInFlight());
 }
 
@@ -825,7 +864,7 @@ void HistoryWindowTest::turningAwayIsToldBeforeTheWindowHides()
         ++toldCount;
         QVERIFY(!m_window->isHideAnimationInFlight());
     };
-    m_pointer->onMousePressed(QPoint(1, 1));
+    m_pointer->press(QPoint(1, 1));
     QCOMPARE(toldCount, 1);
     m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QCOMPARE(toldCount, 1); // It is the same turning away.
@@ -842,13 +881,13 @@ void HistoryWindowTest::hidingOtherwiseIsNoTurningAway()
     bool isTold = false;
     m_window->onTurnedAway = [&] { isTold = true; };
     m_window->hide();
-    m_pointer->onMousePressed(QPoint(1, 1));
+    m_pointer->press(QPoint(1, 1));
     pass(160ms);
     QVERIFY(!isTold);
 
     openWholly();
     m_window->togglePin();
-    m_pointer->onMousePressed(QPoint(1, 1));
+    m_pointer->press(QPoint(1, 1));
     QVERIFY(!isTold);
 }
 
@@ -910,21 +949,21 @@ void HistoryWindowTest::formerListenersAreStillCalled()
     QCOMPARE(callCount, 3);
 }
 
-void HistoryWindowTest::openRowMenu(int row)
+QMenu &HistoryWindowTest::openRowMenu(int row)
 {
+    m_desktop->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
     table()->selectRow(row);
     QTest::keyClick(table(), Qt::Key_Menu);
-    QVERIFY(QApplication::activePopupWidget());
+    return dynamic_cast<QMenu &>(*QApplication::activePopupWidget());
 }
 
 void HistoryWindowTest::theMenuOfARowLeavesTheWindowOpen()
 {
     make();
     openWholly();
-    m_desktop->frontmost =
-        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
     openRowMenu(1);
-    m_pointer->onMousePressed(QApplication::activePopupWidget()->geometry().center());
+    m_pointer->press(QApplication::activePopupWidget()->geometry().center());
     QVERIFY(!m_window->isHideAnimationInFlight());
     QApplication::activePopupWidget()->close();
     QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
@@ -948,26 +987,26 @@ void HistoryWindowTest::aPressInTheShadowOfAMenuIsAPressOutside()
     m_defaults->set(kFrameKey, u"{{0, 0}, {680, 300}}"_s);
     make();
     openWholly();
-    m_desktop->frontmost =
-        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
     openRowMenu(1);
     const QRect menu = QApplication::activePopupWidget()->geometry();
     QVERIFY(!m_window->panel().geometry().contains(menu.bottomLeft()));
-    m_pointer->onMousePressed(menu.bottomLeft() + QPoint(5, -5));
+    m_pointer->press(menu.bottomLeft() + QPoint(5, -5));
     QVERIFY(m_window->isHideAnimationInFlight());
     QVERIFY(!QApplication::activePopupWidget());
 }
 
 void HistoryWindowTest::showingAFileHidesTheWindow()
 {
-    make();
+    ClipboardItem file = SampleHistory::item(ClipboardContentType::File, u"notes.txt"_s);
+    file.filePath = u"/tmp/notes.txt"_s;
+    file.fileBookmarkData = "token";
+    const QUrl place(u"file:///tmp/moved.txt"_s);
+    m_files->bookmarks.places = {{"token", {place, false}}};
+    make({SampleHistory::shared(file)});
     openWholly();
     m_window->togglePin();
-    const ClipboardItemPointer file = SampleHistory::mixed().at(4);
-    m_files->access.files = {QUrl::fromLocalFile(*file->filePath)};
-    openRowMenu(4);
-    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
-    QCOMPARE(m_fileViewer->shown, QList<QList<QUrl>>{m_files->access.files});
+    QTest::keyClick(&openRowMenu(0), Qt::Key_Return);
+    QCOMPARE(m_fileViewer->shown, QList<QList<QUrl>>{{place}});
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -1031,7 +1070,7 @@ void HistoryWindowTest::aReversalStartsFromTheHalfFadedLook()
     QCOMPARE(m_hiddenCount, 0);
     QVERIFY(m_window->isVisible());
     QCOMPARE(qAlpha(picture().pixel(340, 5)), 245);
-    m_pointer->onMousePressed(QPoint(1, 1));
+    m_pointer->press(QPoint(1, 1));
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -1232,7 +1271,7 @@ void HistoryWindowTest::anAlertKeepsTheWindowOpenAndTheKeys()
     openWholly();
     NewTagAlert &alert = askForATag();
     QVERIFY(alert.field().hasFocus());
-    m_pointer->onMousePressed(m_window->panel().mapToGlobal(alert.geometry().center()));
+    m_pointer->press(m_window->panel().mapToGlobal(alert.geometry().center()));
     m_desktop->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 1, 1});
     QVERIFY(!m_window->isHideAnimationInFlight());
     // Coming to the front again gives the keyboard to the search field.

@@ -70,5 +70,5 @@ void X11PointerMonitor::handleX11Event(int type, const void *event)
         return;
     const QPoint place(pointer->root_x, pointer->root_y);
     if (!isOwnPlace || !isOwnPlace(place))
-        onMousePressed(deviceIndependent(place));
+        onMousePressed(deviceIndependent(place), press->time);
 }

@@ -145,6 +145,12 @@ ClipboardItemManager::resolveFileURL(const ClipboardItem &item) const
     return m_fileReferences.resolve(item);
 }
 
+std::optional<FileBookmarks::Resolved>
+ClipboardItemManager::resolveBookmark(const ClipboardItem &item) const
+{
+    return m_fileReferences.resolveBookmark(item);
+}
+
 std::optional<LazyBytes> ClipboardItemManager::openImageFile(const QString &name) const
 {
     return m_fileReferences.open(QDir(imagesDirectory()).filePath(name));

@@ -89,11 +89,14 @@ public:
     /// use of the file. Waits for the file system, but not for long.
     std::optional<FileBookmarks::Resolved> resolveFileURL(const ClipboardItem &item) const;
 
+    /// The same by the bookmark of \a item alone: a path may lead to another file by now.
+    std::optional<FileBookmarks::Resolved> resolveBookmark(const ClipboardItem &item) const;
+
     /// The image file \a name of an entry, held open, so that it can be read even when the entry is
     /// deleted. Absent if there is none. Waits for the file system, but not for long.
     std::optional<LazyBytes> openImageFile(const QString &name) const;
 
-    /// To be told what resolveFileURL() gave: makes a new bookmark if the old one is stale. The
+    /// To be told what either of them gave: makes a new bookmark if the old one is stale. The
     /// entry keeps its place.
     void refreshStaleBookmark(const ClipboardItem &item, const QUrl &url, bool isStale);
 

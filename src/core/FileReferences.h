@@ -27,6 +27,9 @@ public:
     /// is.
     std::optional<FileBookmarks::Resolved> resolve(const ClipboardItem &item) const;
 
+    /// By the bookmark of \a item alone.
+    std::optional<FileBookmarks::Resolved> resolveBookmark(const ClipboardItem &item) const;
+
     std::unique_ptr<FileAccess::Scope> startAccess(const QUrl &url) const;
 
     /// See FileAccess::open().
@@ -37,8 +40,6 @@ public:
     std::optional<QByteArray> renewBookmark(const QUuid &id, const QUrl &url) const;
 
 private:
-    std::optional<FileBookmarks::Resolved> resolveBookmark(const ClipboardItem &item) const;
-
     const FileBookmarks &m_bookmarks;
     const FileAccess &m_access;
     const UserDefaults &m_defaults;

@@ -216,7 +216,7 @@ void ClipboardTableViewController::performMenuEntry(RowMenu::Entry entry, const 
 
 void ClipboardTableViewController::showInFileManager(const ClipboardItem &item)
 {
-    const auto resolved = m_with.itemManager.resolveFileURL(item);
+    const auto resolved = m_with.itemManager.resolveBookmark(item);
     if (!resolved)
         return;
     m_with.itemManager.refreshStaleBookmark(item, resolved->url, resolved->isStale);

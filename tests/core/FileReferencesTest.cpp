@@ -48,6 +48,7 @@ private slots:
     void aDeletedFileWithoutBookmarkIsNowhere();
     void aCorruptBookmarkWithoutPathLeadsNowhere();
     void aPathThatIsNotToldInTimeLeadsNowhere();
+    void theBookmarkAloneLeadsPastThePath();
 
     void aRenewedBookmarkIsOfTheNewPlace();
     void aRenewalThatFailsIsTold();
@@ -179,6 +180,18 @@ void FileReferencesTest::aPathThatIsNotToldInTimeLeadsNowhere()
 {
     m_files->access.answers = false;
     QCOMPARE(m_files->references.resolve(fileItem(std::nullopt, u"/old/a.txt"_s)), std::nullopt);
+}
+
+void FileReferencesTest::theBookmarkAloneLeadsPastThePath()
+{
+    m_files->bookmarks.places = {{"token", {kNew, true}}};
+    m_files->access.files = {kOld};
+    const auto resolved = [this](std::optional<QByteArray> bookmark) {
+        return m_files->references.resolveBookmark(fileItem(bookmark, u"/old/a.txt"_s));
+    };
+    QCOMPARE(resolved("token"), (FileBookmarks::Resolved{kNew, true}));
+    QCOMPARE(resolved("corrupt"), std::nullopt);
+    QCOMPARE(resolved(std::nullopt), std::nullopt);
 }
 
 void FileReferencesTest::aRenewedBookmarkIsOfTheNewPlace()

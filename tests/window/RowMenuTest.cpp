@@ -78,7 +78,8 @@ private slots:
     void favoriteTogglesTheEntry();
     void deleteRemovesTheEntryAndLeavesTheSelection();
     void theFileIsShownWhereItIs();
-    void aFileThatIsNowhereDoesNothing();
+    void aFileThatItsBookmarkDoesNotLeadToIsNotShown_data();
+    void aFileThatItsBookmarkDoesNotLeadToIsNotShown();
     void anEntryThatIsNoLongerListedDoesNothing_data();
     void anEntryThatIsNoLongerListedDoesNothing();
     void aListThatMovedDoesNotMisleadTheMenu();
@@ -377,9 +378,22 @@ void RowMenuTest::theFileIsShownWhereItIs()
                  "bookmark of " + place.toEncoded());
 }
 
-void RowMenuTest::aFileThatIsNowhereDoesNothing()
+void RowMenuTest::aFileThatItsBookmarkDoesNotLeadToIsNotShown_data()
 {
-    make({shared(fileItem(u"/tmp/gone.txt"_s))});
+    QTest::addColumn<std::optional<QByteArray>>("bookmark");
+    QTest::newRow("no bookmark") << std::optional<QByteArray>();
+    QTest::newRow("a corrupt one") << std::optional<QByteArray>("corrupt");
+}
+
+/// The path would lead to a file, but nobody knows whether that is the one that was copied.
+void RowMenuTest::aFileThatItsBookmarkDoesNotLeadToIsNotShown()
+{
+    ClipboardItem item = fileItem(u"/tmp/notes.txt"_s);
+    QFETCH(const std::optional<QByteArray>, bookmark);
+    item.fileBookmarkData = bookmark;
+    m_files->access.files = {QUrl::fromLocalFile(*item.filePath)};
+    make({shared(item)});
+    QVERIFY(m_manager->resolveFileURL(item));
     bool isGone = false;
     m_controller->onWindowHidden = [&] { isGone = true; };
     rightClick(0);

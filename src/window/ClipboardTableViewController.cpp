@@ -35,6 +35,7 @@ ClipboardTableViewController::ClipboardTableViewController(
     m_tableView.setModel(&m_model);
     refreshEmptyText();
     connectTableView();
+    m_with.pictures.forgetMissingSources();
     connect(&m_with.pictures, &RowPictures::arrived, this,
             &ClipboardTableViewController::repaintPicture);
     m_deletion.onRemoved = [this] { reloadItems(); };

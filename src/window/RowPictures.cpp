@@ -73,6 +73,11 @@ QImage RowPictures::source(const ClipboardItem &item, qreal devicePixelRatio)
     return m_sourceIcons.value(key);
 }
 
+void RowPictures::forgetMissingSources()
+{
+    m_sourceIcons.removeIf([](const auto &icon) { return icon->isNull(); });
+}
+
 QImage RowPictures::known(const Key &key, const ClipboardItem &item)
 {
     if (key.name.isEmpty())
@@ -131,7 +136,7 @@ NewestFirstQueue::Fetch RowPictures::thumbnailFetcher(const QString &name,
 void RowPictures::keep(const Key &key, const QImage &picture)
 {
     m_requested.remove(key);
-    if (key.name.kind == Kind::SourceIcon && !picture.isNull())
+    if (key.name.kind == Kind::SourceIcon)
         m_sourceIcons.insert(key, picture);
     else
         m_pictures.insert(key, new QImage(picture), std::max(picture.sizeInBytes(), kMinCost));

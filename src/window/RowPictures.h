@@ -35,6 +35,9 @@ public:
     /// The sourcePicture() of \a item, see makeRowIcon().
     QImage source(const ClipboardItem &item, qreal devicePixelRatio);
 
+    /// From now on programs that had no icon are asked for anew: they may have been installed since.
+    void forgetMissingSources();
+
 signals:
     void arrived(const RowPictureName &name);
 
@@ -60,7 +63,7 @@ private:
     QString m_imagesDirectory;
     const ImageCodec &m_codec;
     std::shared_ptr<const DesktopIcons> m_icons;
-    QHash<Key, QImage> m_sourceIcons; ///< For good: programs are few.
+    QHash<Key, QImage> m_sourceIcons; ///< For good: programs are few. Null for those without one.
     QCache<Key, QImage> m_pictures; ///< Null images for what cannot be had.
     QSet<Key> m_requested;
     NewestFirstQueue m_queue; ///< Ends first, for what it makes comes here.

@@ -40,7 +40,7 @@ private slots:
     void theEndWaitsForADecodingAndForNoMore();
     void aFileHasTheIconOfItsKind();
     void aSourceHasTheIconOfItsProgramForGood();
-    void aProgramWithoutAnIconIsNotAskedForAgain();
+    void aProgramWithoutAnIconIsAskedForAgainWhenToldSo();
 
 private:
     QString path(const QString &name) const { return m_directory->filePath(name); }
@@ -343,7 +343,7 @@ void RowPicturesTest::aSourceHasTheIconOfItsProgramForGood()
     QCOMPARE(m_pictures->source(item, 1).size(), QSize(12, 6));
 }
 
-void RowPicturesTest::aProgramWithoutAnIconIsNotAskedForAgain()
+void RowPicturesTest::aProgramWithoutAnIconIsAskedForAgainWhenToldSo()
 {
     ClipboardItem item = SampleHistory::textItem(u"text"_s);
     item.sourceAppBundleID = u"org.example.unknown"_s;
@@ -355,6 +355,13 @@ void RowPicturesTest::aProgramWithoutAnIconIsNotAskedForAgain()
     write(u"last"_s);
     waitFor(imageItem(u"last"_s));
     QVERIFY(m_pictures->source(item, 1).isNull());
+
+    m_pictures->forgetMissingSources();
+    QVERIFY(m_pictures->source(item, 1).isNull());
+    QTRY_COMPARE(m_arrived.last(), u"org.example.unknown"_s);
+    m_icons->applications.clear();
+    m_pictures->forgetMissingSources();
+    QVERIFY(!m_pictures->source(item, 1).isNull()); // What there is stays.
 }
 
 QTEST_MAIN(RowPicturesTest)

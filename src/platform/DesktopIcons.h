@@ -17,7 +17,8 @@ public:
     virtual std::optional<QByteArray> applicationIcon(const QString &bundleIdentifier,
                                                       int side) const = 0;
 
-    /// The same for a file that is called like \a fileName, which need not exist. Absent for kinds
-    /// of files that the desktop does not tell by name, or has no icon for.
-    virtual std::optional<QByteArray> fileIcon(const QString &fileName, int side) const = 0;
+    /// The same for the file at \a path: as a folder if one is there, else by its name, and nothing
+    /// need be there. Absent if the desktop has no icon even for files of unknown kinds. Waits for
+    /// the file system, but not for long.
+    virtual std::optional<QByteArray> fileIcon(const QString &path, int side) const = 0;
 };

@@ -2,13 +2,11 @@
 
 #include "core/ImageStorage.h"
 
-#include <QFileInfo>
-
 RowPictureName contentPicture(const ClipboardItem &item)
 {
     using Kind = RowPictureName::Kind;
     if (item.contentType == ClipboardContentType::File && item.filePath)
-        return {Kind::FileIcon, QFileInfo(*item.filePath).fileName()};
+        return {Kind::FileIcon, *item.filePath};
     if (item.contentType != ClipboardContentType::Image)
         return {};
     if (const auto name = thumbnailFileName(item))

@@ -14,13 +14,13 @@ public:
         return found(applications, bundleIdentifier);
     }
 
-    std::optional<QByteArray> fileIcon(const QString &fileName, int) const override
+    std::optional<QByteArray> fileIcon(const QString &path, int) const override
     {
-        return found(files, fileName);
+        return found(files, path);
     }
 
     QMap<QString, QByteArray> applications; ///< By identifier.
-    QMap<QString, QByteArray> files; ///< By the ends of their names.
+    QMap<QString, QByteArray> files; ///< By the ends of their paths.
 
 private:
     static std::optional<QByteArray> found(const QMap<QString, QByteArray> &icons,

@@ -1,10 +1,14 @@
 #include "platform/linux/ThemedIcons.h"
 
+#include "foundation/FilePath.h"
+
 #include <QDir>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +26,9 @@ private slots:
     void programsWithoutAnIcon();
     void aFileHasTheIconOfItsKind_data();
     void aFileHasTheIconOfItsKind();
+    void aFolderHasItsOwnIconWhateverItsName_data();
+    void aFolderHasItsOwnIconWhateverItsName();
+    void filesHaveNoIconWhereTheThemeHasNoneAtAll();
     void theDesktopsThemeIsAskedForOnce();
     void settingsFilesNameTheThemeElse_data();
     void settingsFilesNameTheThemeElse();
@@ -41,7 +48,8 @@ void ThemedIconsTest::init()
     qputenv("HOME", QFile::encodeName(path(u"home"_s)));
     qputenv("XDG_DATA_HOME", QFile::encodeName(path(u"data"_s)));
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(path(u"config"_s)));
-    writeTheme(u"chosen"_s, {u"editor"_s, u"application-pdf"_s, u"x-office-document"_s});
+    writeTheme(u"chosen"_s, {u"editor"_s, u"application-pdf"_s, u"x-office-document"_s,
+                            u"text-x-generic"_s, u"folder"_s});
 }
 
 void ThemedIconsTest::write(const QString &name, const QByteArray &contents)
@@ -122,8 +130,41 @@ void ThemedIconsTest::aFileHasTheIconOfItsKind_data()
     QTest::newRow("of its own") << u"Report.PDF"_s << std::optional<QByteArray>("chosen application-pdf");
     QTest::newRow("of what it is like")
         << u"letter.odt"_s << std::optional<QByteArray>("chosen x-office-document");
-    QTest::newRow("of no known kind") << u"a.no-such-kind"_s << std::optional<QByteArray>();
-    QTest::newRow("without a suffix") << u"folder"_s << std::optional<QByteArray>();
+    const std::optional<QByteArray> unknown("chosen text-x-generic");
+    QTest::newRow("of no known kind") << u"a.no-such-kind"_s << unknown;
+    QTest::newRow("without a suffix") << u"folder"_s << unknown;
+}
+
+void ThemedIconsTest::aFolderHasItsOwnIconWhateverItsName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("plain") << u"letters"_s;
+    QTest::newRow("like a document") << u"letters.pdf"_s;
+    QTest::newRow("with a byte that is no UTF-8") << FilePath::fromBytes("letters \xff");
+}
+
+void ThemedIconsTest::aFolderHasItsOwnIconWhateverItsName()
+{
+    QFETCH(const QString, name);
+    const ThemedIcons icons([] { return u"chosen"_s; });
+    const QString folder = path(name);
+    QVERIFY(icons.fileIcon(folder, 32) != "chosen folder");
+    QCOMPARE(::mkdir(FilePath::toBytes(folder).constData(), 0700), 0);
+    // QTemporaryDir leaves names behind that are no UTF-8.
+    const auto cleanUp = qScopeGuard([&] { ::rmdir(FilePath::toBytes(folder).constData()); });
+    QCOMPARE(icons.fileIcon(folder, 32), QByteArray("chosen folder"));
+    QCOMPARE(::symlink(FilePath::toBytes(folder).constData(),
+                       FilePath::toBytes(path(u"link.pdf"_s)).constData()), 0);
+    QCOMPARE(icons.fileIcon(path(u"link.pdf"_s), 32), QByteArray("chosen folder"));
+}
+
+void ThemedIconsTest::filesHaveNoIconWhereTheThemeHasNoneAtAll()
+{
+    writeTheme(u"poor"_s, {u"application-pdf"_s});
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(path(u"nothing"_s)));
+    const ThemedIcons icons([] { return u"poor"_s; });
+    QVERIFY(icons.fileIcon(u"/nowhere/a.pdf"_s, 32));
+    QVERIFY(!icons.fileIcon(u"/nowhere/a.no-such-kind"_s, 32));
 }
 
 void ThemedIconsTest::aFileHasTheIconOfItsKind()

@@ -321,8 +321,12 @@ void RowPicturesTest::aFileHasTheIconOfItsKind()
     QVERIFY(drawn(item).isNull());
     item.filePath = u"/nowhere/Report.pdf"_s;
     QVERIFY(drawn(item).isNull());
-    QTRY_COMPARE(m_arrived, QStringList{u"Report.pdf"_s});
+    QTRY_COMPARE(m_arrived, QStringList{u"/nowhere/Report.pdf"_s});
     QCOMPARE(drawn(item).size(), QSize(32, 16));
+    // What is called alike may be another file, or a folder.
+    item.filePath = u"/elsewhere/Report.pdf"_s;
+    QVERIFY(drawn(item).isNull());
+    QTRY_COMPARE(m_arrived.last(), *item.filePath);
     item.filePath = u"/nowhere/Report.xyz"_s;
     QVERIFY(drawn(item).isNull());
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/ThemedIcons.h"
 
+#include "foundation/FilePath.h"
 #include "foundation/RegularFile.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/IconTheme.h"
@@ -7,6 +8,8 @@
 #include <QDir>
 #include <QMimeDatabase>
 #include <QSettings>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -82,14 +85,28 @@ std::optional<QByteArray> ThemedIcons::applicationIcon(const QString &bundleIden
     return contents(sources().theme.find({withoutSuffix(entry->icon)}, side));
 }
 
-std::optional<QByteArray> ThemedIcons::fileIcon(const QString &fileName, int side) const
+std::optional<QByteArray> ThemedIcons::fileIcon(const QString &path, int side) const
 {
+    const bool isFolder = this->isFolder(path);
     const std::lock_guard lock(m_mutex);
-    const QMimeType type
-        = sources().mimeTypes.mimeTypeForFile(fileName, QMimeDatabase::MatchExtension);
-    if (!type.isValid() || type.isDefault())
-        return std::nullopt;
-    return contents(sources().theme.find({type.iconName(), type.genericIconName()}, side));
+    const QMimeDatabase &types = sources().mimeTypes;
+    const QMimeType type = isFolder ? types.mimeTypeForName(u"inode/directory"_s)
+                                    : types.mimeTypeForFile(path, QMimeDatabase::MatchExtension);
+    QStringList names;
+    if (!type.isDefault())
+        names += {type.iconName(), type.genericIconName()};
+    names += {u"unknown"_s, u"text-x-generic"_s};
+    return contents(sources().theme.find(names, side));
+}
+
+bool ThemedIcons::isFolder(const QString &path) const
+{
+    return m_calls
+        .run<bool>([path = FilePath::toBytes(path)] {
+            struct stat status = {};
+            return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+        })
+        .value_or(false);
 }
 
 ThemedIcons::Sources &ThemedIcons::sources() const

@@ -23,6 +23,14 @@ constexpr qreal kEmptyLineDistance = 20.5;
 constexpr qreal kEmptyTextMargin = 24;
 constexpr int kScrollStep = kRowHeight / 2;
 
+bool writesText(const QKeyEvent &event)
+{
+    const QList<uint> characters = event.text().toUcs4();
+    const auto others = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    return !characters.isEmpty() && QChar::isPrint(characters.first())
+        && !(event.modifiers() & others);
+}
+
 } // namespace
 
 ClipboardTableView::ClipboardTableView(Scheduler &scheduler, int scrollerInset, QWidget *parent)
@@ -168,7 +176,11 @@ void ClipboardTableView::handleRowKey(QKeyEvent *event)
         if (selectedRow() < 0 || !onSpace || !onSpace(selectedRow()))
             event->ignore();
         return;
-    default: QListView::keyPressEvent(event);
+    default:
+        if (writesText(*event))
+            emit textKeyPressed(event);
+        else
+            QListView::keyPressEvent(event);
     }
 }
 

@@ -67,6 +67,8 @@ public:
 
 signals:
     void enterPressed();
+    /// A key that writes something; the list has no use for it.
+    void textKeyPressed(QKeyEvent *event);
     void deletePressed();
     /// The menu of \a row, which is selected by now, is to open at \a position of the screen.
     void menuRequested(int row, const QPoint &position, QContextMenuEvent::Reason reason);

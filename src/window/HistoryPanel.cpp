@@ -196,6 +196,10 @@ void HistoryPanel::buildList(Scheduler &scheduler)
     const int scrollerInset = qRound(m_style.cornerRadius * kScrollerInsetShare);
     m_tableView = new ClipboardTableView(scheduler, scrollerInset, m_tableContainerView);
     m_tableView->setObjectName(u"tableView"_s);
+    connect(m_tableView, &ClipboardTableView::textKeyPressed, this, [this](QKeyEvent *event) {
+        m_searchField->setFocus();
+        QCoreApplication::sendEvent(m_searchField, event);
+    });
 }
 
 void HistoryPanel::buildHandles()

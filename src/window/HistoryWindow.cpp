@@ -185,8 +185,8 @@ void HistoryWindow::connectSearchField()
                      &ClipboardTableViewController::selectPreviousRow);
     QObject::connect(field, &SearchField::cancelPressed, controller,
                      [this] { handleSearchEscape(); });
-    QObject::connect(field, &SearchField::pageKeyPressed, controller,
-                     [this](int key) { handlePageKey(key); });
+    QObject::connect(field, &SearchField::listKeyPressed, controller,
+                     [this](int key) { pressInList(key); });
 }
 
 void HistoryWindow::connectDesktop()
@@ -318,7 +318,7 @@ void HistoryWindow::handleEscapeElsewhere()
         clearSearch();
 }
 
-void HistoryWindow::handlePageKey(int key)
+void HistoryWindow::pressInList(int key)
 {
     m_tableViewController.finishSearch();
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);

@@ -73,7 +73,7 @@ private:
 
     void handleSearchEscape();
     void handleEscapeElsewhere();
-    void handlePageKey(int key);
+    void pressInList(int key);
     void handleDeactivation();
     /// Whether the window has the focus as the desktop sees it. Another program that takes the
     /// keyboard for itself for a while leaves it there, though our window then counts as inactive.

@@ -90,7 +90,11 @@ void SearchField::inputMethodEvent(QInputMethodEvent *event)
 void SearchField::keyPressEvent(QKeyEvent *event)
 {
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isPlain && announceKey(event->key()))
+    const bool isMenuChord
+        = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
+    if (isMenuChord)
+        emit listKeyPressed(Qt::Key_Menu);
+    else if (isPlain && announceKey(event->key()))
         event->accept();
     else
         TextField::keyPressEvent(event);
@@ -129,7 +133,8 @@ bool SearchField::announceKey(int key)
     case Qt::Key_Down: emit moveDownPressed(); return true;
     case Qt::Key_Up: emit moveUpPressed(); return true;
     case Qt::Key_PageDown:
-    case Qt::Key_PageUp: emit pageKeyPressed(key); return true;
+    case Qt::Key_PageUp:
+    case Qt::Key_Menu: emit listKeyPressed(key); return true;
     default: return false;
     }
 }

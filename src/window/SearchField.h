@@ -26,7 +26,9 @@ signals:
     void newlinePressed();
     void moveDownPressed();
     void moveUpPressed();
-    void pageKeyPressed(int key); ///< Qt::Key_PageUp or Qt::Key_PageDown.
+    /// Qt::Key_PageUp, Qt::Key_PageDown or Qt::Key_Menu, which Shift+F10 stands for too: what the
+    /// list does with it alone.
+    void listKeyPressed(int key);
 
 protected:
     void focusInEvent(QFocusEvent *event) override;

@@ -170,11 +170,49 @@ class ListActionsTest(ListCase):
         self.open_list()
         self.display.type("t")
         self.display.press("Down")
-        self.focus_list_by_tab()
-        self.open_menu_by_key("Menu")
-        self.display.press("Up")
-        self.display.press("Return")
-        self.wait_for_texts(self.without("two"))
+        for chord, text in (("Menu", "two"), ("shift+F10", "three")):
+            with self.subTest(chord=chord):
+                self.open_menu_by_key(chord)
+                self.display.press("Up")
+                self.display.press("Return")
+                self.wait_until_menu_closed()
+                wait_until(lambda: text not in self.program.texts(), f"{text} to go")
+                self.settle()
+                self.display.press("Down")
+
+    def test_an_entry_of_the_menu_beyond_the_window_leaves_the_window_open(self):
+        panel = self.open_list()
+        texts = list(self.texts)
+        for _ in range(5):
+            menu = self.open_menu_by_click(3)
+            x, y, width, height = self.display.place(menu)
+            entry = y + height - ENTRY_FROM_EDGE
+            self.assertGreater(entry, panel.y + panel.height)
+            self.display.click(x + width // 2, entry)
+            del texts[3]
+            self.wait_for_texts(texts)
+            self.wait_until_menu_closed()
+            self.assert_window_stays()
+
+    # Letters
+
+    def test_letters_typed_in_the_list_go_on_in_the_search(self):
+        panel = self.open_list()
+        self.display.type("t")  # Of two, three, eight, ten and twelve.
+        panel.click_row(0)
+        panel.wait_until_selected(0)
+        self.display.type("hr")
+        self.settle()
+        self.assertEqual("three", self.paste())
+
+    def test_a_capital_after_a_click_begins_a_search(self):
+        panel = self.open_list()
+        panel.click_row(2)
+        panel.wait_until_selected(2)
+        self.display.press("shift+s")
+        self.display.type("ev")
+        self.settle()
+        self.assertEqual("seven", self.paste())
 
     # Steps
 

@@ -3,6 +3,7 @@
 #include "tests/fakes/HistoryListFixture.h"
 #include "tests/window/SampleHistory.h"
 
+#include "appearance/InterfaceFont.h"
 #include "language/LanguageManager.h"
 #include "tags/MaxLengthTextField.h"
 #include "tags/NewTagAlert.h"
@@ -22,6 +23,8 @@
 #include <QMenu>
 #include <QTest>
 #include <QWindow>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -86,8 +89,12 @@ private slots:
     void theFieldNeverAsksTheClipboardItself();
     void copyInTheListLeavesTheClipboardAlone();
     void theFirstDownInTheListSelectsTheFirstRow();
+    void textTypedInTheListGoesOnInTheSearch();
+    void keysOfTheListWriteNothing();
     void upAndDownInTheFieldMoveTheSelection();
     void pageKeysInTheFieldMoveTheSelection();
+    void menuKeysInTheFieldOpenTheMenuOfTheSelectedRow_data();
+    void menuKeysInTheFieldOpenTheMenuOfTheSelectedRow();
     void escapeClearsTheFieldFirst();
     void escapeInTheEmptyFieldClosesAPinnedWindow();
     void escapeInTheListLeavesAPinnedWindowOpen();
@@ -95,6 +102,7 @@ private slots:
     void escapeInTheListOfAPinnedWindowClearsTheSearch();
     void aFilterNarrowsAndGivesTheFocusBack();
     void aTagNarrowsAndGivesTheFocusBack();
+    void aRenameOfTheSelectedTagListsAllAgain();
     void tabGoesFromPartToPart();
     void aPillWithTheFocusHasARing();
     void theWindowTakesItsMenuAlong();
@@ -362,7 +370,8 @@ void HistoryWindowTest::pillsHoldTheirTitlesInEachLanguage()
     make();
     int right = 0;
     for (const FilterButton *pill : m_window->panel().findChildren<FilterButton *>()) {
-        QCOMPARE(pill->width(), pill->naturalWidth());
+        const QFontMetricsF metrics(interfaceFont(12, QFont::Medium));
+        QCOMPARE(pill->width(), int(std::ceil(metrics.horizontalAdvance(pill->text()))) + 24);
         QVERIFY(pill->x() > right);
         right = pill->geometry().right();
     }
@@ -542,6 +551,41 @@ void HistoryWindowTest::theFirstDownInTheListSelectsTheFirstRow()
     QCOMPARE(table()->selectedRow(), 1);
 }
 
+void HistoryWindowTest::textTypedInTheListGoesOnInTheSearch()
+{
+    make();
+    openWholly();
+    QTest::keyClicks(field(), u"ti"_s);
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, QPoint(200, 30));
+    table()->setFocus();
+    const int count = rowCount();
+    QTest::keyClick(table(), 'D', Qt::ShiftModifier);
+    QVERIFY(field()->hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_E);
+    QCOMPARE(field()->text(), u"tiDe"_s);
+    QVERIFY(rowCount() < count);
+}
+
+void HistoryWindowTest::keysOfTheListWriteNothing()
+{
+    make();
+    openWholly();
+    table()->setFocus();
+    const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(table(), key, modifiers);
+    };
+    press(Qt::Key_Space);
+    press(Qt::Key_Down);
+    press(Qt::Key_End);
+    press(Qt::Key_F5);
+    for (const Qt::KeyboardModifier modifier :
+         {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
+        press(Qt::Key_A, modifier);
+    press(Qt::Key_Backspace);
+    QCOMPARE(field()->text(), QString());
+    QVERIFY(table()->hasFocus());
+}
+
 void HistoryWindowTest::upAndDownInTheFieldMoveTheSelection()
 {
     make();
@@ -566,6 +610,30 @@ void HistoryWindowTest::pageKeysInTheFieldMoveTheSelection()
     QTest::keyClick(field(), Qt::Key_PageUp);
     QCOMPARE(table()->selectedRow(), 0);
     QVERIFY(field()->hasFocus());
+}
+
+void HistoryWindowTest::menuKeysInTheFieldOpenTheMenuOfTheSelectedRow_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::newRow("the menu key") << Qt::Key_Menu << Qt::KeyboardModifiers();
+    QTest::newRow("Shift+F10") << Qt::Key_F10 << Qt::KeyboardModifiers(Qt::ShiftModifier);
+}
+
+void HistoryWindowTest::menuKeysInTheFieldOpenTheMenuOfTheSelectedRow()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const Qt::KeyboardModifiers, modifiers);
+    make(SampleHistory::numbered(5));
+    openWholly();
+    QTest::keyClick(field(), key, modifiers);
+    QVERIFY(!QApplication::activePopupWidget());
+    QTest::keyClick(field(), Qt::Key_Down);
+    QTest::keyClick(field(), Qt::Key_Down);
+    QTest::keyClick(field(), key, modifiers);
+    QVERIFY(QApplication::activePopupWidget());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+    QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
 }
 
 void HistoryWindowTest::escapeClearsTheFieldFirst()
@@ -649,6 +717,18 @@ void HistoryWindowTest::aTagNarrowsAndGivesTheFocusBack()
     QVERIFY(field()->hasFocus());
     m_tags->deleteTag(u"travel"_s);
     QTRY_COMPARE(rowCount(), 10);
+}
+
+void HistoryWindowTest::aRenameOfTheSelectedTagListsAllAgain()
+{
+    QVERIFY(m_tags->createTag(u"travel"_s));
+    make();
+    openWholly();
+    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    QCOMPARE(rowCount(), 2);
+    QVERIFY(m_window->tableViewController().itemTags().renameTag(u"travel"_s, u"trips"_s));
+    QCOMPARE(rowCount(), 10);
+    QCOMPARE(m_window->panel().findChildren<FilterButton *>().last()->text(), u"trips"_s);
 }
 
 void HistoryWindowTest::tabGoesFromPartToPart()

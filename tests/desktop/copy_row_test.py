@@ -7,7 +7,7 @@ import random
 import urllib.parse
 
 from case import DesktopTest, main
-from clients import Mousepad, read_by_xclip
+from clients import Mousepad, copy_by_xclip, read_by_xclip
 from history_panel import HistoryPanel
 from made_entries import MadeEntries
 from pictures import noise_png
@@ -38,7 +38,13 @@ class RowMenuCase(DesktopTest):
             file.write("contents")
         return path
 
+    def copy_file(self, path):
+        address = "file://" + urllib.parse.quote(path)
+        copy_by_xclip(self.desktop, address.encode(), "text/uri-list")
+        self.program.wait_for_text(os.path.basename(path))
+
     def add_file(self, path):
+        """An entry that knows the path and nothing else."""
         self.entries.add({"contentTypeRaw": "file", "filePath": path,
                           "stringValue": os.path.basename(path)})
 
@@ -142,8 +148,8 @@ class ShowFileCase(RowMenuCase):
         path = self.make_file(ODD_NAME)
         with open(os.path.join(os.path.dirname(path), "another"), "w", encoding="utf-8"):
             pass
-        self.add_file(path)
         self.program.start()
+        self.copy_file(path)
         self.choose(SHOW_FILE)
         self.wait_until_closed()
         folder = os.path.basename(os.path.dirname(path))
@@ -164,9 +170,17 @@ class ShowFileTest(ShowFileCase):
 
     def test_a_file_that_is_gone_changes_nothing(self):
         path = self.make_file("gone")
-        self.add_file(path)
-        os.remove(path)
         self.program.start()
+        self.copy_file(path)
+        os.remove(path)
+        self.assert_nothing_is_shown()
+
+    def test_a_file_of_which_only_the_path_is_known_changes_nothing(self):
+        self.add_file(self.make_file("another perhaps"))
+        self.program.start()
+        self.assert_nothing_is_shown()
+
+    def assert_nothing_is_shown(self):
         window = self.choose(SHOW_FILE)
         # A key that is typed later arrives in the window.
         self.display.type("still")

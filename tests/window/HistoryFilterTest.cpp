@@ -29,6 +29,7 @@ private slots:
     void theNameOfTheSourceFindsAnImage();
     void aSourceThatIsNotInstalledIsFoundByTheNameMadeFromItsIdentifier();
     void withoutTextAndSourceNothingIsFound();
+    void withoutTextAndSourceARemoteItemIsFoundByItsWords();
     void formattedTextTagsAndPathsAreNotSearched();
     void categoriesNarrow_data();
     void categoriesNarrow();
@@ -154,6 +155,15 @@ void HistoryFilterTest::withoutTextAndSourceNothingIsFound()
     entry.sourceAppBundleID = QString();
     QVERIFY(!finds(entry, u"a"_s));
     QVERIFY(!finds(entry, u" "_s));
+}
+
+void HistoryFilterTest::withoutTextAndSourceARemoteItemIsFoundByItsWords()
+{
+    ClipboardItem entry = item(ClipboardContentType::Image);
+    entry.isRemoteClipboard = true;
+    QVERIFY(finds(entry, u"Remote"_s));
+    QVERIFY(finds(entry, u"手机"_s));
+    QVERIFY(!finds(entry, u"image"_s));
 }
 
 void HistoryFilterTest::formattedTextTagsAndPathsAreNotSearched()

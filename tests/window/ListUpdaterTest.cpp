@@ -40,6 +40,7 @@ private slots:
     void whatIsInSightStaysThere_data();
     void whatIsInSightStaysThere();
     void rowsThatGoFromSightAreFollowedByTheNext();
+    void aListShownAnewStandsWhereItStood();
     void theLastRowsDoNotLeaveAGap();
     void changedRowsAreRedrawnInPlace();
     void aRowThatMovesAndChangesIsShownAsItIsNow();
@@ -176,6 +177,27 @@ void ListUpdaterTest::rowsThatGoFromSightAreFollowedByTheNext()
     const QRect place = boxOf(items[22]);
     show(items.first(20) + items.sliced(22));
     QCOMPARE(boxOf(items[22]), place);
+}
+
+/// What so much of has changed has no row to hold on to; its place on the scroll bar stays.
+void ListUpdaterTest::aListShownAnewStandsWhereItStood()
+{
+    const ClipboardItemList items = SampleHistory::numbered(500);
+    QScrollBar *scrollBar = nullptr;
+    const auto showFewerAt = [&](int place) {
+        make(items);
+        scrollBar = m_view->verticalScrollBar();
+        scrollBar->setValue(place);
+        QSignalSpy reset(m_view->model(), &QAbstractItemModel::modelReset);
+        show(items.sliced(60));
+        QCoreApplication::processEvents();
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(scrollBar->maximum(), 440 * kRowHeight - 400);
+    };
+    showFewerAt(20 * kRowHeight + 30);
+    QCOMPARE(scrollBar->value(), 20 * kRowHeight + 30);
+    showFewerAt(480 * kRowHeight);
+    QCOMPARE(scrollBar->value(), scrollBar->maximum());
 }
 
 void ListUpdaterTest::theLastRowsDoNotLeaveAGap()

@@ -40,6 +40,9 @@ private slots:
     void togglingUnderASearchThatHidesTheEntryChangesNoRow();
 
     void aRenameReachesCatalogueHistoryAndList();
+    void aRenameGoesFromTheCatalogueToTheHistoryToTheList();
+    void theListTellsOfADeletionThatIsDoneElsewhere();
+    void aCreationGoesFromTheCatalogueToTheHistoryToTheList();
     void aRefusedRenameLeavesTheEntriesAlone();
     void aRenameOfTheCaseAloneRewritesEveryEntry();
     void entriesGetTheNewNameAsItWasGiven();
@@ -82,6 +85,8 @@ private:
     QStringList storedOf(const QUuid &id) const;
     void filterBy(const QString &name);
     qsizetype storeCalls();
+    QStringList stateOfFirst() const;
+    void noteStates(QList<QStringList> &states);
     QMenu &openMenuAt(int row);
     static QAction *newTagEntry(const QMenu &menu);
     NewTagAlert *alert() const { return m_window->findChild<NewTagAlert *>(); }
@@ -147,6 +152,21 @@ qsizetype ItemTagsTest::storeCalls()
 {
     m_manager->drain();
     return m_history->callsSoFar().size();
+}
+
+/// The tags in the catalogue, and those of the first entry in the history and in the list.
+QStringList ItemTagsTest::stateOfFirst() const
+{
+    const auto joined = [](const QStringList &names) { return names.join(u' '); };
+    return {joined(m_tags->tagNames()), joined(storedOf(idAt(0))), joined(keptAt(0))};
+}
+
+/// Notes how things stand when the catalogue tells of a change, and when the list does.
+void ItemTagsTest::noteStates(QList<QStringList> &states)
+{
+    const auto note = [this, &states] { states.append(stateOfFirst()); };
+    connect(m_tags.get(), &TagManager::tagsDidChange, m_view, note, Qt::DirectConnection);
+    connect(m_view->model(), &QAbstractItemModel::dataChanged, m_view, note);
 }
 
 QMenu &ItemTagsTest::openMenuAt(int row)
@@ -299,6 +319,39 @@ void ItemTagsTest::aRenameReachesCatalogueHistoryAndList()
     QCOMPARE(keptAt(0), (QStringList{u"a"_s, u"office"_s}));
     QCOMPARE(keptAt(1), QStringList());
     QCOMPARE(listedAt(2), QStringList{u"office"_s});
+}
+
+void ItemTagsTest::aRenameGoesFromTheCatalogueToTheHistoryToTheList()
+{
+    m_tags->createTag(u"work"_s);
+    QCoreApplication::sendPostedEvents(m_tags.get()); // The second news of it.
+    make({{u"work"_s}});
+    QList<QStringList> states;
+    noteStates(states);
+    QVERIFY(tags().renameTag(u"work"_s, u"office"_s));
+    QCOMPARE(states, (QList<QStringList>{{u"office"_s, u"work"_s, u"work"_s},
+                                         {u"office"_s, u"office"_s, u"office"_s}}));
+}
+
+void ItemTagsTest::theListTellsOfADeletionThatIsDoneElsewhere()
+{
+    m_tags->createTag(u"work"_s);
+    QCoreApplication::sendPostedEvents(m_tags.get());
+    make({{u"work"_s}});
+    QList<QStringList> states;
+    noteStates(states);
+    QVERIFY(tags().deleteTag(u"work"_s));
+    QCOMPARE(states, QList<QStringList>{QStringList(3, QString())});
+}
+
+void ItemTagsTest::aCreationGoesFromTheCatalogueToTheHistoryToTheList()
+{
+    make({{}});
+    QList<QStringList> states;
+    noteStates(states);
+    QVERIFY(tags().createTag(u"work"_s, idAt(0)));
+    QCOMPARE(states, (QList<QStringList>{{u"work"_s, QString(), QString()},
+                                         {u"work"_s, u"work"_s, u"work"_s}}));
 }
 
 void ItemTagsTest::aRefusedRenameLeavesTheEntriesAlone()

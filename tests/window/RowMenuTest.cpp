@@ -1,6 +1,7 @@
 #include "tests/window/TableFixture.h"
 
 #include "language/LanguageManager.h"
+#include "tags/NewTagAlert.h"
 #include "tags/TagChipRow.h"
 #include "tags/TagHoverContainer.h"
 
@@ -405,22 +406,36 @@ void RowMenuTest::aFileThatItsBookmarkDoesNotLeadToIsNotShown()
 void RowMenuTest::anEntryThatIsNoLongerListedDoesNothing_data()
 {
     QTest::addColumn<QString>("title");
-    for (const QString &title : {u"Preview Text"_s, u"Paste"_s, u"Copy"_s, u"Favorite"_s,
-                                 u"Tags…"_s, u"Delete"_s})
+    for (const QString &title :
+         {u"Show in File Manager"_s, u"Preview Text"_s, u"Paste"_s, u"Copy"_s, u"Favorite"_s,
+          u"Tags…"_s, u"New Tag…"_s, u"Delete"_s})
         QTest::newRow(qPrintable(title)) << title;
 }
 
 void RowMenuTest::anEntryThatIsNoLongerListedDoesNothing()
 {
     QFETCH(const QString, title);
-    makeHistory(SampleHistory::texts({u"one"_s, u"two"_s}));
+    LanguageManager language(*m_defaults);
+    language.install();
+    ClipboardItem item = SampleHistory::textItem(u"one"_s);
+    if (title == u"Show in File Manager"_s) {
+        item = fileItem(u"/tmp/notes.txt"_s);
+        item.fileBookmarkData = "token";
+        m_files->bookmarks.places = {{"token", {QUrl::fromLocalFile(*item.filePath), false}}};
+    }
+    makeHistory(ClipboardItemList{shared(item)} + SampleHistory::texts({u"two"_s}));
     int count = 0;
     m_controller->onPreviewRequested = [&](const ClipboardItemPointer &, QWidget &) { ++count; };
-    m_controller->onTagPopoverRequested = [&](const QUuid &) { ++count; };
+    m_controller->onWindowHidden = [&] { ++count; };
+    if (title != u"New Tag…"_s)
+        m_controller->onTagPopoverRequested = [&](const QUuid &) { ++count; };
     rightClick(0);
     search(u"two"_s);
     choose(title);
+    m_scheduler->advance(0ms);
     QCOMPARE(count, 0);
+    QVERIFY(m_fileViewer->shown.isEmpty());
+    QVERIFY(!m_view->window()->findChild<NewTagAlert *>());
     QVERIFY(m_pasted.isEmpty());
     QVERIFY(m_copied.isEmpty());
     QVERIFY(m_toggled.isEmpty());

@@ -277,9 +277,13 @@ void FavoriteLimitHintTest::theBubbleHasItsColors_data()
     QTest::addColumn<ColorScheme>("scheme");
     QTest::addColumn<QColor>("fill");
     QTest::addColumn<QColor>("line");
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("shadow");
     QTest::newRow("light") << ColorScheme::Light << QColor(255, 242, 217, 247)
-                           << QColor(255, 210, 158);
-    QTest::newRow("dark") << ColorScheme::Dark << QColor(64, 38, 13, 242) << QColor(94, 59, 23);
+                           << QColor(255, 210, 158) << QColor(125, 80, 33)
+                           << QColor(204, 102, 26, 38);
+    QTest::newRow("dark") << ColorScheme::Dark << QColor(64, 38, 13, 242) << QColor(94, 59, 23)
+                          << QColor(236, 211, 185) << QColor(0, 0, 0, 77);
 }
 
 void FavoriteLimitHintTest::theBubbleHasItsColors()
@@ -287,7 +291,9 @@ void FavoriteLimitHintTest::theBubbleHasItsColors()
     QFETCH(const ColorScheme, scheme);
     QFETCH(const QColor, fill);
     QFETCH(const QColor, line);
-    View view(u"Full"_s, {scheme, true});
+    QFETCH(const QColor, text);
+    QFETCH(const QColor, shadow);
+    View view(u"████"_s, {scheme, true});
     const QImage image = view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
     const QRect bubble = view.bubble();
     const auto isNear = [&](QPoint point, const QColor &color) {
@@ -300,6 +306,11 @@ void FavoriteLimitHintTest::theBubbleHasItsColors()
     QVERIFY(isNear(inFill, fill));
     QVERIFY(std::abs(image.pixelColor(inFill).alpha() - fill.alpha()) < 4);
     QVERIFY(isNear({bubble.center().x(), bubble.top()}, line));
+    QVERIFY(isNear(bubble.center() - QPoint(6, 0), text));
+    // Where the edge would be if the shadow did not lie lower, half of its strength is seen.
+    const QColor below = image.pixelColor(bubble.center().x(), bubble.bottom() + 2);
+    QVERIFY(std::abs(below.alpha() - shadow.alpha() / 2) < 5);
+    QVERIFY(std::abs(below.red() - shadow.red()) < 16);
     // Round ends, a shadow beside them, and nothing at the edge of the window.
     QVERIFY(image.pixelColor(bubble.topLeft()).alpha() < 40);
     QVERIFY(image.pixelColor(bubble.center().x(), bubble.bottom() + 3).alpha() > 5);

@@ -1,5 +1,6 @@
 #include "window/FilterBarView.h"
 
+#include "appearance/InterfaceFont.h"
 #include "foundation/UserDefaults.h"
 #include "language/LanguageManager.h"
 #include "tags/TagManager.h"
@@ -12,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -21,6 +24,15 @@ constexpr int kLongest = 110;
 
 /// Names that take no more room than a pill may have.
 const QStringList kFive{u"travel"_s, u"accounts"_s, u"sailing"_s, u"Work"_s, u"recipes"_s};
+
+bool isNear(const QColor &color, const QColor &other)
+{
+    const auto distance = [](int one, int two) { return std::abs(one - two); };
+    return distance(color.alpha(), other.alpha()) < 3
+        && (other.alpha() == 0
+            || (distance(color.red(), other.red()) < 6 && distance(color.green(), other.green()) < 6
+                && distance(color.blue(), other.blue()) < 6));
+}
 
 int widthOf(const QString &title)
 {
@@ -38,6 +50,10 @@ private slots:
     void cleanup();
 
     void sixPillsStandInARow();
+    void aPillIsAsWideAsItsTitleAndTwelveOnEachSide();
+    void pillsHaveTheColorsOfTheirState_data();
+    void pillsHaveTheColorsOfTheirState();
+    void aPressedPillIsFainter();
     void allIsSelectedAtFirst();
     void aClickSelectsAndTells();
     void clickingTheSelectedPillTellsNothing();
@@ -115,6 +131,8 @@ private:
     OverflowMenu *openMenu();
     QStringList titlesOf(const QMenu &menu);
     void focus(FilterButton *button);
+    /// What the pill itself draws, on nothing.
+    static QImage drawn(FilterButton &button);
 
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<UserDefaults> m_defaults;
@@ -200,6 +218,14 @@ void FilterBarViewTest::focus(FilterButton *button)
     QVERIFY(button->hasFocus());
 }
 
+QImage FilterBarViewTest::drawn(FilterButton &button)
+{
+    QImage image(button.size(), QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    button.render(&image, {}, {}, QWidget::RenderFlags());
+    return image;
+}
+
 void FilterBarViewTest::sixPillsStandInARow()
 {
     QStringList titles;
@@ -212,6 +238,65 @@ void FilterBarViewTest::sixPillsStandInARow()
     QCOMPARE(titles, (QStringList{u"All"_s, u"Text"_s, u"Image"_s, u"File"_s, u"Link"_s,
                                   u"Favorite"_s}));
     QVERIFY(x < 656);
+}
+
+void FilterBarViewTest::aPillIsAsWideAsItsTitleAndTwelveOnEachSide()
+{
+    const QFontMetricsF metrics(interfaceFont(12, QFont::Medium));
+    const FilterButton *button = pill(u"filter.favorite"_s);
+    QCOMPARE(button->width(), int(std::ceil(metrics.horizontalAdvance(u"Favorite"_s))) + 24);
+}
+
+void FilterBarViewTest::pillsHaveTheColorsOfTheirState_data()
+{
+    QTest::addColumn<ColorScheme>("scheme");
+    QTest::addColumn<bool>("isSelected");
+    QTest::addColumn<QColor>("ground");
+    QTest::addColumn<QColor>("line");
+    QTest::addColumn<QColor>("title");
+    const QColor lightFill(0x24, 0x59, 0xC7);
+    const QColor darkFill(0x2E, 0x63, 0xD0);
+    // Half of the outline lies on the ground, which shows through it.
+    const auto outlined = [](QColor fill) {
+        fill.setAlphaF(0.95F);
+        return fill;
+    };
+    QTest::newRow("light, selected")
+        << ColorScheme::Light << true << lightFill << outlined(lightFill) << QColor(Qt::white);
+    QTest::newRow("light") << ColorScheme::Light << false << QColor(0, 0, 0, 0)
+                           << QColor(0, 0, 0, 26) << QColor(0x50, 0x53, 0x5A);
+    QTest::newRow("dark, selected")
+        << ColorScheme::Dark << true << darkFill << outlined(darkFill) << QColor(Qt::white);
+    QTest::newRow("dark") << ColorScheme::Dark << false << QColor(0, 0, 0, 0)
+                          << QColor(255, 255, 255, 26) << QColor(0xB4, 0xB7, 0xBE);
+}
+
+void FilterBarViewTest::pillsHaveTheColorsOfTheirState()
+{
+    QFETCH(const ColorScheme, scheme);
+    QFETCH(const bool, isSelected);
+    QFETCH(const QColor, ground);
+    QFETCH(const QColor, line);
+    QFETCH(const QColor, title);
+    makeWithTags({u"████"_s});
+    m_bar->setColors(systemColors(scheme));
+    if (isSelected)
+        m_bar->selectCategory(FilterCategory::tag(u"████"_s));
+    const QImage image = drawn(*tagPills().first());
+    QVERIFY(isNear(image.pixelColor(6, 13), ground));
+    QVERIFY(isNear(image.pixelColor(image.width() / 2, 0), line));
+    QVERIFY(isNear(image.pixelColor(16, 13), title));
+}
+
+void FilterBarViewTest::aPressedPillIsFainter()
+{
+    m_bar->setColors(systemColors(ColorScheme::Light));
+    FilterButton *button = pill(u"filter.all"_s);
+    QCOMPARE(drawn(*button).pixelColor(6, 13).alpha(), 255);
+    QTest::mousePress(button, Qt::LeftButton);
+    QCOMPARE(drawn(*button).pixelColor(6, 13).alpha(), 214); // 0.84
+    QTest::mouseRelease(button, Qt::LeftButton);
+    QCOMPARE(drawn(*button).pixelColor(6, 13).alpha(), 255);
 }
 
 void FilterBarViewTest::allIsSelectedAtFirst()

@@ -12,6 +12,7 @@
 #include "window/SymbolView.h"
 #include "window/WindowDragView.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>

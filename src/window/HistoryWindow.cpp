@@ -268,10 +268,9 @@ void HistoryWindow::watchOutside()
 {
     stopWatchingOutside();
     m_ownPresses.emplace([this](QPoint position) { return isOwnPlace(position); });
-    m_clickOutsideMonitor.emplace(m_collaborators.pointerMonitor.onMousePressed,
-                                  [this](QPoint position, quint64 timestamp) {
-                                      handleMousePress(position, timestamp);
-                                  });
+    m_clickOutsideMonitor.emplace(
+        m_collaborators.pointerMonitor.onMousePressed,
+        [this](QPoint position, quint64 timestamp) { handleMousePress(position, timestamp); });
     m_collaborators.pointerMonitor.start();
     m_appSwitchObserver.emplace(
         m_collaborators.workspace.onApplicationActivated,

@@ -13,8 +13,8 @@ class OwnPresses : public QObject
     Q_OBJECT
 
 public:
-    /// \a isOwnPlace says of a place on the screen, at the time of the press, whether it is ours: an
-    /// open menu gets the presses beside it too.
+    /// \a isOwnPlace says of a place on the screen, at the time of the press, whether it is ours:
+    /// an open menu gets the presses beside it too.
     explicit OwnPresses(std::function<bool(QPoint)> isOwnPlace);
 
     /// By the timestamp of the press's event.

@@ -35,7 +35,8 @@ public:
     /// The sourcePicture() of \a item, see makeRowIcon().
     QImage source(const ClipboardItem &item, qreal devicePixelRatio);
 
-    /// From now on programs that had no icon are asked for anew: they may have been installed since.
+    /// From now on programs that had no icon are asked for anew: they may have been installed
+    /// since.
     void forgetMissingSources();
 
 signals:

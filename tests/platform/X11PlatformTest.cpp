@@ -45,7 +45,8 @@ void X11PlatformTest::platformOffersEverything()
     platform->globalHotkey().onPressed = [&pressCount] { ++pressCount; };
     QCOMPARE(platform->globalHotkey().assign(49, 0x800), 0);
     QPoint place;
-    platform->pointerMonitor().onMousePressed = [&place](QPoint position, quint64) { place = position; };
+    platform->pointerMonitor().onMousePressed
+        = [&place](QPoint position, quint64) { place = position; };
     platform->pointerMonitor().start();
     m_desktop.xdotool(u"key alt+space mousemove 7 8 click 1"_s);
     QTRY_COMPARE(place, QPoint(7, 8));

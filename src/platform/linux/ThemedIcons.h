@@ -7,8 +7,8 @@
 #include <memory>
 #include <mutex>
 
-/// Icons by the desktop entries of programs, by the kinds of files, and by the theme that the person
-/// has chosen. The theme is asked for once, with the first icon.
+/// Icons by the desktop entries of programs, by the kinds of files, and by the theme that the
+/// person has chosen. The theme is asked for once, with the first icon.
 class ThemedIcons : public DesktopIcons
 {
 public:

@@ -201,7 +201,9 @@ void ClipboardTableView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    const int row = starRowAt(event->position().toPoint());
+    const QPoint position = event->position().toPoint();
+    const int row = starRowAt(position);
+    m_pressedRow = row < 0 ? indexAt(position) : QModelIndex();
     if (row < 0) {
         QListView::mousePressEvent(event);
         return;
@@ -241,15 +243,15 @@ void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     const QPoint position = event->position().toPoint();
-    // Two quick clicks on a star are two clicks.
-    if (starRowAt(position) >= 0) {
+    const QModelIndex index = indexAt(position);
+    // Two quick clicks on a star are two clicks, and so are those between which the rows have moved
+    // or the pointer has come to the next row.
+    if (starRowAt(position) >= 0 || !index.isValid() || m_pressedRow != index) {
         mousePressEvent(event);
         return;
     }
     QListView::mouseDoubleClickEvent(event);
-    const QModelIndex index = indexAt(position);
-    if (index.isValid())
-        emit rowActivated(index.row());
+    emit rowActivated(index.row());
 }
 
 void ClipboardTableView::paintEvent(QPaintEvent *event)
@@ -293,8 +295,10 @@ bool ClipboardTableView::viewportEvent(QEvent *event)
         setHoveredStar(-1);
     const bool isPress = event->type() == QEvent::MouseButtonPress
         || event->type() == QEvent::MouseButtonDblClick;
-    if (isPress && !m_acceptsInput)
+    if (isPress && !m_acceptsInput) {
+        m_pressedRow = QModelIndex();
         return true;
+    }
     return QListView::viewportEvent(event);
 }
 

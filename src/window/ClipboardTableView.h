@@ -110,6 +110,7 @@ private:
     QString m_emptyTitle;
     QString m_emptyNote;
     int m_hoveredStar = -1;
+    QPersistentModelIndex m_pressedRow; ///< Of the last press, if that was beside the star.
     /// Held while the button is down; the entry may move or go meanwhile.
     std::optional<QPersistentModelIndex> m_pressedStar;
 };

@@ -73,6 +73,9 @@ private slots:
     void keysInTheListMoveTheSelection();
     void aSelectedRowIsScrolledTo();
     void aDoubleClickPastes();
+    void rowsThatMoveDuringADoubleClickAreOnlySelected();
+    void aDoubleClickAcrossTwoRowsOnlySelects();
+    void aPressOnTheStarDoesNotBeginADoubleClick();
     void aSingleClickOnlySelects();
     void spaceDoesNotPaste();
     void spaceAsksForAPreview();
@@ -99,6 +102,13 @@ private slots:
     void tenThousandRowsNeedNoWidgets();
 
 private:
+    /// With the second press at a place of its own.
+    void doubleClick(QPoint first, QPoint second)
+    {
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, first);
+        QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, second);
+        QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, {}, second);
+    }
     bool isSpaceTaken()
     {
         QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s);
@@ -231,10 +241,45 @@ void ClipboardTableViewControllerTest::aSelectedRowIsScrolledTo()
 void ClipboardTableViewControllerTest::aDoubleClickPastes()
 {
     make(SampleHistory::numbered(3));
-    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, contentOf(1));
+    doubleClick(contentOf(1), contentOf(1));
     QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
-    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, QPoint(300, 390));
+    doubleClick(QPoint(300, 390), QPoint(300, 390));
     QCOMPARE(m_pasted.size(), 1);
+}
+
+void ClipboardTableViewControllerTest::rowsThatMoveDuringADoubleClickAreOnlySelected()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    const QPoint place = contentOf(1);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, place);
+    m_controller->setItems(SampleHistory::texts({u"new"_s}) + items);
+    m_controller->applyFilters(Scroll::Keep);
+    QCOMPARE(m_view->selectedRow(), 2);
+    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, {}, place);
+    QVERIFY(m_pasted.isEmpty());
+    QCOMPARE(m_view->selectedRow(), 1);
+    doubleClick(place, place);
+    QCOMPARE(m_pasted, QStringList{u"entry 0"_s});
+}
+
+void ClipboardTableViewControllerTest::aDoubleClickAcrossTwoRowsOnlySelects()
+{
+    make(SampleHistory::numbered(3));
+    const QPoint border(300, m_view->rowBox(2).top());
+    doubleClick(border - QPoint(0, 1), border + QPoint(0, 1));
+    QVERIFY(m_pasted.isEmpty());
+    QCOMPARE(m_view->selectedRow(), 2);
+}
+
+void ClipboardTableViewControllerTest::aPressOnTheStarDoesNotBeginADoubleClick()
+{
+    make(SampleHistory::numbered(3));
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, contentOf(1));
+    doubleClick(starOf(1), contentOf(1));
+    QVERIFY(m_pasted.isEmpty());
+    QCOMPARE(m_toggled.size(), 1);
 }
 
 void ClipboardTableViewControllerTest::aSingleClickOnlySelects()

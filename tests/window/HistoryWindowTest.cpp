@@ -832,6 +832,7 @@ void HistoryWindowTest::aDoubleClickPastesAndHides()
 {
     make(SampleHistory::numbered(3));
     openWholly();
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, QPoint(200, 100));
     QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, QPoint(200, 100));
     QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
     QVERIFY(m_window->isHideAnimationInFlight());

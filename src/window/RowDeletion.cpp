@@ -19,10 +19,12 @@ void RowDeletion::deleteSelectedRow()
     const int row = m_tableView.selectedRow();
     if (row < 0 || !m_tableView.acceptsInput())
         return;
-    const int lastRow = m_model.rowCount() - 1;
-    const int nextRow = row == lastRow ? row - 1 : row;
+    const bool isLast = row == m_model.rowCount() - 1;
+    const int nextRow = isLast ? row - 1 : row; // Once the row is gone.
+    const ClipboardItemPointer neighbour = m_model.items().value(isLast ? row - 1 : row + 1);
+    const QUuid neighbourId = neighbour ? neighbour->id : QUuid();
     m_tableView.setAcceptsInput(false);
-    removeRow(row, [this, nextRow] { finishSelected(nextRow); });
+    removeRow(row, [this, neighbourId, nextRow] { finishSelected(neighbourId, nextRow); });
 }
 
 void RowDeletion::deleteRow(int row)
@@ -49,10 +51,14 @@ void RowDeletion::removeRow(int row, const std::function<void()> &finish)
     });
 }
 
-void RowDeletion::finishSelected(int nextRow)
+void RowDeletion::finishSelected(const QUuid &neighbourId, int nextRow)
 {
     m_tableView.setAcceptsInput(true);
     const int count = m_model.rowCount();
-    if (count > 0)
-        m_tableView.selectRowInPlace(nextRow >= 0 && nextRow < count ? nextRow : 0);
+    if (count == 0)
+        return;
+    // Rows may have come and gone meanwhile, so the number alone may be that of any entry.
+    const auto neighbour = int(indexOfItem(m_model.items(), neighbourId));
+    const int fallback = nextRow >= 0 && nextRow < count ? nextRow : 0;
+    m_tableView.selectRowInPlace(neighbour >= 0 ? neighbour : fallback);
 }

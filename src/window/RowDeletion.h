@@ -22,8 +22,8 @@ public:
     RowDeletion(ClipboardTableView &tableView, const HistoryListModel &model,
                 ClipboardItemManager &itemManager);
 
-    /// Afterwards the row is selected that has taken the place of the deleted one, or else the last.
-    /// The list does not scroll.
+    /// Afterwards the row is selected that followed the deleted one, or if that was the last, the
+    /// one before, wherever it is by then. The list does not scroll.
     void deleteSelectedRow();
 
     /// Leaves the selection to itself.
@@ -37,7 +37,7 @@ public:
 
 private:
     void removeRow(int row, const std::function<void()> &finish);
-    void finishSelected(int nextRow);
+    void finishSelected(const QUuid &neighbourId, int nextRow);
 
     ClipboardTableView &m_tableView;
     const HistoryListModel &m_model;

@@ -22,10 +22,16 @@ private slots:
     void aPressThatComesTooEarlyDoesNothing_data();
     void aPressThatComesTooEarlyDoesNothing();
     void clicksThatComeTooEarlyDoNothing();
+    void aDoubleClickThatBeganTooEarlyDoesNotPaste();
     void theRowFadesBeforeItGoes();
     void theKeyWorksAgainAndAgain();
     void theViewDoesNotScroll();
     void theListIsShownAsTheHistoryIsThen();
+    void theNeighbourIsSelectedWhereverItIsThen_data();
+    void theNeighbourIsSelectedWhereverItIsThen();
+    void aNeighbourThatGoesTooIsReplacedByItsPlace_data();
+    void aNeighbourThatGoesTooIsReplacedByItsPlace();
+    void aHeldKeyTakesOneAfterTheOtherThoughEntriesCome();
     void underASearchTheRowThatTakesThePlaceIsSelected();
     void anEntryThatHasGoneMeanwhileIsNoHarm();
     void theListMayEndBeforeTheDeletion();
@@ -38,6 +44,17 @@ private:
         m_clock->advance(time);
         m_scheduler->advance(time);
     }
+    void showHistory()
+    {
+        m_controller->setItems(m_manager->items());
+        m_controller->applyFilters(ClipboardTableViewController::Scroll::Keep);
+    }
+    void capture(const QString &text)
+    {
+        m_manager->addItem(SampleHistory::textItem(text));
+        showHistory();
+    }
+    QString selectedText() const { return listedTexts().value(m_view->selectedRow()); }
     /// The history answers in its own time; then the row fades in ours.
     void waitForInput() { QTRY_VERIFY((pass(250ms), m_view->acceptsInput())); }
 };
@@ -131,6 +148,20 @@ void RowDeletionTest::clicksThatComeTooEarlyDoNothing()
     QCOMPARE(m_view->selectedRow(), 3);
 }
 
+void RowDeletionTest::aDoubleClickThatBeganTooEarlyDoesNotPaste()
+{
+    makeHistory(SampleHistory::numbered(5));
+    const QPoint place = contentOf(2);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, contentOf(3));
+    m_view->selectRow(1);
+    press(Qt::Key_Delete);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, place);
+    waitForInput();
+    QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, place);
+    QVERIFY(m_pasted.isEmpty());
+    QCOMPARE(selectedText(), u"entry 3"_s);
+}
+
 void RowDeletionTest::theRowFadesBeforeItGoes()
 {
     makeHistory(SampleHistory::numbered(3));
@@ -184,12 +215,73 @@ void RowDeletionTest::theListIsShownAsTheHistoryIsThen()
     makeHistory(SampleHistory::numbered(3));
     m_view->selectRow(2);
     press(Qt::Key_Delete);
-    m_manager->addItem(SampleHistory::textItem(u"new"_s));
-    m_controller->setItems(m_manager->items());
-    m_controller->applyFilters(ClipboardTableViewController::Scroll::Keep);
+    capture(u"new"_s);
     waitForInput();
     QCOMPARE(listedTexts(), (QStringList{u"new"_s, u"entry 0"_s, u"entry 1"_s}));
-    QCOMPARE(m_view->selectedRow(), 1);
+    QCOMPARE(m_view->selectedRow(), 2);
+}
+
+void RowDeletionTest::theNeighbourIsSelectedWhereverItIsThen_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("selected");
+    QTest::newRow("the next") << 1 << u"entry 2"_s;
+    QTest::newRow("the one before the last") << 3 << u"entry 2"_s;
+}
+
+void RowDeletionTest::theNeighbourIsSelectedWhereverItIsThen()
+{
+    QFETCH(const int, row);
+    QFETCH(const QString, selected);
+    makeHistory(SampleHistory::numbered(4));
+    m_view->selectRow(row);
+    const auto pendingBefore = m_scheduler->pendingCount();
+    press(Qt::Key_Delete);
+    capture(u"while it is written"_s);
+    QTRY_VERIFY(m_scheduler->pendingCount() > pendingBefore);
+    capture(u"while the row fades"_s);
+    waitForInput();
+    QCOMPARE(selectedText(), selected);
+}
+
+void RowDeletionTest::aNeighbourThatGoesTooIsReplacedByItsPlace_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("neighbour");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("in the middle") << 1 << 2 << 1;
+    QTest::newRow("at the end") << 3 << 2 << 0;
+}
+
+void RowDeletionTest::aNeighbourThatGoesTooIsReplacedByItsPlace()
+{
+    QFETCH(const int, row);
+    QFETCH(const int, neighbour);
+    QFETCH(const int, selected);
+    makeHistory(SampleHistory::numbered(4));
+    m_view->selectRow(row);
+    const QUuid neighbourId = m_controller->items().at(neighbour)->id;
+    press(Qt::Key_Delete);
+    m_manager->removeItem(neighbourId, {});
+    showHistory();
+    waitForInput();
+    QCOMPARE(listedTexts().size(), 2);
+    QCOMPARE(m_view->selectedRow(), selected);
+}
+
+void RowDeletionTest::aHeldKeyTakesOneAfterTheOtherThoughEntriesCome()
+{
+    makeHistory(SampleHistory::numbered(6));
+    m_view->selectRow(1);
+    for (int i = 0; i < 3; ++i) {
+        press(Qt::Key_Delete);
+        press(Qt::Key_Delete); // The keyboard repeats it before the row is gone.
+        capture(u"new %1"_s.arg(i));
+        waitForInput();
+    }
+    QCOMPARE(listedTexts(), (QStringList{u"new 2"_s, u"new 1"_s, u"new 0"_s, u"entry 0"_s,
+                                         u"entry 4"_s, u"entry 5"_s}));
+    QCOMPARE(selectedText(), u"entry 4"_s);
 }
 
 void RowDeletionTest::underASearchTheRowThatTakesThePlaceIsSelected()

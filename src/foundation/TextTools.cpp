@@ -8,6 +8,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Large families in one sign have eleven.
+constexpr qsizetype kMaxCharacterUnits = 16;
+/// In each script the characters of a whole line have fewer.
+constexpr qsizetype kMaxMeanUnits = 6;
+
 struct CodePoint
 {
     char32_t value = 0;
@@ -87,6 +92,14 @@ private:
     bool m_wasCarriageReturn = false;
 };
 
+QString firstUnits(const QString &text, qsizetype limit)
+{
+    if (text.size() <= limit)
+        return text;
+    const bool isInsidePair = limit > 0 && text[limit - 1].isHighSurrogate();
+    return text.first(isInsidePair ? limit - 1 : limit);
+}
+
 struct FoldedText
 {
     QString line;
@@ -101,6 +114,8 @@ FoldedText folded(QByteArrayView utf8, qsizetype limit)
         const CodePoint point = codePointAt(utf8, position);
         position += point.byteCount;
         folder.add(point.value);
+        if (folder.line().size() > kMaxMeanUnits * limit)
+            return {folder.line(), true};
         // A character may be many code points. Looking again only when the line has doubled keeps
         // the effort in proportion to the text, whatever it is made of.
         if (folder.line().size() >= nextCheck) {
@@ -115,7 +130,7 @@ FoldedText folded(QByteArrayView utf8, qsizetype limit)
 
 QString cut(const QString &line, qsizetype limit)
 {
-    const QString shown = firstCharacters(line, limit);
+    const QString shown = firstUnits(firstCharacters(line, limit), kMaxMeanUnits * limit);
     return shown.size() < line.size() ? shown + u"..."_s : shown;
 }
 
@@ -159,19 +174,25 @@ QByteArray withLineFeeds(QByteArray utf8)
     return utf8;
 }
 
+QString shortened(const QString &text, qsizetype limit)
+{
+    return text.size() > limit ? firstUnits(text, limit) + u"..."_s : text;
+}
+
 QString firstCharacters(const QString &text, qsizetype limit)
 {
     if (text.size() <= limit)
         return text;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    const QString start = firstUnits(text, kMaxCharacterUnits * limit);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, start);
     qsizetype end = 0;
     for (qsizetype count = 0; count < limit; ++count) {
         const qsizetype next = finder.toNextBoundary();
         if (next == -1)
-            return text;
+            return start;
         end = next;
     }
-    return text.first(end);
+    return start.first(end);
 }
 
 QString singleLine(QByteArrayView utf8, qsizetype limit)

@@ -23,12 +23,19 @@ QByteArrayView trimmedUtf8(QByteArrayView utf8);
 /// \a utf8 with each CR LF replaced by LF; a lone CR stays. Shares the bytes if there is none.
 QByteArray withLineFeeds(QByteArray utf8);
 
-/// The first \a limit characters, as a reader counts them (grapheme clusters).
+/// \a text without what is beyond \a limit UTF-16 units, and "..." instead of it, not counted. No
+/// surrogate pair is split. For what is shown of texts that may be of any length.
+QString shortened(const QString &text, qsizetype limit);
+
+/// The first \a limit characters, as a reader counts them (grapheme clusters). A character may have
+/// any number of marks: of those with dozens of them there are fewer.
 QString firstCharacters(const QString &text, qsizetype limit);
 
 /// One line that stands for \a utf8: line ends become " / ", tabs " | ", each run of white space one
 /// blank; both ends are trimmed. Longer texts are cut to \a limit characters, as a reader counts
-/// them, and "..." follows, not counted. Empty if there is nothing but white space.
+/// them, and "..." follows, not counted. A line of characters with heaps of marks, which take long
+/// to draw, is cut at six UTF-16 units for each character. Empty if there is nothing but white
+/// space.
 ///
 /// Looks no further into the text than the result needs.
 QString singleLine(QByteArrayView utf8, qsizetype limit);

@@ -23,6 +23,8 @@ private slots:
     void agreesWithTheRuleWrittenOut();
     void theStartOfATextDecidesOnlyWhatTheRestCannotChange();
     void looksNoFurtherThanItNeeds();
+    void heapsOfMarksAreCut();
+    void noSurrogatePairIsSplit();
 };
 
 void TextToolsTest::trimsWhiteSpaceOfAllScripts_data()
@@ -168,7 +170,27 @@ void TextToolsTest::looksNoFurtherThanItNeeds()
     const QByteArray plain = QByteArray(50'000'000, 'x');
     QCOMPARE(singleLine(plain, 80).size(), 83);
     const QString marks = u"e"_s + QString(2'000'000, QChar(0x301));
-    QCOMPARE(singleLine(marks.toUtf8(), 80), marks);
+    QCOMPARE(singleLine(marks.toUtf8(), 80).size(), 483);
+}
+
+void TextToolsTest::heapsOfMarksAreCut()
+{
+    const QString marks = u"e"_s + QString(2000, QChar(0x301));
+    QCOMPARE(singleLine(marks.toUtf8(), 80), marks.first(480) + u"..."_s);
+    QCOMPARE(singleLine(marks.first(480).toUtf8(), 80), marks.first(480));
+    QCOMPARE(singleLineOfStart(marks.first(481).toUtf8(), 80), marks.first(480) + u"..."_s);
+    QVERIFY(!singleLineOfStart(marks.first(480).toUtf8(), 80));
+    QCOMPARE(firstCharacters(marks, 20), marks.first(320));
+    QCOMPARE(shortened(marks, 7), marks.first(7) + u"..."_s);
+    QCOMPARE(shortened(marks.first(7), 7), marks.first(7));
+}
+
+void TextToolsTest::noSurrogatePairIsSplit()
+{
+    const QString marks = u"e"_s + u"\U0001D165"_s.repeated(1000); // A mark outside the BMP.
+    QCOMPARE(singleLine(marks.toUtf8(), 80), marks.first(479) + u"..."_s);
+    QCOMPARE(firstCharacters(marks, 20), marks.first(319));
+    QCOMPARE(shortened(marks, 8), marks.first(7) + u"..."_s);
 }
 
 QTEST_APPLESS_MAIN(TextToolsTest)

@@ -17,6 +17,12 @@ inline constexpr int kTagColorCount = 15;
 QString rawValue(TagColor color);
 std::optional<TagColor> tagColorFromRaw(QStringView raw);
 
+/// What is shown of the name of a tag, which may be of any length where it was not made by us.
+QString shownTagName(const QString &name);
+
+/// So many tags a menu shows at most: it takes time and room for each.
+inline constexpr qsizetype kMaxTagsInMenu = 100;
+
 /// A label that the person made. Entries refer to it by its name.
 struct Tag
 {

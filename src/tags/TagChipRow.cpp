@@ -1,5 +1,6 @@
 #include "tags/TagChipRow.h"
 
+#include "tags/Tag.h"
 #include "tags/TagHoverContainer.h"
 
 #include <QKeyEvent>
@@ -24,7 +25,7 @@ TagChipRow::TagChipRow(const QStringList &tagNames, const QStringList &selected,
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    for (const QString &name : tagNames) {
+    for (const QString &name : tagNames.first(std::min(kMaxTagsInMenu, tagNames.size()))) {
         auto *chip = new TagHoverContainer(name, selected.contains(name), this);
         chip->onToggle = [this](const QString &toggled) {
             if (onToggle)

@@ -4,6 +4,7 @@
 #include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
 #include "language/Localized.h"
+#include "tags/Tag.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -39,7 +40,7 @@ TagHoverContainer::TagHoverContainer(const QString &tagText, bool isSelectedTag,
     setFocusPolicy(Qt::NoFocus);
     setCheckable(true);
     setChecked(isSelectedTag);
-    setAccessibleName(tagText);
+    setAccessibleName(shownTagName(tagText));
     setToolTip(localized(u"tooltip.tag.toggle"_s, u"Toggle this tag selection"_s));
     setAccessibleDescription(toolTip());
     resize(buttonWidth(), mainButtonHeight);
@@ -53,7 +54,7 @@ TagHoverContainer::TagHoverContainer(const QString &tagText, bool isSelectedTag,
 int TagHoverContainer::buttonWidth() const
 {
     const QFontMetricsF metrics(interfaceFont(kTextSize));
-    const int text = int(std::ceil(metrics.horizontalAdvance(m_tagText)));
+    const int text = int(std::ceil(metrics.horizontalAdvance(shownTagName(m_tagText))));
     return kSymbolLead + kSymbolBox + kSymbolGap + std::min(text, kMaxTextWidth) + kTextTrail;
 }
 
@@ -75,7 +76,7 @@ void TagHoverContainer::draw(QPainter &painter, const SystemColors &colors) cons
     const QRectF text = chip.adjusted(kSymbolLead + kSymbolBox + kSymbolGap, 0, -kTextTrail, 0);
     painter.setFont(interfaceFont(kTextSize));
     painter.setPen(colors.labelColor);
-    drawElided(painter, text, m_tagText);
+    drawElided(painter, text, shownTagName(m_tagText));
     if (m_isFocusVisible)
         drawFocusOutline(painter, chip, chip.height() / 2, colors.controlAccentColor);
     painter.restore();

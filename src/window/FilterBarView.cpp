@@ -2,6 +2,7 @@
 
 #include "appearance/FocusOutline.h"
 #include "language/Localized.h"
+#include "tags/Tag.h"
 #include "tags/TagManager.h"
 #include "window/OverflowMenu.h"
 
@@ -44,7 +45,7 @@ const QList<CategoryItem> &baseCategories()
 
 int tagButtonWidth(const QString &name)
 {
-    return std::min(FilterButton::naturalWidth(name), kMaxTagButtonWidth);
+    return std::min(FilterButton::naturalWidth(shownTagName(name)), kMaxTagButtonWidth);
 }
 
 QString overflowTitle(qsizetype hiddenCount)
@@ -210,7 +211,7 @@ void FilterBarView::rebuildTagButtons(int x)
     m_hiddenTagNames = tags.mid(count.value_or(0));
     if (count) {
         for (const QString &name : tags.first(*count))
-            x += addTagButton(FilterCategory::tag(name), name, x) + kButtonSpacing;
+            x += addTagButton(FilterCategory::tag(name), shownTagName(name), x) + kButtonSpacing;
         if (!m_hiddenTagNames.isEmpty())
             addTagButton({}, overflowTitle(m_hiddenTagNames.size()), x);
     }

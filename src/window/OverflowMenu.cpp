@@ -1,6 +1,10 @@
 #include "window/OverflowMenu.h"
 
+#include "tags/Tag.h"
+
 #include <QStyle>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -9,9 +13,9 @@ namespace {
 constexpr int kDistance = 4; // From the button.
 
 /// \a name without what menus read as access keys and shortcuts.
-QString titleOf(QString name)
+QString titleOf(const QString &name)
 {
-    return name.replace(u'&', u"&&"_s).replace(u'\t', u' ');
+    return shownTagName(name).replace(u'&', u"&&"_s).replace(u'\t', u' ');
 }
 
 } // namespace
@@ -23,7 +27,7 @@ OverflowMenu::OverflowMenu(const QStringList &tagNames, const FilterCategory &se
 {
     setObjectName(u"overflowMenu"_s);
     setAttribute(Qt::WA_DeleteOnClose);
-    for (const QString &name : tagNames) {
+    for (const QString &name : tagNames.first(std::min(kMaxTagsInMenu, tagNames.size()))) {
         const FilterCategory category = FilterCategory::tag(name);
         QAction *item = addAction(titleOf(name), this,
                                   [this, category] { emit categoryChosen(category); });

@@ -25,6 +25,8 @@ private slots:
     void chipsThatTheEntryHasAreOn();
     void aChipIsAsWideAsItsName();
     void aNameOfTwentyWideCharactersIsCut();
+    void namesOfAnyLengthAreCutBeforeTheyAreMeasured();
+    void thereAreAHundredChipsAtMost();
     void chipsFlowIntoLines();
     void aClickOnTheTextTogglesOnRelease();
     void aReleaseBesideTheChipTogglesNothing();
@@ -124,6 +126,23 @@ void TagChipRowTest::aNameOfTwentyWideCharactersIsCut()
     QVERIFY(chip(0).width() <= 304);
     QVERIFY(chip(1).width() < 200);
     QCOMPARE(m_row->width(), chip(0).width() + 16);
+}
+
+void TagChipRowTest::namesOfAnyLengthAreCutBeforeTheyAreMeasured()
+{
+    const QString marks = u"e"_s + QString(100'000, QChar(0x301));
+    make({marks});
+    QCOMPARE(chip(0).accessibleName(), marks.first(200) + u"..."_s);
+    // Its one letter is narrow, and what stands for the marks is seen.
+    QVERIFY(chip(0).width() < 100);
+    QTest::mouseClick(&chip(0), Qt::LeftButton);
+    QCOMPARE(m_toggled, QStringList{marks});
+}
+
+void TagChipRowTest::thereAreAHundredChipsAtMost()
+{
+    make(QStringList(10'000, u"label"_s));
+    QCOMPARE(m_row->chips().size(), 100);
 }
 
 void TagChipRowTest::chipsFlowIntoLines()

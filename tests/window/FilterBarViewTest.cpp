@@ -73,6 +73,7 @@ private slots:
     void moreThanFortyFourPixelsAreNeeded();
     void aLongNameTakesNoMoreThanItsShare();
     void namesOfFortyCharactersAreCut();
+    void namesOfAnyLengthAreCutBeforeTheyAreMeasured();
     void namesAreNoAccessKeys();
     void namesThatComeTwiceHaveAPillEach();
 
@@ -91,6 +92,7 @@ private slots:
     void aTagsPillSelectsItsTag();
     void selectingATagThatIsHiddenLeavesThePlusAlone();
     void theMenuHasTheHiddenTagsInOrder();
+    void theMenuHasAHundredTagsAtMost();
     void theMenuChecksTheSelectedTag();
     void theMenuOpensWhereTheMouseIs();
     void byKeyboardTheMenuOpensUnderThePlus();
@@ -479,6 +481,17 @@ void FilterBarViewTest::namesOfFortyCharactersAreCut()
     }
 }
 
+void FilterBarViewTest::namesOfAnyLengthAreCutBeforeTheyAreMeasured()
+{
+    const QString name(1'000'000, u'x');
+    makeWithTags({name, u"b"_s, u"c"_s, name});
+    QCOMPARE(tagPills().first()->text(), name.first(200) + u"..."_s);
+    QCOMPARE(tagPills().first()->width(), kLongest);
+    QCOMPARE(titlesOf(*openMenu()).last(), name.first(200) + u"..."_s);
+    tagPills().first()->click();
+    QCOMPARE(m_bar->selectedCategory(), FilterCategory::tag(name));
+}
+
 void FilterBarViewTest::namesAreNoAccessKeys()
 {
     makeWithTags({u"R&D"_s, u"b"_s, u"c"_s, u"Q&A\tlist"_s});
@@ -655,6 +668,15 @@ void FilterBarViewTest::theMenuHasTheHiddenTagsInOrder()
         QVERIFY(!action->isChecked());
     }
     QCOMPARE(selected.count(), 0);
+}
+
+void FilterBarViewTest::theMenuHasAHundredTagsAtMost()
+{
+    QStringList names;
+    for (int i = 0; i < 1000; ++i)
+        names.append(QString::number(i));
+    makeWithTags(names);
+    QCOMPARE(openMenu()->actions().size(), 100);
 }
 
 void FilterBarViewTest::theMenuChecksTheSelectedTag()

@@ -1,5 +1,7 @@
 #include "appearance/InterfaceFont.h"
 
+#include "foundation/TextTools.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHash>
@@ -9,6 +11,9 @@
 #include <cmath>
 
 namespace {
+
+/// No line shows as many, and shaping takes long.
+constexpr qsizetype kMaxDrawnUnits = 1000;
 
 /// A font takes only whole pixels, but any number of points.
 void setPixelSize(QFont &font, qreal pixelSize)
@@ -63,5 +68,6 @@ void drawElided(QPainter &painter, const QRectF &box, const QString &text,
                 Qt::Alignment alignment, Qt::TextElideMode mode)
 {
     const QFontMetricsF metrics(painter.font(), painter.device());
-    drawTextLine(painter, box, metrics.elidedText(text, mode, box.width()), alignment);
+    drawTextLine(painter, box, metrics.elidedText(shortened(text, kMaxDrawnUnits), mode, box.width()),
+                 alignment);
 }

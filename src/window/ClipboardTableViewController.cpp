@@ -3,6 +3,7 @@
 #include "core/CanPreview.h"
 #include "core/ClipboardItemManager.h"
 #include "core/HistoryCapacity.h"
+#include "foundation/TextTools.h"
 #include "language/Localized.h"
 #include "platform/FileViewer.h"
 #include "tags/TagManager.h"
@@ -13,6 +14,12 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype kMaxShownSearch = 200;
+
+} // namespace
 
 ClipboardTableViewController::ClipboardTableViewController(
     ClipboardTableView &tableView, qreal selectionRadius,
@@ -305,7 +312,7 @@ void ClipboardTableViewController::refreshEmptyText()
                                  localized(u"list.empty.note"_s, u"What you copy appears here"_s));
     } else if (!searchText().isEmpty()) {
         const QString title = localized(u"list.no_match"_s, u"Nothing matches “%@”"_s);
-        m_tableView.setEmptyText(filledIn(title, {searchText()}),
+        m_tableView.setEmptyText(filledIn(title, {shortened(searchText(), kMaxShownSearch)}),
                                  localized(u"list.no_match.note"_s, u"Esc clears the search"_s));
     } else {
         m_tableView.setEmptyText(localized(u"list.no_entry"_s, u"Nothing here yet"_s), {});

@@ -1,7 +1,9 @@
 #include "window/HistoryRow.h"
 
+#include "foundation/TextTools.h"
 #include "language/Localized.h"
 #include "platform/Clock.h"
+#include "tags/Tag.h"
 #include "window/ApplicationNames.h"
 #include "window/RelativeTime.h"
 
@@ -14,6 +16,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kContentLength = 80;
+// Names may have been made by anybody, and each line is drawn again and again.
+constexpr qsizetype kFileNameUnits = 480;
+constexpr qsizetype kAppNameUnits = 100;
 constexpr qsizetype kShownTags = 2;
 constexpr int kCachedRows = 64;
 
@@ -41,7 +46,7 @@ void setContent(HistoryRow &row, const ClipboardItem &item)
     if (const auto line = item.singleLinePreview(kContentLength)) {
         row.content = *line;
     } else if (item.contentType == ClipboardContentType::File && item.filePath) {
-        row.content = QFileInfo(*item.filePath).fileName();
+        row.content = shortened(QFileInfo(*item.filePath).fileName(), kFileNameUnits);
     } else {
         row.isPlaceholder = true;
         row.content = item.contentType == ClipboardContentType::Image
@@ -56,8 +61,9 @@ QString metaLine(const ClipboardItem &item, ApplicationNames &names)
     if (item.isRemoteClipboard)
         parts.append(localized(u"type.remote"_s, u"REMOTE"_s));
     if (item.sourceAppBundleID && !item.sourceAppBundleID->isEmpty())
-        parts.append(names.appDisplayName(*item.sourceAppBundleID));
-    parts.append(item.tags.first(std::min(kShownTags, item.tags.size())));
+        parts.append(shortened(names.appDisplayName(*item.sourceAppBundleID), kAppNameUnits));
+    for (const QString &name : item.tags.first(std::min(kShownTags, item.tags.size())))
+        parts.append(shownTagName(name));
     if (item.tags.size() > kShownTags)
         parts.append(u'+' + QString::number(item.tags.size() - kShownTags));
     return parts.join(u" · "_s);

@@ -25,6 +25,7 @@ private slots:
     void aFileWithoutPathShowsTheType();
     void theMetaLineJoinsTypeSourceAndTwoTags();
     void aRemoteImageWithoutSourceShowsBothWords();
+    void textsOfAnyLengthAreCut();
     void theTimeStaysUntilTheEntryChanges();
     void aChangedEntryIsWordedAnew();
 
@@ -99,6 +100,20 @@ void HistoryRowTest::aRemoteImageWithoutSourceShowsBothWords()
     ClipboardItem entry = item(Type::Image);
     entry.isRemoteClipboard = true;
     QCOMPARE(rowOf(entry).meta, u"IMAGE · REMOTE"_s);
+}
+
+void HistoryRowTest::textsOfAnyLengthAreCut()
+{
+    const QString marks = u"e"_s + QString(100'000, QChar(0x301));
+    ClipboardItem entry = textItem(marks);
+    entry.sourceAppBundleID = marks;
+    entry.tags = {marks, u'x' + marks};
+    QCOMPARE(rowOf(entry).content, marks.first(480) + u"..."_s);
+    QVERIFY(rowOf(entry).meta.size() < 600);
+
+    ClipboardItem file = item(Type::File);
+    file.filePath = u"/home/nora/"_s + marks;
+    QCOMPARE(rowOf(file).content, marks.first(480) + u"..."_s);
 }
 
 void HistoryRowTest::theTimeStaysUntilTheEntryChanges()

@@ -15,6 +15,8 @@ namespace {
 
 constexpr int kTextSize = 22;
 constexpr int kCaretWidth = 2;
+/// Nobody looks for more, and a heap of marks takes long to lay out.
+constexpr int kMaxUnits = 1000;
 
 // What the line edit puts above its text on its own account.
 constexpr int kInnerTopMargin = 1;
@@ -42,6 +44,7 @@ SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
     setStyle(m_style.get());
     setFrame(false);
     setFont(interfaceFont(kTextSize, QFont::Light));
+    setMaxLength(kMaxUnits);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setTextMargins(0, -kInnerTopMargin, 0, 0);
     connect(this, &QLineEdit::cursorPositionChanged, this, [this] {
@@ -104,14 +107,17 @@ void SearchField::paintEvent(QPaintEvent *event)
 {
     TextField::paintEvent(event);
     QPainter painter(this);
-    const QRect cursor = cursorRect();
-    const int textStart = cursor.x() + kCursorRectLead;
     if (text().isEmpty() && !m_isComposing)
-        drawPlaceholder(painter, textStart);
-    if (m_isCaretShown) {
-        const int x = std::max(0, textStart - kCaretWidth / 2);
-        painter.fillRect(x, cursor.y(), kCaretWidth, cursor.height(), m_caretColor);
-    }
+        drawPlaceholder(painter, cursorRect().x() + kCursorRectLead);
+    if (m_isCaretShown)
+        painter.fillRect(caretRect(), m_caretColor);
+}
+
+QRect SearchField::caretRect() const
+{
+    const QRect cursor = cursorRect();
+    const int x = std::max(0, cursor.x() + kCursorRectLead - kCaretWidth / 2);
+    return {x, cursor.y(), kCaretWidth, cursor.height()};
 }
 
 /// Qt would put a text with Chinese lower, since the font that it falls back to is taller; what is
@@ -148,7 +154,7 @@ void SearchField::startBlinking()
         return;
     m_blinking = m_scheduler.every(period, [this] {
         m_isCaretShown = !m_isCaretShown;
-        update();
+        update(caretRect());
     });
 }
 

@@ -39,6 +39,7 @@ protected:
 
 private:
     bool announceKey(int key);
+    QRect caretRect() const;
     void drawPlaceholder(QPainter &painter, int x);
     void startBlinking();
     void stopBlinking();

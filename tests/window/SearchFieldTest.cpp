@@ -2,10 +2,37 @@
 
 #include "tests/fakes/FakeScheduler.h"
 
+#include <QGuiApplication>
 #include <QInputMethodEvent>
+#include <QPaintEvent>
+#include <QStyleHints>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What a widget has been asked to paint since.
+class PaintedRegion : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget &widget) { widget.installEventFilter(this); }
+
+    const QRegion &region() const { return m_region; }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_region += static_cast<const QPaintEvent *>(event)->region();
+        return false;
+    }
+
+private:
+    QRegion m_region;
+};
+
+} // namespace
 
 class SearchFieldTest : public QObject
 {
@@ -17,6 +44,8 @@ private slots:
     void placeholderStandsOnTheLineOfTheText_data();
     void placeholderStandsOnTheLineOfTheText();
     void placeholderGivesWayToTextAndToAComposition();
+    void aTextOfAnyLengthIsCut();
+    void theCaretBlinksAlone();
 
 private:
     QImage picture() { return m_field->grab().toImage(); }
@@ -68,6 +97,30 @@ void SearchFieldTest::placeholderGivesWayToTextAndToAComposition()
     QInputMethodEvent finished;
     QCoreApplication::sendEvent(m_field.get(), &finished);
     QVERIFY(picture() != empty);
+}
+
+void SearchFieldTest::aTextOfAnyLengthIsCut()
+{
+    const QString marks = u"e"_s + QString(100'000, QChar(0x301));
+    m_field->insert(marks);
+    QCOMPARE(m_field->text(), marks.first(1000));
+    m_field->insert(u"x"_s);
+    QCOMPARE(m_field->text(), marks.first(1000));
+}
+
+void SearchFieldTest::theCaretBlinksAlone()
+{
+    m_field->setText(u"some words"_s);
+    m_field->show();
+    m_field->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_field.get()));
+    m_field->setFocus();
+    QTRY_VERIFY(m_field->hasFocus());
+    QCoreApplication::sendPostedEvents();
+    PaintedRegion painted(*m_field);
+    m_scheduler.advance(std::chrono::milliseconds(QGuiApplication::styleHints()->cursorFlashTime()));
+    QTRY_VERIFY(!painted.region().isEmpty());
+    QVERIFY(painted.region().boundingRect().width() <= 2);
 }
 
 QTEST_MAIN(SearchFieldTest)

@@ -39,5 +39,20 @@ std::optional<QByteArray> RegularFile::read() const
     const std::lock_guard lock(m_mutex);
     if (!m_file.seek(0))
         return std::nullopt;
-    return m_file.readAll();
+    return m_file.read(m_file.size());
+}
+
+std::optional<QByteArray> RegularFile::readUpTo(qint64 limit) const
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_file.size() > limit || !m_file.seek(0))
+        return std::nullopt;
+    // Files of the kernel have no size, and go on and on.
+    QByteArray bytes(limit + 1, Qt::Uninitialized);
+    const qint64 count = m_file.read(bytes.data(), bytes.size());
+    if (count < 0 || count > limit)
+        return std::nullopt;
+    bytes.truncate(count);
+    bytes.squeeze();
+    return bytes;
 }

@@ -15,7 +15,12 @@ public:
     static std::shared_ptr<const RegularFile> open(const QString &path);
 
     qint64 size() const;
+
+    /// No more than size(), so that a file without an end is no trouble.
     std::optional<QByteArray> read() const override;
+
+    /// Absent if there are more bytes than \a limit, whatever the size says.
+    std::optional<QByteArray> readUpTo(qint64 limit) const;
 
 private:
     RegularFile() = default;

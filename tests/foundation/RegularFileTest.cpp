@@ -18,6 +18,8 @@ private slots:
     void init() { m_directory.emplace(); }
 
     void deletedFileIsStillRead();
+    void noMoreIsReadThanTheLimit();
+    void aFileOfTheKernelIsNotReadForEver();
     void whatIsNoFileIsNotWaitedFor_data();
     void whatIsNoFileIsNotWaitedFor();
 
@@ -39,6 +41,29 @@ void RegularFileTest::deletedFileIsStillRead()
     QCOMPARE(file->size(), 4);
     QCOMPARE(file->read(), "1234"_ba);
     QCOMPARE(file->read(), "1234"_ba);
+}
+
+void RegularFileTest::noMoreIsReadThanTheLimit()
+{
+    const QString path = m_directory->filePath(u"a"_s);
+    QFile written(path);
+    QVERIFY(written.open(QIODevice::WriteOnly));
+    written.write("1234");
+    written.close();
+
+    const auto file = RegularFile::open(path);
+    QVERIFY(file);
+    QCOMPARE(file->readUpTo(4), "1234"_ba);
+    QCOMPARE(file->readUpTo(3), std::nullopt);
+    QCOMPARE(file->readUpTo(4), "1234"_ba);
+}
+
+void RegularFileTest::aFileOfTheKernelIsNotReadForEver()
+{
+    const auto file = RegularFile::open(u"/proc/self/pagemap"_s); // Of 256 gigabytes, and size 0.
+    QVERIFY(file);
+    QCOMPARE(file->readUpTo(1000), std::nullopt);
+    QCOMPARE(file->read(), QByteArray());
 }
 
 void RegularFileTest::whatIsNoFileIsNotWaitedFor_data()

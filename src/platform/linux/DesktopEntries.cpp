@@ -1,5 +1,6 @@
 #include "platform/linux/DesktopEntries.h"
 
+#include "foundation/RegularFile.h"
 #include "platform/linux/DataFolders.h"
 
 #include <QDateTime>
@@ -99,10 +100,8 @@ void visitKeys(QByteArrayView file, Visitor &&visit)
 
 std::optional<QByteArray> fileContents(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaxFileBytes)
-        return std::nullopt;
-    return file.readAll();
+    const auto file = RegularFile::open(path);
+    return file ? file->readUpTo(kMaxFileBytes) : std::nullopt;
 }
 
 /// Chromium appends its profile folder to its name: "chromium (/home/me/profile)".

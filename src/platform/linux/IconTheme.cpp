@@ -1,5 +1,6 @@
 #include "platform/linux/IconTheme.h"
 
+#include "foundation/RegularFile.h"
 #include "platform/linux/DataFolders.h"
 
 #include <QDir>
@@ -39,10 +40,8 @@ QHash<QByteArray, Group> groupsIn(const QByteArray &description)
 
 QByteArray descriptionAt(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaxDescriptionBytes)
-        return {};
-    return file.readAll();
+    const auto file = RegularFile::open(path);
+    return file ? file->readUpTo(kMaxDescriptionBytes).value_or(QByteArray()) : QByteArray();
 }
 
 QStringList listIn(const QByteArray &value)

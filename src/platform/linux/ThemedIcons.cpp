@@ -24,7 +24,7 @@ std::optional<QByteArray> contents(const QString &path)
     if (path.isEmpty())
         return std::nullopt;
     const auto file = RegularFile::open(path);
-    return file && file->size() <= kMaxFileBytes ? file->read() : std::nullopt;
+    return file ? file->readUpTo(kMaxFileBytes) : std::nullopt;
 }
 
 /// What programs are told that ask neither the desktop nor a bus.

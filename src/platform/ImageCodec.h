@@ -22,6 +22,11 @@ public:
     /// The pixels of \a file, upright. Absent like above.
     virtual std::optional<QImage> imageFromPicture(const QByteArray &file) const = 0;
 
+    /// The same of a picture of no more than \a longestSide pixels at either side, and absent for a
+    /// larger one, which is not decoded: a small file may hold a huge picture.
+    virtual std::optional<QImage> imageFromSmallPicture(const QByteArray &file,
+                                                        int longestSide) const = 0;
+
     /// A JPEG; \a quality goes from 0 to 1. What shines through stands before white.
     virtual std::optional<QByteArray> jpegFromImage(const QImage &image, double quality) const = 0;
 

@@ -12,6 +12,8 @@
 namespace {
 
 constexpr qreal kBadgeRadius = 4;
+/// No icon is larger.
+constexpr int kLongestSide = 1024;
 /// A drawing names itself within its first lines, after its licence as the case may be.
 constexpr qsizetype kHeadBytes = 4096;
 
@@ -48,7 +50,7 @@ QImage makeRowIcon(const QByteArray &file, int side, qreal devicePixelRatio,
                    const ImageCodec &codec)
 {
     QImage icon = isDrawing(file) ? rasterised(file, side)
-                                  : scaled(codec.imageFromPicture(file), side);
+                                  : scaled(codec.imageFromSmallPicture(file, kLongestSide), side);
     icon.setDevicePixelRatio(devicePixelRatio);
     return icon;
 }

@@ -10,6 +10,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 
 using Kind = RowPictureName::Kind;
@@ -26,22 +27,33 @@ constexpr qsizetype kMinCost = 512;
 constexpr std::size_t kMaxWaiting = 128;
 /// Without any compression 200 by 200 pixels have less.
 constexpr qint64 kMaxThumbnailBytes = 256 << 10;
+/// Thumbnails have 200; a file of that size may hold ten thousand.
+constexpr int kMaxThumbnailSide = 1024;
 
 std::optional<QByteArray> smallFile(const QString &path)
 {
     const auto file = RegularFile::open(path);
-    return file && file->size() <= kMaxThumbnailBytes ? file->read() : std::nullopt;
+    return file ? file->readUpTo(kMaxThumbnailBytes) : std::nullopt;
 }
 
-QImage made(Kind kind, const std::optional<QByteArray> &file, int side, qreal devicePixelRatio,
-            const ImageCodec &codec)
+/// Makes what a row shows of the bytes that were fetched for it.
+using Maker = std::function<QImage(const QByteArray &bytes)>;
+
+Maker makerOf(Kind kind, const ClipboardItem &item, int side, qreal devicePixelRatio,
+              const ImageCodec &codec)
 {
-    if (!file)
-        return {};
-    if (kind != Kind::Thumbnail)
-        return makeRowIcon(*file, side, devicePixelRatio, codec);
-    const std::optional<QImage> picture = codec.imageFromPicture(*file);
-    return picture ? makeRowThumbnail(*picture, side, devicePixelRatio) : QImage();
+    if (kind != Kind::Thumbnail) {
+        return [=, &codec](const QByteArray &file) {
+            return makeRowIcon(file, side, devicePixelRatio, codec);
+        };
+    }
+    const bool isFile = thumbnailFileName(item).has_value();
+    return [=, &codec](const QByteArray &bytes) {
+        const std::optional<QImage> picture = isFile
+            ? codec.imageFromSmallPicture(bytes, kMaxThumbnailSide)
+            : codec.imageFromPicture(bytes);
+        return picture ? makeRowThumbnail(*picture, side, devicePixelRatio) : QImage();
+    };
 }
 
 } // namespace
@@ -97,8 +109,9 @@ void RowPictures::request(const Key &key, const ClipboardItem &item, qreal devic
         || m_requested.contains(key))
         return;
     m_requested.insert(key);
-    const auto make = [this, key, devicePixelRatio](const std::optional<QByteArray> &file) {
-        const QImage picture = made(key.name.kind, file, key.side, devicePixelRatio, m_codec);
+    const auto make = [this, key, maker = makerOf(key.name.kind, item, key.side, devicePixelRatio,
+                                                  m_codec)](const std::optional<QByteArray> &file) {
+        const QImage picture = file ? maker(*file) : QImage();
         QMetaObject::invokeMethod(
             this, [this, key, picture] { keep(key, picture); }, Qt::QueuedConnection);
     };

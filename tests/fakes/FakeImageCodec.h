@@ -31,6 +31,14 @@ public:
         return image;
     }
 
+    std::optional<QImage> imageFromSmallPicture(const QByteArray &file,
+                                                int longestSide) const override
+    {
+        std::optional<QImage> image = imageFromPicture(file);
+        const bool isSmall = !file.startsWith("pixels, huge") && longestSide >= 2;
+        return isSmall ? image : std::nullopt;
+    }
+
     std::optional<QByteArray> jpegFromImage(const QImage &, double quality) const override
     {
         if (quality < 0.9 && onThumbnailWanted)

@@ -165,6 +165,8 @@ private slots:
     void whatIsNoPictureIsAbsent_data();
     void whatIsNoPictureIsAbsent();
     void largePicturesAreRead();
+    void aLargePictureIsNotDecodedWhereSmallOnesAreMeant_data();
+    void aLargePictureIsNotDecodedWhereSmallOnesAreMeant();
     void aPngHasTheSamePixels();
     void aKeptPngHasTheSamePixels();
     void aJpegIsCloseToThePixels();
@@ -372,6 +374,27 @@ void QtImageCodecTest::largePicturesAreRead()
     const auto result = m_codec.tiffFromPicture(fileOf(image, "BMP"));
     QVERIFY(result);
     QCOMPARE(result->size, image.size());
+}
+
+void QtImageCodecTest::aLargePictureIsNotDecodedWhereSmallOnesAreMeant_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("PNG") << fileOf(colourful(QImage::Format_RGB32), "PNG");
+    QTest::newRow("our own")
+        << m_codec.tiffFromPicture(fileOf(colourful(QImage::Format_RGB32), "PNG"))->tiff;
+}
+
+void QtImageCodecTest::aLargePictureIsNotDecodedWhereSmallOnesAreMeant()
+{
+    QFETCH(const QByteArray, file); // Of 31 by 17.
+    QCOMPARE(m_codec.imageFromSmallPicture(file, 31)->size(), QSize(31, 17));
+    QVERIFY(!m_codec.imageFromSmallPicture(file, 30));
+
+    QImage bomb(9000, 10'000, QImage::Format_Mono);
+    bomb.fill(0);
+    const QByteArray png = fileOf(bomb, "PNG");
+    const int taken = mebibytesTakenBy([&] { m_codec.imageFromSmallPicture(png, 1024); });
+    QVERIFY2(taken >= 0 && taken < 32, qPrintable(u"%1 MiB"_s.arg(taken)));
 }
 
 void QtImageCodecTest::aPngHasTheSamePixels()

@@ -123,7 +123,7 @@ void RowPicturesTest::theNameFollowsFromThatOfThePicture()
 void RowPicturesTest::aPictureWithoutAFileIsMadeFromItsBytes()
 {
     ClipboardItem item = SampleHistory::item(ClipboardContentType::Image);
-    item.imageRepresentation = "pixels";
+    item.imageRepresentation = "pixels, huge";
     QVERIFY(drawn(item).isNull());
     QTRY_COMPARE(m_arrived, QStringList{contentPicture(item).text});
     QVERIFY(!drawn(item).isNull());
@@ -163,6 +163,8 @@ void RowPicturesTest::whatIsNoThumbnailIsAskedForOnce_data()
     QTest::newRow("a pipe") << u"pipe.jpg"_s << 0;
     QTest::newRow("a directory") << u"directory.jpg"_s << 0;
     QTest::newRow("a link to a device without an end") << u"zero.jpg"_s << 0;
+    QTest::newRow("a link to a file without a size") << u"endless.jpg"_s << 0;
+    QTest::newRow("a huge picture in a small file") << u"huge.jpg"_s << 1;
     QTest::newRow("much larger than thumbnails are") << u"large.jpg"_s << 0;
 }
 
@@ -172,6 +174,8 @@ void RowPicturesTest::whatIsNoThumbnailIsAskedForOnce()
     QFETCH(const int, decodedCount);
     write(u"damaged.jpg"_s, "not pixels");
     write(u"empty.jpg"_s, "");
+    write(u"huge.jpg"_s, "pixels, huge");
+    QVERIFY(QFile::link(u"/proc/self/pagemap"_s, path(u"endless.jpg"_s)));
     write(u"large.jpg"_s, "pixels" + QByteArray(1 << 20, 'x'));
     QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe.jpg"_s)).constData(), 0600), 0);
     QVERIFY(QDir(m_directory->path()).mkdir(u"directory.jpg"_s));

@@ -7,6 +7,9 @@
 #include <QImageReader>
 #include <QImageWriter>
 
+#include <algorithm>
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,11 +25,11 @@ constexpr int kFastCompression = 11;
 /// For what stays. More takes half as long again, and saves next to nothing.
 constexpr int kLastingCompression = 33;
 
-bool isReadable(const QImageReader &reader)
+bool isReadable(const QImageReader &reader, int longestSide)
 {
     const QSize size = reader.size();
     const QByteArray format = reader.format();
-    return !size.isEmpty() && qint64(size.width()) * size.height() <= kMaxPixels &&
+    return !size.isEmpty() && std::max(size.width(), size.height()) <= longestSide && qint64(size.width()) * size.height() <= kMaxPixels &&
            !format.startsWith("svg");
 }
 
@@ -117,15 +120,22 @@ std::optional<QByteArray> QtImageCodec::pngFromPicture(const QByteArray &file) c
 
 std::optional<QImage> QtImageCodec::imageFromPicture(const QByteArray &file) const
 {
+    return imageFromSmallPicture(file, std::numeric_limits<int>::max());
+}
+
+std::optional<QImage> QtImageCodec::imageFromSmallPicture(const QByteArray &file,
+                                                          int longestSide) const
+{
     if (QImage image = PlainTiff::imageIn(file); !image.isNull())
-        return image;
+        return std::max(image.width(), image.height()) <= longestSide ? std::optional(image)
+                                                                      : std::nullopt;
     QBuffer source;
     source.setData(file);
     source.open(QIODevice::ReadOnly);
     QImageReader reader(&source);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
-    if (!isReadable(reader))
+    if (!isReadable(reader, longestSide))
         return std::nullopt;
     QImage image = reader.read();
     if (image.isNull())

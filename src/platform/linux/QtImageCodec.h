@@ -18,6 +18,8 @@ public:
     std::optional<PasteboardImage> tiffFromPicture(const QByteArray &file) const override;
     std::optional<QByteArray> pngFromPicture(const QByteArray &file) const override;
     std::optional<QImage> imageFromPicture(const QByteArray &file) const override;
+    std::optional<QImage> imageFromSmallPicture(const QByteArray &file,
+                                                int longestSide) const override;
     std::optional<QByteArray> jpegFromImage(const QImage &image, double quality) const override;
     std::optional<QByteArray> pngFromImage(const QImage &image) const override;
 };

@@ -59,6 +59,21 @@ QString baseOf(const QString &fileName)
     return base;
 }
 
+/// Creates the file. The directory may have been removed while the program runs, and is then made
+/// anew.
+void writeIn(const QString &directory, const QString &name, const QByteArray &bytes)
+{
+    const QString path = QDir(directory).filePath(name);
+    try {
+        writePrivateFile(path, bytes);
+    } catch (const std::system_error &error) {
+        if (error.code() != std::errc::no_such_file_or_directory
+            || !ensurePrivateDirectory(directory))
+            throw;
+        writePrivateFile(path, bytes);
+    }
+}
+
 /// The files that go with \a item.
 void addNames(const ClipboardItem &item, QSet<QString> &names)
 {
@@ -194,7 +209,7 @@ std::optional<QString> ImageStorage::written(const QString &name, const QByteArr
                                              const QString &complaint) const
 {
     try {
-        writePrivateFile(QDir(m_directory).filePath(name), bytes);
+        writeIn(m_directory, name, bytes);
         return name;
     } catch (const std::system_error &error) {
         if (!complaint.isEmpty())

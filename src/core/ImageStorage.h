@@ -16,7 +16,8 @@ class UserDefaults;
 class ImageStorage
 {
 public:
-    /// \a codec, \a defaults and \a clock must outlive the storage. The directory is not created.
+    /// \a codec, \a defaults and \a clock must outlive the storage. The directory is not created
+    /// before a picture is saved.
     ImageStorage(QString directory, const ImageCodec &codec, const UserDefaults &defaults,
                  const Clock &clock);
     ~ImageStorage();

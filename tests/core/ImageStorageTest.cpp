@@ -97,6 +97,7 @@ private slots:
     void withoutDirectoryNothingIsSaved_data();
     void withoutDirectoryNothingIsSaved();
     void aFileWhereTheDirectoryShouldBeIsTold();
+    void aDirectoryThatWasRemovedIsMadeAnew();
     void whatCannotBeSavedHasAThumbnailAllTheSame_data();
     void whatCannotBeSavedHasAThumbnailAllTheSame();
     void aPictureMayBeTooLargeForItsFallback();
@@ -362,8 +363,8 @@ void ImageStorageTest::withoutDirectoryNothingIsSaved_data()
 {
     QTest::addColumn<QString>("format");
     QTest::addColumn<QStringList>("lines");
-    const QString thumbnail = u"Failed to save thumbnail: No such file or directory"_s;
-    const QString fallback = u"Failed to save fallback TIFF image: No such file or directory"_s;
+    const QString thumbnail = u"Failed to save thumbnail: Not a directory"_s;
+    const QString fallback = u"Failed to save fallback TIFF image: Not a directory"_s;
     QTest::newRow("jpeg") << u"jpeg"_s
                           << QStringList{u"Failed to save image as JPEG, fallback to TIFF"_s,
                                          fallback, thumbnail};
@@ -372,7 +373,7 @@ void ImageStorageTest::withoutDirectoryNothingIsSaved_data()
                                         fallback, thumbnail};
     QTest::newRow("tiff") << u"tiff"_s
                           << QStringList{
-                                 u"Failed to save TIFF image: No such file or directory"_s,
+                                 u"Failed to save TIFF image: Not a directory"_s,
                                  thumbnail};
 }
 
@@ -381,7 +382,8 @@ void ImageStorageTest::withoutDirectoryNothingIsSaved()
     QFETCH(QString, format);
     QFETCH(QStringList, lines);
     setFormat(format);
-    open(m_directory->filePath(u"nowhere"_s));
+    touch({u"a file"_s});
+    open(path(u"a file/nowhere"_s));
     const auto saved = save(tiffOf({30, 20}));
     QVERIFY(!saved.fileName);
     QVERIFY(!saved.thumbnailFileName);
@@ -396,6 +398,17 @@ void ImageStorageTest::aFileWhereTheDirectoryShouldBeIsTold()
     open(path(u"a file"_s));
     QVERIFY(!save("no picture").fileName);
     QCOMPARE(m_printed->lines(), QStringList{u"Failed to save TIFF image: Not a directory"_s});
+}
+
+void ImageStorageTest::aDirectoryThatWasRemovedIsMadeAnew()
+{
+    QVERIFY(save(tiffOf({30, 20})).fileName);
+    QVERIFY(QDir(m_storage->directory()).removeRecursively());
+    const auto saved = save(tiffOf({30, 20}));
+    QCOMPARE(imageOf(saved.fileName).size(), QSize(30, 20));
+    QVERIFY(saved.thumbnailFileName);
+    QCOMPARE(modeOf(m_storage->directory()), mode_t(0700));
+    QCOMPARE(m_printed->lines(), QStringList());
 }
 
 void ImageStorageTest::whatCannotBeSavedHasAThumbnailAllTheSame_data()

@@ -132,13 +132,8 @@ ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) c
 void ClipboardTableView::contextMenuEvent(QContextMenuEvent *event)
 {
     // The key comes as a key press too, on every desktop.
-    if (event->reason() == QContextMenuEvent::Keyboard || !m_acceptsInput)
-        return;
-    const QModelIndex index = indexAt(event->pos());
-    if (!index.isValid())
-        return;
-    selectRowInPlace(index.row());
-    emit menuRequested(index.row(), event->globalPos(), event->reason());
+    if (event->reason() != QContextMenuEvent::Keyboard)
+        requestMenuAt(event->globalPos(), event->reason());
 }
 
 void ClipboardTableView::keyPressEvent(QKeyEvent *event)
@@ -182,6 +177,16 @@ void ClipboardTableView::handleRowKey(QKeyEvent *event)
         else
             QListView::keyPressEvent(event);
     }
+}
+
+void ClipboardTableView::requestMenuAt(const QPoint &position, QContextMenuEvent::Reason reason)
+{
+    const QPoint place = viewport()->mapFromGlobal(position);
+    const QModelIndex index = indexAt(place);
+    if (!m_acceptsInput || !index.isValid() || !viewport()->rect().contains(place))
+        return;
+    selectRowInPlace(index.row());
+    emit menuRequested(index.row(), position, reason);
 }
 
 void ClipboardTableView::requestMenuAtSelectedRow()

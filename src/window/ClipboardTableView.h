@@ -50,6 +50,9 @@ public:
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool acceptsInput) { m_acceptsInput = acceptsInput; }
 
+    /// Selects the row at \a position of the screen and asks for its menu; nothing elsewhere.
+    void requestMenuAt(const QPoint &position, QContextMenuEvent::Reason reason);
+
     QRect rowBox(int row) const; ///< In the viewport.
     QPixmap pictureOfRow(int row) const;
 

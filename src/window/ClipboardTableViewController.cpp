@@ -185,6 +185,9 @@ void ClipboardTableViewController::connectTableView()
     connect(&m_rowMenu, &RowMenu::entryChosen, this,
             &ClipboardTableViewController::performMenuEntry);
     connect(&m_rowMenu, &RowMenu::tagToggled, this, &ClipboardTableViewController::toggleTag);
+    connect(&m_rowMenu, &RowMenu::rightPressedElsewhere, &m_tableView, [this](QPoint position) {
+        m_tableView.requestMenuAt(position, QContextMenuEvent::Mouse);
+    });
     m_tableView.onSpace = [this](int row) { return requestPreview(filteredItems().at(row)); };
 }
 

@@ -5,6 +5,7 @@
 #include "tags/TagChipRow.h"
 
 #include <QMenu>
+#include <QMouseEvent>
 #include <QWidgetAction>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +22,7 @@ void RowMenu::popUp(const ClipboardItem &item, const Offers &offers, const QPoin
     if (m_menu)
         m_menu.release()->deleteLater();
     m_menu = makeMenu(item, offers);
+    m_menu->installEventFilter(this);
     applyMenuLook(*m_menu, m_look);
     m_menu->popup(position);
     if (reason == QContextMenuEvent::Keyboard)
@@ -31,6 +33,26 @@ void RowMenu::close()
 {
     if (m_menu)
         m_menu->close();
+}
+
+bool RowMenu::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isPress = event->type() == QEvent::MouseButtonPress
+        || event->type() == QEvent::MouseButtonDblClick;
+    if (!isPress || watched != m_menu.get())
+        return false;
+    const auto *press = static_cast<QMouseEvent *>(event);
+    if (press->button() != Qt::RightButton || m_menu->actionAt(press->position().toPoint()))
+        return false;
+    // On some desktops the press would reach what is below as well.
+    m_menu->setAttribute(Qt::WA_NoMouseReplay);
+    close();
+    // A quick press may come as a press and a double click, one right after the other. What opened
+    // in between would take the second as a press beside it, and close.
+    const QPoint position = press->globalPosition().toPoint();
+    QMetaObject::invokeMethod(
+        this, [this, position] { emit rightPressedElsewhere(position); }, Qt::QueuedConnection);
+    return true;
 }
 
 std::unique_ptr<QMenu> RowMenu::makeMenu(const ClipboardItem &item, const Offers &offers)

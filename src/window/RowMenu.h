@@ -56,6 +56,12 @@ signals:
     void entryChosen(RowMenu::Entry entry, const QUuid &id);
     /// The menu stays open.
     void tagToggled(const QString &name, const QUuid &id);
+    /// The menu has closed because the right button was pressed on none of its entries, at
+    /// \a position of the screen.
+    void rightPressedElsewhere(const QPoint &position);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void addTags(QMenu &menu, const ClipboardItem &item, const QStringList &tagNames);

@@ -74,6 +74,10 @@ private slots:
     void withoutSelectionNoKeyOpensAMenu();
     void aKeyShowsTheRowFirst();
     void anotherRightClickOpensAnotherMenu();
+    void aRightClickBesideTheMenuOpensThatOfItsRow();
+    void aRightClickOutsideTheRowsClosesTheMenu();
+    void aRightDoubleClickOpensTheMenu();
+    void aQuickRightClickAfterClosingOpensTheMenuAgain();
 
     void pasteCopyAndPreviewGetTheEntry();
     void favoriteTogglesTheEntry();
@@ -308,6 +312,52 @@ void RowMenuTest::anotherRightClickOpensAnotherMenu()
     choose(u"Copy"_s);
     QCOMPARE(m_copied, QList<QUuid>{items[3]->id});
     QTRY_VERIFY(!former);
+}
+
+void RowMenuTest::aRightClickBesideTheMenuOpensThatOfItsRow()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    rightClick(2);
+    QVERIFY(openMenu());
+    rightClick(1); // Above the menu.
+    QTRY_COMPARE(m_view->selectedRow(), 1);
+    QTRY_VERIFY(openMenu());
+    choose(u"Copy"_s);
+    QCOMPARE(m_copied, QList<QUuid>{items[1]->id});
+    QVERIFY(!openMenu());
+}
+
+void RowMenuTest::aRightClickOutsideTheRowsClosesTheMenu()
+{
+    make(SampleHistory::numbered(2));
+    rightClick(1);
+    rightClick(QPoint(30, 390));
+    QCoreApplication::processEvents();
+    QVERIFY(!openMenu());
+    QCOMPARE(m_view->selectedRow(), 1);
+}
+
+void RowMenuTest::aRightDoubleClickOpensTheMenu()
+{
+    make(SampleHistory::numbered(3));
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    const QPoint place = m_view->viewport()->mapTo(m_view->window(), contentOf(1));
+    QTest::mouseDClick(m_view->windowHandle(), Qt::RightButton, {}, place);
+    QCoreApplication::processEvents();
+    QVERIFY(openMenu());
+    QCOMPARE(m_view->selectedRow(), 1);
+}
+
+void RowMenuTest::aQuickRightClickAfterClosingOpensTheMenuAgain()
+{
+    make(SampleHistory::numbered(3));
+    rightClick(1);
+    openMenu()->close();
+    QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval; // Within a double click's time.
+    rightClick(1);
+    QCoreApplication::processEvents();
+    QVERIFY(openMenu());
 }
 
 void RowMenuTest::pasteCopyAndPreviewGetTheEntry()

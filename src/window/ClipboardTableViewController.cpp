@@ -88,6 +88,7 @@ void ClipboardTableViewController::showMatches(const ClipboardItemList &matches,
     const auto motion = scroll == Scroll::ToTop ? ListUpdater::Motion::Skip
                                                 : ListUpdater::Motion::Show;
     m_updater.showItems(matches, motion);
+    closeMenuOfGoneItem();
     refreshEmptyText();
     if (scroll == Scroll::ToTop && !filteredItems().isEmpty())
         m_tableView.scrollTo(m_model.index(0));
@@ -201,6 +202,14 @@ void ClipboardTableViewController::popUpMenu(int row, const QPoint &position,
                      .hasNewTag = m_with.tagManager.tags().size() < m_with.tagManager.maxTagCount(),
                      .tagNames = m_with.tagManager.tagNames()},
                     position, reason);
+}
+
+/// Nothing in it would do anything any more.
+void ClipboardTableViewController::closeMenuOfGoneItem()
+{
+    const auto id = m_rowMenu.openItem();
+    if (id && indexOfItem(m_items, *id) < 0)
+        m_rowMenu.close();
 }
 
 /// The list may have changed while the menu was open.

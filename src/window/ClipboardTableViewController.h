@@ -98,6 +98,7 @@ public:
 private:
     void connectTableView();
     void popUpMenu(int row, const QPoint &position, QContextMenuEvent::Reason reason);
+    void closeMenuOfGoneItem();
     void performMenuEntry(RowMenu::Entry entry, const QUuid &id);
     void showInFileManager(const ClipboardItem &item);
     void reloadItems();

@@ -21,6 +21,7 @@ void RowMenu::popUp(const ClipboardItem &item, const Offers &offers, const QPoin
     close();
     if (m_menu)
         m_menu.release()->deleteLater();
+    m_itemID = item.id;
     m_menu = makeMenu(item, offers);
     m_menu->installEventFilter(this);
     applyMenuLook(*m_menu, m_look);
@@ -33,6 +34,13 @@ void RowMenu::close()
 {
     if (m_menu)
         m_menu->close();
+}
+
+std::optional<QUuid> RowMenu::openItem() const
+{
+    if (!m_menu || !m_menu->isVisible())
+        return {};
+    return m_itemID;
 }
 
 bool RowMenu::eventFilter(QObject *watched, QEvent *event)

@@ -8,6 +8,7 @@
 #include <QUuid>
 
 #include <memory>
+#include <optional>
 
 class QMenu;
 struct ClipboardItem;
@@ -52,6 +53,9 @@ public:
 
     void close();
 
+    /// The entry whose menu is open.
+    std::optional<QUuid> openItem() const;
+
 signals:
     void entryChosen(RowMenu::Entry entry, const QUuid &id);
     /// The menu stays open.
@@ -68,5 +72,6 @@ private:
     std::unique_ptr<QMenu> makeMenu(const ClipboardItem &item, const Offers &offers);
 
     MenuLook m_look;
+    QUuid m_itemID;
     std::unique_ptr<QMenu> m_menu; ///< The one that was opened last.
 };

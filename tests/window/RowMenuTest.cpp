@@ -88,6 +88,7 @@ private slots:
     void anEntryThatIsNoLongerListedDoesNothing_data();
     void anEntryThatIsNoLongerListedDoesNothing();
     void aListThatMovedDoesNotMisleadTheMenu();
+    void theMenuGoesWithItsEntry();
 
     void dismissingClosesTheMenu();
     void theListMayEndWhileTheMenuIsOpen();
@@ -501,6 +502,25 @@ void RowMenuTest::aListThatMovedDoesNotMisleadTheMenu()
     m_controller->applyFilters(ClipboardTableViewController::Scroll::Keep);
     choose(u"Paste"_s);
     QCOMPARE(m_pasted, QStringList{u"entry 1"_s});
+}
+
+void RowMenuTest::theMenuGoesWithItsEntry()
+{
+    const ClipboardItemList items = SampleHistory::numbered(3);
+    make(items);
+    const auto show = [this](const ClipboardItemList &shown) {
+        m_controller->setItems(shown);
+        m_controller->applyFilters(ClipboardTableViewController::Scroll::Keep);
+    };
+    rightClick(2);
+    show({items[2], items[0], items[1]});
+    QVERIFY(openMenu()); // It has only moved.
+    show({items[2], items[1]});
+    QVERIFY(openMenu()); // Another one has gone.
+    show({items[1]});
+    QVERIFY(!openMenu());
+    rightClick(0);
+    QVERIFY(openMenu());
 }
 
 void RowMenuTest::dismissingClosesTheMenu()

@@ -79,6 +79,18 @@ private:
     QStringList files() const;
     QStringList filesOf(const ClipboardItem &item) const;
     QList<ClipboardItem> live() const { return m_history->live(); }
+    /// Lets no picture be saved. A directory that were only gone would be made anew.
+    void blockDirectory()
+    {
+        QVERIFY(QDir(m_images).removeRecursively());
+        QVERIFY(QFile(m_images).open(QIODevice::WriteOnly));
+    }
+    void unblockDirectory()
+    {
+        QVERIFY(QFile::remove(m_images));
+        QVERIFY(QDir().mkpath(m_images));
+    }
+
     bool exists(const QString &name) const { return QFile::exists(m_images + u'/' + name); }
     void touch(const QString &name) const;
     ClipboardItem storedPicture(const QByteArray &picture, const QString &fileName);
@@ -334,7 +346,7 @@ void ClipboardItemManagerPicturesTest::onePictureAfterTheOtherTakesItsTurn()
 
 void ClipboardItemManagerPicturesTest::aPictureThatCannotBeSavedStaysInMemoryAndHasARow()
 {
-    QVERIFY(QDir(m_images).removeRecursively());
+    blockDirectory();
     bool isComplete = false;
     ClipboardItem item = makeItem(ClipboardContentType::Image, m_clock->now());
     item.imageRepresentation = "pixels";
@@ -346,15 +358,15 @@ void ClipboardItemManagerPicturesTest::aPictureThatCannotBeSavedStaysInMemoryAnd
     QCOMPARE(live().size(), 1);
     QCOMPARE(live().first().id, item.id);
     QVERIFY(m_printed->contains(
-        u"Failed to save fallback TIFF image: No such file or directory"_s));
+        u"Failed to save fallback TIFF image: Not a directory"_s));
 }
 
 void ClipboardItemManagerPicturesTest::aPictureWithoutFileIsStoredWhenItIsCopiedAgain()
 {
-    QVERIFY(QDir(m_images).removeRecursively());
+    blockDirectory();
     add("pixels");
     m_manager->drain();
-    QVERIFY(QDir().mkpath(m_images));
+    unblockDirectory();
     touch(u"of somebody else.jpg"_s);
     const ClipboardItem again = add("pixels");
     m_manager->drain();
@@ -366,14 +378,14 @@ void ClipboardItemManagerPicturesTest::aPictureWithoutFileIsStoredWhenItIsCopied
 
 void ClipboardItemManagerPicturesTest::aCopyOfAPictureThatFailsMeanwhileTriesAgain()
 {
-    QVERIFY(QDir(m_images).removeRecursively());
+    blockDirectory();
     holdStoring();
     add("pixels");
     awaitStoring();
     const ClipboardItem again = add("pixels");
     m_mayGoOn.release();
     awaitStoring(); // The second one; the first has failed.
-    QVERIFY(QDir().mkpath(m_images));
+    unblockDirectory();
     goOn();
     QCOMPARE(onlyItem().id, again.id);
     QCOMPARE(files(), filesOf(onlyItem()));
@@ -438,11 +450,11 @@ void ClipboardItemManagerPicturesTest::clearedWhileItIsStoredItLeavesNothing()
 void ClipboardItemManagerPicturesTest::aFavouriteIsClearedOfNothingWhileItIsStored()
 {
     // Its row is still to come, and with it the tombstone of what it replaced.
-    QVERIFY(QDir(m_images).removeRecursively());
+    blockDirectory();
     const ClipboardItem first = add("pixels");
     m_manager->toggleFavorite(first.id);
     m_manager->drain();
-    QVERIFY(QDir().mkpath(m_images));
+    unblockDirectory();
     holdStoring();
     add("pixels");
     awaitStoring();

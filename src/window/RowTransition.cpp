@@ -60,9 +60,7 @@ void RowTransition::finish()
 
 void RowTransition::fadeOut(const QUuid &id, std::function<void()> done)
 {
-    const qsizetype row = indexOfItem(m_model.items(), id);
-    const auto [first, last] = m_view.rowsInSight();
-    if (row < first || row > last || !isSeen()) {
+    if (indexOfItem(m_model.items(), id) < 0 || !isSeen()) {
         done();
         return;
     }

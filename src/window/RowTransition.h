@@ -40,8 +40,9 @@ public:
     void finish();
 
     /// Fades the row of an entry, which stays in the list, and then calls \a done, which is to
-    /// remove it; at once if nobody would see it fade. Never calls \a done once the transition is
-    /// gone.
+    /// remove it; at once if it is not listed, or where nothing moves. Out of sight it takes as long
+    /// as in sight: a key that is held must not run through what nobody sees. Never calls \a done
+    /// once the transition is gone.
     void fadeOut(const QUuid &id, std::function<void()> done);
 
     Look look(const QUuid &id) const;

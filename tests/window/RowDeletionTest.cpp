@@ -32,6 +32,7 @@ private slots:
     void aNeighbourThatGoesTooIsReplacedByItsPlace_data();
     void aNeighbourThatGoesTooIsReplacedByItsPlace();
     void aHeldKeyTakesOneAfterTheOtherThoughEntriesCome();
+    void outOfSightAHeldKeyIsNoFaster();
     void underASearchTheRowThatTakesThePlaceIsSelected();
     void anEntryThatHasGoneMeanwhileIsNoHarm();
     void theListMayEndBeforeTheDeletion();
@@ -282,6 +283,20 @@ void RowDeletionTest::aHeldKeyTakesOneAfterTheOtherThoughEntriesCome()
     QCOMPARE(listedTexts(), (QStringList{u"new 2"_s, u"new 1"_s, u"new 0"_s, u"entry 0"_s,
                                          u"entry 4"_s, u"entry 5"_s}));
     QCOMPARE(selectedText(), u"entry 4"_s);
+}
+
+void RowDeletionTest::outOfSightAHeldKeyIsNoFaster()
+{
+    makeHistory(SampleHistory::numbered(50));
+    m_view->selectRow(40);
+    m_view->scrollToTop();
+    const auto pendingBefore = m_scheduler->pendingCount();
+    press(Qt::Key_Delete);
+    QTRY_VERIFY(m_scheduler->pendingCount() > pendingBefore); // The history has answered.
+    pass(249ms);
+    QVERIFY(!m_view->acceptsInput());
+    pass(1ms);
+    QVERIFY(m_view->acceptsInput());
 }
 
 void RowDeletionTest::underASearchTheRowThatTakesThePlaceIsSelected()

@@ -711,6 +711,7 @@ void X11PasteboardTest::theTiffOfAPictureIsMadeWhenAProgramAsks()
     PasteboardContents contents;
     contents.addAsTiff(LazyBytes::elsewhere(6, source));
     pasteboard.write(contents);
+    QTRY_VERIFY(Xclip::offeredTargets().contains(u"image/png"_s));
     // The one reading up to here is for the PNG.
     QCOMPARE(Xclip::paste(u"image/png"_s), QByteArray("png of pixels"));
     QCOMPARE(source->readCount.load(), 1);

@@ -83,6 +83,12 @@ AlertSheet::AlertSheet(const Texts &texts, Kind kind, const MenuLook &look, QWid
     hide();
 }
 
+AlertSheet::~AlertSheet()
+{
+    // What stands on the sheet gives the focus away while it ends.
+    qApp->disconnect(this);
+}
+
 void AlertSheet::setAccessoryView(QWidget *view, int margin)
 {
     view->setParent(this);

@@ -26,6 +26,7 @@ public:
     };
 
     AlertSheet(const Texts &texts, Kind kind, const MenuLook &look, QWidget *window);
+    ~AlertSheet() override;
 
     /// Stands between the texts and the buttons, and gets the focus. Has a size of its own. To be
     /// called before open(); \a margin of the view lies outside of what is to be aligned.

@@ -16,6 +16,7 @@
 #include "platform/linux/QtScheduler.h"
 #include "platform/linux/SystemClock.h"
 #include "window/ClipboardTableView.h"
+#include "window/FavoriteLimitHintOverlayView.h"
 #include "window/FilterBarView.h"
 #include "window/HistoryPanel.h"
 #include "window/HistoryWindowFactory.h"
@@ -293,6 +294,17 @@ void openRowMenu(HistoryWindow &window, int row)
     QTest::keyClick(list, Qt::Key_Menu);
 }
 
+bool isHintAtRest()
+{
+    constexpr qreal kUnseen = 0.005; // Of the scale, which a spring brings near its end.
+    for (const QWidget *widget : QApplication::topLevelWidgets()) {
+        const auto *hint = qobject_cast<const FavoriteLimitHintOverlayView *>(widget);
+        if (hint && hint->pose().opacity == 1 && qAbs(hint->pose().scale - 1) < kUnseen)
+            return true;
+    }
+    return false;
+}
+
 /// Wants a favourite more than there may be.
 void reachFavoriteLimit(HistoryWindow &window)
 {
@@ -300,7 +312,7 @@ void reachFavoriteLimit(HistoryWindow &window)
     list->selectRow(2);
     const RowLayout layout(list->visualRect(list->model()->index(2, 0)));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, layout.star.center().toPoint());
-    QTest::qWait(1100); // The bubble has come to rest by then, and goes a little later.
+    static_cast<void>(QTest::qWaitFor(isHintAtRest));
 }
 
 ClipboardItemList mixedAndManyFavorites()

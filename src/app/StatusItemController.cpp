@@ -4,9 +4,9 @@
 #include "capture/ClipboardMonitor.h"
 #include "foundation/Log.h"
 #include "language/Localized.h"
-#include "platform/DesktopAppearance.h"
 #include "platform/StatusItem.h"
 #include "platform/Workspace.h"
+#include "widgets/DesktopLook.h"
 #include "widgets/MenuLook.h"
 
 #include <QMenu>
@@ -93,8 +93,7 @@ void StatusItemController::popUpMenu(const QPoint &position)
 {
     QMenu &menu = m_menu.contextMenu();
     menu.close(); // It gets its look while it is not on the screen.
-    applyMenuLook(menu, {desktopColorScheme(m_appearance.prefersDark()),
-                         m_appearance.isComposited()});
+    applyMenuLook(menu, desktopLook(m_appearance));
     menu.popup(position);
 }
 

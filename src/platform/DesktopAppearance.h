@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QColor>
+
 #include <functional>
 #include <optional>
 
@@ -14,6 +16,20 @@ public:
 
     /// Whether windows may be translucent now: a compositor runs.
     virtual bool isComposited() const = 0;
+
+    virtual bool prefersHighContrast() const = 0;
+
+    /// Whether the person wants nothing to move.
+    virtual bool prefersReducedMotion() const = 0;
+
+    /// The colour the person chose for what is selected; absent where the desktop does not tell.
+    virtual std::optional<QColor> accentColor() const = 0;
+
+    /// Whether the desktop blurs what shines through a window that asks for it.
+    virtual bool offersBlur() const = 0;
+
+    /// By how much the person wants texts larger than usual.
+    virtual qreal textScale() const = 0;
 
     /// Called after one of the answers has changed.
     std::function<void()> onChanged;

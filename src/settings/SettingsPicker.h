@@ -12,7 +12,7 @@ class SettingsPicker : public DrawnControl
 
 public:
     /// Tells how menus look at the moment.
-    using MenuLookSource = std::function<MenuLook()>;
+    using MenuLookSource = std::function<Look()>;
 
     SettingsPicker(const SystemColors &colors, MenuLookSource menuLook, QWidget *parent);
 

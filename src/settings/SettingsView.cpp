@@ -4,11 +4,12 @@
 #include "language/Localized.h"
 #include "platform/DesktopAppearance.h"
 #include "settings/AboutPane.h"
-#include "widgets/FocusRing.h"
 #include "settings/GeneralPane.h"
 #include "settings/HistoryStepButton.h"
 #include "settings/ShortcutsPane.h"
 #include "settings/SidebarItem.h"
+#include "widgets/DesktopLook.h"
+#include "widgets/FocusRing.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -69,8 +70,7 @@ void SettingsView::refreshLanguage()
 
 void SettingsView::refreshAppearance()
 {
-    const auto scheme = desktopColorScheme(m_collaborators.appearance.prefersDark());
-    m_colors = systemColors(scheme);
+    m_colors = menuLook().colors();
     update();
 }
 
@@ -184,10 +184,9 @@ void SettingsView::addPane(SettingsPane pane, SettingsPaneView *view)
     m_panes.insert(pane, view);
 }
 
-MenuLook SettingsView::menuLook() const
+Look SettingsView::menuLook() const
 {
-    return {desktopColorScheme(m_collaborators.appearance.prefersDark()),
-            m_collaborators.appearance.isComposited()};
+    return desktopLook(m_collaborators.appearance);
 }
 
 void SettingsView::visitPane(SettingsPane pane)

@@ -22,7 +22,7 @@ AlertSheet::Texts alertTexts()
 
 } // namespace
 
-NewTagAlert::NewTagAlert(const MenuLook &look, QWidget *window)
+NewTagAlert::NewTagAlert(const Look &look, QWidget *window)
     : AlertSheet(alertTexts(), Kind::Plain, look, window)
     , m_field(new MaxLengthTextField(colors(), this))
 {

@@ -10,7 +10,7 @@ class NewTagAlert : public AlertSheet
     Q_OBJECT
 
 public:
-    NewTagAlert(const MenuLook &look, QWidget *window);
+    NewTagAlert(const Look &look, QWidget *window);
 
     /// The name as it was typed.
     QString name() const;

@@ -60,11 +60,11 @@ QStringList wrapped(const QString &text, qreal width)
 
 } // namespace
 
-AlertSheet::AlertSheet(const Texts &texts, Kind kind, const MenuLook &look, QWidget *window)
+AlertSheet::AlertSheet(const Texts &texts, Kind kind, const Look &look, QWidget *window)
     : QWidget(window)
     , m_texts(texts)
     , m_look(look)
-    , m_colors(systemColors(look.scheme))
+    , m_colors(look.colors())
     , m_card(look.isTranslucent ? kRadius : kPlainRadius, kShadow, look.scheme)
     , m_confirmButton(addButton(texts.confirm))
     , m_cancelButton(addButton(texts.cancel))

@@ -25,7 +25,7 @@ public:
         QString cancel;
     };
 
-    AlertSheet(const Texts &texts, Kind kind, const MenuLook &look, QWidget *window);
+    AlertSheet(const Texts &texts, Kind kind, const Look &look, QWidget *window);
     ~AlertSheet() override;
 
     /// Stands between the texts and the buttons, and gets the focus. Has a size of its own. To be
@@ -66,7 +66,7 @@ private:
     void close(void (AlertSheet::*answer)());
 
     Texts m_texts;
-    MenuLook m_look;
+    Look m_look;
     SystemColors m_colors;
     RaisedCard m_card;
     QRect m_cardRect;

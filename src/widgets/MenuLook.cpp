@@ -22,7 +22,7 @@ MenuStyle &ensureStyle(QMenu &menu)
 
 } // namespace
 
-void applyMenuLook(QMenu &menu, const MenuLook &look)
+void applyMenuLook(QMenu &menu, const Look &look)
 {
     // Some desktops ask for menus that roll down; ours are there at once.
     QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);

@@ -97,12 +97,12 @@ MenuStyle::MenuStyle()
 {
 }
 
-void MenuStyle::setLook(const MenuLook &look)
+void MenuStyle::setLook(const Look &look)
 {
     if (look == m_look)
         return;
     m_look = look;
-    m_colors = systemColors(look.scheme);
+    m_colors = look.colors();
     m_card = floatingCard(look.scheme);
 }
 

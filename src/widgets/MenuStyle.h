@@ -19,7 +19,7 @@ public:
 
     MenuStyle();
 
-    void setLook(const MenuLook &look);
+    void setLook(const Look &look);
 
     /// What the shadow takes around the card.
     QMargins room() const;
@@ -42,7 +42,7 @@ private:
                    const SystemColors &colors) const;
     void drawScroller(QPainter &painter, const QStyleOption &option) const;
 
-    MenuLook m_look;
-    SystemColors m_colors = systemColors(m_look.scheme);
+    Look m_look;
+    SystemColors m_colors = m_look.colors();
     RaisedCard m_card; ///< Where the desktop blends windows.
 };

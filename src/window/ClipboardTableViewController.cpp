@@ -148,7 +148,7 @@ void ClipboardTableViewController::requestNewTag(const QUuid &itemID)
     m_itemTags.requestNewTag(itemID, *m_tableView.window());
 }
 
-void ClipboardTableViewController::setOverlayLook(const MenuLook &look)
+void ClipboardTableViewController::setOverlayLook(const Look &look)
 {
     m_rowMenu.setLook(look);
     m_limitHint.setLook(look);

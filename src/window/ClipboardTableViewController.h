@@ -79,7 +79,7 @@ public:
     void requestNewTag(const QUuid &itemID);
 
     /// How menus, hints and alerts look from now on.
-    void setOverlayLook(const MenuLook &look);
+    void setOverlayLook(const Look &look);
 
     /// Takes away the menus, hints and alerts that are on the screen.
     void dismissOverlays();

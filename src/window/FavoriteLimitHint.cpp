@@ -52,7 +52,7 @@ FavoriteLimitHint::FavoriteLimitHint(ClipboardTableView &tableView, Scheduler &s
 
 FavoriteLimitHint::~FavoriteLimitHint() = default;
 
-void FavoriteLimitHint::setLook(const MenuLook &look)
+void FavoriteLimitHint::setLook(const Look &look)
 {
     m_look = look;
     if (m_view)

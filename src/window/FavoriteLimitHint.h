@@ -20,7 +20,7 @@ public:
     FavoriteLimitHint(ClipboardTableView &tableView, Scheduler &scheduler, const Clock &clock);
     ~FavoriteLimitHint() override;
 
-    void setLook(const MenuLook &look);
+    void setLook(const Look &look);
 
     /// In the place of a hint that is still there. False if \a row is not in sight.
     bool showFavoriteLimitHint(int row, const QString &message);
@@ -36,7 +36,7 @@ private:
 
     ClipboardTableView &m_tableView;
     Scheduler &m_scheduler;
-    MenuLook m_look;
+    Look m_look;
     std::unique_ptr<FavoriteLimitHintOverlayView> m_view; ///< While there is a hint.
     ValueAnimation m_animation;
     std::unique_ptr<ScheduledWork> m_hide;

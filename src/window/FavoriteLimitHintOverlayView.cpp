@@ -43,13 +43,13 @@ qreal shadowAt(qreal distance)
 } // namespace
 
 FavoriteLimitHintOverlayView::FavoriteLimitHintOverlayView(const QString &message,
-                                                           const MenuLook &look)
+                                                           const Look &look)
     : QWidget(nullptr,
               Qt::ToolTip | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint
                   | Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus)
     , m_message(message)
     , m_isTranslucent(look.isTranslucent)
-    , m_colors(systemColors(look.scheme))
+    , m_colors(look.colors())
 {
     setObjectName(QStringLiteral("favoriteLimitHint"));
     setAccessibleName(message);

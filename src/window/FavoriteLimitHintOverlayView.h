@@ -20,7 +20,7 @@ public:
     };
 
     /// The bubble has its natural size, with the room around it that its shadow takes.
-    FavoriteLimitHintOverlayView(const QString &message, const MenuLook &look);
+    FavoriteLimitHintOverlayView(const QString &message, const Look &look);
 
     void setScheme(ColorScheme scheme);
 

@@ -28,7 +28,7 @@ public:
     void setColors(const SystemColors &colors);
 
     /// What the menu of the hidden tags is drawn with the next time.
-    void setMenuLook(const MenuLook &look) { m_menuLook = look; }
+    void setMenuLook(const Look &look) { m_menuLook = look; }
 
     /// For when the window goes: the menu is a window of its own, and would stay.
     void closeOverflowMenu();
@@ -71,5 +71,5 @@ private:
     QStringList m_hiddenTagNames;
     int m_lastLayoutWidth = 0;
     SystemColors m_colors;
-    MenuLook m_menuLook;
+    Look m_menuLook;
 };

@@ -5,6 +5,7 @@
 #include "platform/DesktopAppearance.h"
 #include "platform/PointerMonitor.h"
 #include "platform/Workspace.h"
+#include "widgets/DesktopLook.h"
 #include "widgets/PinButtonSetting.h"
 #include "window/ClipboardTableView.h"
 #include "window/FilterBarView.h"
@@ -115,9 +116,8 @@ void HistoryWindow::refreshLanguage()
 
 void HistoryWindow::refreshAppearance()
 {
-    const MenuLook look{desktopColorScheme(m_collaborators.appearance.prefersDark()),
-                        m_collaborators.appearance.isComposited()};
-    m_panel.setColors(systemColors(look.scheme));
+    const Look look = desktopLook(m_collaborators.appearance);
+    m_panel.setColors(look.colors());
     m_panel.filterBar().setMenuLook(look);
     m_tableViewController.setOverlayLook(look);
 }

@@ -58,7 +58,7 @@ public:
     void dismissNewTag();
 
     /// How the question looks from now on.
-    void setLook(const MenuLook &look) { m_look = look; }
+    void setLook(const Look &look) { m_look = look; }
 
     /// Shows what has become of a row: applyItemChange() of the list.
     std::function<void(const ClipboardItemPointer &item, qsizetype row, bool wasListed)>
@@ -74,7 +74,7 @@ private:
     HistoryListCollaborators m_with;
     ClipboardItemList &m_items;
     HistoryListModel &m_model;
-    MenuLook m_look;
+    Look m_look;
     QPointer<NewTagAlert> m_newTagAlert;
     std::unique_ptr<ScheduledWork> m_showingAlert;
 };

@@ -44,7 +44,7 @@ public:
     ~RowMenu() override;
 
     /// For the next time it opens.
-    void setLook(const MenuLook &look) { m_look = look; }
+    void setLook(const Look &look) { m_look = look; }
 
     /// Opens at \a position of the screen, anew if it is open. Opened by a key, it has its first
     /// entry chosen already. Returns at once.
@@ -71,7 +71,7 @@ private:
     void addTags(QMenu &menu, const ClipboardItem &item, const QStringList &tagNames);
     std::unique_ptr<QMenu> makeMenu(const ClipboardItem &item, const Offers &offers);
 
-    MenuLook m_look;
+    Look m_look;
     QUuid m_itemID;
     std::unique_ptr<QMenu> m_menu; ///< The one that was opened last.
 };

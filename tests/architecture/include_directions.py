@@ -19,7 +19,7 @@ MAY_INCLUDE = {
     "persistence": BELOW_CAPTURE,
     "core": {"language"} | GROUND,
     "language": GROUND,
-    "widgets": {"appearance", "foundation"},
+    "widgets": GROUND,
     "platform": {"foundation"},
     "platform/linux": {"platform", "foundation"},
     "platform/x11": {"platform", "platform/linux", "foundation"},

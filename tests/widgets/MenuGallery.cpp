@@ -46,7 +46,7 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     const auto scheme = arguments.contains(u"dark"_s) ? ColorScheme::Dark : ColorScheme::Light;
-    const MenuLook look{scheme, !arguments.contains(u"plain"_s)};
+    const Look look{scheme, !arguments.contains(u"plain"_s)};
     QMenu menu;
     if (arguments.contains(u"many"_s))
         fillWithMany(menu);

@@ -13,6 +13,11 @@ public:
 
     std::optional<bool> prefersDark() const override { return m_portal.prefersDark(); }
     bool isComposited() const override { return m_isComposited; }
+    bool prefersHighContrast() const override { return false; }
+    bool prefersReducedMotion() const override { return false; }
+    std::optional<QColor> accentColor() const override { return std::nullopt; }
+    bool offersBlur() const override { return false; }
+    qreal textScale() const override { return 1; }
 
     /// Called besides onChanged, and only for prefersDark().
     std::function<void()> onPreferenceChanged;

@@ -1,0 +1,308 @@
+#include "tests/window/HistoryWindowFixture.h"
+
+#include "window/FilterButton.h"
+#include "window/OverflowMenu.h"
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class HistoryWindowClosingTest : public QObject, private HistoryWindowFixture
+{
+    Q_OBJECT
+
+private slots:
+    void init() { setUpWindow(); }
+    void cleanup() { tearDownWindow(); }
+
+    void theWindowTakesItsMenuAlong();
+    void aPressOnTheMenuIsNoTurningAway();
+    void aPressOnAMenuThatHasClosedSinceIsNoTurningAway();
+    void aPressBesideAnOpenMenuIsATurningAway();
+    void aClickOutsideHides();
+    void aClickOutsideDoesNotHideAPinnedWindow();
+    void anotherApplicationHides();
+    void anotherApplicationDoesNotHideAPinnedWindow();
+    void ourOwnActivationDoesNotHide();
+    void losingTheKeyboardHides();
+    void losingTheKeyboardDoesNotHideAPinnedWindow();
+    void turningAwayIsToldBeforeTheWindowHides();
+    void hidingOtherwiseIsNoTurningAway();
+    void losingTheKeyboardWithoutTheFocusDoesNotHide();
+    void losingTheKeyboardToAnotherWindowOfOursHides();
+    void afterHidingNothingIsWatchedAnyMore();
+    void formerListenersAreStillCalled();
+    void theMenuOfARowLeavesTheWindowOpen();
+    void theMenuOfARowClosesWithTheWindow();
+    void aPressInTheShadowOfAMenuIsAPressOutside();
+};
+
+void HistoryWindowClosingTest::theWindowTakesItsMenuAlong()
+{
+    for (const QString &name : {u"travel"_s, u"sailing"_s, u"work"_s, u"recipes"_s})
+        m_tags->createTag(name);
+    make();
+    openWholly();
+    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    const QPointer<OverflowMenu> menu = m_window->panel().findChild<OverflowMenu *>();
+    QVERIFY(menu && menu->isVisible());
+    m_window->hide();
+    QVERIFY(!menu || !menu->isVisible());
+}
+
+void HistoryWindowClosingTest::aPressOnTheMenuIsNoTurningAway()
+{
+    for (const QString &name : {u"travel"_s, u"sailing"_s, u"work"_s, u"recipes"_s})
+        m_tags->createTag(name);
+    make();
+    openWholly();
+    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    auto *menu = m_window->panel().findChild<OverflowMenu *>();
+    QVERIFY(menu);
+    menu->move(0, 0);
+    const QPoint onMenu = menu->geometry().center();
+    QVERIFY(!m_window->panel().geometry().contains(onMenu));
+    m_pointer->press(onMenu);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    menu->close();
+    m_pointer->press(onMenu);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::aPressOnAMenuThatHasClosedSinceIsNoTurningAway()
+{
+    make();
+    openWholly();
+    QMenu &menu = openRowMenu(1);
+    menu.move(0, 0);
+    const QPoint onCopy = menu.actionGeometry(menu.actions().at(1)).center();
+    const QPoint place = menu.mapToGlobal(onCopy);
+    QVERIFY(!m_window->panel().geometry().contains(place));
+    QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, onCopy);
+    const auto pressedAt = quint64(QTest::lastMouseTimestamp);
+    QTest::mouseRelease(menu.windowHandle(), Qt::LeftButton, {}, onCopy);
+    QCOMPARE(m_copied.size(), 1);
+    QVERIFY(!QApplication::activePopupWidget());
+
+    m_pointer->press(place, pressedAt);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    m_pointer->press(place, pressedAt + 1);
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::aPressBesideAnOpenMenuIsATurningAway()
+{
+    make();
+    openWholly();
+    const QMenu &menu = openRowMenu(1);
+    // The open menu gets it, wherever it is.
+    const QPoint beside(1, 1);
+    QVERIFY(!m_window->panel().geometry().contains(beside));
+    QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, menu.mapFromGlobal(beside));
+    QVERIFY(!QApplication::activePopupWidget());
+    m_pointer->press(beside, quint64(QTest::lastMouseTimestamp));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::aClickOutsideHides()
+{
+    make();
+    QVERIFY(!m_pointer->isRunning);
+    openWholly();
+    QVERIFY(m_pointer->isRunning);
+    m_pointer->press(m_window->panel().geometry().center());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    m_pointer->press(m_window->panel().geometry().topLeft() - QPoint(1, 1));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::aClickOutsideDoesNotHideAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    m_pointer->press(QPoint(1, 1));
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::anotherApplicationHides()
+{
+    make();
+    openWholly();
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::anotherApplicationDoesNotHideAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::ourOwnActivationDoesNotHide()
+{
+    make();
+    openWholly();
+    m_desktop->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 5, 5});
+    QVERIFY(!m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::losingTheKeyboardHides()
+{
+    make();
+    openWholly();
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::losingTheKeyboardDoesNotHideAPinnedWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QVERIFY(m_window->isVisible());
+}
+
+void HistoryWindowClosingTest::turningAwayIsToldBeforeTheWindowHides()
+{
+    make();
+    openWholly();
+    int toldCount = 0;
+    m_window->onTurnedAway = [&] {
+        ++toldCount;
+        QVERIFY(!m_window->isHideAnimationInFlight());
+    };
+    m_pointer->press(QPoint(1, 1));
+    QCOMPARE(toldCount, 1);
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QCOMPARE(toldCount, 1); // It is the same turning away.
+
+    m_window->show();
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QCOMPARE(toldCount, 2);
+}
+
+void HistoryWindowClosingTest::hidingOtherwiseIsNoTurningAway()
+{
+    make();
+    openWholly();
+    bool isTold = false;
+    m_window->onTurnedAway = [&] { isTold = true; };
+    m_window->hide();
+    m_pointer->press(QPoint(1, 1));
+    pass(160ms);
+    QVERIFY(!isTold);
+
+    openWholly();
+    m_window->togglePin();
+    m_pointer->press(QPoint(1, 1));
+    QVERIFY(!isTold);
+}
+
+void HistoryWindowClosingTest::losingTheKeyboardWithoutTheFocusDoesNotHide()
+{
+    // As when another program takes the keyboard for a while.
+    make();
+    openWholly();
+    m_desktop->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m_window->isVisible());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+
+    m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::losingTheKeyboardToAnotherWindowOfOursHides()
+{
+    make();
+    openWholly();
+    QWidget other;
+    other.show();
+    m_desktop->frontmost =
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, other.winId(), 5};
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::afterHidingNothingIsWatchedAnyMore()
+{
+    make();
+    openWholly();
+    m_window->hide();
+    pass(160ms);
+    QVERIFY(!m_pointer->isRunning);
+    QVERIFY(!m_pointer->onMousePressed);
+    QVERIFY(!m_desktop->onApplicationActivated);
+    m_window.reset();
+    QVERIFY(!m_appearance->onChanged);
+}
+
+void HistoryWindowClosingTest::formerListenersAreStillCalled()
+{
+    int callCount = 0;
+    m_desktop->onApplicationActivated = [&](const RunningApplication &) { ++callCount; };
+    m_appearance->onChanged = [&] { ++callCount; };
+    make();
+    openWholly();
+    m_desktop->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
+    m_appearance->onChanged();
+    QCOMPARE(callCount, 2);
+    m_window->hide();
+    pass(160ms);
+    m_desktop->onApplicationActivated({u"tessarine"_s, {}, 1, 1});
+    QCOMPARE(callCount, 3);
+}
+
+void HistoryWindowClosingTest::theMenuOfARowLeavesTheWindowOpen()
+{
+    make();
+    openWholly();
+    openRowMenu(1);
+    m_pointer->press(QApplication::activePopupWidget()->geometry().center());
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    QApplication::activePopupWidget()->close();
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    QVERIFY(m_window->isVisible() && !m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::theMenuOfARowClosesWithTheWindow()
+{
+    make();
+    openWholly();
+    m_window->togglePin();
+    openRowMenu(1);
+    m_window->hide();
+    QVERIFY(!QApplication::activePopupWidget());
+    pass(160ms);
+    QVERIFY(!m_window->isVisible());
+}
+
+void HistoryWindowClosingTest::aPressInTheShadowOfAMenuIsAPressOutside()
+{
+    m_defaults->set(kFrameKey, u"{{0, 0}, {680, 300}}"_s);
+    make();
+    openWholly();
+    openRowMenu(1);
+    const QRect menu = QApplication::activePopupWidget()->geometry();
+    QVERIFY(!m_window->panel().geometry().contains(menu.bottomLeft()));
+    m_pointer->press(menu.bottomLeft() + QPoint(5, -5));
+    QVERIFY(m_window->isHideAnimationInFlight());
+    QVERIFY(!QApplication::activePopupWidget());
+}
+
+QTEST_MAIN(HistoryWindowClosingTest)
+#include "HistoryWindowClosingTest.moc"

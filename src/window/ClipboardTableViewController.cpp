@@ -19,6 +19,15 @@ namespace {
 
 constexpr qsizetype kMaxShownSearch = 200;
 
+/// What holds everything in the window of \a view. An alert that lies in it gets the window's shape.
+QWidget &contentView(QWidget &view)
+{
+    QWidget *content = &view;
+    while (!content->isWindow() && !content->parentWidget()->isWindow())
+        content = content->parentWidget();
+    return *content;
+}
+
 } // namespace
 
 ClipboardTableViewController::ClipboardTableViewController(
@@ -145,7 +154,7 @@ void ClipboardTableViewController::toggleFavorite(const QUuid &id)
 
 void ClipboardTableViewController::requestNewTag(const QUuid &itemID)
 {
-    m_itemTags.requestNewTag(itemID, *m_tableView.window());
+    m_itemTags.requestNewTag(itemID, contentView(m_tableView));
 }
 
 void ClipboardTableViewController::setOverlayLook(const Look &look)

@@ -5,8 +5,8 @@
 #include "window/ClipboardTableView.h"
 #include "window/EdgeResizeView.h"
 #include "window/FilterBarView.h"
+#include "window/GlassContainerView.h"
 #include "window/PinButton.h"
-#include "window/PresentationLayer.h"
 #include "window/SearchField.h"
 #include "window/SeparatorLine.h"
 #include "window/SymbolView.h"
@@ -49,14 +49,15 @@ HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManag
                            Scheduler &scheduler)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_style(style)
+    , m_glassContainerView(new GlassContainerView(style, this))
+    , m_presentationLayer(*m_glassContainerView)
 {
     setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
     setAttribute(Qt::WA_QuitOnClose, false);
+    m_glassContainerView->onGroundPainted = [this](QPainter &painter) { paintFocusRings(painter); };
     buildHead(tagManager, scheduler);
     buildList(scheduler);
     buildHandles();
-    if (style.isTranslucent)
-        m_presentationLayer = new PresentationLayer(style.cornerRadius, this);
 }
 
 void HistoryPanel::setColors(const SystemColors &colors)
@@ -68,8 +69,7 @@ void HistoryPanel::setColors(const SystemColors &colors)
     m_filterBar->setColors(colors);
     m_separatorLine->setColor(withAlpha(colors.separatorColor, kSeparatorAlpha));
     m_tableView->setColors(colors);
-    if (m_presentationLayer)
-        m_presentationLayer->setColors(colors);
+    m_glassContainerView->setColors(colors);
     update();
 }
 
@@ -96,13 +96,12 @@ void HistoryPanel::setPinButtonShown(bool isShown)
 
 qreal HistoryPanel::opacity() const
 {
-    return m_presentationLayer ? m_presentationLayer->opacity() : 1;
+    return m_presentationLayer.presentation().opacity;
 }
 
 void HistoryPanel::setOpacity(qreal opacity)
 {
-    if (m_presentationLayer)
-        m_presentationLayer->setOpacity(opacity);
+    m_presentationLayer.setPresentation({.opacity = opacity});
 }
 
 void HistoryPanel::changeEvent(QEvent *event)
@@ -110,14 +109,6 @@ void HistoryPanel::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && !isActiveWindow())
         emit deactivated();
-}
-
-void HistoryPanel::childEvent(QChildEvent *event)
-{
-    QWidget::childEvent(event);
-    // What is laid over the window later gets its shape too.
-    if (event->added() && m_presentationLayer)
-        m_presentationLayer->raise();
 }
 
 void HistoryPanel::closeEvent(QCloseEvent *event)
@@ -152,18 +143,11 @@ void HistoryPanel::moveEvent(QMoveEvent *event)
         move(*placeWhenShown);
 }
 
-void HistoryPanel::paintEvent(QPaintEvent *)
+void HistoryPanel::paintEvent(QPaintEvent *event)
 {
-    QPainter painter(this);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_style.backgroundAlpha));
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    const QColor &ring = m_colors.controlAccentColor;
-    if (m_pinButton->isFocusVisible())
-        drawFocusOutline(painter, m_pinButton->geometry(), kPinRadius, ring);
-    if (const FilterButton *pill = m_filterBar->focusedButton())
-        drawFocusOutline(painter, pill->geometry().translated(m_filterBar->pos()), kPillRadius,
-                         ring);
+    // Without translucency the ground keeps still while what stands on it comes and goes.
+    if (!m_style.isTranslucent)
+        QPainter(this).fillRect(event->rect(), m_colors.windowBackgroundColor);
 }
 
 void HistoryPanel::resizeEvent(QResizeEvent *)
@@ -175,24 +159,24 @@ void HistoryPanel::resizeEvent(QResizeEvent *)
 /// The order is that of the Tab key.
 void HistoryPanel::buildHead(TagManager &tagManager, Scheduler &scheduler)
 {
-    m_dragView = new WindowDragView(this);
+    m_dragView = new WindowDragView(m_glassContainerView);
     m_dragView->setObjectName(u"windowDragView"_s);
     m_searchIcon = new SymbolView(
-        {u"magnifyingglass"_s, kSearchIconSize, SymbolWeight::Semibold}, this);
+        {u"magnifyingglass"_s, kSearchIconSize, SymbolWeight::Semibold}, m_glassContainerView);
     m_searchIcon->setObjectName(u"searchIcon"_s);
-    m_searchField = new SearchField(scheduler, this);
+    m_searchField = new SearchField(scheduler, m_glassContainerView);
     m_searchField->setObjectName(u"searchField"_s);
-    m_filterBar = new FilterBarView(tagManager, this);
+    m_filterBar = new FilterBarView(tagManager, m_glassContainerView);
     m_filterBar->setObjectName(u"filterBar"_s);
-    m_pinButton = new PinButton(this);
+    m_pinButton = new PinButton(m_glassContainerView);
     m_pinButton->setObjectName(u"pinButton"_s);
-    m_separatorLine = new SeparatorLine(this);
+    m_separatorLine = new SeparatorLine(m_glassContainerView);
     m_separatorLine->setObjectName(u"separatorLine"_s);
 }
 
 void HistoryPanel::buildList(Scheduler &scheduler)
 {
-    m_tableContainerView = new QWidget(this);
+    m_tableContainerView = new QWidget(m_glassContainerView);
     m_tableContainerView->setObjectName(u"tableContainerView"_s);
     const int scrollerInset = qRound(m_style.cornerRadius * kScrollerInsetShare);
     m_tableView = new ClipboardTableView(scheduler, scrollerInset, m_tableContainerView);
@@ -205,14 +189,15 @@ void HistoryPanel::buildList(Scheduler &scheduler)
 
 void HistoryPanel::buildHandles()
 {
-    m_topResizeView = new EdgeResizeView(WindowFrame::Edge::Top, this);
+    m_topResizeView = new EdgeResizeView(WindowFrame::Edge::Top, m_glassContainerView);
     m_topResizeView->setObjectName(u"topResizeView"_s);
-    m_bottomResizeView = new EdgeResizeView(WindowFrame::Edge::Bottom, this);
+    m_bottomResizeView = new EdgeResizeView(WindowFrame::Edge::Bottom, m_glassContainerView);
     m_bottomResizeView->setObjectName(u"bottomResizeView"_s);
 }
 
 void HistoryPanel::layoutViews()
 {
+    m_glassContainerView->setGeometry(rect());
     m_dragView->setGeometry(0, 0, width(), WindowDragView::kHeight);
     m_searchIcon->setGeometry(kSearchIcon);
     const int fieldRight = m_isPinButtonShown ? kSearchFieldRight : kWideSearchFieldRight;
@@ -228,8 +213,6 @@ void HistoryPanel::layoutViews()
     m_topResizeView->setGeometry(0, 0, width(), EdgeResizeView::kHeight);
     m_bottomResizeView->setGeometry(0, height() - EdgeResizeView::kHeight, width(),
                                     EdgeResizeView::kHeight);
-    if (m_presentationLayer)
-        m_presentationLayer->setGeometry(rect());
 }
 
 void HistoryPanel::cutShape()
@@ -246,4 +229,14 @@ void HistoryPanel::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (!event->spontaneous())
         m_placeWhenShown = pos();
+}
+
+void HistoryPanel::paintFocusRings(QPainter &painter) const
+{
+    const QColor &ring = m_colors.controlAccentColor;
+    if (m_pinButton->isFocusVisible())
+        drawFocusOutline(painter, m_pinButton->geometry(), kPinRadius, ring);
+    if (const FilterButton *pill = m_filterBar->focusedButton())
+        drawFocusOutline(painter, pill->geometry().translated(m_filterBar->pos()), kPillRadius,
+                         ring);
 }

@@ -2,6 +2,7 @@
 
 #include "appearance/SystemColors.h"
 #include "window/HistoryWindowStyle.h"
+#include "window/PresentationLayer.h"
 
 #include <QWidget>
 
@@ -10,8 +11,8 @@
 class ClipboardTableView;
 class EdgeResizeView;
 class FilterBarView;
+class GlassContainerView;
 class PinButton;
-class PresentationLayer;
 class Scheduler;
 class SearchField;
 class SeparatorLine;
@@ -40,7 +41,7 @@ public:
     /// Without the button the search field is a little wider.
     void setPinButtonShown(bool isShown);
 
-    /// How much of the window is to be seen, from 0 to 1. Always 1 without translucency.
+    /// How much of the window is to be seen, from 0 to 1.
     qreal opacity() const;
     void setOpacity(qreal opacity);
 
@@ -52,7 +53,6 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
-    void childEvent(QChildEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -67,8 +67,11 @@ private:
     void buildHandles();
     void layoutViews();
     void cutShape();
+    void paintFocusRings(QPainter &painter) const;
 
     HistoryWindowStyle m_style;
+    GlassContainerView *m_glassContainerView;
+    PresentationLayer m_presentationLayer;
     SystemColors m_colors;
     bool m_isPinButtonShown = true;
     /// Where the window was shown, until the first news of a move.
@@ -84,5 +87,4 @@ private:
     ClipboardTableView *m_tableView = nullptr;
     EdgeResizeView *m_topResizeView = nullptr;
     EdgeResizeView *m_bottomResizeView = nullptr;
-    PresentationLayer *m_presentationLayer = nullptr; ///< Only with translucency.
 };

@@ -1,63 +1,57 @@
 #include "window/PresentationLayer.h"
 
-#include <QPaintEvent>
+#include <QGraphicsEffect>
 #include <QPainter>
+#include <QWidget>
 
-#include <cmath>
-
-PresentationLayer::PresentationLayer(qreal cornerRadius, QWidget *parent)
-    : QWidget(parent)
-    , m_cornerRadius(cornerRadius)
+class PresentationLayer::Effect : public QGraphicsEffect
 {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
+public:
+    void setPresentation(const Presentation &presentation)
+    {
+        m_presentation = presentation;
+        update();
+    }
+
+protected:
+    void draw(QPainter *painter) override
+    {
+        QPoint offset;
+        const QPixmap picture
+            = sourcePixmap(Qt::LogicalCoordinates, &offset, PadToTransparentBorder);
+        const QPointF centre = sourceBoundingRect().center();
+        painter->setOpacity(m_presentation.opacity);
+        painter->setRenderHint(QPainter::SmoothPixmapTransform);
+        painter->translate(centre);
+        painter->scale(m_presentation.scale, m_presentation.scale);
+        painter->translate(-centre);
+        painter->drawPixmap(offset, picture);
+    }
+
+private:
+    Presentation m_presentation;
+};
+
+PresentationLayer::PresentationLayer(QWidget &view)
+    : m_view(view)
+{
 }
 
-void PresentationLayer::setColors(const SystemColors &colors)
-{
-    m_colors = colors;
-    update();
-}
+PresentationLayer::~PresentationLayer() = default;
 
-void PresentationLayer::setOpacity(qreal opacity)
+void PresentationLayer::setPresentation(const Presentation &presentation)
 {
-    if (opacity == m_opacity)
+    if (presentation == m_presentation)
         return;
-    m_opacity = opacity;
-    update();
-}
-
-void PresentationLayer::paintEvent(QPaintEvent *event)
-{
-    QPainter painter(this);
-    const int edge = int(std::ceil(m_cornerRadius));
-    if (!rect().adjusted(edge, edge, -edge, -edge).contains(event->rect())) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-        painter.fillPath(m_corners, Qt::black);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        paintLine(painter, 0.5, m_colors.windowLineColor);
-        if (m_colors.windowRimColor.alpha() > 0)
-            paintLine(painter, 1.5, m_colors.windowRimColor);
+    m_presentation = presentation;
+    if (presentation == Presentation()) {
+        m_view.setGraphicsEffect(nullptr);
+        m_effect = nullptr;
+        return;
     }
-    if (m_opacity < 1) {
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        painter.fillRect(rect(), withAlpha(Qt::black, m_opacity));
+    if (!m_effect) {
+        m_effect = new Effect;
+        m_view.setGraphicsEffect(m_effect);
     }
-}
-
-void PresentationLayer::resizeEvent(QResizeEvent *)
-{
-    QPainterPath whole;
-    whole.addRect(rect());
-    QPainterPath shape;
-    shape.addRoundedRect(rect(), m_cornerRadius, m_cornerRadius);
-    m_corners = whole.subtracted(shape);
-}
-
-void PresentationLayer::paintLine(QPainter &painter, qreal inset, const QColor &color) const
-{
-    painter.setPen(color);
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
-                            m_cornerRadius - inset, m_cornerRadius - inset);
+    m_effect->setPresentation(presentation);
 }

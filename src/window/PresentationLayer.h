@@ -1,37 +1,38 @@
 #pragma once
 
-#include "appearance/SystemColors.h"
+#include <QtGlobal>
 
-#include <QPainterPath>
-#include <QWidget>
+#include <memory>
 
-/// Lies over everything in a translucent window and gives the whole its shape: cuts the corners,
-/// draws the line inside the edge, and fades what was drawn below.
-///
-/// Fading what is painted, and not asking the window manager for it, works under every compositor
-/// and leaves what is true untouched: keys and clicks go on below.
-class PresentationLayer : public QWidget
+class QWidget;
+
+/// How much of a view is to be seen, and how large.
+struct Presentation
 {
-    Q_OBJECT
+    qreal opacity = 1; ///< From 0, nothing.
+    qreal scale = 1; ///< About the centre.
 
+    friend bool operator==(const Presentation &, const Presentation &) = default;
+};
+
+/// Draws a view and all that it holds fainter and smaller than they are.
+///
+/// What is true stays untouched: geometry, keys and clicks are those of the view itself. A view that
+/// is shown as it is costs nothing.
+class PresentationLayer
+{
 public:
-    PresentationLayer(qreal cornerRadius, QWidget *parent);
+    /// \a view must outlive the layer.
+    explicit PresentationLayer(QWidget &view);
+    ~PresentationLayer();
 
-    void setColors(const SystemColors &colors);
-
-    /// From 0, nothing to be seen, to 1.
-    qreal opacity() const { return m_opacity; }
-    void setOpacity(qreal opacity);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
+    const Presentation &presentation() const { return m_presentation; }
+    void setPresentation(const Presentation &presentation);
 
 private:
-    void paintLine(QPainter &painter, qreal inset, const QColor &color) const;
+    class Effect;
 
-    qreal m_cornerRadius;
-    qreal m_opacity = 1;
-    SystemColors m_colors;
-    QPainterPath m_corners; ///< What lies outside the rounded shape.
+    QWidget &m_view;
+    Presentation m_presentation;
+    Effect *m_effect = nullptr; ///< The view's, and only while it does something.
 };

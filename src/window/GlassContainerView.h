@@ -1,0 +1,35 @@
+#pragma once
+
+#include "appearance/SystemColors.h"
+#include "window/HistoryWindowStyle.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class WindowEdge;
+
+/// The ground of the history window with everything that stands on it, in the window's shape. It is
+/// this that fades and grows when the window comes and goes; the window itself keeps still.
+class GlassContainerView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    GlassContainerView(const HistoryWindowStyle &style, QWidget *window);
+
+    void setColors(const SystemColors &colors);
+
+    /// Paints on the ground, below the views.
+    std::function<void(QPainter &)> onGroundPainted;
+
+protected:
+    void childEvent(QChildEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    HistoryWindowStyle m_style;
+    SystemColors m_colors;
+    WindowEdge *m_edge = nullptr; ///< Only with translucency; otherwise the window itself is cut.
+};

@@ -3,7 +3,6 @@
 #include "appearance/Easing.h"
 #include "foundation/UserDefaults.h"
 #include "platform/DesktopAppearance.h"
-#include "platform/PointerMonitor.h"
 #include "platform/Workspace.h"
 #include "widgets/DesktopLook.h"
 #include "widgets/PinButtonSetting.h"
@@ -27,14 +26,6 @@ namespace {
 constexpr auto kFadeDuration = 160ms;
 const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
 
-/// The shadow of a menu is part of its window, but not for those who see it.
-bool isOnOwnWindow(QPoint position)
-{
-    const QWidget *window = QApplication::topLevelAt(position);
-    return window
-        && window->geometry().marginsRemoved(window->contentsMargins()).contains(position);
-}
-
 } // namespace
 
 HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
@@ -56,7 +47,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
 
 HistoryWindow::~HistoryWindow()
 {
-    stopWatchingOutside();
+    m_outsideWatch.reset();
     // The widget tells of losing the focus while it ends.
     m_panel.disconnect();
 }
@@ -80,7 +71,8 @@ void HistoryWindow::show()
         animateOpacity({start, 1, kFadeDuration, easeOut}, &HistoryWindow::finishEntrance);
     }
     bringForward();
-    watchOutside();
+    m_outsideWatch.emplace(m_collaborators.pointerMonitor, m_collaborators.workspace, m_panel,
+                           [this] { turnAway(); });
 }
 
 void HistoryWindow::hide()
@@ -259,31 +251,9 @@ void HistoryWindow::finishExit()
     m_panel.hide();
     m_isHideAnimationInFlight = false;
     m_panel.setOpacity(1);
-    stopWatchingOutside();
+    m_outsideWatch.reset();
     if (onWindowHidden)
         onWindowHidden();
-}
-
-void HistoryWindow::watchOutside()
-{
-    stopWatchingOutside();
-    m_ownPresses.emplace([this](QPoint position) { return isOwnPlace(position); });
-    m_clickOutsideMonitor.emplace(
-        m_collaborators.pointerMonitor.onMousePressed,
-        [this](QPoint position, quint64 timestamp) { handleMousePress(position, timestamp); });
-    m_collaborators.pointerMonitor.start();
-    m_appSwitchObserver.emplace(
-        m_collaborators.workspace.onApplicationActivated,
-        [this](const RunningApplication &application) { handleActivation(application); });
-}
-
-void HistoryWindow::stopWatchingOutside()
-{
-    if (m_clickOutsideMonitor)
-        m_collaborators.pointerMonitor.stop();
-    m_clickOutsideMonitor.reset();
-    m_ownPresses.reset();
-    m_appSwitchObserver.reset();
 }
 
 void HistoryWindow::pasteItem(const ClipboardItemPointer &item)
@@ -335,25 +305,6 @@ bool HistoryWindow::hasFocus() const
     const auto frontmost = m_collaborators.workspace.frontmostApplication();
     return frontmost && m_collaborators.workspace.isOwnApplication(*frontmost)
         && frontmost->window == m_panel.effectiveWinId();
-}
-
-void HistoryWindow::handleMousePress(QPoint position, quint64 timestamp)
-{
-    // Presses on our own windows and menus reach them as events; they are no turning away. A menu
-    // may have done its work and be gone by now.
-    if (!isOwnPlace(position) && !m_ownPresses->contains(timestamp))
-        turnAway();
-}
-
-bool HistoryWindow::isOwnPlace(QPoint position) const
-{
-    return m_panel.geometry().contains(position) || isOnOwnWindow(position);
-}
-
-void HistoryWindow::handleActivation(const RunningApplication &application)
-{
-    if (!m_collaborators.workspace.isOwnApplication(application))
-        turnAway();
 }
 
 void HistoryWindow::turnAway()

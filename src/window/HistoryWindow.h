@@ -4,7 +4,7 @@
 #include "window/ClipboardSearchWindowProtocol.h"
 #include "window/ClipboardTableViewController.h"
 #include "window/HistoryPanel.h"
-#include "window/OwnPresses.h"
+#include "window/OutsideWatch.h"
 #include "window/ValueAnimation.h"
 
 #include <optional>
@@ -13,7 +13,6 @@ class DesktopAppearance;
 class PointerMonitor;
 class UserDefaults;
 class Workspace;
-struct RunningApplication;
 
 /// What a history window needs of others; all of it must outlive the window.
 struct HistoryWindowCollaborators
@@ -66,8 +65,6 @@ private:
     void animateOpacity(const ValueAnimation::Course &course, void (HistoryWindow::*finish)());
     void finishEntrance();
     void finishExit();
-    void watchOutside();
-    void stopWatchingOutside();
     void pasteItem(const ClipboardItemPointer &item);
     void setPinned(bool isPinned);
 
@@ -78,9 +75,6 @@ private:
     /// Whether the window has the focus as the desktop sees it. Another program that takes the
     /// keyboard for itself for a while leaves it there, though our window then counts as inactive.
     bool hasFocus() const;
-    void handleMousePress(QPoint position, quint64 timestamp);
-    bool isOwnPlace(QPoint position) const;
-    void handleActivation(const RunningApplication &application);
     void turnAway();
 
     HistoryWindowStyle m_style;
@@ -92,7 +86,5 @@ private:
     quint64 m_visibilityAnimationToken = 0;
     bool m_isHideAnimationInFlight = false;
     std::optional<CallbackHook<>> m_appearanceHook;
-    std::optional<OwnPresses> m_ownPresses;
-    std::optional<CallbackHook<QPoint, quint64>> m_clickOutsideMonitor;
-    std::optional<CallbackHook<const RunningApplication &>> m_appSwitchObserver;
+    std::optional<OutsideWatch> m_outsideWatch; ///< There while the window is open.
 };

@@ -1,0 +1,66 @@
+#include "window/OutsideWatch.h"
+
+#include "platform/PointerMonitor.h"
+#include "platform/Workspace.h"
+
+#include <QApplication>
+
+namespace {
+
+/// The shadow of a menu is part of its window, but not for those who see it.
+bool isOnOwnWindow(QPoint position)
+{
+    const QWidget *window = QApplication::topLevelAt(position);
+    return window
+        && window->geometry().marginsRemoved(window->contentsMargins()).contains(position);
+}
+
+} // namespace
+
+OutsideWatch::OutsideWatch(PointerMonitor &pointerMonitor, Workspace &workspace,
+                           const QWidget &window, std::function<void()> onTurnedAway)
+    : m_pointerMonitor(pointerMonitor)
+    , m_workspace(workspace)
+    , m_window(window)
+    , m_onTurnedAway(std::move(onTurnedAway))
+    , m_ownPresses([this](QPoint position) { return isOwnPlace(position); })
+    , m_clickOutsideMonitor(
+          pointerMonitor.onMousePressed,
+          [this](QPoint position, quint64 timestamp) { handleMousePress(position, timestamp); })
+    , m_appSwitchObserver(
+          workspace.onApplicationActivated,
+          [this](const RunningApplication &application) { handleActivation(application); })
+{
+    pointerMonitor.start();
+}
+
+OutsideWatch::~OutsideWatch()
+{
+    m_pointerMonitor.stop();
+}
+
+void OutsideWatch::handleMousePress(QPoint position, quint64 timestamp)
+{
+    // Presses on our own windows and menus reach them as events; they are no turning away. A menu
+    // may have done its work and be gone by now.
+    if (!isOwnPlace(position) && !m_ownPresses.contains(timestamp))
+        turnAway();
+}
+
+void OutsideWatch::handleActivation(const RunningApplication &application)
+{
+    if (!m_workspace.isOwnApplication(application))
+        turnAway();
+}
+
+bool OutsideWatch::isOwnPlace(QPoint position) const
+{
+    return m_window.geometry().contains(position) || isOnOwnWindow(position);
+}
+
+void OutsideWatch::turnAway()
+{
+    // The watch, and what it holds, may be gone before the call returns.
+    const auto onTurnedAway = m_onTurnedAway;
+    onTurnedAway();
+}

@@ -94,16 +94,6 @@ void HistoryPanel::setPinButtonShown(bool isShown)
     layoutViews();
 }
 
-qreal HistoryPanel::opacity() const
-{
-    return m_presentationLayer.presentation().opacity;
-}
-
-void HistoryPanel::setOpacity(qreal opacity)
-{
-    m_presentationLayer.setPresentation({.opacity = opacity});
-}
-
 void HistoryPanel::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);

@@ -41,9 +41,8 @@ public:
     /// Without the button the search field is a little wider.
     void setPinButtonShown(bool isShown);
 
-    /// How much of the window is to be seen, from 0 to 1.
-    qreal opacity() const;
-    void setOpacity(qreal opacity);
+    /// How all that stands on the window is shown.
+    PresentationLayer &presentationLayer() { return m_presentationLayer; }
 
 signals:
     void cancelRequested(); ///< Esc anywhere but in the search field.

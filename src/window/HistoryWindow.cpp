@@ -1,6 +1,5 @@
 #include "window/HistoryWindow.h"
 
-#include "appearance/Easing.h"
 #include "foundation/UserDefaults.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/Workspace.h"
@@ -23,7 +22,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto kFadeDuration = 160ms;
 const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
 
 } // namespace
@@ -31,11 +29,12 @@ const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
 HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                              const HistoryWindowCollaborators &collaborators,
                              const ClipboardItemList &items)
-    : m_style(style)
-    , m_collaborators(collaborators)
+    : m_collaborators(collaborators)
     , m_panel(style, collaborators.list.tagManager, collaborators.list.scheduler)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
-    , m_animation(collaborators.list.scheduler, collaborators.list.clock)
+    , m_motion(m_panel.presentationLayer(),
+               style.isTranslucent ? WindowMotion::Kind::FadeAndScale : WindowMotion::Kind::Fade,
+               collaborators.list.scheduler, collaborators.list.clock)
 {
     refreshAppearance();
     refreshLanguage();
@@ -59,17 +58,13 @@ void HistoryWindow::show()
     const bool wasVisible = isVisible();
     const bool wasHiding = std::exchange(m_isHideAnimationInFlight, false);
     ++m_visibilityAnimationToken;
-    m_animation.stop();
     if (wasVisible && !wasHiding) {
-        m_panel.setOpacity(1);
+        m_motion.settle();
         bringForward();
         return;
     }
     clearSearch();
-    if (m_style.isTranslucent) {
-        const qreal start = wasVisible ? m_panel.opacity() : 0;
-        animateOpacity({start, 1, kFadeDuration, easeOut}, &HistoryWindow::finishEntrance);
-    }
+    enter(wasVisible ? WindowMotion::Start::WhereItStands : WindowMotion::Start::Unseen);
     bringForward();
     m_outsideWatch.emplace(m_collaborators.pointerMonitor, m_collaborators.workspace, m_panel,
                            [this] { turnAway(); });
@@ -84,13 +79,7 @@ void HistoryWindow::hide()
     m_panel.filterBar().closeOverflowMenu();
     m_tableViewController.dismissOverlays();
     ++m_visibilityAnimationToken;
-    m_animation.stop();
-    if (!m_style.isTranslucent) {
-        finishExit();
-        return;
-    }
-    m_isHideAnimationInFlight = true;
-    animateOpacity({m_panel.opacity(), 0, kFadeDuration, easeIn}, &HistoryWindow::finishExit);
+    leave();
 }
 
 void HistoryWindow::updateItems(const ClipboardItemList &items)
@@ -109,6 +98,7 @@ void HistoryWindow::refreshLanguage()
 void HistoryWindow::refreshAppearance()
 {
     const Look look = desktopLook(m_collaborators.appearance);
+    m_isMotionReduced = look.isMotionReduced;
     m_panel.setColors(look.colors());
     m_panel.filterBar().setMenuLook(look);
     m_tableViewController.setOverlayLook(look);
@@ -226,21 +216,35 @@ void HistoryWindow::clearSearch()
     m_tableViewController.applyFilters(ClipboardTableViewController::Scroll::ToTop);
 }
 
-void HistoryWindow::animateOpacity(const ValueAnimation::Course &course,
-                                   void (HistoryWindow::*finish)())
+void HistoryWindow::enter(WindowMotion::Start start)
 {
-    const quint64 token = m_visibilityAnimationToken;
-    m_animation.start(
-        course, [this](double opacity) { m_panel.setOpacity(opacity); },
-        [this, token, finish] {
-            if (token == m_visibilityAnimationToken)
-                (this->*finish)();
-        });
+    if (m_isMotionReduced)
+        m_motion.settle();
+    else
+        m_motion.enter(start, ifNotOvertaken(&HistoryWindow::finishEntrance));
+}
+
+void HistoryWindow::leave()
+{
+    if (m_isMotionReduced) {
+        finishExit();
+        return;
+    }
+    m_isHideAnimationInFlight = true;
+    m_motion.leave(ifNotOvertaken(&HistoryWindow::finishExit));
+}
+
+std::function<void()> HistoryWindow::ifNotOvertaken(void (HistoryWindow::*finish)())
+{
+    return [this, finish, token = m_visibilityAnimationToken] {
+        if (token == m_visibilityAnimationToken)
+            (this->*finish)();
+    };
 }
 
 void HistoryWindow::finishEntrance()
 {
-    m_panel.setOpacity(1);
+    m_motion.settle();
 }
 
 void HistoryWindow::finishExit()
@@ -250,7 +254,7 @@ void HistoryWindow::finishExit()
     m_isHideAnimationInFlight = true;
     m_panel.hide();
     m_isHideAnimationInFlight = false;
-    m_panel.setOpacity(1);
+    m_motion.settle();
     m_outsideWatch.reset();
     if (onWindowHidden)
         onWindowHidden();

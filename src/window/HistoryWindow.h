@@ -5,7 +5,7 @@
 #include "window/ClipboardTableViewController.h"
 #include "window/HistoryPanel.h"
 #include "window/OutsideWatch.h"
-#include "window/ValueAnimation.h"
+#include "window/WindowMotion.h"
 
 #include <optional>
 
@@ -62,7 +62,10 @@ private:
     void clampFrame();
     void bringForward();
     void clearSearch();
-    void animateOpacity(const ValueAnimation::Course &course, void (HistoryWindow::*finish)());
+    void enter(WindowMotion::Start start);
+    void leave();
+    /// \a finish, for the end of a motion after which nothing else has begun.
+    std::function<void()> ifNotOvertaken(void (HistoryWindow::*finish)());
     void finishEntrance();
     void finishExit();
     void pasteItem(const ClipboardItemPointer &item);
@@ -77,14 +80,14 @@ private:
     bool hasFocus() const;
     void turnAway();
 
-    HistoryWindowStyle m_style;
     HistoryWindowCollaborators m_collaborators;
     HistoryPanel m_panel;
     ClipboardTableViewController m_tableViewController;
-    ValueAnimation m_animation;
+    WindowMotion m_motion;
     /// Counts show() and hide(): an animation that ends acts only if nothing has come between.
     quint64 m_visibilityAnimationToken = 0;
     bool m_isHideAnimationInFlight = false;
+    bool m_isMotionReduced = false;
     std::optional<CallbackHook<>> m_appearanceHook;
     std::optional<OutsideWatch> m_outsideWatch; ///< There while the window is open.
 };

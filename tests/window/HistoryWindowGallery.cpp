@@ -180,8 +180,9 @@ struct Stage : HistoryListFixture
 void waitForEntrance(HistoryWindow &window)
 {
     static_cast<void>(QTest::qWaitForWindowActive(&window.panel()));
-    const auto &panel = static_cast<const HistoryPanel &>(window.panel());
-    static_cast<void>(QTest::qWaitFor([&panel] { return panel.opacity() == 1; }));
+    const PresentationLayer &layer
+        = static_cast<HistoryPanel &>(window.panel()).presentationLayer();
+    static_cast<void>(QTest::qWaitFor([&layer] { return layer.presentation() == Presentation(); }));
 }
 
 constexpr QPoint kMargin(40, 40);

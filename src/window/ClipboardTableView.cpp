@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -33,8 +34,11 @@ bool writesText(const QKeyEvent &event)
 
 } // namespace
 
-ClipboardTableView::ClipboardTableView(Scheduler &scheduler, int scrollerInset, QWidget *parent)
+ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock, int scrollerInset,
+                                       QWidget *parent)
     : QListView(parent)
+    , m_selectionFade(scheduler, clock, [this](const QUuid &id) { return updateRow(id); })
+    , m_starPop(scheduler, clock, [this](const QUuid &id) { return updateRow(id); })
     , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
     , m_scrollerInset(scrollerInset)
 {
@@ -52,6 +56,7 @@ ClipboardTableView::ClipboardTableView(Scheduler &scheduler, int scrollerInset, 
 void ClipboardTableView::setRowDelegate(HistoryRowDelegate *delegate)
 {
     m_rowDelegate = delegate;
+    m_rowDelegate->setColors(m_colors);
     setItemDelegate(delegate);
 }
 
@@ -62,6 +67,12 @@ void ClipboardTableView::setColors(const SystemColors &colors)
         m_rowDelegate->setColors(colors);
     m_scroller->setColors(colors);
     viewport()->update();
+}
+
+void ClipboardTableView::setMotionReduced(bool isReduced)
+{
+    m_selectionFade.setMotionReduced(isReduced);
+    m_starPop.setMotionReduced(isReduced);
 }
 
 void ClipboardTableView::setEmptyText(const QString &title, const QString &note)
@@ -121,12 +132,21 @@ std::pair<int, int> ClipboardTableView::rowsInSight(int margin) const
     return {std::max(first, 0), std::min(last, count - 1)};
 }
 
-ClipboardTableView::StarState ClipboardTableView::starStateAt(QPoint position) const
+/// What is worded anew is shown as it is.
+void ClipboardTableView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                     const QList<int> &roles)
 {
-    const int row = m_hoveredStar < 0 ? -1 : starRowAt(position);
-    if (row < 0 || row != m_hoveredStar)
-        return StarState::Rest;
-    return m_pressedStar && row == m_pressedStar->row() ? StarState::Pressed : StarState::Hovered;
+    QListView::dataChanged(topLeft, bottomRight, roles);
+    const auto [first, last] = rowsInSight();
+    for (int row = std::max(first, topLeft.row()); row <= std::min(last, bottomRight.row()); ++row)
+        m_selectionFade.finish(items().at(row)->id);
+}
+
+void ClipboardTableView::reset()
+{
+    QListView::reset();
+    m_selectionFade.finishAll();
+    m_starPop.finishAll();
 }
 
 void ClipboardTableView::contextMenuEvent(QContextMenuEvent *event)
@@ -216,7 +236,7 @@ void ClipboardTableView::mousePressEvent(QMouseEvent *event)
     // A star is a button of its own: the press neither selects the row nor begins a drag.
     m_pressedStar = model()->index(row, 0);
     m_hoveredStar = row;
-    viewport()->update();
+    updateStar(row);
 }
 
 void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
@@ -238,9 +258,11 @@ void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
     }
     const int row = m_pressedStar->row();
     m_pressedStar.reset();
-    viewport()->update();
-    if (row >= 0 && starRowAt(event->position().toPoint()) == row)
-        emit starClicked(row);
+    updateStar(row);
+    if (row < 0 || starRowAt(event->position().toPoint()) != row)
+        return;
+    m_starPop.start(items().at(row)->id);
+    emit starClicked(row);
 }
 
 void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
@@ -283,8 +305,13 @@ void ClipboardTableView::selectionChanged(const QItemSelection &selected,
                                           const QItemSelection &deselected)
 {
     QListView::selectionChanged(selected, deselected);
+    if (!model())
+        return;
     // The veil of the first row comes and goes with the selection.
-    viewport()->update();
+    if (selected.isEmpty() || deselected.isEmpty())
+        viewport()->update(rowBox(0));
+    fadeSelection(selected);
+    fadeSelection(deselected);
 }
 
 void ClipboardTableView::updateGeometries()
@@ -319,19 +346,75 @@ void ClipboardTableView::setHoveredStar(int row)
 {
     if (row == m_hoveredStar)
         return;
-    m_hoveredStar = row;
-    viewport()->update();
+    const int former = std::exchange(m_hoveredStar, row);
+    updateStar(former);
+    updateStar(row);
+}
+
+void ClipboardTableView::updateStar(int row)
+{
+    viewport()->update(RowLayout(QRectF(rowBox(row))).star.toAlignedRect());
+}
+
+bool ClipboardTableView::updateRow(const QUuid &id)
+{
+    const int row = isVisible() ? rowInSight(id) : -1;
+    if (row >= 0)
+        viewport()->update(rowBox(row));
+    return row >= 0;
+}
+
+const ClipboardItemList &ClipboardTableView::items() const
+{
+    return static_cast<const HistoryListModel *>(model())->items();
+}
+
+int ClipboardTableView::rowInSight(const QUuid &id) const
+{
+    const auto [first, last] = rowsInSight();
+    for (int row = first; row <= last; ++row) {
+        if (items().at(row)->id == id)
+            return row;
+    }
+    return -1;
+}
+
+void ClipboardTableView::fadeSelection(const QItemSelection &changed)
+{
+    for (const QModelIndex &index : changed.indexes()) {
+        if (index.model() != model())
+            continue;
+        const QUuid id = items().at(index.row())->id;
+        // Of what comes in sight later nobody is to see how it was.
+        if (updateRow(id))
+            m_selectionFade.start(id);
+        else
+            m_selectionFade.finish(id);
+    }
+}
+
+RowState ClipboardTableView::rowState(int row) const
+{
+    const QUuid id = items().at(row)->id;
+    RowState state;
+    state.isSelected = row == selectedRow();
+    state.groundOpacity = m_selectionFade.opacity(id, state.isSelected);
+    state.starScale = m_starPop.scale(id);
+    if (row == m_hoveredStar) {
+        const bool isPressed = m_pressedStar && m_pressedStar->row() == row;
+        state.star = isPressed ? RowState::Star::Pressed : RowState::Star::Hovered;
+    }
+    return state;
 }
 
 void ClipboardTableView::paintRows(QPainter &painter, const QRect &exposed) const
 {
-    const auto &items = static_cast<const HistoryListModel *>(model())->items();
     const int reach = m_transition ? int(std::ceil(m_transition->reach())) : 0;
     const auto [first, last] = rowsInSight(reach);
     for (int row = first; row <= last; ++row) {
         RowTransition::Look look;
         if (m_transition)
-            look = m_transition->look(items.at(row)->id);
+            look = m_transition->look(items().at(row)->id);
         const QRectF box = QRectF(rowBox(row)).translated(0, look.offset);
         if (!box.intersects(exposed))
             continue;
@@ -342,12 +425,7 @@ void ClipboardTableView::paintRows(QPainter &painter, const QRect &exposed) cons
 
 void ClipboardTableView::paintRow(QPainter &painter, int row, const QRectF &box) const
 {
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    option.rect = box.toRect();
-    if (row == selectedRow())
-        option.state |= QStyle::State_Selected;
-    itemDelegate()->paint(&painter, option, model()->index(row, 0));
+    m_rowDelegate->paintRow(painter, box.toRect(), items().at(row), rowState(row));
 }
 
 /// The ground of the first row, which Return pastes while none is selected.

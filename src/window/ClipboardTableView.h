@@ -1,6 +1,9 @@
 #pragma once
 
 #include "appearance/SystemColors.h"
+#include "core/ClipboardItem.h"
+#include "window/RowSelectionFade.h"
+#include "window/StarPop.h"
 
 #include <QContextMenuEvent>
 #include <QListView>
@@ -12,7 +15,7 @@
 class HistoryRowDelegate;
 class OverlayScroller;
 class RowTransition;
-class Scheduler;
+struct RowState;
 
 /// The list of the history: rows of one height, at most one of them selected.
 class ClipboardTableView : public QListView
@@ -20,11 +23,10 @@ class ClipboardTableView : public QListView
     Q_OBJECT
 
 public:
-    enum class StarState { Rest, Hovered, Pressed };
-
-    /// \a scheduler must outlive the view. The scroller stays \a scrollerInset away from the lower
-    /// end, where the window is round.
-    ClipboardTableView(Scheduler &scheduler, int scrollerInset, QWidget *parent = nullptr);
+    /// Scheduler and clock must outlive the view. The scroller stays \a scrollerInset away from the
+    /// lower end, where the window is round.
+    ClipboardTableView(Scheduler &scheduler, const Clock &clock, int scrollerInset,
+                       QWidget *parent = nullptr);
 
     void setRowDelegate(HistoryRowDelegate *delegate);
 
@@ -35,6 +37,9 @@ public:
 
     void setColors(const SystemColors &colors);
 
+    /// Whether selections and stars do without their springs.
+    void setMotionReduced(bool isReduced);
+
     /// What stands in the place of the rows while there are none. The note may be empty.
     void setEmptyText(const QString &title, const QString &note);
 
@@ -44,6 +49,9 @@ public:
     /// Without moving the list.
     void selectRowInPlace(int row);
     void deselectAll();
+
+    /// Shows each row as it is: selected or not.
+    void finishSelectionFade() { m_selectionFade.finishAll(); }
 
     /// While it accepts none, keys but Esc and presses do nothing. Unlike a disabled widget it keeps
     /// the focus.
@@ -60,13 +68,15 @@ public:
     /// below; an empty range if there is none.
     std::pair<int, int> rowsInSight(int margin = 0) const;
 
-    /// The state of the star at \a position of the viewport.
-    StarState starStateAt(QPoint position) const;
-
     void keyboardSearch(const QString &) override {}
 
     /// Space on the selected row; false if the key is not wanted.
     std::function<bool(int row)> onSpace;
+
+public slots:
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QList<int> &roles) override;
+    void reset() override;
 
 signals:
     void enterPressed();
@@ -96,6 +106,14 @@ private:
     /// The row whose star is at \a position; -1 if none is.
     int starRowAt(QPoint position) const;
     void setHoveredStar(int row);
+    void updateStar(int row);
+    /// False if it is not in sight.
+    bool updateRow(const QUuid &id);
+    const ClipboardItemList &items() const;
+    /// The row of an entry; -1 unless it is in sight.
+    int rowInSight(const QUuid &id) const;
+    void fadeSelection(const QItemSelection &changed);
+    RowState rowState(int row) const;
     void handleRowKey(QKeyEvent *event);
     void requestMenuAtSelectedRow();
     void paintRows(QPainter &painter, const QRect &exposed) const;
@@ -107,6 +125,8 @@ private:
     SystemColors m_colors;
     HistoryRowDelegate *m_rowDelegate = nullptr;
     RowTransition *m_transition = nullptr;
+    RowSelectionFade m_selectionFade;
+    StarPop m_starPop;
     OverlayScroller *m_scroller;
     int m_scrollerInset;
     bool m_acceptsInput = true;

@@ -157,8 +157,10 @@ void ClipboardTableViewController::requestNewTag(const QUuid &itemID)
     m_itemTags.requestNewTag(itemID, contentView(m_tableView));
 }
 
-void ClipboardTableViewController::setOverlayLook(const Look &look)
+void ClipboardTableViewController::setLook(const Look &look)
 {
+    m_tableView.setMotionReduced(look.isMotionReduced);
+    m_updater.transition().setMotionReduced(look.isMotionReduced);
     m_rowMenu.setLook(look);
     m_limitHint.setLook(look);
     m_itemTags.setLook(look);

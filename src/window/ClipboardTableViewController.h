@@ -78,8 +78,8 @@ public:
     /// Asks for a new tag of an entry.
     void requestNewTag(const QUuid &itemID);
 
-    /// How menus, hints and alerts look from now on.
-    void setOverlayLook(const Look &look);
+    /// How menus, hints and alerts look from now on, and how much moves.
+    void setLook(const Look &look);
 
     /// Takes away the menus, hints and alerts that are on the screen.
     void dismissOverlays();

@@ -12,6 +12,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -24,6 +25,7 @@ constexpr double kPopOpacitySeconds = 0.15;
 constexpr double kSlideSeconds = 0.25;
 constexpr double kSlide = 10;
 constexpr auto kFadeDuration = 150ms;
+constexpr auto kReducedFadeDuration = 100ms;
 constexpr double kFadeScale = 0.9;
 constexpr int kGap = 2; ///< Between the bubble and the star.
 
@@ -62,12 +64,13 @@ void FavoriteLimitHint::setLook(const Look &look)
 bool FavoriteLimitHint::showFavoriteLimitHint(int row, const QString &message)
 {
     dismiss();
-    const QRect place = m_tableView.visualRect(m_tableView.model()->index(row, 0));
+    const QModelIndex index = m_tableView.model()->index(row, 0);
+    const QRect place = m_tableView.visualRect(index);
     if (!m_tableView.isVisible() || !place.intersects(m_tableView.viewport()->rect()))
         return false;
     m_view = std::make_unique<FavoriteLimitHintOverlayView>(message, m_look);
     this->place(RowLayout(place).star.toAlignedRect());
-    dismissWithList();
+    dismissWithList(index);
     popUp();
     m_view->show();
     m_hide = m_scheduler.after(kStay, [this] { fadeOut(); });
@@ -97,8 +100,9 @@ void FavoriteLimitHint::place(const QRect &star)
     m_view->windowHandle()->setTransientParent(m_tableView.window()->windowHandle());
 }
 
-/// A bubble over another star would tell something wrong.
-void FavoriteLimitHint::dismissWithList()
+/// A bubble over another star would tell something wrong, and so would one over a star that has
+/// changed.
+void FavoriteLimitHint::dismissWithList(const QPersistentModelIndex &row)
 {
     const auto dismissOn = [this](auto *sender, auto signal) {
         connect(sender, signal, m_view.get(), [this] { dismiss(); });
@@ -108,10 +112,19 @@ void FavoriteLimitHint::dismissWithList()
     dismissOn(model, &QAbstractItemModel::rowsInserted);
     dismissOn(model, &QAbstractItemModel::rowsRemoved);
     dismissOn(model, &QAbstractItemModel::modelReset);
+    connect(model, &QAbstractItemModel::dataChanged, m_view.get(),
+            [this, row](const QModelIndex &first, const QModelIndex &last) {
+                if (row.row() >= first.row() && row.row() <= last.row())
+                    dismiss();
+            });
 }
 
 void FavoriteLimitHint::popUp()
 {
+    if (m_look.isMotionReduced) {
+        fade(0, 1, [] {});
+        return;
+    }
     const auto duration = kPop.settlingDuration();
     const double seconds = std::chrono::duration<double>(duration).count();
     m_animation.start(
@@ -121,6 +134,10 @@ void FavoriteLimitHint::popUp()
 
 void FavoriteLimitHint::fadeOut()
 {
+    if (m_look.isMotionReduced) {
+        fade(1, 0, [this] { dismiss(); });
+        return;
+    }
     m_animation.start(
         {1, 0, kFadeDuration, easeIn},
         [this](double presence) {
@@ -128,4 +145,12 @@ void FavoriteLimitHint::fadeOut()
                              .opacity = presence});
         },
         [this] { dismiss(); });
+}
+
+/// In its place and size.
+void FavoriteLimitHint::fade(double from, double to, std::function<void()> done)
+{
+    m_animation.start(
+        {from, to, kReducedFadeDuration, steady},
+        [this](double opacity) { m_view->setPose({.opacity = opacity}); }, std::move(done));
 }

@@ -4,7 +4,9 @@
 #include "window/ValueAnimation.h"
 
 #include <QObject>
+#include <QPersistentModelIndex>
 
+#include <functional>
 #include <memory>
 
 class ClipboardTableView;
@@ -30,9 +32,10 @@ public:
 
 private:
     void place(const QRect &star);
-    void dismissWithList();
+    void dismissWithList(const QPersistentModelIndex &row);
     void popUp();
     void fadeOut();
+    void fade(double from, double to, std::function<void()> done);
 
     ClipboardTableView &m_tableView;
     Scheduler &m_scheduler;

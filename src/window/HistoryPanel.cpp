@@ -46,7 +46,7 @@ constexpr qreal kScrollerInsetShare = 0.65;
 } // namespace
 
 HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager,
-                           Scheduler &scheduler)
+                           Scheduler &scheduler, const Clock &clock)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_style(style)
     , m_glassContainerView(new GlassContainerView(style, this))
@@ -56,7 +56,7 @@ HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManag
     setAttribute(Qt::WA_QuitOnClose, false);
     m_glassContainerView->onGroundPainted = [this](QPainter &painter) { paintFocusRings(painter); };
     buildHead(tagManager, scheduler);
-    buildList(scheduler);
+    buildList(scheduler, clock);
     buildHandles();
 }
 
@@ -164,12 +164,12 @@ void HistoryPanel::buildHead(TagManager &tagManager, Scheduler &scheduler)
     m_separatorLine->setObjectName(u"separatorLine"_s);
 }
 
-void HistoryPanel::buildList(Scheduler &scheduler)
+void HistoryPanel::buildList(Scheduler &scheduler, const Clock &clock)
 {
     m_tableContainerView = new QWidget(m_glassContainerView);
     m_tableContainerView->setObjectName(u"tableContainerView"_s);
     const int scrollerInset = qRound(m_style.cornerRadius * kScrollerInsetShare);
-    m_tableView = new ClipboardTableView(scheduler, scrollerInset, m_tableContainerView);
+    m_tableView = new ClipboardTableView(scheduler, clock, scrollerInset, m_tableContainerView);
     m_tableView->setObjectName(u"tableView"_s);
     connect(m_tableView, &ClipboardTableView::textKeyPressed, this, [this](QKeyEvent *event) {
         m_searchField->setFocus();

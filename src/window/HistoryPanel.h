@@ -9,6 +9,7 @@
 #include <optional>
 
 class ClipboardTableView;
+class Clock;
 class EdgeResizeView;
 class FilterBarView;
 class GlassContainerView;
@@ -27,8 +28,9 @@ class HistoryPanel : public QWidget
     Q_OBJECT
 
 public:
-    /// The tag manager and the scheduler must outlive the panel.
-    HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager, Scheduler &scheduler);
+    /// All but the style must outlive the panel.
+    HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager, Scheduler &scheduler,
+                 const Clock &clock);
 
     SearchField &searchField() { return *m_searchField; }
     PinButton &pinButton() const { return *m_pinButton; }
@@ -62,7 +64,7 @@ protected:
 
 private:
     void buildHead(TagManager &tagManager, Scheduler &scheduler);
-    void buildList(Scheduler &scheduler);
+    void buildList(Scheduler &scheduler, const Clock &clock);
     void buildHandles();
     void layoutViews();
     void cutShape();

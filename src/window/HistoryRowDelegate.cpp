@@ -1,8 +1,9 @@
 #include "window/HistoryRowDelegate.h"
 
 #include "appearance/InterfaceFont.h"
+#include "appearance/DevicePixels.h"
 #include "appearance/SymbolImage.h"
-#include "window/ClipboardTableView.h"
+#include "language/Localized.h"
 #include "window/HistoryListModel.h"
 #include "window/HistoryRow.h"
 #include "window/RowIcon.h"
@@ -10,8 +11,11 @@
 #include "window/RowPictures.h"
 #include "window/RowThumbnail.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyleOptionViewItem>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +55,19 @@ TintedSymbol typeSymbol(const ClipboardItem &item, const SystemColors &colors)
     return {};
 }
 
+void scaleAbout(QPainter &painter, const QPointF &centre, qreal scale)
+{
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.translate(centre);
+    painter.scale(scale, scale);
+    painter.translate(-centre);
+}
+
+const ClipboardItemPointer &itemAt(const QModelIndex &index)
+{
+    return static_cast<const HistoryListModel &>(*index.model()).items().at(index.row());
+}
+
 } // namespace
 
 HistoryRowDelegate::HistoryRowDelegate(HistoryRowCache &rows, RowPictures &pictures,
@@ -70,24 +87,31 @@ void HistoryRowDelegate::paintVeil(QPainter &painter, const QRect &row) const
     painter.drawRoundedRect(RowLayout(row).selection, m_selectionRadius, m_selectionRadius);
 }
 
+void HistoryRowDelegate::paintRow(QPainter &painter, const QRect &box,
+                                  const ClipboardItemPointer &item, const RowState &state) const
+{
+    const RowLayout layout{QRectF(box)};
+    const SystemColors colors = state.isSelected ? m_colors.onSelection() : m_colors;
+
+    painter.save();
+    // Marks may be heaped on a letter as high as anybody likes.
+    painter.setClipRect(box, Qt::IntersectClip);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (state.groundOpacity > 0)
+        paintSelection(painter, layout.selection, state.groundOpacity);
+    paintIcon(painter, layout.icon, *item, colors, state.isSelected);
+    paintBadge(painter, layout.badge, *item);
+    paintTexts(painter, layout, m_rows.row(item), colors);
+    paintStar(painter, layout.star, *item, colors, state);
+    painter.restore();
+}
+
 void HistoryRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                const QModelIndex &index) const
 {
-    const auto &model = static_cast<const HistoryListModel &>(*index.model());
-    const ClipboardItemPointer &item = model.items().at(index.row());
-    const RowLayout layout{QRectF(option.rect)};
     const bool isSelected = option.state & QStyle::State_Selected;
-    const SystemColors colors = isSelected ? m_colors.onSelection() : m_colors;
-
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    if (isSelected)
-        paintSelection(*painter, layout.selection);
-    paintIcon(*painter, layout.icon, *item, colors, isSelected);
-    paintBadge(*painter, layout.badge, *item);
-    paintTexts(*painter, layout, m_rows.row(item), colors);
-    paintStar(*painter, layout.star, *item, colors, option.widget);
-    painter->restore();
+    paintRow(*painter, option.rect, itemAt(index),
+             {.isSelected = isSelected, .groundOpacity = isSelected ? 1.0 : 0.0});
 }
 
 QSize HistoryRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
@@ -95,8 +119,25 @@ QSize HistoryRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelInd
     return {0, kRowHeight};
 }
 
-void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box) const
+bool HistoryRowDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
+                                   const QStyleOptionViewItem &option, const QModelIndex &index)
 {
+    const QRect star = RowLayout(QRectF(option.rect)).star.toAlignedRect();
+    if (!index.isValid() || !star.contains(event->pos())) {
+        QToolTip::hideText();
+        return false;
+    }
+    const QString text = itemAt(index)->isFavorite
+        ? localized(u"menu.unfavorite"_s, u"Unfavorite"_s)
+        : localized(u"menu.favorite"_s, u"Favorite"_s);
+    QToolTip::showText(event->globalPos(), text, view->viewport(), star);
+    return true;
+}
+
+void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box, qreal opacity) const
+{
+    const qreal rowOpacity = painter.opacity();
+    painter.setOpacity(rowOpacity * opacity);
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_colors.selectionColor);
     painter.drawRoundedRect(box, m_selectionRadius, m_selectionRadius);
@@ -106,6 +147,7 @@ void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box) co
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(inside, m_selectionRadius - hairline / 2,
                             m_selectionRadius - hairline / 2);
+    painter.setOpacity(rowOpacity);
 }
 
 void HistoryRowDelegate::paintIcon(QPainter &painter, const QRectF &box, const ClipboardItem &item,
@@ -146,20 +188,25 @@ void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,
 }
 
 void HistoryRowDelegate::paintStar(QPainter &painter, const QRectF &box, const ClipboardItem &item,
-                                   const SystemColors &colors, const QWidget *view) const
+                                   const SystemColors &colors, const RowState &state) const
 {
-    using StarState = ClipboardTableView::StarState;
-    const auto *table = qobject_cast<const ClipboardTableView *>(view);
-    const StarState state = table ? table->starStateAt(box.center().toPoint()) : StarState::Rest;
-    if (state != StarState::Rest) {
-        const qreal alpha = state == StarState::Pressed ? kStarPressedAlpha : kStarHoverAlpha;
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withAlpha(colors.labelColor, alpha));
-        painter.drawEllipse(box);
-    }
+    const bool isAtRest = state.star == RowState::Star::Rest;
     const QString name = item.isFavorite ? u"star.fill"_s : u"star"_s;
     QColor color = item.isFavorite ? colors.controlAccentColor : colors.tertiaryLabelColor;
-    if (!item.isFavorite && state != StarState::Rest)
+    if (!item.isFavorite && !isAtRest)
         color = colors.secondaryLabelColor;
-    drawSymbol(painter, box, {name, kStarSize, SymbolWeight::Medium}, color);
+    const QPixmap star = symbolPixmap({name, kStarSize, SymbolWeight::Medium}, color,
+                                      painter.device()->devicePixelRatioF());
+    // Where it is at rest: it grows about its centre and is not put on whole pixels meanwhile.
+    const QPointF corner = centredOnDevice(painter, box, star.deviceIndependentSize());
+    if (state.starScale != 1)
+        scaleAbout(painter, box.center(), state.starScale);
+    if (!isAtRest) {
+        const bool isPressed = state.star == RowState::Star::Pressed;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(
+            withAlpha(colors.labelColor, isPressed ? kStarPressedAlpha : kStarHoverAlpha));
+        painter.drawEllipse(box);
+    }
+    painter.drawPixmap(corner, star);
 }

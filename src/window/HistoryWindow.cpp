@@ -18,7 +18,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -30,7 +29,8 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                              const HistoryWindowCollaborators &collaborators,
                              const ClipboardItemList &items)
     : m_collaborators(collaborators)
-    , m_panel(style, collaborators.list.tagManager, collaborators.list.scheduler)
+    , m_panel(style, collaborators.list.tagManager, collaborators.list.scheduler,
+              collaborators.list.clock)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
     , m_motion(m_panel.presentationLayer(),
                style.isTranslucent ? WindowMotion::Kind::FadeAndScale : WindowMotion::Kind::Fade,
@@ -101,7 +101,7 @@ void HistoryWindow::refreshAppearance()
     m_isMotionReduced = look.isMotionReduced;
     m_panel.setColors(look.colors());
     m_panel.filterBar().setMenuLook(look);
-    m_tableViewController.setOverlayLook(look);
+    m_tableViewController.setLook(look);
 }
 
 void HistoryWindow::refreshPinButtonVisibility()

@@ -46,7 +46,7 @@ void ListUpdater::removeItem(qsizetype row)
     ClipboardItemList items = m_model.items();
     items.removeAt(row);
     if (m_tableView.selectedRow() == row)
-        m_tableView.deselectAll();
+        deselect();
     updateItems(items, {{row}, {}, {}}, Motion::Show);
 }
 
@@ -69,7 +69,7 @@ void ListUpdater::updateItems(const ClipboardItemList &items, const ListDifferen
     if (current.isValid() && std::ranges::binary_search(difference.removedRows, current.row())) {
         if (m_tableView.selectedRow() == current.row())
             movedId = m_model.items().at(current.row())->id;
-        m_tableView.deselectAll();
+        deselect();
     }
     const bool isSameOrder = difference.removedRows.isEmpty() && difference.insertedRows.isEmpty();
     if (!isSameOrder && motion == Motion::Show) {
@@ -107,10 +107,18 @@ QModelIndex ListUpdater::firstStayingRow(const ListDifference &difference) const
     return {};
 }
 
+/// Nothing is seen of it: the row leaves its place, and may be selected again elsewhere.
+void ListUpdater::deselect()
+{
+    m_tableView.deselectAll();
+    m_tableView.finishSelectionFade();
+}
+
 /// Selects the row of an entry, if it is listed, without moving the list.
 void ListUpdater::selectItem(const QUuid &id)
 {
     const qsizetype row = indexOfItem(m_model.items(), id);
     if (row >= 0)
         m_tableView.selectRowInPlace(int(row));
+    m_tableView.finishSelectionFade();
 }

@@ -34,6 +34,7 @@ private:
                      Motion motion);
     void updateInSight(const ClipboardItemList &items, const ListDifference &difference);
     QModelIndex firstStayingRow(const ListDifference &difference) const;
+    void deselect();
     void selectItem(const QUuid &id);
 
     ClipboardTableView &m_tableView;

@@ -104,6 +104,7 @@ std::unique_ptr<QMenu> RowMenu::makeMenu(const ClipboardItem &item, const Offers
 void RowMenu::addTags(QMenu &menu, const ClipboardItem &item, const QStringList &tagNames)
 {
     auto *row = new TagChipRow(tagNames, item.tags, m_look.colors());
+    row->setAnimated(!m_look.isMotionReduced);
     row->onToggle = [this, id = item.id](const QString &name) { emit tagToggled(name, id); };
     auto *action = new QWidgetAction(&menu);
     action->setDefaultWidget(row);

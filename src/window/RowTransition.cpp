@@ -7,7 +7,6 @@
 
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +17,7 @@ namespace {
 
 constexpr auto kTravelTime = 200ms;
 constexpr auto kFadeTime = 250ms;
+constexpr std::chrono::milliseconds kReducedTime = 100ms;
 
 } // namespace
 
@@ -35,7 +35,7 @@ RowTransition::~RowTransition() = default;
 
 void RowTransition::follow(const ListDifference &difference, const std::function<void()> &change)
 {
-    if (!isSeen()) {
+    if (!m_view.isVisible()) {
         finish();
         change();
         return;
@@ -60,13 +60,13 @@ void RowTransition::finish()
 
 void RowTransition::fadeOut(const QUuid &id, std::function<void()> done)
 {
-    if (indexOfItem(m_model.items(), id) < 0 || !isSeen()) {
+    if (indexOfItem(m_model.items(), id) < 0 || !m_view.isVisible()) {
         done();
         return;
     }
     Fade &fade = m_fades.try_emplace(id, m_scheduler, m_clock).first->second;
     fade.animation.start(
-        {.from = fade.opacity, .to = 0, .duration = kFadeTime, .easing = easeInOut},
+        {.from = fade.opacity, .to = 0, .duration = shortened(kFadeTime), .easing = easeInOut},
         [this, &fade](double opacity) {
             fade.opacity = opacity;
             m_view.viewport()->update();
@@ -111,12 +111,9 @@ void RowTransition::paintDeparting(QPainter &painter) const
     painter.restore();
 }
 
-bool RowTransition::isSeen() const
+std::chrono::milliseconds RowTransition::shortened(std::chrono::milliseconds duration) const
 {
-    // Zero is how a style says that the desktop wants no motion.
-    const QStyle &style = *m_view.style();
-    return m_view.isVisible()
-        && style.styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &m_view) > 0;
+    return m_isMotionReduced ? std::min(duration, kReducedTime) : duration;
 }
 
 /// Takes pictures of the rows that go, as they are seen now: the list forgets them.
@@ -153,7 +150,7 @@ void RowTransition::moveFrom(const ListDifference &difference, int oldScrollValu
         Look start = travelLook(id);
         start.offset += qreal(oldRow(difference, row) - row) * kRowHeight + scrolled;
         // What comes from beyond the next page is not seen to come from anywhere.
-        if (std::abs(start.offset) > height)
+        if (m_isMotionReduced || std::abs(start.offset) > height)
             start.offset = 0;
         if (start.offset != 0 || start.opacity < 1)
             starts.insert(id, start);
@@ -167,7 +164,7 @@ void RowTransition::start()
         finish();
         return;
     }
-    m_animation.start({.from = 1, .to = 0, .duration = kTravelTime, .easing = easeOut},
+    m_animation.start({.from = 1, .to = 0, .duration = shortened(kTravelTime), .easing = easeOut},
                       [this](double left) {
                           m_shareToGo = left;
                           m_view.viewport()->update();

@@ -17,7 +17,7 @@ class QPainter;
 /// new places. What is painted follows behind; what is true, and where a click lands, changes at
 /// once. A further change goes on from what is seen.
 ///
-/// None of it happens while the view is hidden or where animations are switched off.
+/// None of it happens while the view is hidden.
 class RowTransition
 {
 public:
@@ -33,6 +33,9 @@ public:
                   const Clock &clock);
     ~RowTransition();
 
+    /// Where it is, rows do not slide, and fades are short.
+    void setMotionReduced(bool isReduced) { m_isMotionReduced = isReduced; }
+
     /// Calls \a change, which is to carry \a difference out, and lets what is seen follow.
     void follow(const ListDifference &difference, const std::function<void()> &change);
 
@@ -40,7 +43,7 @@ public:
     void finish();
 
     /// Fades the row of an entry, which stays in the list, and then calls \a done, which is to
-    /// remove it; at once if it is not listed, or where nothing moves. Out of sight it takes as long
+    /// remove it; at once if it is not listed, or while the view is hidden. Out of sight it takes as long
     /// as in sight: a key that is held must not run through what nobody sees. Never calls \a done
     /// once the transition is gone.
     void fadeOut(const QUuid &id, std::function<void()> done);
@@ -69,7 +72,7 @@ private:
         ValueAnimation animation;
     };
 
-    bool isSeen() const;
+    std::chrono::milliseconds shortened(std::chrono::milliseconds duration) const;
     Look travelLook(const QUuid &id) const;
     void beginDeparture(const QList<qsizetype> &removedRows);
     void moveFrom(const ListDifference &difference, int oldScrollValue);
@@ -80,6 +83,7 @@ private:
     Scheduler &m_scheduler;
     const Clock &m_clock;
     ValueAnimation m_animation;
+    bool m_isMotionReduced = false;
     qreal m_shareToGo = 0; ///< Of the way.
     QHash<QUuid, Look> m_starts; ///< How the rows looked that are on their way, when they set out.
     QList<Departing> m_departing;

@@ -67,6 +67,14 @@ protected:
             m_manager->addItem(*item);
     }
 
+    void pass(std::chrono::milliseconds time)
+    {
+        for (; time.count() > 0; time -= std::chrono::milliseconds(1)) {
+            m_clock->advance(std::chrono::milliseconds(1));
+            m_scheduler->advance(std::chrono::milliseconds(1));
+        }
+    }
+
     std::unique_ptr<FakeScheduler> m_scheduler;
     std::unique_ptr<FakeWorkspace> m_workspace;
     std::unique_ptr<FakeFileViewer> m_fileViewer;

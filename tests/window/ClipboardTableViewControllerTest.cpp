@@ -1,4 +1,5 @@
 #include "tests/fakes/CountingSource.h"
+#include "tests/fakes/PaintedRegions.h"
 #include "tests/fakes/SlowSource.h"
 #include "tests/window/TableFixture.h"
 
@@ -6,7 +7,6 @@
 #include "window/RowPictures.h"
 
 #include <QFile>
-#include <QPaintEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -31,26 +31,6 @@ ClipboardItemPointer longItem(const std::shared_ptr<CountingSource> &source)
     entry.stringValue = Utf8Text::elsewhere(kLongText, source);
     return shared(entry);
 }
-
-/// Notes what is painted of a widget.
-class PaintedRegions : public QObject
-{
-public:
-    explicit PaintedRegions(QWidget &widget) { widget.installEventFilter(this); }
-
-    const QList<QRect> &regions() const { return m_regions; }
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_regions.append(static_cast<QPaintEvent *>(event)->rect());
-        return false;
-    }
-
-private:
-    QList<QRect> m_regions;
-};
 
 } // namespace
 
@@ -535,10 +515,10 @@ void ClipboardTableViewControllerTest::aThumbnailThatArrivesRedrawsItsRowAlone()
     mayDecode.release();
     QVERIFY(arrived.wait());
     QTRY_COMPARE(painted.regions(),
-                 QList<QRect>{m_view->visualRect(m_view->model()->index(2, 0))});
+                 QList<QRegion>{m_view->visualRect(m_view->model()->index(2, 0))});
     QCOMPARE(reset.count() + changed.count(), 0);
 
-    const QRect icon = RowLayout(painted.regions().first()).icon.toRect();
+    const QRect icon = RowLayout(painted.regions().first().boundingRect()).icon.toRect();
     QCOMPARE(m_view->viewport()->grab(icon).toImage().pixelColor(16, 16), QColor(Qt::white));
 }
 

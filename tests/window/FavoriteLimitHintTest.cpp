@@ -29,6 +29,7 @@ private slots:
     void itStaysForAWhileAndFades();
     void aNewHintTakesThePlaceOfTheFormer();
     void itPopsUpFromTheLeft();
+    void withReducedMotionItFadesInItsPlace();
     void itGoesWhenTheListMoves_data();
     void itGoesWhenTheListMoves();
     void itGoesWithTheWindow();
@@ -44,7 +45,6 @@ private:
     View *hint() const;
     QRect bubbleOnScreen() const;
     void pressStar(int row);
-    void pass(std::chrono::milliseconds time);
 
     ClipboardItemList m_full; ///< As many favourites as there may be, under five other entries.
 };
@@ -86,14 +86,6 @@ QRect FavoriteLimitHintTest::bubbleOnScreen() const
 void FavoriteLimitHintTest::pressStar(int row)
 {
     QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, starOf(row));
-}
-
-void FavoriteLimitHintTest::pass(std::chrono::milliseconds time)
-{
-    for (; time.count() > 0; time -= 1ms) {
-        m_clock->advance(1ms);
-        m_scheduler->advance(1ms);
-    }
 }
 
 void FavoriteLimitHintTest::aRefusedFavoriteLeavesTheStarAndBeeps()
@@ -198,6 +190,28 @@ void FavoriteLimitHintTest::itPopsUpFromTheLeft()
     QCOMPARE(hint()->geometry(), place);
 }
 
+void FavoriteLimitHintTest::withReducedMotionItFadesInItsPlace()
+{
+    m_controller->setLook({.isMotionReduced = true});
+    pressStar(2);
+    QVERIFY(hint()->pose().opacity < 0.2);
+    const auto passStill = [this](std::chrono::milliseconds time) {
+        for (; time.count() > 0 && hint(); time -= 1ms) {
+            QCOMPARE(hint()->pose().scale, 1.0);
+            QCOMPARE(hint()->pose().shift, 0.0);
+            pass(1ms);
+        }
+    };
+    passStill(100ms);
+    QCOMPARE(hint()->pose().opacity, 1.0);
+    passStill(1099ms);
+    QCOMPARE(hint()->pose().opacity, 1.0); // It stays as long as otherwise.
+    passStill(51ms);
+    QVERIFY(hint()->pose().opacity < 1);
+    passStill(50ms);
+    QVERIFY(!hint());
+}
+
 void FavoriteLimitHintTest::itGoesWhenTheListMoves_data()
 {
     QTest::addColumn<std::function<void()>>("move");
@@ -209,6 +223,8 @@ void FavoriteLimitHintTest::itGoesWhenTheListMoves_data()
         m_controller->setItems(SampleHistory::texts({u"new"_s}) + m_full);
         m_controller->applyFilters(ClipboardTableViewController::Scroll::Keep);
     });
+    add("another wording", [this] { m_controller->refreshTexts(); });
+    add("a tag on its entry", [this] { m_controller->toggleTag(u"work"_s, m_full[2]->id); });
     add("a search", [this] { search(u"entry 7"_s); });
 }
 
@@ -320,17 +336,17 @@ void FavoriteLimitHintTest::theBubbleHasItsColors()
 
 void FavoriteLimitHintTest::aHintThatIsThereFollowsTheColors()
 {
-    m_controller->setOverlayLook({ColorScheme::Light, true});
+    m_controller->setLook({ColorScheme::Light, true});
     pressStar(2);
     pass(1000ms);
     const QImage light = hint()->grab().toImage();
-    m_controller->setOverlayLook({ColorScheme::Dark, true});
+    m_controller->setLook({ColorScheme::Dark, true});
     QVERIFY(hint()->grab().toImage() != light);
 }
 
 void FavoriteLimitHintTest::withoutACompositorItIsPlain()
 {
-    m_controller->setOverlayLook({ColorScheme::Light, false});
+    m_controller->setLook({ColorScheme::Light, false});
     pressStar(2);
     QCOMPARE(hint()->bubble(), hint()->rect());
     QVERIFY(!hint()->mask().isEmpty());

@@ -92,14 +92,6 @@ protected:
         m_window->onWindowHidden = [this] { ++m_hiddenCount; };
     }
 
-    void pass(std::chrono::milliseconds time)
-    {
-        for (; time.count() > 0; time -= std::chrono::milliseconds(1)) {
-            m_clock->advance(std::chrono::milliseconds(1));
-            m_scheduler->advance(std::chrono::milliseconds(1));
-        }
-    }
-
     void openWholly()
     {
         m_window->show();

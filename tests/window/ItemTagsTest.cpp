@@ -125,7 +125,7 @@ void ItemTagsTest::make(const QList<QStringList> &tagsOfEntries)
     openHistory();
     m_window = std::make_unique<QWidget>();
     m_window->resize(680, 500);
-    m_view = new ClipboardTableView(*m_scheduler, 0, m_window.get());
+    m_view = new ClipboardTableView(*m_scheduler, *m_clock, 0, m_window.get());
     m_view->setColors(systemColors(ColorScheme::Light));
     m_view->setGeometry(0, 0, 680, 500);
     m_controller = std::make_unique<ClipboardTableViewController>(*m_view, 18,

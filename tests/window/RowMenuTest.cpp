@@ -548,14 +548,14 @@ void RowMenuTest::theMenuHasTheLookThatIsAskedFor()
 {
     make(SampleHistory::numbered(3));
     for (const ColorScheme scheme : {ColorScheme::Light, ColorScheme::Dark}) {
-        m_controller->setOverlayLook({scheme, false});
+        m_controller->setLook({scheme, false});
         rightClick(1);
         QVERIFY(openMenu()->contentsMargins().isNull());
         QCOMPARE(openMenu()->grab().toImage().pixelColor(10, 3),
                  systemColors(scheme).raisedSurfaceColor);
         openMenu()->close();
     }
-    m_controller->setOverlayLook({ColorScheme::Dark, true});
+    m_controller->setLook({ColorScheme::Dark, true});
     rightClick(1);
     QVERIFY(!openMenu()->contentsMargins().isNull());
 }

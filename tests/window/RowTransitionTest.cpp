@@ -2,7 +2,6 @@
 
 #include "window/RowTransition.h"
 
-#include <QProxyStyle>
 #include <QScrollBar>
 #include <QTest>
 
@@ -13,18 +12,6 @@ using Scroll = ClipboardTableViewController::Scroll;
 namespace {
 
 constexpr auto kLongEnough = 300ms;
-
-class StillStyle : public QProxyStyle
-{
-public:
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *answer) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-            ? 0
-            : QProxyStyle::styleHint(hint, option, widget, answer);
-    }
-};
 
 } // namespace
 
@@ -42,7 +29,8 @@ private slots:
     void aFurtherChangeGoesOnFromWhatIsSeen();
     void nothingMovesWhereTheListIsScrolledAway();
     void aSearchEndsIt();
-    void nothingMovesWithoutAnimations();
+    void withReducedMotionRowsFadeInTheirPlaces();
+    void withReducedMotionADeletedRowFadesFaster();
     void nothingMovesWhileHidden();
     void aRowFadesOutBeforeItIsRemoved();
     void aRowThatNobodyCanSeeIsRemovedAtOnce();
@@ -54,14 +42,6 @@ private:
     {
         m_controller->setItems(items);
         m_controller->applyFilters(Scroll::Keep);
-    }
-
-    void pass(std::chrono::milliseconds time)
-    {
-        for (; time.count() > 0; time -= 1ms) {
-            m_clock->advance(1ms);
-            m_scheduler->advance(1ms);
-        }
     }
 
     QImage picture() { return m_view->viewport()->grab().toImage(); }
@@ -191,16 +171,34 @@ void RowTransitionTest::aSearchEndsIt()
     QCOMPARE(finalPicture(), first);
 }
 
-void RowTransitionTest::nothingMovesWithoutAnimations()
+void RowTransitionTest::withReducedMotionRowsFadeInTheirPlaces()
 {
-    StillStyle style;
     const ClipboardItemList items = SampleHistory::numbered(20);
     make(items);
-    m_view->setStyle(&style);
-    show(SampleHistory::texts({u"new"_s}) + items);
-    const QImage first = picture();
-    QCOMPARE(finalPicture(), first);
-    tearDownTable(); // The view goes before its style.
+    pass(1s);
+    m_controller->setLook({.isMotionReduced = true});
+    const ClipboardItemList added = SampleHistory::texts({u"new"_s});
+    show(added + items);
+    QCOMPARE(transition().reach(), 0.0);
+    QVERIFY(look(added[0]).opacity < 0.5);
+    pass(99ms);
+    QCOMPARE(transition().reach(), 0.0);
+    pass(1ms);
+    QCOMPARE(look(added[0]).opacity, 1.0);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void RowTransitionTest::withReducedMotionADeletedRowFadesFaster()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    m_controller->setLook({.isMotionReduced = true});
+    int doneCount = 0;
+    transition().fadeOut(items[2]->id, [&] { ++doneCount; });
+    pass(50ms);
+    QVERIFY(look(items[2]).opacity > 0.2 && look(items[2]).opacity < 0.8);
+    pass(50ms);
+    QCOMPARE(doneCount, 1);
 }
 
 void RowTransitionTest::nothingMovesWhileHidden()

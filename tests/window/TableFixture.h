@@ -36,7 +36,7 @@ protected:
     void make(const ClipboardItemList &items)
     {
         tearDownTable();
-        m_view = std::make_unique<ClipboardTableView>(*m_scheduler, 0);
+        m_view = std::make_unique<ClipboardTableView>(*m_scheduler, *m_clock, 0);
         m_view->setColors(systemColors(ColorScheme::Light));
         m_view->resize(680, 400);
         m_controller = std::make_unique<ClipboardTableViewController>(

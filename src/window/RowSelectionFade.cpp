@@ -1,0 +1,44 @@
+#include "window/RowSelectionFade.h"
+
+#include "appearance/Spring.h"
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr Spring kSpring{.mass = 1.2, .stiffness = 280, .damping = 18};
+constexpr double kHalfAStep = 0.5 / 255; ///< Of what is painted.
+constexpr auto kReducedDuration = 100ms;
+
+/// Beyond its place there is nothing more to be seen.
+double swing(std::chrono::duration<double> time)
+{
+    return std::clamp(kSpring.positionAfter(time), 0.0, 1.0);
+}
+
+double steady(std::chrono::duration<double> time)
+{
+    return time / kReducedDuration;
+}
+
+const RowCourses::Course &course(bool isMotionReduced)
+{
+    static const RowCourses::Course spring{swing, kSpring.settlingDuration(kHalfAStep)};
+    static const RowCourses::Course reduced{steady, kReducedDuration};
+    return isMotionReduced ? reduced : spring;
+}
+
+} // namespace
+
+void RowSelectionFade::start(const QUuid &id)
+{
+    m_courses.start(id, course(m_isMotionReduced));
+}
+
+double RowSelectionFade::opacity(const QUuid &id, bool isSelected) const
+{
+    const double position = m_courses.position(id);
+    return isSelected ? position : 1 - position;
+}

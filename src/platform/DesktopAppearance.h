@@ -5,6 +5,9 @@
 #include <functional>
 #include <optional>
 
+class QPainterPath;
+class QWindow;
+
 /// What the desktop says of its looks. Main thread only.
 class DesktopAppearance
 {
@@ -28,7 +31,11 @@ public:
     /// Whether the desktop blurs what shines through a window that asks for it.
     virtual bool offersBlur() const = 0;
 
-    /// By how much the person wants texts larger than usual.
+    /// Asks for that within \a shape, in the coordinates of \a window, which must have been created;
+    /// an empty shape takes the wish back. A desktop that offers no blur may offer it later.
+    virtual void blurBehind(QWindow *window, const QPainterPath &shape) = 0;
+
+    /// By how much the person wants texts larger than usual, beyond what makes everything larger.
     virtual qreal textScale() const = 0;
 
     /// Called after one of the answers has changed.

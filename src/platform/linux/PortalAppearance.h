@@ -1,26 +1,40 @@
 #pragma once
 
+#include <QColor>
 #include <QDBusVariant>
 #include <QObject>
 
 #include <functional>
 #include <optional>
 
-/// The person's choice of light or dark, as the desktop portal tells it. Main thread only.
+/// How the person wants things to look, as the desktop portal tells it. Main thread only.
 ///
 /// The question is put once the event loop runs, and nothing waits for the answer: a portal may
-/// take seconds to start.
+/// take seconds to start. Until it is there, without a portal, and where the portal tells something
+/// that it cannot mean, nobody prefers anything.
 class PortalAppearance : public QObject
 {
     Q_OBJECT
 
 public:
+    struct Preferences
+    {
+        std::optional<bool> isDark;
+        std::optional<QColor> accent;
+        bool isContrastHigh = false;
+        bool isMotionReduced = false;
+        bool isAnimated = true; ///< In the words of older desktops, as is the next.
+        bool isThemeContrastHigh = false;
+        double textScale = 1;
+
+        friend bool operator==(const Preferences &, const Preferences &) = default;
+    };
+
     PortalAppearance();
 
-    /// Absent until the answer is there, without a portal, and without a preference.
-    std::optional<bool> prefersDark() const { return m_prefersDark; }
+    const Preferences &preferences() const { return m_preferences; }
 
-    /// Called after the answer has changed.
+    /// Called after one of the preferences has changed.
     std::function<void()> onChanged;
 
 private slots:
@@ -28,7 +42,7 @@ private slots:
 
 private:
     void ask();
-    void apply(const QVariant &value);
+    void set(const Preferences &preferences);
 
-    std::optional<bool> m_prefersDark;
+    Preferences m_preferences;
 };

@@ -1,55 +1,54 @@
 #include "platform/x11/X11Appearance.h"
 
+#include <QGuiApplication>
+
+#include <algorithm>
 #include <utility>
 
-#include <xcb/xcb.h>
-#include <xcb/xfixes.h>
-
 X11Appearance::X11Appearance(X11Connection &connection)
-    : m_connection(connection)
+    : m_settings(connection)
+    , m_compositor(connection, X11AtomName::CompositorSelection)
+    , m_blur(connection)
 {
-    m_portal.onChanged = [this] {
-        announceChange();
-        if (onPreferenceChanged)
-            onPreferenceChanged();
-    };
-    m_connection.addListener(this);
-    watchCompositor();
+    m_portal.onChanged = [this] { handlePreferences(); };
+    m_settings.onChanged = [this] { announceChange(); };
+    m_compositor.onChanged = [this] { announceChange(); };
+    m_blur.onChanged = [this] { announceChange(); };
 }
 
-X11Appearance::~X11Appearance()
+bool X11Appearance::prefersHighContrast() const
 {
-    m_connection.removeListener(this);
+    const PortalAppearance::Preferences &preferences = m_portal.preferences();
+    return preferences.isContrastHigh || preferences.isThemeContrastHigh
+        || m_settings.values().isContrastHigh;
 }
 
-void X11Appearance::watchCompositor()
+/// Whoever does not care leaves these switches alone: one that says so is enough.
+bool X11Appearance::prefersReducedMotion() const
 {
-    const quint32 selection = m_connection.atom(X11AtomName::CompositorSelection);
-    if (m_connection.xfixes().isPresent) {
-        xcb_xfixes_select_selection_input(
-            m_connection.xcb(), m_connection.rootWindow(), selection,
-            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    }
-    const auto owner = m_connection.reply(xcb_get_selection_owner_reply,
-                                          xcb_get_selection_owner(m_connection.xcb(), selection));
-    m_isComposited = owner && owner->owner != XCB_NONE;
+    const PortalAppearance::Preferences &preferences = m_portal.preferences();
+    return preferences.isMotionReduced || !preferences.isAnimated
+        || m_settings.values().isAnimationOff;
 }
 
-void X11Appearance::handleX11Event(int type, const void *event)
+void X11Appearance::blurBehind(QWindow *window, const QPainterPath &shape)
 {
-    if (!m_connection.xfixes().isPresent ||
-        type != m_connection.xfixes().firstEvent + XCB_XFIXES_SELECTION_NOTIFY)
-        return;
-    const auto *notice = static_cast<const xcb_xfixes_selection_notify_event_t *>(event);
-    if (notice->selection != m_connection.atom(X11AtomName::CompositorSelection))
-        return;
-    // The window named as the owner of a selection that was lost is the one that lost it.
-    const bool isComposited = notice->subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER &&
-                              notice->owner != XCB_NONE;
-    if (std::exchange(m_isComposited, isComposited) != isComposited)
-        announceChange();
+    m_blur.blurBehind(window, shape);
+}
+
+qreal X11Appearance::textScale() const
+{
+    // A desktop that puts the factor into the resolution of its fonts has Qt enlarge everything.
+    return std::max(1.0, m_portal.preferences().textScale / qGuiApp->devicePixelRatio());
+}
+
+void X11Appearance::handlePreferences()
+{
+    const std::optional<bool> prefersDark = m_portal.preferences().isDark;
+    const bool isOther = std::exchange(m_prefersDark, prefersDark) != prefersDark;
+    announceChange();
+    if (isOther && onPreferenceChanged)
+        onPreferenceChanged();
 }
 
 void X11Appearance::announceChange()

@@ -2,32 +2,36 @@
 
 #include "platform/DesktopAppearance.h"
 #include "platform/linux/PortalAppearance.h"
-#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11Blur.h"
+#include "platform/x11/X11SelectionOwner.h"
+#include "platform/x11/X11SettingsManager.h"
 
-/// Asks the portal for light or dark, and the server whether a compositor runs.
-class X11Appearance : public DesktopAppearance, private X11EventListener
+/// Asks the portal and the settings manager what the person prefers, and the server what the
+/// compositor can do.
+class X11Appearance : public DesktopAppearance
 {
 public:
     explicit X11Appearance(X11Connection &connection);
-    ~X11Appearance() override;
 
-    std::optional<bool> prefersDark() const override { return m_portal.prefersDark(); }
-    bool isComposited() const override { return m_isComposited; }
-    bool prefersHighContrast() const override { return false; }
-    bool prefersReducedMotion() const override { return false; }
-    std::optional<QColor> accentColor() const override { return std::nullopt; }
-    bool offersBlur() const override { return false; }
-    qreal textScale() const override { return 1; }
+    std::optional<bool> prefersDark() const override { return m_portal.preferences().isDark; }
+    bool isComposited() const override { return m_compositor.window() != 0; }
+    bool prefersHighContrast() const override;
+    bool prefersReducedMotion() const override;
+    std::optional<QColor> accentColor() const override { return m_portal.preferences().accent; }
+    bool offersBlur() const override { return isComposited() && m_blur.isOffered(); }
+    void blurBehind(QWindow *window, const QPainterPath &shape) override;
+    qreal textScale() const override;
 
     /// Called besides onChanged, and only for prefersDark().
     std::function<void()> onPreferenceChanged;
 
 private:
-    void handleX11Event(int type, const void *event) override;
-    void watchCompositor();
+    void handlePreferences();
     void announceChange();
 
-    X11Connection &m_connection;
     PortalAppearance m_portal;
-    bool m_isComposited = false;
+    X11SettingsManager m_settings;
+    X11SelectionOwner m_compositor;
+    X11Blur m_blur;
+    std::optional<bool> m_prefersDark; ///< As it was last told.
 };

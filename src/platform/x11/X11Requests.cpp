@@ -18,6 +18,7 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     };
     set(X11AtomName::CompositorSelection, "_NET_WM_CM_S" + std::to_string(screenNumber));
     set(X11AtomName::GtkApplicationId, "_GTK_APPLICATION_ID");
+    set(X11AtomName::KdeBlurBehindRegion, "_KDE_NET_WM_BLUR_BEHIND_REGION");
     set(X11AtomName::Manager, "MANAGER");
     set(X11AtomName::NetActiveWindow, "_NET_ACTIVE_WINDOW");
     set(X11AtomName::NetClientList, "_NET_CLIENT_LIST");
@@ -38,6 +39,8 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::NetWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK");
     set(X11AtomName::Utf8String, "UTF8_STRING");
     set(X11AtomName::XembedInfo, "_XEMBED_INFO");
+    set(X11AtomName::XsettingsSelection, "_XSETTINGS_S" + std::to_string(screenNumber));
+    set(X11AtomName::XsettingsSettings, "_XSETTINGS_SETTINGS");
     return names;
 }
 

@@ -14,6 +14,7 @@ enum class X11AtomName : quint8
 {
     CompositorSelection, ///< _NET_WM_CM_S with the number of our screen.
     GtkApplicationId,
+    KdeBlurBehindRegion,
     Manager,
     NetActiveWindow,
     NetClientList,
@@ -34,6 +35,8 @@ enum class X11AtomName : quint8
     NetWmWindowTypeDock,
     Utf8String,
     XembedInfo,
+    XsettingsSelection, ///< _XSETTINGS_S with the number of our screen.
+    XsettingsSettings,
     Count,
 };
 

@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr QByteArrayView kIconTheme = "Net/IconThemeName";
 /// In units of four bytes; real ones have some kilobytes.
 constexpr quint32 kMaxWords = 1 << 16;
 
@@ -74,7 +73,7 @@ X11Reply<xcb_intern_atom_reply_t> atom(xcb_connection_t *xcb, const QByteArray &
 
 } // namespace
 
-std::optional<QString> iconThemeNameIn(QByteArrayView settings)
+std::optional<X11Setting> x11SettingIn(QByteArrayView settings, QByteArrayView wanted)
 {
     SettingsReader reader(settings);
     reader.number(4); // Counts the changes.
@@ -86,19 +85,32 @@ std::optional<QString> iconThemeNameIn(QByteArrayView settings)
         reader.number(4); // When it was changed.
         if (!type || !name)
             return std::nullopt;
+        X11Setting value;
         if (*type == Text) {
-            const auto value = reader.text(reader.number(4).value_or(0));
-            if (!value)
+            const auto text = reader.text(reader.number(4).value_or(0));
+            if (!text)
                 return std::nullopt;
-            if (*name == kIconTheme && !value->isEmpty())
-                return QString::fromUtf8(*value);
-        } else if (*type == Number || *type == Color) {
-            reader.take(*type == Number ? 4 : 8);
-        } else {
+            value.text = text->toByteArray();
+        } else if (*type == Number) {
+            const auto number = reader.number(4);
+            if (!number)
+                return std::nullopt;
+            value.number = qint32(*number);
+        } else if (*type != Color || !reader.take(8)) {
             return std::nullopt;
         }
+        if (*name == wanted)
+            return value;
     }
     return std::nullopt;
+}
+
+std::optional<QString> iconThemeNameIn(QByteArrayView settings)
+{
+    const auto setting = x11SettingIn(settings, "Net/IconThemeName");
+    if (!setting || !setting->text || setting->text->isEmpty())
+        return std::nullopt;
+    return QString::fromUtf8(*setting->text);
 }
 
 std::optional<QString> x11IconThemeName()

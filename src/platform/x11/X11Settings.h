@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -11,3 +11,14 @@ std::optional<QString> x11IconThemeName();
 
 /// The same from the \a settings as they are published.
 std::optional<QString> iconThemeNameIn(QByteArrayView settings);
+
+/// What one setting is set to. A colour has neither.
+struct X11Setting
+{
+    std::optional<QByteArray> text;
+    std::optional<qint32> number;
+};
+
+/// The setting with the name \a wanted in the \a settings as they are published; absent if there is
+/// none, or if what stands before it cannot be read.
+std::optional<X11Setting> x11SettingIn(QByteArrayView settings, QByteArrayView wanted);

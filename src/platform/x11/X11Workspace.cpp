@@ -1,5 +1,6 @@
 #include "platform/x11/X11Workspace.h"
 
+#include "platform/x11/QtX11Connection.h"
 #include "platform/x11/X11StartupNotification.h"
 
 #include <QAbstractNativeEventFilter>
@@ -18,14 +19,6 @@ namespace {
 
 /// Says that the wish is the person's, as a pager's is, and not a program's own.
 constexpr quint32 kSourcePerson = 2;
-
-/// Qt's own connection; null where Qt does not draw on X11.
-xcb_connection_t *qtConnection()
-{
-    const auto *native =
-        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return native ? native->connection() : nullptr;
-}
 
 } // namespace
 
@@ -75,7 +68,7 @@ X11Workspace::X11Workspace(X11Connection &connection, X11KnownWindows &knownWind
 {
     m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
-    if (qtConnection())
+    if (qtX11Connection())
         m_userTimeFilter = std::make_unique<UserTimeFilter>(m_connection);
 }
 
@@ -138,7 +131,7 @@ void X11Workspace::activate(const RunningApplication &application)
 
 void X11Workspace::prepareOwnWindow(QWindow *window)
 {
-    xcb_connection_t *xcb = qtConnection();
+    xcb_connection_t *xcb = qtX11Connection();
     if (!xcb || m_connection.userTime() == 0)
         return;
     // On Qt's connection, because there the window is created before and mapped after this.
@@ -167,7 +160,7 @@ QString X11Workspace::newActivationToken() const
 
 void X11Workspace::activateOwnWindow(QWindow *window)
 {
-    xcb_connection_t *xcb = qtConnection();
+    xcb_connection_t *xcb = qtX11Connection();
     if (!xcb)
         return;
     const auto id = quint32(window->winId());

@@ -46,7 +46,7 @@ public:
         HotkeyRefusalNotice &hotkeyRefusalNotice;
         StatusItem &statusItem;
         Workspace &workspace;
-        const DesktopAppearance &appearance;
+        DesktopAppearance &appearance;
         Scheduler &scheduler;
         WindowFactory makeWindow;
         SettingsFactory makeSettingsWindow;

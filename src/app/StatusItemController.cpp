@@ -4,6 +4,7 @@
 #include "capture/ClipboardMonitor.h"
 #include "foundation/Log.h"
 #include "language/Localized.h"
+#include "platform/DesktopAppearance.h"
 #include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 #include "widgets/DesktopLook.h"
@@ -15,13 +16,15 @@ using namespace Qt::StringLiterals;
 
 StatusItemController::StatusItemController(StatusItem &statusItem, ClipboardMonitor &monitor,
                                            Workspace &workspace,
-                                           const DesktopAppearance &appearance,
+                                           DesktopAppearance &appearance,
                                            Scheduler &scheduler)
     : m_statusItem(statusItem)
     , m_monitor(monitor)
     , m_workspace(workspace)
     , m_appearance(appearance)
     , m_menu(monitor)
+    , m_appearanceHook(appearance.onChanged,
+                       [this] { recolorMenu(m_menu.contextMenu(), desktopLook(m_appearance)); })
     , m_dismissingPress(scheduler)
 {
 }

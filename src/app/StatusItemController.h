@@ -2,6 +2,7 @@
 
 #include "app/DismissingPress.h"
 #include "app/StatusMenu.h"
+#include "foundation/CallbackHook.h"
 
 #include <QObject>
 
@@ -17,7 +18,7 @@ class StatusItemController : public QObject
 public:
     /// All of it must outlive the controller, which takes the callbacks of \a statusItem.
     StatusItemController(StatusItem &statusItem, ClipboardMonitor &monitor, Workspace &workspace,
-                         const DesktopAppearance &appearance, Scheduler &scheduler);
+                         DesktopAppearance &appearance, Scheduler &scheduler);
     ~StatusItemController() override;
 
     /// Puts the item into the tray, and prints each step. Without a tray there is one line, and
@@ -47,7 +48,8 @@ private:
     StatusItem &m_statusItem;
     ClipboardMonitor &m_monitor;
     Workspace &m_workspace;
-    const DesktopAppearance &m_appearance;
+    DesktopAppearance &m_appearance;
     StatusMenu m_menu;
+    CallbackHook<> m_appearanceHook;
     DismissingPress m_dismissingPress;
 };

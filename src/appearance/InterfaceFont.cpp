@@ -8,7 +8,9 @@
 #include <QPainter>
 #include <QScreen>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -26,25 +28,45 @@ void setPixelSize(QFont &font, qreal pixelSize)
         font.setPointSizeF(pixelSize * kPointsPerInch / screen->logicalDotsPerInchY());
 }
 
+struct KnownFonts
+{
+    QHash<std::pair<qreal, int>, QFont> fonts; ///< By unscaled size and weight.
+    QStringList families;
+    qreal textScale = 1;
+};
+
+KnownFonts &knownFonts()
+{
+    static KnownFonts known;
+    return known;
+}
+
 } // namespace
+
+void setInterfaceTextScale(qreal scale)
+{
+    constexpr qreal kMostTextScale = 1.3;
+    KnownFonts &known = knownFonts();
+    const qreal former = std::exchange(known.textScale, std::clamp(scale, 1.0, kMostTextScale));
+    if (former != known.textScale)
+        known.fonts.clear();
+}
 
 QFont interfaceFont(qreal pixelSize, QFont::Weight weight)
 {
-    static QHash<std::pair<qreal, int>, QFont> fonts;
-    static QStringList families;
-
+    KnownFonts &known = knownFonts();
     const QFont desktopFont = QGuiApplication::font();
-    if (desktopFont.families() != families) {
-        fonts.clear();
-        families = desktopFont.families();
+    if (desktopFont.families() != known.families) {
+        known.fonts.clear();
+        known.families = desktopFont.families();
     }
-    const auto known = fonts.constFind({pixelSize, weight});
-    if (known != fonts.cend())
-        return *known;
-    QFont font(families);
-    setPixelSize(font, pixelSize);
+    const auto found = known.fonts.constFind({pixelSize, weight});
+    if (found != known.fonts.cend())
+        return *found;
+    QFont font(known.families);
+    setPixelSize(font, pixelSize * known.textScale);
     font.setWeight(weight);
-    fonts.insert({pixelSize, weight}, font);
+    known.fonts.insert({pixelSize, weight}, font);
     return font;
 }
 

@@ -6,7 +6,12 @@
 
 class QPainter;
 
-/// The desktop's interface family in our own size and weight. Sizes are device-independent pixels.
+/// By how much all interface fonts are larger from now on; what is beyond 1 and 1.3 is not followed,
+/// since the boxes stay. Views that measure or keep fonts do so again afterwards.
+void setInterfaceTextScale(qreal scale);
+
+/// The desktop's interface family in our own size and weight. Sizes are device-independent pixels,
+/// before the scale of the texts.
 ///
 /// Fonts once asked for are kept, so that their files stay loaded between two windows.
 QFont interfaceFont(qreal pixelSize, QFont::Weight weight = QFont::Normal);

@@ -6,6 +6,9 @@
 namespace {
 
 constexpr qreal kSecondaryOnSelection = 0.7;
+constexpr qreal kSeparatorAlpha = 0.35;
+constexpr qreal kSelectionLineAlpha = 0.2;
+constexpr qreal kStrongLineAlpha = 0.6;
 
 SystemColors lightColors()
 {
@@ -25,6 +28,7 @@ SystemColors lightColors()
     colors.controlAccentColor = QColor(0x24, 0x59, 0xC7);
     colors.accentFillColor = QColor(0x24, 0x59, 0xC7);
     colors.selectionColor = QColor(0x1B, 0x4D, 0xB3);
+    colors.selectionLineColor = withAlpha(Qt::white, kSelectionLineAlpha);
     colors.systemBlueColor = QColor(0x24, 0x59, 0xC7);
     colors.systemPurpleColor = QColor(0x8A, 0x3F, 0xBE);
     colors.systemRedColor = QColor(0xA8, 0x20, 0x1A);
@@ -60,6 +64,7 @@ SystemColors darkColors()
     colors.controlAccentColor = QColor(0x7B, 0xA4, 0xF7);
     colors.accentFillColor = QColor(0x2E, 0x63, 0xD0);
     colors.selectionColor = QColor(0x1F, 0x4C, 0xA8);
+    colors.selectionLineColor = withAlpha(Qt::white, kSelectionLineAlpha);
     colors.systemBlueColor = QColor(0x7B, 0xA4, 0xF7);
     colors.systemPurpleColor = QColor(0xC4, 0x86, 0xF0);
     colors.systemRedColor = QColor(0xFF, 0x9A, 0x94);
@@ -77,12 +82,70 @@ SystemColors darkColors()
     return colors;
 }
 
+/// What light and dark have in common where contrasts are strong: \a ink on \a ground.
+SystemColors strengthened(SystemColors colors, const QColor &ink, const QColor &ground)
+{
+    colors.isHighContrast = true;
+    colors.labelColor = ink;
+    for (QColor *surface :
+         {&colors.windowBackgroundColor, &colors.raisedSurfaceColor, &colors.cardColor,
+          &colors.sidebarColor, &colors.controlColor})
+        *surface = ground;
+    for (QColor *line : {&colors.separatorColor, &colors.pillLineColor, &colors.controlLineColor})
+        *line = withAlpha(ink, kStrongLineAlpha);
+    colors.windowLineColor = ink;
+    colors.windowRimColor = Qt::transparent;
+    colors.selectionLineColor = ink;
+    for (QColor *color : {&colors.hintFillColor, &colors.hintLineColor, &colors.hintTextColor})
+        color->setAlpha(255);
+    colors.hintLineColor = colors.hintTextColor;
+    return colors;
+}
+
+SystemColors lightHighContrastColors()
+{
+    SystemColors colors = strengthened(lightColors(), Qt::black, Qt::white);
+    colors.secondaryLabelColor = QColor(0x2A, 0x2B, 0x30);
+    colors.tertiaryLabelColor = QColor(0x3A, 0x3C, 0x42);
+    colors.placeholderTextColor = colors.tertiaryLabelColor;
+    colors.switchOffColor = QColor(0x5F, 0x62, 0x69);
+    colors.controlAccentColor = QColor(0x12, 0x3F, 0x9C);
+    colors.accentFillColor = QColor(0x12, 0x3F, 0x9C);
+    colors.selectionColor = QColor(0x0F, 0x35, 0x84);
+    colors.systemPurpleColor = QColor(0x6E, 0x2A, 0x9E);
+    colors.systemRedColor = QColor(0x8F, 0x14, 0x10);
+    colors.redFillColor = QColor(0xA0, 0x1E, 0x1E);
+    colors.systemOrangeColor = QColor(0x7A, 0x36, 0x00);
+    colors.systemGreenColor = QColor(0x12, 0x5E, 0x28);
+    return colors;
+}
+
+SystemColors darkHighContrastColors()
+{
+    SystemColors colors = strengthened(darkColors(), Qt::white, Qt::black);
+    colors.secondaryLabelColor = QColor(0xDD, 0xDF, 0xE4);
+    colors.tertiaryLabelColor = QColor(0xC8, 0xCA, 0xD1);
+    colors.placeholderTextColor = colors.tertiaryLabelColor;
+    colors.switchOffColor = QColor(0x5F, 0x62, 0x69);
+    colors.controlAccentColor = QColor(0x9C, 0xBD, 0xFF);
+    colors.accentFillColor = QColor(0x1F, 0x4C, 0xA8);
+    colors.selectionColor = QColor(0x1B, 0x44, 0x99);
+    colors.systemBlueColor = colors.controlAccentColor;
+    colors.redFillColor = QColor(0xA0, 0x1E, 0x1E);
+    return colors;
+}
+
 } // namespace
+
+QColor SystemColors::separatorLineColor() const
+{
+    return isHighContrast ? separatorColor : withAlpha(separatorColor, kSeparatorAlpha);
+}
 
 SystemColors SystemColors::onSelection() const
 {
     SystemColors colors = *this;
-    const QColor faded = withAlpha(Qt::white, kSecondaryOnSelection);
+    const QColor faded = withAlpha(Qt::white, isHighContrast ? 1 : kSecondaryOnSelection);
     colors.labelColor = Qt::white;
     colors.secondaryLabelColor = faded;
     colors.tertiaryLabelColor = faded;
@@ -97,6 +160,11 @@ SystemColors systemColors(ColorScheme scheme)
     static const SystemColors light = lightColors();
     static const SystemColors dark = darkColors();
     return scheme == ColorScheme::Dark ? dark : light;
+}
+
+SystemColors highContrastColors(ColorScheme scheme)
+{
+    return scheme == ColorScheme::Dark ? darkHighContrastColors() : lightHighContrastColors();
 }
 
 ColorScheme desktopColorScheme(std::optional<bool> prefersDark)

@@ -13,7 +13,7 @@ struct SystemColors
     QColor secondaryLabelColor;
     QColor tertiaryLabelColor;
     QColor placeholderTextColor;
-    QColor separatorColor; ///< To be used at kSeparatorAlpha of its own alpha.
+    QColor separatorColor; ///< Lines are drawn in separatorLineColor().
     QColor windowBackgroundColor; ///< Opaque; windows choose their own alpha.
     QColor raisedSurfaceColor; ///< Menus, popovers, alerts.
     QColor cardColor;
@@ -23,7 +23,8 @@ struct SystemColors
     QColor switchOffColor; ///< Under a white knob.
     QColor controlAccentColor; ///< As a tint, on the window background.
     QColor accentFillColor; ///< Under white text.
-    QColor selectionColor; ///< Ground of the selected row; white at 0.7 reads well on it.
+    QColor selectionColor; ///< Ground of the selected row.
+    QColor selectionLineColor; ///< The line inside the edge of the selected row.
     QColor systemBlueColor;
     QColor systemPurpleColor;
     QColor systemRedColor;
@@ -40,15 +41,24 @@ struct SystemColors
     QColor hintTextColor;
     QColor hintShadowColor;
 
+    /// For people who need it: the lines of the window and of the selected row are kStrongLine wide,
+    /// and nothing on the selection is faded.
+    bool isHighContrast = false;
+
     friend bool operator==(const SystemColors &, const SystemColors &) = default;
+
+    QColor separatorLineColor() const;
 
     /// The same names as they are to be drawn on selectionColor.
     SystemColors onSelection() const;
 };
 
-inline constexpr qreal kSeparatorAlpha = 0.35;
+inline constexpr qreal kStrongLine = 2;
 
 SystemColors systemColors(ColorScheme scheme);
+
+/// The same for people who need strong contrasts.
+SystemColors highContrastColors(ColorScheme scheme);
 
 /// What the person prefers; where the desktop does not tell, what its own windows look like.
 ColorScheme desktopColorScheme(std::optional<bool> prefersDark);

@@ -73,7 +73,7 @@ void SettingsCard::paintEvent(QPaintEvent *)
     painter.setPen(m_colors.pillLineColor);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCardRadius,
                             kCardRadius);
-    const QColor line = withAlpha(m_colors.separatorColor, kSeparatorAlpha);
+    const QColor line = m_colors.separatorLineColor();
     for (int i = 1; i < m_rows->count(); ++i) {
         const int top = m_rows->itemAt(i)->geometry().top();
         drawHairline(painter, QRect(kRowInset, top, width() - 2 * kRowInset, 1), line);

@@ -10,9 +10,11 @@
 #include "settings/SidebarItem.h"
 #include "widgets/DesktopLook.h"
 #include "widgets/FocusRing.h"
+#include "widgets/MenuLook.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStackedWidget>
@@ -70,7 +72,10 @@ void SettingsView::refreshLanguage()
 
 void SettingsView::refreshAppearance()
 {
-    m_colors = menuLook().colors();
+    const Look look = menuLook();
+    m_colors = look.colors();
+    for (QMenu *menu : findChildren<QMenu *>())
+        recolorMenu(*menu, look);
     update();
 }
 
@@ -107,7 +112,7 @@ void SettingsView::paintEvent(QPaintEvent *)
     painter.fillRect(rect(), m_colors.windowBackgroundColor);
     painter.fillRect(0, 0, kSidebarWidth, height(), m_colors.sidebarColor);
     drawHairline(painter, QRect(kSidebarWidth, 0, kSidebarLine, height()),
-                 withAlpha(m_colors.separatorColor, kSeparatorAlpha));
+                 m_colors.separatorLineColor());
 }
 
 void SettingsView::buildSidebar()

@@ -22,12 +22,18 @@ constexpr qreal kRingAlpha = 0.45;
 MaxLengthTextField::MaxLengthTextField(const SystemColors &colors, QWidget *parent)
     : TextField(parent)
     , onTooLong(&QApplication::beep)
-    , m_colors(colors)
 {
     setFrame(false);
-    setFont(interfaceFont(kTextSize));
     const int inset = kRingRoom + kTextInset - kInnerMargin;
     setTextMargins(inset, 0, inset, 0);
+    setColors(colors);
+    connect(this, &QLineEdit::textChanged, this, &MaxLengthTextField::textDidChange);
+}
+
+void MaxLengthTextField::setColors(const SystemColors &colors)
+{
+    m_colors = colors;
+    setFont(interfaceFont(kTextSize));
     QPalette colored = palette();
     colored.setColor(QPalette::Base, Qt::transparent);
     colored.setColor(QPalette::Text, colors.labelColor);
@@ -35,7 +41,6 @@ MaxLengthTextField::MaxLengthTextField(const SystemColors &colors, QWidget *pare
     colored.setColor(QPalette::Highlight, colors.accentFillColor);
     colored.setColor(QPalette::HighlightedText, Qt::white);
     setPalette(colored);
-    connect(this, &QLineEdit::textChanged, this, &MaxLengthTextField::textDidChange);
 }
 
 void MaxLengthTextField::setBoxSize(const QSize &size)

@@ -17,6 +17,9 @@ public:
 
     explicit MaxLengthTextField(const SystemColors &colors, QWidget *parent = nullptr);
 
+    /// Takes the size of the text from the desktop as well.
+    void setColors(const SystemColors &colors);
+
     /// The box, without the room for the ring.
     void setBoxSize(const QSize &size);
 

@@ -31,6 +31,12 @@ NewTagAlert::NewTagAlert(const Look &look, QWidget *window)
     setAccessoryView(m_field, MaxLengthTextField::kRingRoom);
 }
 
+void NewTagAlert::setLook(const Look &look)
+{
+    AlertSheet::setLook(look);
+    m_field->setColors(colors());
+}
+
 QString NewTagAlert::name() const
 {
     return m_field->text();

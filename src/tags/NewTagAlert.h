@@ -17,6 +17,8 @@ public:
 
     MaxLengthTextField &field() { return *m_field; }
 
+    void setLook(const Look &look) override;
+
 private:
     MaxLengthTextField *m_field;
 };

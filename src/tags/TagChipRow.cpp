@@ -36,6 +36,12 @@ TagChipRow::TagChipRow(const QStringList &tagNames, const QStringList &selected,
     placeChips();
 }
 
+void TagChipRow::setColors(const SystemColors &colors)
+{
+    m_colors = colors;
+    update();
+}
+
 void TagChipRow::setAnimated(bool isAnimated)
 {
     for (TagHoverContainer *chip : m_chips)

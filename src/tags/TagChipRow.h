@@ -22,6 +22,8 @@ public:
     TagChipRow(const QStringList &tagNames, const QStringList &selected,
                const SystemColors &colors, QWidget *parent = nullptr);
 
+    void setColors(const SystemColors &colors);
+
     /// Whether chips grow under the pointer bit by bit, which they do unless told otherwise.
     void setAnimated(bool isAnimated);
 

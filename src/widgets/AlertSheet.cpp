@@ -44,6 +44,11 @@ QFont titleFont()
     return interfaceFont(kTitleSize, QFont::DemiBold);
 }
 
+RaisedCard cardIn(const Look &look)
+{
+    return {look.isTranslucent ? kRadius : kPlainRadius, kShadow, look};
+}
+
 /// \a text in lines of at most \a width.
 QStringList wrapped(const QString &text, qreal width)
 {
@@ -65,7 +70,7 @@ AlertSheet::AlertSheet(const Texts &texts, Kind kind, const Look &look, QWidget 
     , m_texts(texts)
     , m_look(look)
     , m_colors(look.colors())
-    , m_card(look.isTranslucent ? kRadius : kPlainRadius, kShadow, look.scheme)
+    , m_card(cardIn(look))
     , m_confirmButton(addButton(texts.confirm))
     , m_cancelButton(addButton(texts.cancel))
     , m_firstFocus(kind == Kind::Destructive ? m_cancelButton : m_confirmButton)
@@ -95,6 +100,16 @@ void AlertSheet::setAccessoryView(QWidget *view, int margin)
     m_accessoryView = view;
     m_accessoryMargin = margin;
     m_firstFocus = view;
+}
+
+void AlertSheet::setLook(const Look &look)
+{
+    m_look = look;
+    m_colors = look.colors();
+    m_card = cardIn(look);
+    for (PushButton *button : {m_confirmButton, m_cancelButton})
+        button->resize(button->sizeHint());
+    layOut();
 }
 
 void AlertSheet::open()

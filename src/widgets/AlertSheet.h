@@ -34,6 +34,9 @@ public:
 
     const SystemColors &colors() const { return m_colors; }
 
+    /// May be called while the sheet is open.
+    virtual void setLook(const Look &look);
+
     /// Takes the focus: the accessory view, else the button that does no harm.
     void open();
 

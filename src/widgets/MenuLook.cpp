@@ -20,6 +20,22 @@ MenuStyle &ensureStyle(QMenu &menu)
     return *style;
 }
 
+/// \a look with what cannot be changed in a window that is on the screen as it is in \a shown.
+Look recolored(const Look &shown, Look look)
+{
+    look.isTranslucent = shown.isTranslucent;
+    look.textScale = shown.textScale;
+    return look;
+}
+
+void forSubmenus(const QMenu &menu, const Look &look, void (*apply)(QMenu &, const Look &))
+{
+    for (const QAction *action : menu.actions()) {
+        if (QMenu *submenu = action->menu())
+            apply(*submenu, look);
+    }
+}
+
 } // namespace
 
 void applyMenuLook(QMenu &menu, const Look &look)
@@ -36,8 +52,15 @@ void applyMenuLook(QMenu &menu, const Look &look)
     menu.setWindowFlag(Qt::NoDropShadowWindowHint, look.isTranslucent);
     if (look.isTranslucent)
         menu.clearMask();
-    for (const QAction *action : menu.actions()) {
-        if (QMenu *submenu = action->menu())
-            applyMenuLook(*submenu, look);
-    }
+    forSubmenus(menu, look, applyMenuLook);
+}
+
+void recolorMenu(QMenu &menu, const Look &look)
+{
+    auto *style = qobject_cast<MenuStyle *>(menu.style());
+    if (!style)
+        return;
+    style->setLook(recolored(style->look(), look));
+    menu.update();
+    forSubmenus(menu, look, recolorMenu);
 }

@@ -81,19 +81,19 @@ QRegion plainShape(const QSize &size)
     return QRegion(bitmap);
 }
 
-RaisedCard floatingCard(ColorScheme scheme)
+RaisedCard floatingCard(const Look &look)
 {
     SoftShadow shadow;
-    if (scheme == ColorScheme::Dark)
+    if (look.scheme == ColorScheme::Dark)
         shadow.strength = kDarkShadow;
-    return {kRadius, shadow, scheme};
+    return {kRadius, shadow, look};
 }
 
 } // namespace
 
 MenuStyle::MenuStyle()
     : QProxyStyle(u"fusion"_s)
-    , m_card(floatingCard(m_look.scheme))
+    , m_card(floatingCard(m_look))
 {
 }
 
@@ -103,7 +103,7 @@ void MenuStyle::setLook(const Look &look)
         return;
     m_look = look;
     m_colors = look.colors();
-    m_card = floatingCard(look.scheme);
+    m_card = floatingCard(look);
 }
 
 QMargins MenuStyle::room() const
@@ -209,7 +209,7 @@ void MenuStyle::drawItem(QPainter &painter, const QStyleOptionMenuItem &option) 
     if (option.menuItemType == QStyleOptionMenuItem::Separator) {
         const QRect line(option.rect.x() + kTextInset, option.rect.y() + kSeparatorHeight / 2,
                          option.rect.width() - 2 * kTextInset, 1);
-        drawHairline(painter, line, withAlpha(m_colors.separatorColor, kSeparatorAlpha));
+        drawHairline(painter, line, m_colors.separatorLineColor());
         painter.restore();
         return;
     }

@@ -20,6 +20,7 @@ public:
     MenuStyle();
 
     void setLook(const Look &look);
+    const Look &look() const { return m_look; }
 
     /// What the shadow takes around the card.
     QMargins room() const;

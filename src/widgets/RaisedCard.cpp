@@ -15,17 +15,16 @@ void RaisedCard::draw(QPainter &painter, const QRect &card) const
 
 void RaisedCard::drawWithoutShadow(QPainter &painter, const QRect &card) const
 {
-    const SystemColors colors = systemColors(m_scheme);
     const QRectF outline = QRectF(card).adjusted(0.5, 0.5, -0.5, -0.5);
     // A dark line stands beside a light card, where it darkens what is below; a light line lies on
     // a dark card.
     const qreal inset = m_scheme == ColorScheme::Light ? 0.5 : -0.5;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(colors.raisedSurfaceColor);
+    painter.setBrush(m_colors.raisedSurfaceColor);
     painter.drawRoundedRect(outline.adjusted(inset, inset, -inset, -inset), m_radius - inset,
                             m_radius - inset);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(colors.controlLineColor);
+    painter.setPen(m_colors.controlLineColor);
     painter.drawRoundedRect(outline, m_radius, m_radius);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "appearance/Look.h"
 #include "appearance/SoftShadow.h"
-#include "appearance/SystemColors.h"
 
 #include <QPixmap>
 
@@ -9,10 +9,11 @@
 class RaisedCard
 {
 public:
-    RaisedCard(qreal radius, const SoftShadow &shadow, ColorScheme scheme)
+    RaisedCard(qreal radius, const SoftShadow &shadow, const Look &look)
         : m_radius(radius)
         , m_shadow(shadow)
-        , m_scheme(scheme)
+        , m_scheme(look.scheme)
+        , m_colors(look.colors())
     {
     }
 
@@ -26,5 +27,6 @@ private:
     qreal m_radius;
     SoftShadow m_shadow;
     ColorScheme m_scheme;
+    SystemColors m_colors;
     mutable QPixmap m_shadowPixmap; ///< Of the card that was drawn last.
 };

@@ -4,7 +4,6 @@ namespace {
 
 constexpr HistoryWindowStyle kStyle{.cornerRadius = 28,
                                     .selectionRadius = 18,
-                                    .backgroundAlpha = 0.96,
                                     .isTranslucent = true};
 
 } // namespace

@@ -4,7 +4,6 @@ namespace {
 
 constexpr HistoryWindowStyle kStyle{.cornerRadius = 20,
                                     .selectionRadius = 10,
-                                    .backgroundAlpha = 1,
                                     .isTranslucent = false};
 
 } // namespace

@@ -58,7 +58,7 @@ void FavoriteLimitHint::setLook(const Look &look)
 {
     m_look = look;
     if (m_view)
-        m_view->setScheme(look.scheme);
+        m_view->setColors(look.colors());
 }
 
 bool FavoriteLimitHint::showFavoriteLimitHint(int row, const QString &message)

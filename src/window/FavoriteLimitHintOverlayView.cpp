@@ -59,9 +59,9 @@ FavoriteLimitHintOverlayView::FavoriteLimitHintOverlayView(const QString &messag
     resize(bubbleSize(message) + QSize(room, room));
 }
 
-void FavoriteLimitHintOverlayView::setScheme(ColorScheme scheme)
+void FavoriteLimitHintOverlayView::setColors(const SystemColors &colors)
 {
-    m_colors = systemColors(scheme);
+    m_colors = colors;
     m_picture = {};
     update();
 }

@@ -22,7 +22,7 @@ public:
     /// The bubble has its natural size, with the room around it that its shadow takes.
     FavoriteLimitHintOverlayView(const QString &message, const Look &look);
 
-    void setScheme(ColorScheme scheme);
+    void setColors(const SystemColors &colors);
 
     /// Where the desktop does not blend windows, the bubble is there or not, and has no poses.
     void setPose(const Pose &pose);

@@ -121,6 +121,13 @@ void FilterBarView::setColors(const SystemColors &colors)
         button->setColors(colors);
 }
 
+void FilterBarView::setMenuLook(const Look &look)
+{
+    m_menuLook = look;
+    if (auto *menu = findChild<OverflowMenu *>())
+        recolorMenu(*menu, look);
+}
+
 void FilterBarView::closeOverflowMenu()
 {
     if (auto *menu = findChild<OverflowMenu *>())

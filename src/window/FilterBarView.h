@@ -27,8 +27,8 @@ public:
 
     void setColors(const SystemColors &colors);
 
-    /// What the menu of the hidden tags is drawn with the next time.
-    void setMenuLook(const Look &look) { m_menuLook = look; }
+    /// What the menu of the hidden tags is drawn with; if it is open, it takes the colours.
+    void setMenuLook(const Look &look);
 
     /// For when the window goes: the menu is a window of its own, and would stay.
     void closeOverflowMenu();

@@ -24,6 +24,12 @@ void GlassContainerView::setColors(const SystemColors &colors)
     update();
 }
 
+void GlassContainerView::setBackgroundAlpha(qreal alpha)
+{
+    m_backgroundAlpha = alpha;
+    update();
+}
+
 void GlassContainerView::childEvent(QChildEvent *event)
 {
     QWidget::childEvent(event);
@@ -37,7 +43,7 @@ void GlassContainerView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     if (m_style.isTranslucent) {
         painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_style.backgroundAlpha));
+        painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_backgroundAlpha));
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
     if (onGroundPainted)

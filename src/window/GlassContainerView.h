@@ -20,6 +20,9 @@ public:
 
     void setColors(const SystemColors &colors);
 
+    /// How opaque the ground of a translucent window is.
+    void setBackgroundAlpha(qreal alpha);
+
     /// Paints on the ground, below the views.
     std::function<void(QPainter &)> onGroundPainted;
 
@@ -31,5 +34,6 @@ protected:
 private:
     HistoryWindowStyle m_style;
     SystemColors m_colors;
+    qreal m_backgroundAlpha = 1;
     WindowEdge *m_edge = nullptr; ///< Only with translucency; otherwise the window itself is cut.
 };

@@ -67,10 +67,15 @@ void HistoryPanel::setColors(const SystemColors &colors)
     m_searchField->setColors(colors);
     m_pinButton->setColors(colors);
     m_filterBar->setColors(colors);
-    m_separatorLine->setColor(withAlpha(colors.separatorColor, kSeparatorAlpha));
+    m_separatorLine->setColor(colors.separatorLineColor());
     m_tableView->setColors(colors);
     m_glassContainerView->setColors(colors);
     update();
+}
+
+void HistoryPanel::setBackgroundAlpha(qreal alpha)
+{
+    m_glassContainerView->setBackgroundAlpha(alpha);
 }
 
 void HistoryPanel::refreshLanguage()
@@ -136,8 +141,12 @@ void HistoryPanel::moveEvent(QMoveEvent *event)
 void HistoryPanel::paintEvent(QPaintEvent *event)
 {
     // Without translucency the ground keeps still while what stands on it comes and goes.
-    if (!m_style.isTranslucent)
-        QPainter(this).fillRect(event->rect(), m_colors.windowBackgroundColor);
+    if (m_style.isTranslucent)
+        return;
+    QPainter painter(this);
+    painter.fillRect(event->rect(), m_colors.windowBackgroundColor);
+    if (m_colors.isHighContrast)
+        paintStrongEdge(painter);
 }
 
 void HistoryPanel::resizeEvent(QResizeEvent *)
@@ -203,6 +212,19 @@ void HistoryPanel::layoutViews()
     m_topResizeView->setGeometry(0, 0, width(), EdgeResizeView::kHeight);
     m_bottomResizeView->setGeometry(0, height() - EdgeResizeView::kHeight, width(),
                                     EdgeResizeView::kHeight);
+}
+
+/// A window whose corners are cut has no line, unless its edge must be seen on any ground.
+void HistoryPanel::paintStrongEdge(QPainter &painter) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(rect(), m_colors.windowLineColor);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_colors.windowBackgroundColor);
+    const qreal radius = m_style.cornerRadius - kStrongLine;
+    painter.drawRoundedRect(
+        QRectF(rect()).adjusted(kStrongLine, kStrongLine, -kStrongLine, -kStrongLine), radius,
+        radius);
 }
 
 void HistoryPanel::cutShape()

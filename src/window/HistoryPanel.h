@@ -38,6 +38,10 @@ public:
     ClipboardTableView &tableView() { return *m_tableView; }
 
     void setColors(const SystemColors &colors);
+
+    /// Of a translucent window; others are opaque.
+    void setBackgroundAlpha(qreal alpha);
+
     void refreshLanguage();
 
     /// Without the button the search field is a little wider.
@@ -68,6 +72,7 @@ private:
     void buildHandles();
     void layoutViews();
     void cutShape();
+    void paintStrongEdge(QPainter &painter) const;
     void paintFocusRings(QPainter &painter) const;
 
     HistoryWindowStyle m_style;

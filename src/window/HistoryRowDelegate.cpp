@@ -29,7 +29,6 @@ constexpr int kStarSize = 15;
 constexpr qreal kVeilAlpha = 0.05;
 constexpr qreal kStarHoverAlpha = 0.05;
 constexpr qreal kStarPressedAlpha = 0.08;
-constexpr qreal kSelectionLineAlpha = 0.2;
 constexpr qreal kThumbnailLineAlpha = 0.14;
 
 struct TintedSymbol
@@ -141,12 +140,12 @@ void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box, qr
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_colors.selectionColor);
     painter.drawRoundedRect(box, m_selectionRadius, m_selectionRadius);
-    const qreal hairline = 1 / painter.device()->devicePixelRatioF();
-    const QRectF inside = box.adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
-    painter.setPen(QPen(withAlpha(Qt::white, kSelectionLineAlpha), hairline));
+    const qreal line =
+        m_colors.isHighContrast ? kStrongLine : 1 / painter.device()->devicePixelRatioF();
+    const QRectF inside = box.adjusted(line / 2, line / 2, -line / 2, -line / 2);
+    painter.setPen(QPen(m_colors.selectionLineColor, line));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(inside, m_selectionRadius - hairline / 2,
-                            m_selectionRadius - hairline / 2);
+    painter.drawRoundedRect(inside, m_selectionRadius - line / 2, m_selectionRadius - line / 2);
     painter.setOpacity(rowOpacity);
 }
 

@@ -100,6 +100,7 @@ void HistoryWindow::refreshAppearance()
     const Look look = desktopLook(m_collaborators.appearance);
     m_isMotionReduced = look.isMotionReduced;
     m_panel.setColors(look.colors());
+    m_panel.setBackgroundAlpha(look.windowAlpha());
     m_panel.filterBar().setMenuLook(look);
     m_tableViewController.setLook(look);
 }

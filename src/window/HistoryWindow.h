@@ -39,7 +39,7 @@ public:
     void refreshLanguage() override;
     void refreshPinButtonVisibility() override;
 
-    /// Takes light or dark from the desktop again.
+    /// Takes its look from the desktop again.
     void refreshAppearance();
 
     bool isPinned() const;

@@ -109,6 +109,13 @@ bool ItemTags::moveTagDown(const QString &name)
     return m_with.tagManager.moveTagDown(name);
 }
 
+void ItemTags::setLook(const Look &look)
+{
+    m_look = look;
+    if (m_newTagAlert)
+        m_newTagAlert->setLook(look);
+}
+
 void ItemTags::requestNewTag(const QUuid &itemID, QWidget &window)
 {
     m_showingAlert = m_with.scheduler.after(

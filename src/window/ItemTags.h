@@ -58,7 +58,7 @@ public:
     void dismissNewTag();
 
     /// How the question looks from now on.
-    void setLook(const Look &look) { m_look = look; }
+    void setLook(const Look &look);
 
     /// Shows what has become of a row: applyItemChange() of the list.
     std::function<void(const ClipboardItemPointer &item, qsizetype row, bool wasListed)>

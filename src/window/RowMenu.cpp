@@ -14,6 +14,16 @@ RowMenu::RowMenu() = default;
 
 RowMenu::~RowMenu() = default;
 
+void RowMenu::setLook(const Look &look)
+{
+    m_look = look;
+    if (!m_menu)
+        return;
+    recolorMenu(*m_menu, look);
+    if (auto *row = m_menu->findChild<TagChipRow *>())
+        row->setColors(look.colors());
+}
+
 void RowMenu::popUp(const ClipboardItem &item, const Offers &offers, const QPoint &position,
                     QContextMenuEvent::Reason reason)
 {

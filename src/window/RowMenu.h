@@ -43,8 +43,8 @@ public:
     RowMenu();
     ~RowMenu() override;
 
-    /// For the next time it opens.
-    void setLook(const Look &look) { m_look = look; }
+    /// A menu that is open takes its colours.
+    void setLook(const Look &look);
 
     /// Opens at \a position of the screen, anew if it is open. Opened by a key, it has its first
     /// entry chosen already. Returns at once.

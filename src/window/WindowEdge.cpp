@@ -28,9 +28,9 @@ void WindowEdge::paintEvent(QPaintEvent *event)
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
     painter.fillPath(m_corners, Qt::black);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    paintLine(painter, 0.5, m_colors.windowLineColor);
+    paintLine(painter, 0, m_colors.isHighContrast ? kStrongLine : 1, m_colors.windowLineColor);
     if (m_colors.windowRimColor.alpha() > 0)
-        paintLine(painter, 1.5, m_colors.windowRimColor);
+        paintLine(painter, 1, 1, m_colors.windowRimColor);
 }
 
 void WindowEdge::resizeEvent(QResizeEvent *)
@@ -42,9 +42,12 @@ void WindowEdge::resizeEvent(QResizeEvent *)
     m_corners = whole.subtracted(shape);
 }
 
-void WindowEdge::paintLine(QPainter &painter, qreal inset, const QColor &color) const
+/// \a distance lies between the line and the edge.
+void WindowEdge::paintLine(QPainter &painter, qreal distance, qreal width,
+                           const QColor &color) const
 {
-    painter.setPen(color);
+    const qreal inset = distance + width / 2;
+    painter.setPen(QPen(color, width));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
                             m_cornerRadius - inset, m_cornerRadius - inset);

@@ -21,7 +21,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void paintLine(QPainter &painter, qreal inset, const QColor &color) const;
+    void paintLine(QPainter &painter, qreal distance, qreal width, const QColor &color) const;
 
     qreal m_cornerRadius;
     SystemColors m_colors;

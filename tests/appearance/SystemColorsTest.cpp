@@ -1,40 +1,16 @@
 #include "appearance/SystemColors.h"
 
+#include "appearance/Oklch.h"
+
 #include <QTest>
 
-#include <cmath>
-
 namespace {
-
-qreal linear(float channel)
-{
-    return channel <= 0.04045F ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-qreal luminance(const QColor &color)
-{
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
-        + 0.0722 * linear(color.blueF());
-}
-
-qreal contrast(const QColor &one, const QColor &other)
-{
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
-QColor over(const QColor &top, qreal alpha, const QColor &below)
-{
-    const auto mix = [alpha](float a, float b) { return float(a * alpha + b * (1 - alpha)); };
-    return QColor::fromRgbF(mix(top.redF(), below.redF()), mix(top.greenF(), below.greenF()),
-                            mix(top.blueF(), below.blueF()));
-}
 
 /// The window background with the backdrop shining through that is worst for text.
 QColor worstBackground(ColorScheme scheme)
 {
     const QColor backdrop = scheme == ColorScheme::Dark ? Qt::white : Qt::black;
-    return over(systemColors(scheme).windowBackgroundColor, 0.9, backdrop);
+    return composed(withAlpha(systemColors(scheme).windowBackgroundColor, 0.9), backdrop);
 }
 
 constexpr ColorScheme kSchemes[] = {ColorScheme::Light, ColorScheme::Dark};
@@ -76,8 +52,8 @@ void SystemColorsTest::textIsReadableOverAnyWallpaper()
 
     for (const ColorScheme scheme : kSchemes) {
         const SystemColors colors = systemColors(scheme);
-        QCOMPARE_GE(contrast(colors.*color, colors.windowBackgroundColor), leastSolid);
-        QCOMPARE_GE(contrast(colors.*color, worstBackground(scheme)), leastOverBackdrop);
+        QCOMPARE_GE(contrastRatio(colors.*color, colors.windowBackgroundColor), leastSolid);
+        QCOMPARE_GE(contrastRatio(colors.*color, worstBackground(scheme)), leastOverBackdrop);
     }
 }
 
@@ -85,8 +61,8 @@ void SystemColorsTest::whiteIsReadableOnFills()
 {
     for (const ColorScheme scheme : kSchemes) {
         const SystemColors colors = systemColors(scheme);
-        QCOMPARE_GE(contrast(Qt::white, colors.accentFillColor), 4.5);
-        QCOMPARE_GE(contrast(Qt::white, colors.redFillColor), 4.5);
+        QCOMPARE_GE(contrastRatio(Qt::white, colors.accentFillColor), 4.5);
+        QCOMPARE_GE(contrastRatio(Qt::white, colors.redFillColor), 4.5);
     }
 }
 
@@ -95,8 +71,8 @@ void SystemColorsTest::fadedWhiteIsReadableOnTheSelection()
     for (const ColorScheme scheme : kSchemes) {
         const SystemColors colors = systemColors(scheme);
         const QColor faded = colors.onSelection().secondaryLabelColor;
-        const QColor shown = over(Qt::white, faded.alphaF(), colors.selectionColor);
-        QCOMPARE_GE(contrast(shown, colors.selectionColor), 4.5);
+        const QColor shown = composed(faded, colors.selectionColor);
+        QCOMPARE_GE(contrastRatio(shown, colors.selectionColor), 4.5);
     }
 }
 
@@ -104,9 +80,9 @@ void SystemColorsTest::warningsAreReadableOnTheWindow()
 {
     for (const ColorScheme scheme : kSchemes) {
         const SystemColors colors = systemColors(scheme);
-        QCOMPARE_GE(contrast(colors.systemRedColor, colors.windowBackgroundColor), 4.5);
-        QCOMPARE_GE(contrast(colors.systemOrangeColor, colors.windowBackgroundColor), 4.5);
-        QCOMPARE_GE(contrast(colors.systemGreenColor, colors.windowBackgroundColor), 4.5);
+        QCOMPARE_GE(contrastRatio(colors.systemRedColor, colors.windowBackgroundColor), 4.5);
+        QCOMPARE_GE(contrastRatio(colors.systemOrangeColor, colors.windowBackgroundColor), 4.5);
+        QCOMPARE_GE(contrastRatio(colors.systemGreenColor, colors.windowBackgroundColor), 4.5);
     }
 }
 

@@ -31,6 +31,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
     : m_collaborators(collaborators)
     , m_panel(style, collaborators.list.tagManager, collaborators.list.scheduler,
               collaborators.list.clock)
+    , m_blurBehind(m_panel, style.cornerRadius, collaborators.appearance)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
     , m_motion(m_panel.presentationLayer(),
                style.isTranslucent ? WindowMotion::Kind::FadeAndScale : WindowMotion::Kind::Fade,
@@ -76,6 +77,7 @@ void HistoryWindow::hide()
     if (m_isHideAnimationInFlight || !isVisible())
         return;
     m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
+    m_blurBehind.setWanted(false); // It would not fade.
     m_panel.filterBar().closeOverflowMenu();
     m_tableViewController.dismissOverlays();
     ++m_visibilityAnimationToken;
@@ -101,6 +103,7 @@ void HistoryWindow::refreshAppearance()
     m_isMotionReduced = look.isMotionReduced;
     m_panel.setColors(look.colors());
     m_panel.setBackgroundAlpha(look.windowAlpha());
+    m_blurBehind.setWanted(look.isBlurred && !look.isHighContrast);
     m_panel.filterBar().setMenuLook(look);
     m_tableViewController.setLook(look);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/CallbackHook.h"
+#include "window/BlurBehind.h"
 #include "window/ClipboardSearchWindowProtocol.h"
 #include "window/ClipboardTableViewController.h"
 #include "window/HistoryPanel.h"
@@ -82,6 +83,7 @@ private:
 
     HistoryWindowCollaborators m_collaborators;
     HistoryPanel m_panel;
+    BlurBehind m_blurBehind;
     ClipboardTableViewController m_tableViewController;
     WindowMotion m_motion;
     /// Counts show() and hide(): an animation that ends acts only if nothing has come between.

@@ -30,7 +30,9 @@ public:
     /// Called when a combination that was refused has come into force.
     std::function<void()> onAssignedLater;
 
-    /// Called once for each press, not on auto-repeat.
+    /// Called once for each press, not on auto-repeat. Where the desktop allows it, what is typed
+    /// after the press goes to the own window that this activates (see Workspace), from the first
+    /// letter on.
     std::function<void()> onPressed;
 };
 

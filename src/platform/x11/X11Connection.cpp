@@ -41,9 +41,8 @@ xcb_screen_t *findScreen(xcb_connection_t *xcb, int screenNumber)
 }
 
 /// \throws PlatformError
-xcb_connection_t *openDisplay(const QByteArray &displayName, int *screenNumber)
+xcb_connection_t *openDisplay(const QByteArray &name, int *screenNumber)
 {
-    const QByteArray name = displayName.isEmpty() ? qgetenv("DISPLAY") : displayName;
     if (name.isEmpty())
         throw PlatformError("There is no X11 display: DISPLAY is not set");
     xcb_connection_t *xcb = xcb_connect(name.constData(), screenNumber);
@@ -63,12 +62,13 @@ bool isSentByProgram(const void *event)
 void requireX11Display()
 {
     int screenNumber = 0;
-    xcb_disconnect(openDisplay({}, &screenNumber));
+    xcb_disconnect(openDisplay(qgetenv("DISPLAY"), &screenNumber));
 }
 
 X11Connection::X11Connection(const QByteArray &displayName)
+    : m_displayName(displayName.isEmpty() ? qgetenv("DISPLAY") : displayName)
 {
-    connectToServer(displayName);
+    connectToServer();
     m_notifier =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(xcb()), QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, &m_context,
@@ -81,10 +81,10 @@ X11Connection::~X11Connection()
     xcb_disconnect(xcb());
 }
 
-void X11Connection::connectToServer(const QByteArray &displayName)
+void X11Connection::connectToServer()
 {
     int screenNumber = 0;
-    xcb_connection_t *xcb = openDisplay(displayName, &screenNumber);
+    xcb_connection_t *xcb = openDisplay(m_displayName, &screenNumber);
     // Asked for before the first answer is awaited: two round trips for all.
     for (xcb_extension_t *extension :
          {&xcb_sync_id, &xcb_xfixes_id, &xcb_input_id, &xcb_xkb_id, &xcb_test_id})

@@ -41,6 +41,9 @@ public:
     explicit X11Connection(const QByteArray &displayName = {});
     ~X11Connection() override;
 
+    /// Never empty.
+    const QByteArray &displayName() const { return m_displayName; }
+
     const Extension &xfixes() const { return m_xfixes; }
     const Extension &xinput() const { return m_xinput; }
     const Extension &xkb() const { return m_xkb; }
@@ -71,11 +74,12 @@ public:
     std::function<void()> onLost;
 
 private:
-    void connectToServer(const QByteArray &displayName);
+    void connectToServer();
     void learnExtensions();
     void processEvents();
     quint32 findServerTimeCounter();
 
+    QByteArray m_displayName;
     Extension m_sync;
     Extension m_xfixes;
     Extension m_xinput;

@@ -2,8 +2,7 @@
 
 #include "platform/GlobalHotkey.h"
 #include "platform/x11/X11Connection.h"
-
-#include <vector>
+#include "platform/x11/X11HotkeyThread.h"
 
 class X11Keyboard;
 struct VirtualKey;
@@ -14,6 +13,9 @@ struct VirtualKey;
 /// and once for each state of the lock keys. It is grabbed anew when the keyboard changes. While it
 /// is refused it is tried again with each change that a window manager notes on the root window:
 /// that is when holders come and go, and it costs nothing while nobody does anything.
+///
+/// What is typed after a press is held back (see X11HotkeyThread) until the window that onPressed
+/// has activated has the focus, or until onPressed returns if it has activated none.
 class X11GlobalHotkey : public GlobalHotkey, private X11EventListener
 {
 public:
@@ -25,16 +27,12 @@ public:
     bool isInForce() const override { return m_grab.has_value(); }
     std::optional<quint32> findKeyCode(quint32 nativeKey) override;
 
-private:
-    /// What is grabbed: a key with one set of modifiers, and that set with each state of the locks.
-    struct Grab
-    {
-        quint8 key = 0;
-        quint16 modifiers = 0;
-        quint8 locks = 0;
+    /// To be called when the window manager has been asked to give the focus to \a window, one of
+    /// ours.
+    void noteActivation(quint32 window) { m_activatedWindow = window; }
 
-        friend bool operator==(const Grab &, const Grab &) = default;
-    };
+private:
+    using Grab = X11HotkeyThread::Grab;
     struct Combination
     {
         quint32 keyCode = 0;
@@ -42,7 +40,7 @@ private:
     };
 
     void handleX11Event(int type, const void *event) override;
-    void disableRepeatedReleases();
+    void handlePress(const X11HotkeyThread::Press &press);
     std::optional<Grab> findGrab(const Combination &combination);
     std::optional<quint8> findKey(const VirtualKey &key);
     int grab(const std::optional<Grab> &wanted);
@@ -54,7 +52,8 @@ private:
     X11Keyboard &m_keyboard;
     std::optional<Combination> m_combination; ///< Wanted, whether it is in force or not.
     std::optional<Grab> m_grab; ///< In force.
-    bool m_isHeld = false;
     bool m_isRegrabQueued = false;
+    quint32 m_activatedWindow = 0; ///< The latest one.
     QObject m_context; ///< Ends the queued calls with the hot key.
+    X11HotkeyThread m_thread;
 };

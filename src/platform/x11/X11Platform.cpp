@@ -32,6 +32,8 @@ public:
         m_pointerMonitor.isOwnPlace = [this](const QPoint &place) {
             return m_statusItem.contains(place);
         };
+        m_workspace.onOwnWindowActivated
+            = [this](quint32 window) { m_globalHotkey.noteActivation(window); };
         m_connection.onLost = [this] {
             if (onLost)
                 onLost();

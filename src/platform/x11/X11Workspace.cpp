@@ -164,6 +164,8 @@ void X11Workspace::activateOwnWindow(QWindow *window)
     if (!xcb)
         return;
     const auto id = quint32(window->winId());
+    if (onOwnWindowActivated)
+        onOwnWindowActivated(id);
     if (m_windows.hasWindowManager()) {
         // Qt writes its own idea of the time when it maps a window, and that is older than the hot
         // key, which Qt did not see.

@@ -26,6 +26,9 @@ public:
     QString newActivationToken() const override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
 
+    /// Called when the focus has been asked for one of our windows.
+    std::function<void(quint32 window)> onOwnWindowActivated;
+
 private:
     class UserTimeFilter;
 

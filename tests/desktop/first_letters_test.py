@@ -1,0 +1,103 @@
+#!/usr/bin/python3
+"""What is typed right behind the hot key goes to the search field, from the first letter on."""
+import contextlib
+import os
+import random
+import subprocess
+
+from case import HOT_KEY, DesktopTest, main
+from clients import Mousepad, XTerm, read_by_xclip
+from waiting import wait_until
+from Xlib import X
+from Xlib.ext import xtest
+
+LETTERS = "qwertyuiopasdfghjklzxcvbnm"
+ROUNDS = int(os.environ.get("FIRST_LETTERS_ROUNDS", "20"))
+
+
+class FirstLettersCase(DesktopTest):
+    def setUp(self):
+        super().setUp()
+        self.program.start()
+        self.random = random.Random(7)
+
+    def word(self):
+        return "".join(self.random.sample(LETTERS, 5))
+
+    def strike(self, *names):
+        """Presses the hot key and then the other keys, all in one go: the server has them before
+        any program hears of the first one."""
+        codes = [self.display.keycode(name) for name in HOT_KEY.split("+")]
+        for kind, keys in ((X.KeyPress, codes), (X.KeyRelease, reversed(codes))):
+            for code in keys:
+                xtest.fake_input(self.display.connection, kind, code)
+        self.display.press_at_once(names)
+
+    def searched(self):
+        """The text in the search field, by way of the clipboard."""
+        self.display.press("ctrl+a")
+        before = self.display.selection_owner()
+        self.display.press("ctrl+c")
+        wait_until(lambda: self.display.selection_owner() not in (0, before), "the copy")
+        text = read_by_xclip(self.desktop).decode()
+        self.copy_nothing()
+        return text
+
+    def copy_nothing(self):
+        """Another owner, so that the next copy is seen as a change of owner."""
+        self.owner_before = self.display.root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        self.owner_before.set_selection_owner(self.display.atom("CLIPBOARD"), X.CurrentTime)
+        self.display.connection.sync()
+
+    def close(self):
+        self.display.press("Escape")
+        self.display.press("Escape")
+        self.wait_until_closed()
+
+    def check_letters(self, rounds=ROUNDS):
+        lost = []
+        for _ in range(rounds):
+            word = self.word()
+            self.strike(*word)
+            self.wait_for_history_window()
+            found = self.searched()
+            if found != word:
+                lost.append((word, found))
+            self.close()
+        self.assertEqual([], lost)
+
+    @contextlib.contextmanager
+    def busy_machine(self):
+        """Twice as many programs that do nothing but reckon as there are processors."""
+        busy = [subprocess.Popen(["sh", "-c", "while :; do :; done"])
+                for _ in range(2 * os.cpu_count())]
+        try:
+            yield
+        finally:
+            for process in busy:
+                process.kill()
+                process.wait()
+
+
+class FirstLettersTest(FirstLettersCase):
+    def test_the_letters_arrive_whole(self):
+        with XTerm(self.desktop, self.display) as terminal:
+            self.check_letters()
+            self.assertEqual("", terminal.written_text())
+
+    def test_the_letters_arrive_on_a_busy_machine(self):
+        with XTerm(self.desktop, self.display) as terminal, self.busy_machine():
+            self.check_letters()
+            self.assertEqual("", terminal.written_text())
+
+
+class MetacityFirstLettersTest(FirstLettersTest):
+    desktop_options = {"wm": "metacity"}
+
+
+class Xfwm4FirstLettersTest(FirstLettersTest):
+    desktop_options = {"wm": "xfwm4"}
+
+
+if __name__ == "__main__":
+    main()

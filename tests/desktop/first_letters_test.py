@@ -5,7 +5,7 @@ import os
 import random
 import subprocess
 
-from case import HOT_KEY, DesktopTest, main
+from case import OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
 from clients import Mousepad, XTerm, read_by_xclip
 from waiting import wait_until
 from Xlib import X
@@ -16,8 +16,11 @@ ROUNDS = int(os.environ.get("FIRST_LETTERS_ROUNDS", "20"))
 
 
 class FirstLettersCase(DesktopTest):
+    settings = {}
+
     def setUp(self):
         super().setUp()
+        self.program.write_settings(self.settings)
         self.program.start()
         self.random = random.Random(7)
 
@@ -27,7 +30,7 @@ class FirstLettersCase(DesktopTest):
     def strike(self, *names):
         """Presses the hot key and then the other keys, all in one go: the server has them before
         any program hears of the first one."""
-        codes = [self.display.keycode(name) for name in HOT_KEY.split("+")]
+        codes = [self.display.keycode(name) for name in self.hot_key.split("+")]
         for kind, keys in ((X.KeyPress, codes), (X.KeyRelease, reversed(codes))):
             for code in keys:
                 xtest.fake_input(self.display.connection, kind, code)
@@ -97,6 +100,16 @@ class MetacityFirstLettersTest(FirstLettersTest):
 
 class Xfwm4FirstLettersTest(FirstLettersTest):
     desktop_options = {"wm": "xfwm4"}
+    hot_key = OTHER_HOT_KEY  # The other one is the window manager's own.
+    settings = OTHER_HOT_KEY_SETTINGS
+
+
+class KWinFirstLettersTest(FirstLettersTest):
+    desktop_options = {"wm": "kwin_x11"}
+
+
+class MutterFirstLettersTest(FirstLettersTest):
+    desktop_options = {"wm": "mutter --x11"}
 
 
 if __name__ == "__main__":

@@ -6,7 +6,7 @@ import random
 import subprocess
 
 from case import OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
-from clients import Mousepad, XTerm, read_by_xclip
+from clients import XTerm, read_by_xclip
 from waiting import wait_until
 from Xlib import X
 from Xlib.ext import xtest
@@ -102,14 +102,6 @@ class Xfwm4FirstLettersTest(FirstLettersTest):
     desktop_options = {"wm": "xfwm4"}
     hot_key = OTHER_HOT_KEY  # The other one is the window manager's own.
     settings = OTHER_HOT_KEY_SETTINGS
-
-
-class KWinFirstLettersTest(FirstLettersTest):
-    desktop_options = {"wm": "kwin_x11"}
-
-
-class MutterFirstLettersTest(FirstLettersTest):
-    desktop_options = {"wm": "mutter --x11"}
 
 
 if __name__ == "__main__":

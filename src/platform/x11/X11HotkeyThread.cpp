@@ -19,9 +19,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// From the press on. Longer than a window takes to come up on a busy machine, and shorter than a
-/// person would take for a fault of the keyboard.
-constexpr auto kPatience = 150ms;
+/// How long the keyboard is held for somebody to answer a press. Shorter than what a person would
+/// take for a fault of the keyboard.
+constexpr auto kAnswerPatience = 150ms;
+/// And how much longer for a window manager to give the focus to the window that has been opened. On
+/// a machine that is busy it takes its time, and keys that go elsewhere are worse than late ones.
+constexpr auto kFocusPatience = 300ms;
 
 /// The part of an event's type that tells that a program sent it.
 constexpr int kSent = 0x80;
@@ -157,7 +160,7 @@ void X11HotkeyThread::handlePress(quint8 key, quint32 time)
 {
     if (m_heldKey == 0) {
         m_heldKey = key;
-        m_deadline = Clock::now() + kPatience;
+        m_deadline = Clock::now() + kAnswerPatience;
         m_onPressed({++m_pressCount, time});
     } else if (key == m_heldKey) {
         allow(XCB_ALLOW_SYNC_KEYBOARD);
@@ -183,6 +186,7 @@ void X11HotkeyThread::takeAnswer()
         thaw();
         return;
     }
+    m_deadline = Clock::now() + kFocusPatience;
     // Watched first and looked at second, so that the moment between is not missed.
     watchFocus(m_expectedWindow, true);
     if (hasFocus(m_expectedWindow))

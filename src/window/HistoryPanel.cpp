@@ -102,7 +102,11 @@ void HistoryPanel::setPinButtonShown(bool isShown)
 void HistoryPanel::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && !isActiveWindow())
+    if (event->type() != QEvent::ActivationChange)
+        return;
+    // Who gives the focus has done with framing; from here on, moves are meant.
+    m_placeWhenShown.reset();
+    if (!isActiveWindow())
         emit deactivated();
 }
 

@@ -80,7 +80,7 @@ private:
     PresentationLayer m_presentationLayer;
     SystemColors m_colors;
     bool m_isPinButtonShown = true;
-    /// Where the window was shown, until the first news of a move.
+    /// Where the window was shown, until the first news of a move or of the focus.
     std::optional<QPoint> m_placeWhenShown;
 
     WindowDragView *m_dragView = nullptr;

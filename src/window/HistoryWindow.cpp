@@ -67,8 +67,8 @@ void HistoryWindow::show()
     clearSearch();
     enter(wasVisible ? WindowMotion::Start::WhereItStands : WindowMotion::Start::Unseen);
     bringForward();
-    m_outsideWatch.emplace(m_collaborators.pointerMonitor, m_collaborators.workspace, m_panel,
-                           [this] { turnAway(); });
+    m_outsideWatch.emplace(m_collaborators.pointerMonitor, m_collaborators.workspace,
+                           m_collaborators.list.scheduler, m_panel, [this] { turnAway(); });
 }
 
 void HistoryWindow::hide()

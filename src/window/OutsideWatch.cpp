@@ -1,11 +1,17 @@
 #include "window/OutsideWatch.h"
 
 #include "platform/PointerMonitor.h"
+#include "platform/Scheduler.h"
 #include "platform/Workspace.h"
 
 #include <QApplication>
 
+using namespace std::chrono_literals;
+
 namespace {
+
+/// Our own event of a press is there by then, and nobody notices.
+constexpr auto kOwnEventDelay = 16ms;
 
 /// The shadow of a menu is part of its window, but not for those who see it.
 bool isOnOwnWindow(QPoint position)
@@ -18,9 +24,11 @@ bool isOnOwnWindow(QPoint position)
 } // namespace
 
 OutsideWatch::OutsideWatch(PointerMonitor &pointerMonitor, Workspace &workspace,
-                           const QWidget &window, std::function<void()> onTurnedAway)
+                           Scheduler &scheduler, const QWidget &window,
+                           std::function<void()> onTurnedAway)
     : m_pointerMonitor(pointerMonitor)
     , m_workspace(workspace)
+    , m_scheduler(scheduler)
     , m_window(window)
     , m_onTurnedAway(std::move(onTurnedAway))
     , m_ownPresses([this](QPoint position) { return isOwnPlace(position); })
@@ -41,10 +49,15 @@ OutsideWatch::~OutsideWatch()
 
 void OutsideWatch::handleMousePress(QPoint position, quint64 timestamp)
 {
+    if (isOwnPlace(position))
+        return;
     // Presses on our own windows and menus reach them as events; they are no turning away. A menu
-    // may have done its work and be gone by now.
-    if (!isOwnPlace(position) && !m_ownPresses.contains(timestamp))
-        turnAway();
+    // may have done its work and be gone by now, and a window that is dragged be left behind by the
+    // pointer.
+    m_pressOutside = m_scheduler.after(kOwnEventDelay, [this, timestamp] {
+        if (!m_ownPresses.contains(timestamp))
+            turnAway();
+    });
 }
 
 void OutsideWatch::handleActivation(const RunningApplication &application)

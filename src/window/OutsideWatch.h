@@ -4,9 +4,12 @@
 #include "window/OwnPresses.h"
 
 #include <functional>
+#include <memory>
 
 class PointerMonitor;
 class QWidget;
+class ScheduledWork;
+class Scheduler;
 class Workspace;
 struct RunningApplication;
 
@@ -15,9 +18,9 @@ struct RunningApplication;
 class OutsideWatch
 {
 public:
-    /// The first three must outlive the watch; it may end while \a onTurnedAway is called.
-    OutsideWatch(PointerMonitor &pointerMonitor, Workspace &workspace, const QWidget &window,
-                 std::function<void()> onTurnedAway);
+    /// All but the last must outlive the watch; it may end while \a onTurnedAway is called.
+    OutsideWatch(PointerMonitor &pointerMonitor, Workspace &workspace, Scheduler &scheduler,
+                 const QWidget &window, std::function<void()> onTurnedAway);
     ~OutsideWatch();
 
     OutsideWatch(const OutsideWatch &) = delete;
@@ -31,9 +34,11 @@ private:
 
     PointerMonitor &m_pointerMonitor;
     Workspace &m_workspace;
+    Scheduler &m_scheduler;
     const QWidget &m_window;
     std::function<void()> m_onTurnedAway;
     OwnPresses m_ownPresses;
     CallbackHook<QPoint, quint64> m_clickOutsideMonitor;
     CallbackHook<const RunningApplication &> m_appSwitchObserver;
+    std::unique_ptr<ScheduledWork> m_pressOutside; ///< One that may yet turn out to be our own.
 };

@@ -4,6 +4,7 @@
 #include "window/OverflowMenu.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -20,6 +21,7 @@ private slots:
     void aPressOnTheMenuIsNoTurningAway();
     void aPressOnAMenuThatHasClosedSinceIsNoTurningAway();
     void aPressBesideAnOpenMenuIsATurningAway();
+    void aPressInsideIsNoTurningAwayThoughThePointerHasGoneOn();
     void aClickOutsideHides();
     void aClickOutsideDoesNotHideAPinnedWindow();
     void anotherApplicationHides();
@@ -63,10 +65,10 @@ void HistoryWindowClosingTest::aPressOnTheMenuIsNoTurningAway()
     menu->move(0, 0);
     const QPoint onMenu = menu->geometry().center();
     QVERIFY(!m_window->panel().geometry().contains(onMenu));
-    m_pointer->press(onMenu);
+    press(onMenu);
     QVERIFY(!m_window->isHideAnimationInFlight());
     menu->close();
-    m_pointer->press(onMenu);
+    press(onMenu);
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -85,9 +87,9 @@ void HistoryWindowClosingTest::aPressOnAMenuThatHasClosedSinceIsNoTurningAway()
     QCOMPARE(m_copied.size(), 1);
     QVERIFY(!QApplication::activePopupWidget());
 
-    m_pointer->press(place, pressedAt);
+    press(place, pressedAt);
     QVERIFY(!m_window->isHideAnimationInFlight());
-    m_pointer->press(place, pressedAt + 1);
+    press(place, pressedAt + 1);
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -101,7 +103,26 @@ void HistoryWindowClosingTest::aPressBesideAnOpenMenuIsATurningAway()
     QVERIFY(!m_window->panel().geometry().contains(beside));
     QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, menu.mapFromGlobal(beside));
     QVERIFY(!QApplication::activePopupWidget());
-    m_pointer->press(beside, quint64(QTest::lastMouseTimestamp));
+    press(beside, quint64(QTest::lastMouseTimestamp));
+    QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::aPressInsideIsNoTurningAwayThoughThePointerHasGoneOn()
+{
+    make();
+    openWholly();
+    constexpr quint64 pressedAt = 5'000'000;
+    const QPoint inside(300, 10);
+    QMouseEvent event(QEvent::MouseButtonPress, inside, m_window->panel().mapToGlobal(inside),
+                      Qt::LeftButton, Qt::LeftButton, {});
+    event.setTimestamp(pressedAt);
+    const QPoint outside(1, 1);
+    m_pointer->press(outside, pressedAt);
+    QCoreApplication::sendEvent(m_window->panel().windowHandle(), &event);
+    pass(100ms);
+    QVERIFY(!m_window->isHideAnimationInFlight());
+    m_pointer->press(outside, pressedAt + 1);
+    pass(100ms);
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -111,9 +132,9 @@ void HistoryWindowClosingTest::aClickOutsideHides()
     QVERIFY(!m_pointer->isRunning);
     openWholly();
     QVERIFY(m_pointer->isRunning);
-    m_pointer->press(m_window->panel().geometry().center());
+    press(m_window->panel().geometry().center());
     QVERIFY(!m_window->isHideAnimationInFlight());
-    m_pointer->press(m_window->panel().geometry().topLeft() - QPoint(1, 1));
+    press(m_window->panel().geometry().topLeft() - QPoint(1, 1));
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -122,7 +143,7 @@ void HistoryWindowClosingTest::aClickOutsideDoesNotHideAPinnedWindow()
     make();
     openWholly();
     m_window->togglePin();
-    m_pointer->press(QPoint(1, 1));
+    press(QPoint(1, 1));
     QVERIFY(!m_window->isHideAnimationInFlight());
 }
 
@@ -182,7 +203,7 @@ void HistoryWindowClosingTest::turningAwayIsToldBeforeTheWindowHides()
         ++toldCount;
         QVERIFY(!m_window->isHideAnimationInFlight());
     };
-    m_pointer->press(QPoint(1, 1));
+    press(QPoint(1, 1));
     QCOMPARE(toldCount, 1);
     m_desktop->onApplicationActivated({u"org.example.editor"_s, u"Editor"_s, 5, 5});
     QCOMPARE(toldCount, 1); // It is the same turning away.
@@ -199,13 +220,13 @@ void HistoryWindowClosingTest::hidingOtherwiseIsNoTurningAway()
     bool isTold = false;
     m_window->onTurnedAway = [&] { isTold = true; };
     m_window->hide();
-    m_pointer->press(QPoint(1, 1));
+    press(QPoint(1, 1));
     pass(160ms);
     QVERIFY(!isTold);
 
     openWholly();
     m_window->togglePin();
-    m_pointer->press(QPoint(1, 1));
+    press(QPoint(1, 1));
     QVERIFY(!isTold);
 }
 
@@ -272,7 +293,7 @@ void HistoryWindowClosingTest::theMenuOfARowLeavesTheWindowOpen()
     make();
     openWholly();
     openRowMenu(1);
-    m_pointer->press(QApplication::activePopupWidget()->geometry().center());
+    press(QApplication::activePopupWidget()->geometry().center());
     QVERIFY(!m_window->isHideAnimationInFlight());
     QApplication::activePopupWidget()->close();
     QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
@@ -299,7 +320,7 @@ void HistoryWindowClosingTest::aPressInTheShadowOfAMenuIsAPressOutside()
     openRowMenu(1);
     const QRect menu = QApplication::activePopupWidget()->geometry();
     QVERIFY(!m_window->panel().geometry().contains(menu.bottomLeft()));
-    m_pointer->press(menu.bottomLeft() + QPoint(5, -5));
+    press(menu.bottomLeft() + QPoint(5, -5));
     QVERIFY(m_window->isHideAnimationInFlight());
     QVERIFY(!QApplication::activePopupWidget());
 }

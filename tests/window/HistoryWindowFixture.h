@@ -99,6 +99,13 @@ protected:
         QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
     }
 
+    /// Anywhere on the screen, and what comes of it.
+    void press(QPoint position, quint64 timestamp = 0)
+    {
+        m_pointer->press(position, timestamp);
+        pass(std::chrono::milliseconds(16));
+    }
+
     /// The window has the focus as the desktop sees it meanwhile.
     QMenu &openRowMenu(int row)
     {

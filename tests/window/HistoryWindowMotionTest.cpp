@@ -189,7 +189,7 @@ void HistoryWindowMotionTest::aReversalStartsFromTheHalfFadedLook()
     QCOMPARE(m_hiddenCount, 0);
     QVERIFY(m_window->isVisible());
     QCOMPARE(shown(), Presentation());
-    m_pointer->press(QPoint(1, 1));
+    press(QPoint(1, 1));
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 

@@ -237,7 +237,7 @@ void HistoryWindowTest::anAlertKeepsTheWindowOpenAndTheKeys()
     openWholly();
     NewTagAlert &alert = askForATag();
     QVERIFY(alert.field().hasFocus());
-    m_pointer->press(m_window->panel().mapToGlobal(alert.geometry().center()));
+    press(m_window->panel().mapToGlobal(alert.geometry().center()));
     m_desktop->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 1, 1});
     QVERIFY(!m_window->isHideAnimationInFlight());
     // Coming to the front again gives the keyboard to the search field.

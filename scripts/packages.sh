@@ -27,7 +27,7 @@ test_packages=(
     featherpad xterm xfce4-terminal chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
     libgtk-3-bin desktop-file-utils python3-gi gir1.2-gtk-3.0
     fcitx5 fcitx5-pinyin fcitx5-frontend-qt5
-    trayer xfce4-panel xfconf lxqt-panel libglib2.0-bin
+    trayer xfce4-panel xfconf lxqt-panel libglib2.0-bin x11-xserver-utils
 )
 
 # What only the slow ones among them drive.

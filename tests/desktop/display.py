@@ -3,7 +3,7 @@ import contextlib
 import time
 
 from Xlib import X, XK, Xatom, Xutil, display, error
-from Xlib.ext import xtest
+from Xlib.ext import xfixes, xtest
 
 from waiting import retry_until, wait_until
 
@@ -233,6 +233,12 @@ class Display:
     def pixels(self, x, y, width, height):
         """The bytes of a part of the screen, four to the pixel."""
         return self.root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
+
+    def pointer_shape(self):
+        """What the pointer looks like, to be compared with other times."""
+        xfixes.query_version(self.connection)
+        image = xfixes.get_cursor_image(self.connection, self.root)
+        return image.width, image.height, tuple(image.cursor_image)
 
     def selection_owner(self, name="CLIPBOARD"):
         """The window that owns the selection, 0 without one."""

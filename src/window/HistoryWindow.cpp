@@ -178,6 +178,26 @@ void HistoryWindow::connectSearchField()
 void HistoryWindow::connectDesktop()
 {
     m_appearanceHook.emplace(m_collaborators.appearance.onChanged, [this] { refreshAppearance(); });
+    connectScreens();
+}
+
+void HistoryWindow::connectScreens()
+{
+    QObject *context = &m_tableViewController;
+    // Later, since a window is given to another screen only after its own was told to be gone.
+    const auto clampWhileOpen = [this] {
+        if (isVisible())
+            clampFrame();
+    };
+    const auto watch = [context, clampWhileOpen](const QScreen *screen) {
+        QObject::connect(screen, &QScreen::availableGeometryChanged, context, clampWhileOpen,
+                         Qt::QueuedConnection);
+    };
+    for (const QScreen *screen : QGuiApplication::screens())
+        watch(screen);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, context, watch);
+    QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, context, clampWhileOpen,
+                     Qt::QueuedConnection);
 }
 
 void HistoryWindow::placeInitially()

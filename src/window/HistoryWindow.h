@@ -59,6 +59,7 @@ private:
     void connectPanel();
     void connectSearchField();
     void connectDesktop();
+    void connectScreens();
     void placeInitially();
     void clampFrame();
     void bringForward();

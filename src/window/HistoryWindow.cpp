@@ -49,7 +49,7 @@ HistoryWindow::~HistoryWindow()
 {
     m_outsideWatch.reset();
     // The widget tells of losing the focus while it ends.
-    m_panel.disconnect();
+    m_panel.disconnect(&m_tableViewController);
 }
 
 void HistoryWindow::show()

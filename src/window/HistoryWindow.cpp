@@ -136,7 +136,6 @@ void HistoryWindow::connectPanel()
     connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::handleDeactivation);
     connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hide);
     connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
-    connectTo(&m_panel.pinButton(), &PinButton::clicked, &HistoryWindow::togglePin);
     QObject::connect(&m_panel.filterBar(), &FilterBarView::filterSelected, context,
                      [this](const FilterCategory &category) {
                          m_tableViewController.setActiveFilter(category);

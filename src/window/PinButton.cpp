@@ -22,14 +22,9 @@ PinButton::PinButton(QWidget *parent)
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
+    setCheckable(true);
+    connect(this, &PinButton::toggled, this, &PinButton::refreshLanguage);
     refreshLanguage();
-}
-
-void PinButton::setPinned(bool isPinned)
-{
-    m_isPinned = isPinned;
-    refreshLanguage();
-    update();
 }
 
 void PinButton::setColors(const SystemColors &colors)
@@ -40,10 +35,11 @@ void PinButton::setColors(const SystemColors &colors)
 
 void PinButton::refreshLanguage()
 {
-    const QString text = m_isPinned ? localized(u"tooltip.unpin"_s, u"Unpin window"_s)
-                                    : localized(u"tooltip.pin"_s, u"Pin window"_s);
-    setToolTip(text);
-    setAccessibleName(text);
+    const QString pin = localized(u"tooltip.pin"_s, u"Pin window"_s);
+    setToolTip(isPinned() ? localized(u"tooltip.unpin"_s, u"Unpin window"_s) : pin);
+    // Whether it is pinned is heard as the state; a name that turns around with it would say twice,
+    // and the wrong way round, what is said.
+    setAccessibleName(pin);
 }
 
 void PinButton::focusInEvent(QFocusEvent *event)
@@ -68,9 +64,9 @@ void PinButton::paintEvent(QPaintEvent *)
         painter.setBrush(withAlpha(m_colors.labelColor, isDown() ? kPressedAlpha : kHoverAlpha));
         painter.drawRoundedRect(rect(), kRadius, kRadius);
     }
-    const QString name = m_isPinned ? u"pin.slash.fill"_s : u"pin"_s;
+    const QString name = isPinned() ? u"pin.slash.fill"_s : u"pin"_s;
     drawSymbol(painter, rect(), {name, kSymbolSize, SymbolWeight::Semibold},
-               m_isPinned ? m_colors.controlAccentColor : m_colors.secondaryLabelColor);
+               isPinned() ? m_colors.controlAccentColor : m_colors.secondaryLabelColor);
 }
 
 void PinButton::setFocusVisible(bool isVisible)

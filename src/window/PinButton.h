@@ -4,7 +4,7 @@
 
 #include <QAbstractButton>
 
-/// Keeps the window open when the person turns to something else.
+/// Keeps the window open when the person turns to something else, while it is checked.
 class PinButton : public QAbstractButton
 {
     Q_OBJECT
@@ -12,11 +12,11 @@ class PinButton : public QAbstractButton
 public:
     explicit PinButton(QWidget *parent = nullptr);
 
-    bool isPinned() const { return m_isPinned; }
-    void setPinned(bool isPinned);
+    bool isPinned() const { return isChecked(); }
+    void setPinned(bool isPinned) { setChecked(isPinned); }
     void setColors(const SystemColors &colors);
 
-    /// Words the tool tip anew.
+    /// Words the tool tip anew, and the name.
     void refreshLanguage();
 
     /// The focus came by the keyboard and is to be seen.
@@ -31,6 +31,5 @@ private:
     void setFocusVisible(bool isVisible);
 
     SystemColors m_colors;
-    bool m_isPinned = false;
     bool m_isFocusVisible = false;
 };

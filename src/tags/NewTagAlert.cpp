@@ -27,6 +27,7 @@ NewTagAlert::NewTagAlert(const Look &look, QWidget *window)
     , m_field(new MaxLengthTextField(colors(), this))
 {
     m_field->setAccessibleName(accessibleName());
+    m_field->setAccessibleDescription(accessibleDescription());
     m_field->setBoxSize(kFieldSize);
     setAccessoryView(m_field, MaxLengthTextField::kRingRoom);
 }

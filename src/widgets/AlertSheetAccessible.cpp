@@ -1,0 +1,21 @@
+#include "widgets/AlertSheetAccessible.h"
+
+#include "widgets/AccessibleFactory.h"
+#include "widgets/AlertSheet.h"
+
+void AlertSheetAccessible::install()
+{
+    installAccessible<AlertSheet, AlertSheetAccessible>();
+}
+
+AlertSheetAccessible::AlertSheetAccessible(AlertSheet &sheet)
+    : QAccessibleWidget(&sheet, QAccessible::Dialog)
+{
+}
+
+QAccessible::State AlertSheetAccessible::state() const
+{
+    QAccessible::State state = QAccessibleWidget::state();
+    state.modal = true;
+    return state;
+}

@@ -1,7 +1,9 @@
 #include "tags/TagChipRow.h"
 
+#include "language/Localized.h"
 #include "tags/Tag.h"
 #include "tags/TagHoverContainer.h"
+#include "widgets/AccessibleFactory.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -9,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,6 +27,8 @@ TagChipRow::TagChipRow(const QStringList &tagNames, const QStringList &selected,
     : QWidget(parent)
     , m_colors(colors)
 {
+    installAccessible<TagChipRow, RoleAccessible<QAccessible::Grouping>>();
+    setAccessibleName(localized(u"speech.tag_switches"_s, u"Tags"_s));
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     for (const QString &name : tagNames.first(std::min(kMaxTagsInMenu, tagNames.size()))) {

@@ -40,6 +40,8 @@ TagHoverContainer::TagHoverContainer(const QString &tagText, bool isSelectedTag,
     setFocusPolicy(Qt::NoFocus);
     setCheckable(true);
     setChecked(isSelectedTag);
+    // Assistive programs turn it without a click.
+    connect(this, &TagHoverContainer::toggled, this, &TagHoverContainer::handleToggle);
     setAccessibleName(shownTagName(tagText));
     setToolTip(localized(u"tooltip.tag.toggle"_s, u"Toggle this tag selection"_s));
     setAccessibleDescription(toolTip());
@@ -137,9 +139,8 @@ void TagHoverContainer::mousePressEvent(QMouseEvent *event)
         QAbstractButton::mousePressEvent(event);
 }
 
-void TagHoverContainer::nextCheckState()
+void TagHoverContainer::handleToggle()
 {
-    QAbstractButton::nextCheckState();
     updateDrawnRect();
     if (onToggle)
         onToggle(m_tagText);

@@ -48,10 +48,10 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
-    void nextCheckState() override;
     void paintEvent(QPaintEvent *) override {}
 
 private:
+    void handleToggle();
     void setContainerHovering(bool isHovering);
     void setScale(qreal scale);
     void updateDrawnRect();

@@ -1,9 +1,6 @@
 #include "window/HistoryListModel.h"
 
-#include "language/Localized.h"
 #include "window/HistoryRow.h"
-
-using namespace Qt::StringLiterals;
 
 HistoryListModel::HistoryListModel(HistoryRowCache &rows, QObject *parent)
     : QAbstractListModel(parent)
@@ -23,7 +20,7 @@ QVariant HistoryListModel::data(const QModelIndex &index, int role) const
     const ClipboardItemPointer &item = m_items.at(index.row());
     switch (role) {
     case Qt::DisplayRole: return m_rows.row(item).content;
-    case Qt::AccessibleTextRole: return spokenText(item);
+    case Qt::AccessibleTextRole: return m_rows.spokenRow(item);
     default: return {};
     }
 }
@@ -90,13 +87,4 @@ void HistoryListModel::insertRange(const ClipboardItemList &items, qsizetype fir
     m_items.insert(first, last - first + 1, nullptr);
     std::copy(items.begin() + first, items.begin() + last + 1, m_items.begin() + first);
     endInsertRows();
-}
-
-QString HistoryListModel::spokenText(const ClipboardItemPointer &item) const
-{
-    const HistoryRow &row = m_rows.row(item);
-    QStringList parts{row.content, row.meta, row.time};
-    if (item->isFavorite)
-        parts.append(localized(u"filter.favorite"_s, u"Favorite"_s));
-    return parts.join(u", "_s);
 }

@@ -33,7 +33,6 @@ public:
 private:
     void removeRange(qsizetype first, qsizetype last);
     void insertRange(const ClipboardItemList &items, qsizetype first, qsizetype last);
-    QString spokenText(const ClipboardItemPointer &item) const;
 
     HistoryRowCache &m_rows;
     ClipboardItemList m_items;

@@ -6,6 +6,7 @@
 #include "tags/Tag.h"
 #include "window/ApplicationNames.h"
 #include "window/RelativeTime.h"
+#include "window/SpokenRow.h"
 
 #include <QFileInfo>
 
@@ -19,7 +20,6 @@ constexpr qsizetype kContentLength = 80;
 // Names may have been made by anybody, and each line is drawn again and again.
 constexpr qsizetype kFileNameUnits = 480;
 constexpr qsizetype kAppNameUnits = 100;
-constexpr qsizetype kShownTags = 2;
 constexpr int kCachedRows = 64;
 
 QString typeWord(ClipboardContentType type)
@@ -61,7 +61,7 @@ QString metaLine(const ClipboardItem &item, ApplicationNames &names)
     if (item.isRemoteClipboard)
         parts.append(localized(u"type.remote"_s, u"REMOTE"_s));
     if (item.sourceAppBundleID && !item.sourceAppBundleID->isEmpty())
-        parts.append(shortened(names.appDisplayName(*item.sourceAppBundleID), kAppNameUnits));
+        parts.append(shownAppName(*item.sourceAppBundleID, names));
     for (const QString &name : item.tags.first(std::min(kShownTags, item.tags.size())))
         parts.append(shownTagName(name));
     if (item.tags.size() > kShownTags)
@@ -70,6 +70,11 @@ QString metaLine(const ClipboardItem &item, ApplicationNames &names)
 }
 
 } // namespace
+
+QString shownAppName(const QString &bundleID, ApplicationNames &names)
+{
+    return shortened(names.appDisplayName(bundleID), kAppNameUnits);
+}
 
 HistoryRow makeHistoryRow(const ClipboardItem &item, ApplicationNames &names, Timestamp now)
 {
@@ -89,15 +94,27 @@ HistoryRowCache::HistoryRowCache(ApplicationNames &names, const Clock &clock)
 
 const HistoryRow &HistoryRowCache::row(const ClipboardItemPointer &item)
 {
-    Entry *entry = m_entries.object(item->id);
-    if (!entry || entry->item.lock() != item) {
-        entry = new Entry{item, makeHistoryRow(*item, m_names, m_clock.now())};
-        m_entries.insert(item->id, entry);
-    }
-    return entry->row;
+    return entry(item).row;
+}
+
+QString HistoryRowCache::spokenRow(const ClipboardItemPointer &item)
+{
+    const Entry &shown = entry(item);
+    return ::spokenRow(*item, shown.row, m_names, shown.madeAt);
 }
 
 void HistoryRowCache::forgetAll()
 {
     m_entries.clear();
+}
+
+const HistoryRowCache::Entry &HistoryRowCache::entry(const ClipboardItemPointer &item)
+{
+    Entry *entry = m_entries.object(item->id);
+    if (!entry || entry->item.lock() != item) {
+        const Timestamp now = m_clock.now();
+        entry = new Entry{item, now, makeHistoryRow(*item, m_names, now)};
+        m_entries.insert(item->id, entry);
+    }
+    return *entry;
 }

@@ -18,6 +18,12 @@ struct HistoryRow
     friend bool operator==(const HistoryRow &, const HistoryRow &) = default;
 };
 
+/// So many tags of an entry its row names.
+inline constexpr qsizetype kShownTags = 2;
+
+/// What is shown of the name of the application that an entry came from.
+QString shownAppName(const QString &bundleID, ApplicationNames &names);
+
 HistoryRow makeHistoryRow(const ClipboardItem &item, ApplicationNames &names, Timestamp now);
 
 /// The texts of the rows that were shown lately. A row keeps its texts, its time included, until
@@ -31,14 +37,20 @@ public:
     /// Valid until the next call.
     const HistoryRow &row(const ClipboardItemPointer &item);
 
+    /// The same for those who hear it.
+    QString spokenRow(const ClipboardItemPointer &item);
+
     void forgetAll();
 
 private:
     struct Entry
     {
         std::weak_ptr<const ClipboardItem> item;
+        Timestamp madeAt;
         HistoryRow row;
     };
+
+    const Entry &entry(const ClipboardItemPointer &item);
 
     ApplicationNames &m_names;
     const Clock &m_clock;

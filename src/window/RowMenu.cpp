@@ -77,6 +77,7 @@ std::unique_ptr<QMenu> RowMenu::makeMenu(const ClipboardItem &item, const Offers
 {
     auto menu = std::make_unique<QMenu>();
     menu->setObjectName(u"rowMenu"_s);
+    menu->setAccessibleName(localized(u"speech.row_menu"_s, u"Actions for the entry"_s));
     const auto add = [&](Entry entry, const QString &title) {
         const QAction *action = menu->addAction(title);
         connect(action, &QAction::triggered, this,
@@ -117,6 +118,7 @@ void RowMenu::addTags(QMenu &menu, const ClipboardItem &item, const QStringList 
     row->setAnimated(!m_look.isMotionReduced);
     row->onToggle = [this, id = item.id](const QString &name) { emit tagToggled(name, id); };
     auto *action = new QWidgetAction(&menu);
+    action->setText(row->accessibleName());
     action->setDefaultWidget(row);
     menu.addAction(action);
 }

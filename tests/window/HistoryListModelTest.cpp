@@ -101,8 +101,8 @@ void HistoryListModelTest::aRowIsSpokenWithAllItsParts()
     m_model->reload({SampleHistory::mixed().at(3)});
     QCOMPARE(
         m_model->index(0).data(Qt::AccessibleTextRole).toString(),
-        u"The tide tables for Saturday: high water 06:42 (4.1 m), low water 12:55 (0.8 m),..., "
-        "TEXT · Mail · sailing · travel · +1, 26 min. ago, Favorite"_s);
+        u"Text, The tide tables for Saturday: high water 06:42 (4.1 m), low water 12:55 "
+        "(0.8 m),..., from Mail, tagged sailing, travel, and 1 more, 26 minutes ago, favorite"_s);
 }
 
 QTEST_GUILESS_MAIN(HistoryListModelTest)

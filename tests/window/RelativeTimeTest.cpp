@@ -39,6 +39,8 @@ private slots:
     void agesAreToldInTheLargestUnit();
     void agesAreToldInChinese_data();
     void agesAreToldInChinese();
+    void agesAreSpokenInWholeWords_data();
+    void agesAreSpokenInWholeWords();
 };
 
 void RelativeTimeTest::agesAreToldInTheLargestUnit_data()
@@ -96,6 +98,35 @@ void RelativeTimeTest::agesAreToldInChinese()
     language.setLanguage(AppLanguage::Chinese);
     language.install();
     QTEST(textFor(age), "text");
+}
+
+void RelativeTimeTest::agesAreSpokenInWholeWords_data()
+{
+    addColumns();
+    row("just now", 0s, u"just now"_s);
+    row("still to come", -5min, u"just now"_s);
+    row("a second", 1s, u"1 second ago"_s);
+    row("seconds", 59s, u"59 seconds ago"_s);
+    row("a minute", 60s, u"1 minute ago"_s);
+    row("minutes", 2min, u"2 minutes ago"_s);
+    row("an hour", 1h, u"1 hour ago"_s);
+    row("hours", 23h, u"23 hours ago"_s);
+    row("a day", 24h, u"yesterday"_s);
+    row("two days", 2 * 24h, u"2 days ago"_s);
+    row("days", 6 * 24h, u"6 days ago"_s);
+    row("a week", 7 * 24h, u"last week"_s);
+    row("weeks", 29 * 24h, u"4 weeks ago"_s);
+    row("a month", 30 * 24h, u"last month"_s);
+    row("months", 60 * 24h, u"2 months ago"_s);
+    row("a year", 365 * 24h, u"last year"_s);
+    row("years", 730 * 24h, u"2 years ago"_s);
+}
+
+void RelativeTimeTest::agesAreSpokenInWholeWords()
+{
+    QFETCH(std::chrono::microseconds, age);
+    const Timestamp now = timestampFromMicroseconds(1'776'000'000'000'000);
+    QTEST(spokenRelativeTime(now - age, now), "text");
 }
 
 QTEST_GUILESS_MAIN(RelativeTimeTest)

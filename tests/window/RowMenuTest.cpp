@@ -198,7 +198,7 @@ void RowMenuTest::tagsAreSwitchesThatLeaveTheMenuOpen()
     // They stand after the star and before the deletion.
     const QStringList titles = titlesOf(*openMenu());
     QCOMPARE(titles.mid(titles.indexOf(u"Favorite"_s)),
-             (QStringList{u"Favorite"_s, kSeparator, QString(), kSeparator, u"Delete"_s}));
+             (QStringList{u"Favorite"_s, kSeparator, u"Tags"_s, kSeparator, u"Delete"_s}));
 }
 
 void RowMenuTest::titlesAreInTheLanguageOfTheProgram()

@@ -3,7 +3,7 @@
 # A compiler, the build tools and the headers.
 build_packages=(
     g++ cmake ninja-build ccache mold pkg-config
-    qt6-base-dev qt6-svg-dev
+    qt6-base-dev qt6-base-private-dev qt6-svg-dev
     libxcb1-dev libxcb-xfixes0-dev libxcb-xtest0-dev libxcb-keysyms1-dev libxcb-ewmh-dev
     libxcb-icccm4-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-sync-dev libxkbcommon-dev
     libxkbcommon-x11-dev
@@ -27,6 +27,7 @@ test_packages=(
     featherpad xterm xfce4-terminal chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
     libgtk-3-bin desktop-file-utils python3-gi gir1.2-gtk-3.0
     fcitx5 fcitx5-pinyin fcitx5-frontend-qt5
+    at-spi2-core python3-pyatspi gir1.2-atspi-2.0
     trayer xfce4-panel xfconf lxqt-panel libglib2.0-bin x11-xserver-utils
 )
 

@@ -1,7 +1,9 @@
 #include "window/ClipboardTableView.h"
 
 #include "appearance/InterfaceFont.h"
+#include "window/ClipboardTableViewAccessible.h"
 #include "window/HistoryListModel.h"
+#include "window/HistoryRowAccessible.h"
 #include "window/HistoryRowDelegate.h"
 #include "window/OverlayScroller.h"
 #include "window/RowLayout.h"
@@ -42,6 +44,7 @@ ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock,
     , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
     , m_scrollerInset(scrollerInset)
 {
+    ClipboardTableViewAccessible::install();
     setFrameShape(QFrame::NoFrame);
     setUniformItemSizes(true);
     setSelectionMode(SingleSelection);
@@ -81,7 +84,15 @@ void ClipboardTableView::setEmptyText(const QString &title, const QString &note)
         return;
     m_emptyTitle = title;
     m_emptyNote = note;
+    ClipboardTableViewAccessible::tellEmptyText(*this);
     viewport()->update();
+}
+
+const ClipboardItemList &ClipboardTableView::items() const
+{
+    static const ClipboardItemList none;
+    const auto *rows = static_cast<const HistoryListModel *>(model());
+    return rows ? rows->items() : none;
 }
 
 int ClipboardTableView::selectedRow() const
@@ -147,6 +158,36 @@ void ClipboardTableView::reset()
     QListView::reset();
     m_selectionFade.finishAll();
     m_starPop.finishAll();
+}
+
+void ClipboardTableView::performSpokenAction(const QString &name, int row)
+{
+    if (!m_acceptsInput)
+        return;
+    if (name == QAccessibleActionInterface::pressAction()) {
+        emit rowActivated(row);
+    } else if (name == HistoryRowAccessible::favoriteAction()) {
+        emit starClicked(row);
+    } else if (name == QAccessibleActionInterface::setFocusAction()) {
+        selectRow(row);
+        setFocus(Qt::OtherFocusReason);
+    } else if (name == QAccessibleActionInterface::showMenuAction()) {
+        selectRow(row);
+        requestMenuAtSelectedRow();
+    }
+}
+
+void ClipboardTableView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                     const QList<int> &roles)
+{
+    QListView::dataChanged(topLeft, bottomRight, roles);
+    ClipboardTableViewAccessible::tellChangedRows(*this, topLeft.row(), bottomRight.row());
+}
+
+void ClipboardTableView::rowsInserted(const QModelIndex &parent, int first, int last)
+{
+    QListView::rowsInserted(parent, first, last);
+    ClipboardTableViewAccessible::tellNewRows(*this, first, last);
 }
 
 void ClipboardTableView::contextMenuEvent(QContextMenuEvent *event)

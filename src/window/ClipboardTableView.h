@@ -42,6 +42,11 @@ public:
 
     /// What stands in the place of the rows while there are none. The note may be empty.
     void setEmptyText(const QString &title, const QString &note);
+    const QString &emptyTitle() const { return m_emptyTitle; }
+    const QString &emptyNote() const { return m_emptyNote; }
+
+    /// The entries of the rows.
+    const ClipboardItemList &items() const;
 
     /// The selected row, -1 if there is none.
     int selectedRow() const;
@@ -68,6 +73,14 @@ public:
     /// below; an empty range if there is none.
     std::pair<int, int> rowsInSight(int margin = 0) const;
 
+    /// Whether the selected row counts as what has the focus for those who hear it, which it also
+    /// does while the keys of another view move through the list.
+    bool isSpokenFocus() const { return m_isSpokenFocus || hasFocus(); }
+    void setSpokenFocus(bool isSpokenFocus) { m_isSpokenFocus = isSpokenFocus; }
+
+    /// What an assistive program asks of a row, by a name of HistoryRowAccessible.
+    void performSpokenAction(const QString &name, int row);
+
     void keyboardSearch(const QString &) override {}
 
     /// Space on the selected row; false if the key is not wanted.
@@ -87,8 +100,14 @@ signals:
     void menuRequested(int row, const QPoint &position, QContextMenuEvent::Reason reason);
     void rowActivated(int row); ///< By a double click.
     void starClicked(int row);
+    /// To be heard by those who do not see it: what has happened, and what the search has found.
+    void announced(const QString &text);
+    void resultAnnounced(const QString &text);
 
 protected:
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QList<int> &roles) override;
+    void rowsInserted(const QModelIndex &parent, int first, int last) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -130,6 +149,7 @@ private:
     OverlayScroller *m_scroller;
     int m_scrollerInset;
     bool m_acceptsInput = true;
+    bool m_isSpokenFocus = false;
     QString m_emptyTitle;
     QString m_emptyNote;
     int m_hoveredStar = -1;

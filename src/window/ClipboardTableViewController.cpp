@@ -101,6 +101,8 @@ void ClipboardTableViewController::showMatches(const ClipboardItemList &matches,
     refreshEmptyText();
     if (scroll == Scroll::ToTop && !filteredItems().isEmpty())
         m_tableView.scrollTo(m_model.index(0));
+    if (scroll == Scroll::ToTop && m_tableView.isVisible())
+        announceResult();
     if (!searchText().isEmpty() && !m_filter.hasNarrowed())
         m_searchPreparation.readAhead(filteredItems());
 }
@@ -321,11 +323,20 @@ bool ClipboardTableViewController::isFavoriteLimitReached() const
 
 void ClipboardTableViewController::refuseFavorite(qsizetype row)
 {
+    const QString message = localized(u"favorite.limit_reached"_s, u"已达收藏上限"_s);
     if (row >= 0)
-        m_limitHint.showFavoriteLimitHint(
-            int(row), localized(u"favorite.limit_reached"_s, u"已达收藏上限"_s));
+        m_limitHint.showFavoriteLimitHint(int(row), message);
+    emit m_tableView.announced(message);
     if (m_with.beep)
         m_with.beep();
+}
+
+void ClipboardTableViewController::announceResult()
+{
+    const QString count = localized(u"speech.result_count"_s, u"Results: %d"_s);
+    emit m_tableView.resultAnnounced(filteredItems().isEmpty()
+                                         ? m_tableView.emptyTitle()
+                                         : filledIn(count, {filteredItems().size()}));
 }
 
 void ClipboardTableViewController::refreshEmptyText()

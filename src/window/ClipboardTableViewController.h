@@ -112,6 +112,7 @@ private:
     bool isFavoriteLimitReached() const;
     void refuseFavorite(qsizetype row);
     void refreshEmptyText();
+    void announceResult();
 
     ClipboardTableView &m_tableView;
     HistoryListCollaborators m_with;

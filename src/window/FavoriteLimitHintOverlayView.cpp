@@ -1,6 +1,7 @@
 #include "window/FavoriteLimitHintOverlayView.h"
 
 #include "appearance/InterfaceFont.h"
+#include "widgets/AccessibleFactory.h"
 
 #include <QBitmap>
 #include <QPainter>
@@ -52,6 +53,7 @@ FavoriteLimitHintOverlayView::FavoriteLimitHintOverlayView(const QString &messag
     , m_colors(look.colors())
 {
     setObjectName(QStringLiteral("favoriteLimitHint"));
+    installAccessible<FavoriteLimitHintOverlayView, RoleAccessible<QAccessible::ToolTip>>();
     setAccessibleName(message);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground, m_isTranslucent);

@@ -4,6 +4,7 @@
 #include "language/Localized.h"
 #include "tags/Tag.h"
 #include "tags/TagManager.h"
+#include "widgets/AccessibleFactory.h"
 #include "window/OverflowMenu.h"
 
 #include <QKeyEvent>
@@ -92,6 +93,7 @@ FilterBarView::FilterBarView(TagManager &tagManager, QWidget *parent)
     : QWidget(parent)
     , m_tagManager(tagManager)
 {
+    installAccessible<FilterBarView, RoleAccessible<QAccessible::Grouping>>();
     buildBaseButtons();
     connect(&tagManager, &TagManager::tagsDidChange, this, &FilterBarView::handleTagsChanged);
     layoutButtons(TagButtons::Keep);
@@ -136,6 +138,7 @@ void FilterBarView::closeOverflowMenu()
 
 void FilterBarView::refreshTitles()
 {
+    setAccessibleName(localized(u"speech.filter"_s, u"Filter"_s));
     for (qsizetype i = 0; i < m_baseButtons.size(); ++i) {
         const CategoryItem &item = baseCategories().at(i);
         m_baseButtons[i]->setTitle(localized(item.key, item.fallback));
@@ -243,6 +246,9 @@ int FilterBarView::addTagButton(const std::optional<FilterCategory> &category, c
     const int y = (height() - FilterButton::kHeight) / 2;
     const int width = category ? tagButtonWidth(title) : button->naturalWidth();
     button->setGeometry(x, y, width, FilterButton::kHeight);
+    if (!category)
+        button->setAccessibleName(filledIn(localized(u"speech.hidden_tags"_s, u"More tags: %d"_s),
+                                           {m_hiddenTagNames.size()}));
     putBehindInTabOrder(*buttons().last(), *button);
     m_tagButtons.append(button);
     button->show();

@@ -1,23 +1,13 @@
 #include "window/FilterButtonAccessible.h"
 
+#include "widgets/AccessibleFactory.h"
 #include "window/FilterButton.h"
 
-using namespace Qt::StringLiterals;
-
-namespace {
-
-QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
-{
-    auto *button = qobject_cast<FilterButton *>(object);
-    const bool isWanted = button && className == QLatin1StringView("FilterButton");
-    return isWanted ? new FilterButtonAccessible(*button) : nullptr;
-}
-
-} // namespace
+#include <QMenu>
 
 void FilterButtonAccessible::install()
 {
-    QAccessible::installFactory(makeAccessible); // Knows a factory that it has already.
+    installAccessible<FilterButton, FilterButtonAccessible>();
 }
 
 void FilterButtonAccessible::tellSelection(FilterButton &button)
@@ -45,7 +35,11 @@ QAccessible::State FilterButtonAccessible::state() const
         state.checkable = true;
         state.checked = button().isSelected();
     } else {
+        const auto *menu = button().findChild<QMenu *>();
         state.hasPopup = true;
+        state.expandable = true;
+        state.expanded = menu && menu->isVisible();
+        state.collapsed = !state.expanded;
     }
     state.pressed = button().isDown();
     return state;

@@ -2,13 +2,16 @@
 
 #include "appearance/FocusOutline.h"
 #include "language/Localized.h"
+#include "widgets/AlertSheet.h"
 #include "window/ClipboardTableView.h"
 #include "window/EdgeResizeView.h"
 #include "window/FilterBarView.h"
 #include "window/GlassContainerView.h"
+#include "window/HistoryPanelAccessible.h"
 #include "window/PinButton.h"
 #include "window/SearchField.h"
 #include "window/SeparatorLine.h"
+#include "window/SpokenFocus.h"
 #include "window/SymbolView.h"
 #include "window/WindowDragView.h"
 
@@ -52,6 +55,7 @@ HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManag
     , m_glassContainerView(new GlassContainerView(style, this))
     , m_presentationLayer(*m_glassContainerView)
 {
+    HistoryPanelAccessible::install();
     setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
     setAttribute(Qt::WA_QuitOnClose, false);
     m_glassContainerView->onGroundPainted = [this](QPainter &painter) { paintFocusRings(painter); };
@@ -59,6 +63,8 @@ HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManag
     buildList(scheduler, clock);
     buildHandles();
 }
+
+HistoryPanel::~HistoryPanel() = default;
 
 void HistoryPanel::setColors(const SystemColors &colors)
 {
@@ -89,6 +95,17 @@ void HistoryPanel::refreshLanguage()
     m_tableView->setAccessibleName(title);
     m_filterBar->refreshTitles();
     m_pinButton->refreshLanguage();
+}
+
+QWidgetList HistoryPanel::spokenParts() const
+{
+    QWidgetList parts{m_searchIcon, m_searchField, m_filterBar};
+    if (m_isPinButtonShown)
+        parts.append(m_pinButton);
+    parts.append(m_tableContainerView);
+    for (AlertSheet *alert : findChildren<AlertSheet *>(Qt::FindDirectChildrenOnly))
+        parts.append(alert);
+    return parts;
 }
 
 void HistoryPanel::setPinButtonShown(bool isShown)
@@ -184,6 +201,7 @@ void HistoryPanel::buildList(Scheduler &scheduler, const Clock &clock)
     const int scrollerInset = qRound(m_style.cornerRadius * kScrollerInsetShare);
     m_tableView = new ClipboardTableView(scheduler, clock, scrollerInset, m_tableContainerView);
     m_tableView->setObjectName(u"tableView"_s);
+    m_spokenFocus = std::make_unique<SpokenFocus>(*m_searchField, *m_tableView, scheduler);
     connect(m_tableView, &ClipboardTableView::textKeyPressed, this, [this](QKeyEvent *event) {
         m_searchField->setFocus();
         QCoreApplication::sendEvent(m_searchField, event);

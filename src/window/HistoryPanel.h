@@ -6,6 +6,7 @@
 
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 class ClipboardTableView;
@@ -17,6 +18,7 @@ class PinButton;
 class Scheduler;
 class SearchField;
 class SeparatorLine;
+class SpokenFocus;
 class SymbolView;
 class TagManager;
 class WindowDragView;
@@ -31,6 +33,7 @@ public:
     /// All but the style must outlive the panel.
     HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager, Scheduler &scheduler,
                  const Clock &clock);
+    ~HistoryPanel() override;
 
     SearchField &searchField() { return *m_searchField; }
     PinButton &pinButton() const { return *m_pinButton; }
@@ -43,6 +46,9 @@ public:
     void setBackgroundAlpha(qreal alpha);
 
     void refreshLanguage();
+
+    /// The parts that mean something to those who do not see the window.
+    QWidgetList spokenParts() const;
 
     /// Without the button the search field is a little wider.
     void setPinButtonShown(bool isShown);
@@ -93,4 +99,5 @@ private:
     ClipboardTableView *m_tableView = nullptr;
     EdgeResizeView *m_topResizeView = nullptr;
     EdgeResizeView *m_bottomResizeView = nullptr;
+    std::unique_ptr<SpokenFocus> m_spokenFocus;
 };

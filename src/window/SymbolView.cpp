@@ -1,11 +1,14 @@
 #include "window/SymbolView.h"
 
+#include "widgets/AccessibleFactory.h"
+
 #include <QPainter>
 
 SymbolView::SymbolView(const Symbol &symbol, QWidget *parent)
     : QWidget(parent)
     , m_symbol(symbol)
 {
+    installAccessible<SymbolView, RoleAccessible<QAccessible::Graphic>>();
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

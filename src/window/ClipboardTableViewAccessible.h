@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QAccessibleWidget>
+#include <QHash>
+#include <QUuid>
+
+class ClipboardTableView;
+
+/// Tells assistive programs of the list: its rows, or the text that stands in their place. A row is
+/// told of once it is asked for, so nothing depends on how many there are.
+class ClipboardTableViewAccessible : public QAccessibleWidget
+{
+public:
+    /// Has all lists told of in this way; calling it again does nothing.
+    static void install();
+
+    // What has happened in a list. They cost nothing while nobody listens.
+    static void tellFocus(ClipboardTableView &view, int row);
+    static void tellNewRows(ClipboardTableView &view, int first, int last);
+    static void tellChangedRows(ClipboardTableView &view, int first, int last);
+    static void tellEmptyText(ClipboardTableView &view);
+    static void describeRow(ClipboardTableView &view, int row, const QString &description);
+
+    explicit ClipboardTableViewAccessible(ClipboardTableView &view);
+    ~ClipboardTableViewAccessible() override;
+
+    int childCount() const override;
+    QAccessibleInterface *child(int index) const override;
+    QAccessibleInterface *childAt(int x, int y) const override;
+    QAccessibleInterface *focusChild() const override;
+    int indexOfChild(const QAccessibleInterface *child) const override;
+
+private:
+    ClipboardTableView &view() const;
+    QAccessibleInterface *rowChild(int row) const;
+    QAccessibleInterface *emptyTextChild() const;
+
+    mutable QHash<QUuid, QAccessible::Id> m_rows; ///< Those that were asked for.
+    mutable QAccessible::Id m_emptyText = 0;
+};

@@ -4,6 +4,8 @@
 #include <QStringDecoder>
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -100,6 +102,30 @@ QString firstUnits(const QString &text, qsizetype limit)
     return text.first(isInsidePair ? limit - 1 : limit);
 }
 
+bool turnsWhatFollows(QChar character)
+{
+    switch (character.direction()) {
+    case QChar::DirLRE:
+    case QChar::DirLRO:
+    case QChar::DirRLE:
+    case QChar::DirRLO:
+    case QChar::DirPDF:
+    case QChar::DirLRI:
+    case QChar::DirRLI:
+    case QChar::DirFSI:
+    case QChar::DirPDI: return true;
+    default: return false;
+    }
+}
+
+bool hasRightToLeft(const QString &text)
+{
+    return std::ranges::any_of(text.toUcs4(), [](uint character) {
+        const QChar::Direction direction = QChar::direction(character);
+        return direction == QChar::DirR || direction == QChar::DirAL || direction == QChar::DirAN;
+    });
+}
+
 struct FoldedText
 {
     QString line;
@@ -177,6 +203,17 @@ QByteArray withLineFeeds(QByteArray utf8)
 QString shortened(const QString &text, qsizetype limit)
 {
     return text.size() > limit ? firstUnits(text, limit) + u"..."_s : text;
+}
+
+QString isolatedName(const QString &name)
+{
+    QString isolated = name;
+    isolated.removeIf(turnsWhatFollows);
+    if (!hasRightToLeft(isolated))
+        return isolated;
+    constexpr char16_t kFirstStrongIsolate = 0x2068;
+    constexpr char16_t kPopIsolate = 0x2069;
+    return QChar(kFirstStrongIsolate) + isolated + QChar(kPopIsolate);
 }
 
 QString firstCharacters(const QString &text, qsizetype limit)

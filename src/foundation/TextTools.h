@@ -27,6 +27,10 @@ QByteArray withLineFeeds(QByteArray utf8);
 /// surrogate pair is split. For what is shown of texts that may be of any length.
 QString shortened(const QString &text, qsizetype limit);
 
+/// \a name as a part of a line of other words: it does not turn what stands beside it, whether it
+/// runs from right to left or has signs in it that turn what follows, which are left out.
+QString isolatedName(const QString &name);
+
 /// The first \a limit characters, as a reader counts them (grapheme clusters). A character may have
 /// any number of marks: of those with dozens of them there are fewer.
 QString firstCharacters(const QString &text, qsizetype limit);

@@ -61,9 +61,9 @@ QString metaLine(const ClipboardItem &item, ApplicationNames &names)
     if (item.isRemoteClipboard)
         parts.append(localized(u"type.remote"_s, u"REMOTE"_s));
     if (item.sourceAppBundleID && !item.sourceAppBundleID->isEmpty())
-        parts.append(shownAppName(*item.sourceAppBundleID, names));
+        parts.append(isolatedName(shownAppName(*item.sourceAppBundleID, names)));
     for (const QString &name : item.tags.first(std::min(kShownTags, item.tags.size())))
-        parts.append(shownTagName(name));
+        parts.append(isolatedName(shownTagName(name)));
     if (item.tags.size() > kShownTags)
         parts.append(u'+' + QString::number(item.tags.size() - kShownTags));
     return parts.join(u" · "_s);

@@ -24,6 +24,7 @@ private slots:
     void aFileWithoutTextShowsItsName();
     void aFileWithoutPathShowsTheType();
     void theMetaLineJoinsTypeSourceAndTwoTags();
+    void aNameTurnsNothingButItself();
     void aRemoteImageWithoutSourceShowsBothWords();
     void textsOfAnyLengthAreCut();
     void theTimeStaysUntilTheEntryChanges();
@@ -93,6 +94,20 @@ void HistoryRowTest::theMetaLineJoinsTypeSourceAndTwoTags()
     QCOMPARE(rowOf(entry).meta, u"TEXT · Mail · one · two"_s);
     entry.tags = {u"one"_s, u"two"_s, u"three"_s};
     QCOMPARE(rowOf(entry).meta, u"TEXT · Mail · one · two · +1"_s);
+}
+
+void HistoryRowTest::aNameTurnsNothingButItself()
+{
+    ClipboardItem entry = textItem(u"x"_s);
+    entry.tags = {u"\u202Eone\u2069"_s, u"two"_s};
+    QCOMPARE(rowOf(entry).meta, u"TEXT · one · two"_s);
+    entry.tags = {u"\u2067שלום\u202C"_s, u"two"_s};
+    QCOMPARE(rowOf(entry).meta, u"TEXT · \u2068שלום\u2069 · two"_s);
+    entry.tags = {u"سفر"_s, u"\u200Fmark"_s};
+    QCOMPARE(rowOf(entry).meta, u"TEXT · \u2068سفر\u2069 · \u2068\u200Fmark\u2069"_s);
+    entry.tags = {};
+    entry.sourceAppBundleID = u"org.example.\u202Eevil"_s;
+    QVERIFY(!rowOf(entry).meta.contains(QChar(0x202E)));
 }
 
 void HistoryRowTest::aRemoteImageWithoutSourceShowsBothWords()

@@ -394,7 +394,8 @@ void ClipboardTableView::setHoveredStar(int row)
 
 void ClipboardTableView::updateStar(int row)
 {
-    viewport()->update(RowLayout(QRectF(rowBox(row))).star.toAlignedRect());
+    if (model() && row >= 0)
+        viewport()->update(RowLayout(QRectF(rowBox(row))).star.toAlignedRect());
 }
 
 bool ClipboardTableView::updateRow(const QUuid &id)

@@ -151,6 +151,7 @@ void ClipboardTableView::dataChanged(const QModelIndex &topLeft, const QModelInd
     const auto [first, last] = rowsInSight();
     for (int row = std::max(first, topLeft.row()); row <= std::min(last, bottomRight.row()); ++row)
         m_selectionFade.finish(items().at(row)->id);
+    ClipboardTableViewAccessible::tellChangedRows(*this, topLeft.row(), bottomRight.row());
 }
 
 void ClipboardTableView::reset()
@@ -175,13 +176,6 @@ void ClipboardTableView::performSpokenAction(const QString &name, int row)
         selectRow(row);
         requestMenuAtSelectedRow();
     }
-}
-
-void ClipboardTableView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
-                                     const QList<int> &roles)
-{
-    QListView::dataChanged(topLeft, bottomRight, roles);
-    ClipboardTableViewAccessible::tellChangedRows(*this, topLeft.row(), bottomRight.row());
 }
 
 void ClipboardTableView::rowsInserted(const QModelIndex &parent, int first, int last)
@@ -404,11 +398,6 @@ bool ClipboardTableView::updateRow(const QUuid &id)
     if (row >= 0)
         viewport()->update(rowBox(row));
     return row >= 0;
-}
-
-const ClipboardItemList &ClipboardTableView::items() const
-{
-    return static_cast<const HistoryListModel *>(model())->items();
 }
 
 int ClipboardTableView::rowInSight(const QUuid &id) const

@@ -105,8 +105,6 @@ signals:
     void resultAnnounced(const QString &text);
 
 protected:
-    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
-                     const QList<int> &roles) override;
     void rowsInserted(const QModelIndex &parent, int first, int last) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -128,7 +126,6 @@ private:
     void updateStar(int row);
     /// False if it is not in sight.
     bool updateRow(const QUuid &id);
-    const ClipboardItemList &items() const;
     /// The row of an entry; -1 unless it is in sight.
     int rowInSight(const QUuid &id) const;
     void fadeSelection(const QItemSelection &changed);

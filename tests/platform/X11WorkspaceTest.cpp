@@ -55,6 +55,7 @@ private slots:
     void activationIsAnnouncedOnce();
     void laterListenerHearsOfTheSameWindow();
     void listenerHearsNothingOfAWindowThatIsKnownToBeInFront();
+    void windowThatComesInFrontAheadOfOursIsNotAnnounced();
     void ownWindowGetsTheFocus_data() { addWindowManagers(); }
     void ownWindowGetsTheFocus();
     void windowForAPersonsActionGetsTheFocus_data();
@@ -371,6 +372,33 @@ void X11WorkspaceTest::listenerHearsNothingOfAWindowThatIsKnownToBeInFront()
     const quint32 second = openTerminal(u"second"_s);
     QTRY_COMPARE(announced.value(announced.size() - 1), second);
     QCOMPARE(announced, QList<quint64>{second});
+}
+
+void X11WorkspaceTest::windowThatComesInFrontAheadOfOursIsNotAnnounced()
+{
+    startWindowManager(u"openbox"_s);
+    const quint32 first = openTerminal(u"first"_s);
+    const quint32 second = openTerminal(u"second"_s);
+    QTRY_VERIFY(isFrontmost(second));
+    QWidget own;
+    const quint64 ownWindow = own.winId();
+    QList<quint64> announced;
+    m_workspace->onApplicationActivated = [&announced](const RunningApplication &application) {
+        announced.append(application.window);
+    };
+
+    m_workspace->noteUserAction({});
+    m_workspace->activateOwnWindow(own.windowHandle()); // Which cannot come yet.
+    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
+    QTRY_VERIFY(isFrontmost(first));
+    QCoreApplication::processEvents();
+    QCOMPARE(announced, QList<quint64>());
+
+    own.show();
+    m_workspace->activateOwnWindow(own.windowHandle());
+    QTRY_COMPARE(announced, QList<quint64>{ownWindow});
+    m_desktop.xdotool(u"windowactivate --sync %1"_s.arg(first));
+    QTRY_COMPARE(announced, (QList<quint64>{ownWindow, first}));
 }
 
 void X11WorkspaceTest::ownWindowGetsTheFocus()

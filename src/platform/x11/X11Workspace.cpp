@@ -20,6 +20,9 @@ namespace {
 /// Says that the wish is the person's, as a pager's is, and not a program's own.
 constexpr quint32 kSourcePerson = 2;
 
+/// How long a window manager may take to give a window of ours the focus.
+constexpr std::chrono::milliseconds kActivationPatience(1000);
+
 } // namespace
 
 /// Learns from Qt's events when the person last pressed something in our windows.
@@ -164,6 +167,8 @@ void X11Workspace::activateOwnWindow(QWindow *window)
     if (!xcb)
         return;
     const auto id = quint32(window->winId());
+    m_awaitedWindow = id;
+    m_awaitedSince = m_connection.userTime();
     if (onOwnWindowActivated)
         onOwnWindowActivated(id);
     if (m_windows.hasWindowManager()) {
@@ -231,10 +236,20 @@ void X11Workspace::handleX11Event(int type, const void *event)
         return;
     const auto *property = static_cast<const xcb_property_notify_event_t *>(event);
     if (property->atom == m_connection.atom(X11AtomName::NetActiveWindow))
-        announceActivation();
+        announceActivation(property->time);
 }
 
-void X11Workspace::announceActivation()
+/// Whether the focus goes to where it was to go before we asked for it: a window manager may still
+/// be at the end of our last window then. \a time is the server's. A window manager that refuses us
+/// the focus is not waited for without end.
+bool X11Workspace::isBelated(quint32 activeWindow, quint32 time)
+{
+    if (activeWindow == m_awaitedWindow)
+        m_awaitedWindow = 0;
+    return m_awaitedWindow != 0 && qint32(time - m_awaitedSince) < kActivationPatience.count();
+}
+
+void X11Workspace::announceActivation(quint32 time)
 {
     if (!onApplicationActivated) {
         // Whoever listens next has heard of none.
@@ -243,7 +258,8 @@ void X11Workspace::announceActivation()
     }
     const std::optional<RunningApplication> application = frontmostApplication();
     // In between no window has the focus; that is no activation.
-    if (!application || application->window == m_announcedWindow)
+    if (!application || isBelated(quint32(application->window), time)
+        || application->window == m_announcedWindow)
         return;
     m_announcedWindow = quint32(application->window);
     onApplicationActivated(*application);

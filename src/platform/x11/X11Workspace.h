@@ -34,7 +34,8 @@ private:
 
     void handleX11Event(int type, const void *event) override;
     void selectEvents(quint32 window, quint32 eventMask);
-    void announceActivation();
+    void announceActivation(quint32 time);
+    bool isBelated(quint32 activeWindow, quint32 time);
     void askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window);
     void askWindowManager(xcb_connection_t *xcb, quint32 window, X11AtomName wish,
                           std::array<quint32, 2> details);
@@ -48,6 +49,8 @@ private:
     mutable X11Applications m_applications;
     mutable quint32 m_announcedWindow = 0;
     mutable quint32 m_tokenCount = 0;
+    quint32 m_awaitedWindow = 0; ///< Ours, from the asking for the focus until it has it.
+    quint32 m_awaitedSince = 0; ///< The server's time.
     quint32 m_windowToFocus = 0; ///< Gets the focus as soon as it can be seen.
     std::unique_ptr<UserTimeFilter> m_userTimeFilter;
 };

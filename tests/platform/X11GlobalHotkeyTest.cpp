@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <array>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -32,6 +34,9 @@ constexpr quint8 kSuperKey = 133;
 constexpr quint8 kShiftKey = 50;
 constexpr quint8 kAltKey = 64;
 constexpr quint8 kControlKey = 37;
+constexpr quint8 kSpaceKey = 65;
+constexpr quint8 kLetterAKey = 38;
+constexpr quint8 kLetterVKey = 55;
 
 /// The keyboard as another reader of its map sees it.
 class KeyboardMap
@@ -89,6 +94,64 @@ private:
     std::unique_ptr<xkb_keymap, Ended<xkb_keymap_unref>> m_map;
 };
 
+/// A window of another program, as far as the server knows, which notes the keys that it gets. It
+/// needs no event loop.
+class KeyReceiver
+{
+public:
+    explicit KeyReceiver(const QByteArray &displayName)
+        : m_xcb(xcb_connect(displayName.constData(), nullptr), xcb_disconnect)
+        , m_window(xcb_generate_id(m_xcb.get()))
+    {
+        const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_xcb.get())).data;
+        const std::array<quint32, 2> values{1, XCB_EVENT_MASK_KEY_PRESS};
+        xcb_create_window(m_xcb.get(), XCB_COPY_FROM_PARENT, m_window, screen->root, 0, 0, 9, 9, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                          XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
+        xcb_map_window(m_xcb.get(), m_window);
+        synchronize();
+    }
+
+    quint32 window() const { return m_window; }
+
+    void takeFocus()
+    {
+        xcb_set_input_focus(m_xcb.get(), XCB_INPUT_FOCUS_PARENT, m_window, XCB_CURRENT_TIME);
+        synchronize();
+    }
+
+    /// All keys so far.
+    const QList<quint8> &keys()
+    {
+        synchronize();
+        while (xcb_generic_event_t *event = xcb_poll_for_event(m_xcb.get())) {
+            if ((event->response_type & 0x7f) == XCB_KEY_PRESS)
+                m_keys.append(reinterpret_cast<xcb_key_press_event_t *>(event)->detail);
+            std::free(event);
+        }
+        return m_keys;
+    }
+
+    bool waitFor(const QList<quint8> &wanted)
+    {
+        const QDeadlineTimer deadline(5s);
+        while (keys() != wanted && !deadline.hasExpired())
+            QThread::yieldCurrentThread();
+        return keys() == wanted;
+    }
+
+private:
+    void synchronize()
+    {
+        std::free(xcb_get_input_focus_reply(m_xcb.get(), xcb_get_input_focus(m_xcb.get()),
+                                            nullptr));
+    }
+
+    std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> m_xcb;
+    quint32 m_window;
+    QList<quint8> m_keys;
+};
+
 } // namespace
 
 /// Keys are pressed by xdotool on a server without a window manager.
@@ -129,11 +192,17 @@ private slots:
     void keyWithoutNameHasNoCode();
     void changedLayoutMovesTheGrab();
     void pressTellsTheTimeOfTheUser();
+    void keysGoOnWhenNobodyAnswersThePress();
+    void keysGoOnAtOnceWhenNoWindowIsActivated();
+    void keysWaitForTheWindowThatIsActivated();
+    void keysWaitForNoWindowForEver();
+    void keyPressedBeforeTheHotkeyIsUpArrives();
 
 private:
     void settle();
     QProcess &launchHolder(const QString &modifiers);
     void changeRootProperty();
+    void strike(const QList<quint8> &keys);
     void press(quint8 key, quint32 modifiers);
     bool isToldOnce(quint8 key, quint32 modifiers);
     void addLayoutRows();
@@ -185,6 +254,17 @@ void X11GlobalHotkeyTest::changeRootProperty()
 {
     m_desktop.run(u"xprop"_s,
                   {u"-root"_s, u"-format"_s, u"_TEST"_s, u"8s"_s, u"-set"_s, u"_TEST"_s, u"x"_s});
+}
+
+/// Presses keys, and then lets go of them in the same order.
+void X11GlobalHotkeyTest::strike(const QList<quint8> &keys)
+{
+    for (const int type : {XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
+        for (const quint8 key : keys)
+            xcb_test_fake_input(m_connection->xcb(), quint8(type), key, XCB_CURRENT_TIME, 0, 0, 0,
+                                0);
+    }
+    m_connection->flush();
 }
 
 /// Presses and releases a key as a keyboard would; returns when everybody has been told.
@@ -572,6 +652,74 @@ void X11GlobalHotkeyTest::pressTellsTheTimeOfTheUser()
     m_desktop.xdotool(u"key alt+space"_s);
     QTRY_COMPARE(m_pressCount, 1);
     QVERIFY(m_connection->userTime() != 0);
+}
+
+void X11GlobalHotkeyTest::keysGoOnWhenNobodyAnswersThePress()
+{
+    KeyReceiver receiver(m_desktop.displayName());
+    receiver.takeFocus();
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
+    strike({kAltKey, kSpaceKey});
+    strike({kLetterAKey});
+    QVERIFY(receiver.waitFor({kAltKey, kLetterAKey})); // No event is processed meanwhile.
+    QCOMPARE(m_pressCount, 0);
+}
+
+void X11GlobalHotkeyTest::keysGoOnAtOnceWhenNoWindowIsActivated()
+{
+    KeyReceiver receiver(m_desktop.displayName());
+    KeyReceiver other(m_desktop.displayName());
+    receiver.takeFocus();
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
+    m_hotkey->noteActivation(other.window()); // For another reason than a press.
+    strike({kAltKey, kSpaceKey});
+    strike({kLetterAKey});
+    QTRY_COMPARE(m_pressCount, 1);
+    QVERIFY(receiver.waitFor({kAltKey, kLetterAKey}));
+}
+
+void X11GlobalHotkeyTest::keysWaitForTheWindowThatIsActivated()
+{
+    KeyReceiver before(m_desktop.displayName());
+    KeyReceiver after(m_desktop.displayName());
+    before.takeFocus();
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
+    m_hotkey->onPressed = [this, &after] {
+        ++m_pressCount;
+        m_hotkey->noteActivation(after.window());
+    };
+    strike({kAltKey, kSpaceKey});
+    for (const quint8 key : {kLetterAKey, kLetterVKey, kLetterAKey})
+        strike({key});
+    while (m_pressCount == 0)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    after.takeFocus();
+    QVERIFY(after.waitFor({kLetterAKey, kLetterVKey, kLetterAKey}));
+    QCOMPARE(before.keys(), QList<quint8>{kAltKey});
+}
+
+void X11GlobalHotkeyTest::keysWaitForNoWindowForEver()
+{
+    KeyReceiver receiver(m_desktop.displayName());
+    KeyReceiver late(m_desktop.displayName());
+    receiver.takeFocus();
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
+    m_hotkey->onPressed = [this, &late] { m_hotkey->noteActivation(late.window()); };
+    strike({kAltKey, kSpaceKey});
+    strike({kLetterAKey});
+    QTRY_COMPARE(receiver.keys(), (QList<quint8>{kAltKey, kLetterAKey}));
+}
+
+void X11GlobalHotkeyTest::keyPressedBeforeTheHotkeyIsUpArrives()
+{
+    KeyReceiver receiver(m_desktop.displayName());
+    receiver.takeFocus();
+    QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
+    strike({kAltKey, kSpaceKey, kLetterAKey});
+    QTRY_COMPARE(m_pressCount, 1);
+    QVERIFY(receiver.waitFor({kAltKey, kLetterAKey}));
+    strike({kAltKey, kSpaceKey});
+    QTRY_COMPARE(m_pressCount, 2);
 }
 
 int main(int argc, char *argv[])

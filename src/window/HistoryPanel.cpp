@@ -89,8 +89,6 @@ void HistoryPanel::refreshLanguage()
     const QString title = localized(u"app.title"_s, u"Clipboard History"_s);
     const QString search = localized(u"search.placeholder"_s, u"Search"_s);
     setWindowTitle(title);
-    m_searchField->setPlaceholderText(search);
-    m_searchField->setAccessibleName(search);
     m_searchIcon->setAccessibleName(search);
     m_tableView->setAccessibleName(title);
     m_filterBar->refreshTitles();
@@ -114,6 +112,11 @@ void HistoryPanel::setPinButtonShown(bool isShown)
     m_pinButton->setVisible(isShown);
     m_pinButton->setEnabled(isShown);
     layoutViews();
+}
+
+void HistoryPanel::setListShown(bool isShown)
+{
+    m_tableContainerView->setVisible(isShown);
 }
 
 void HistoryPanel::changeEvent(QEvent *event)
@@ -263,6 +266,12 @@ void HistoryPanel::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (!event->spontaneous())
         m_placeWhenShown = pos();
+}
+
+void HistoryPanel::wheelEvent(QWheelEvent *event)
+{
+    if (!onWheel || !onWheel(*event))
+        QWidget::wheelEvent(event);
 }
 
 void HistoryPanel::paintFocusRings(QPainter &painter) const

@@ -6,6 +6,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -53,8 +54,13 @@ public:
     /// Without the button the search field is a little wider.
     void setPinButtonShown(bool isShown);
 
+    void setListShown(bool isShown);
+
     /// How all that stands on the window is shown.
     PresentationLayer &presentationLayer() { return m_presentationLayer; }
+
+    /// Gets what no view has a use for; returns false if it has none either.
+    std::function<bool(QWheelEvent &)> onWheel;
 
 signals:
     void cancelRequested(); ///< Esc anywhere but in the search field.
@@ -71,6 +77,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     void buildHead(TagManager &tagManager, Scheduler &scheduler);

@@ -1,8 +1,10 @@
 #include "window/HistoryWindow.h"
 
+#include "core/ClipboardItemManager.h"
 #include "foundation/UserDefaults.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/Workspace.h"
+#include "preview/TextPreview.h"
 #include "widgets/DesktopLook.h"
 #include "widgets/PinButtonSetting.h"
 #include "window/ClipboardTableView.h"
@@ -12,7 +14,7 @@
 #include "window/WindowFrame.h"
 
 #include <QApplication>
-#include <QKeyEvent>
+#include <QPointer>
 #include <QScreen>
 
 #include <utility>
@@ -33,6 +35,9 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
               collaborators.list.clock)
     , m_blurBehind(m_panel, style.cornerRadius, collaborators.appearance)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
+    , m_textPreview(collaborators.makeTextPreview ? collaborators.makeTextPreview() : nullptr)
+    , m_searchFieldController(m_panel.searchField(), m_panel.tableView(), m_tableViewController,
+                              m_textPreview.get())
     , m_motion(m_panel.presentationLayer(),
                style.isTranslucent ? WindowMotion::Kind::FadeAndScale : WindowMotion::Kind::Fade,
                collaborators.list.scheduler, collaborators.list.clock)
@@ -42,12 +47,18 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
     placeInitially();
     connectPanel();
     connectSearchField();
+    connectPreview();
     connectDesktop();
 }
 
 HistoryWindow::~HistoryWindow()
 {
     m_outsideWatch.reset();
+    if (m_textPreview) {
+        m_textPreview->onVisibilityChanged = {};
+        m_textPreview->onTextEditingStateChanged = {};
+        m_textPreview->hidePreview(TextPreview::Focus::Leave);
+    }
     // The widget tells of losing the focus while it ends.
     m_panel.disconnect(&m_tableViewController);
 }
@@ -64,7 +75,7 @@ void HistoryWindow::show()
         bringForward();
         return;
     }
-    clearSearch();
+    m_searchFieldController.clearListSearch();
     enter(wasVisible ? WindowMotion::Start::WhereItStands : WindowMotion::Start::Unseen);
     bringForward();
     m_outsideWatch.emplace(m_collaborators.pointerMonitor, m_collaborators.workspace,
@@ -76,6 +87,8 @@ void HistoryWindow::hide()
     // Whoever pastes hides the window too; it may be gone by then.
     if (m_isHideAnimationInFlight || !isVisible())
         return;
+    if (m_textPreview)
+        m_textPreview->hidePreview(TextPreview::Focus::Leave);
     m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
     m_blurBehind.setWanted(false); // It would not fade.
     m_panel.filterBar().closeOverflowMenu();
@@ -93,6 +106,7 @@ void HistoryWindow::updateItems(const ClipboardItemList &items)
 void HistoryWindow::refreshLanguage()
 {
     m_panel.refreshLanguage();
+    m_searchFieldController.refreshLanguage();
     m_tableViewController.refreshTexts();
     refreshPinButtonVisibility();
 }
@@ -137,12 +151,7 @@ void HistoryWindow::connectPanel()
     connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hide);
     connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
     QObject::connect(&m_panel.filterBar(), &FilterBarView::filterSelected, context,
-                     [this](const FilterCategory &category) {
-                         m_tableViewController.setActiveFilter(category);
-                         m_tableViewController.applyFilters(
-                             ClipboardTableViewController::Scroll::ToTop);
-                         m_panel.searchField().setFocus();
-                     });
+                     [this](const FilterCategory &category) { selectFilter(category); });
     m_tableViewController.onItemSelected
         = [this](const ClipboardItemPointer &item) { pasteItem(item); };
     m_tableViewController.onWindowHidden = [this] { hide(); };
@@ -154,24 +163,34 @@ void HistoryWindow::connectPanel()
 
 void HistoryWindow::connectSearchField()
 {
-    ClipboardTableViewController *controller = &m_tableViewController;
     SearchField *field = &m_panel.searchField();
-    QObject::connect(field, &SearchField::textEdited, controller,
-                     &ClipboardTableViewController::search);
-    QObject::connect(field, &SearchField::newlinePressed, controller,
-                     &ClipboardTableViewController::pasteSelectedOrFirst);
-    QObject::connect(field, &SearchField::pastePressed, controller, [this, field] {
+    QObject::connect(field, &SearchField::pastePressed, &m_tableViewController, [this, field] {
         if (m_collaborators.list.pasteboardText)
             field->insert(m_collaborators.list.pasteboardText());
     });
-    QObject::connect(field, &SearchField::moveDownPressed, controller,
-                     &ClipboardTableViewController::selectNextRow);
-    QObject::connect(field, &SearchField::moveUpPressed, controller,
-                     &ClipboardTableViewController::selectPreviousRow);
-    QObject::connect(field, &SearchField::cancelPressed, controller,
-                     [this] { handleSearchEscape(); });
-    QObject::connect(field, &SearchField::listKeyPressed, controller,
-                     [this](int key) { pressInList(key); });
+    QObject::connect(&m_searchFieldController, &SearchFieldController::cancelled,
+                     &m_tableViewController, [this] { hide(); });
+}
+
+void HistoryWindow::connectPreview()
+{
+    if (!m_textPreview)
+        return;
+    TextPreview &preview = *m_textPreview;
+    m_tableViewController.onPreviewRequested
+        = [this, &preview](const ClipboardItemPointer &item, QWidget &anchor) {
+              preview.togglePreview(item, m_panel, &anchor);
+          };
+    m_panel.onWheel = [this, &preview](QWheelEvent &event) {
+        return isPreviewVisible() && preview.handleWheel(event);
+    };
+    preview.onVisibilityChanged = [this](bool isOpen) { handlePreviewVisibility(isOpen); };
+    preview.onTextEditingStateChanged
+        = [this](bool isEditing) { m_searchFieldController.setPreviewTextEditing(isEditing); };
+    preview.onTextSaveRequested
+        = [this](const QUuid &id, const QString &text, TextPreview::SaveCompletion completion) {
+              savePreviewText(id, text, std::move(completion));
+          };
 }
 
 void HistoryWindow::connectDesktop()
@@ -230,13 +249,6 @@ void HistoryWindow::bringForward()
     workspace.prepareOwnWindow(m_panel.windowHandle());
     m_panel.show();
     workspace.activateOwnWindow(m_panel.windowHandle());
-}
-
-void HistoryWindow::clearSearch()
-{
-    m_panel.searchField().clear();
-    m_tableViewController.setSearchText({});
-    m_tableViewController.applyFilters(ClipboardTableViewController::Scroll::ToTop);
 }
 
 void HistoryWindow::enter(WindowMotion::Start start)
@@ -298,32 +310,57 @@ void HistoryWindow::setPinned(bool isPinned)
     m_panel.pinButton().setPinned(isPinned);
 }
 
-void HistoryWindow::handleSearchEscape()
+bool HistoryWindow::isPreviewVisible() const
 {
-    if (m_panel.searchField().text().isEmpty())
-        hide();
-    else
-        clearSearch();
+    return m_textPreview && m_textPreview->isVisible();
+}
+
+void HistoryWindow::handlePreviewVisibility(bool isOpen)
+{
+    m_panel.setListShown(!isOpen);
+    m_searchFieldController.setPreviewOpen(isOpen);
+}
+
+void HistoryWindow::savePreviewText(const QUuid &id, const QString &text,
+                                    std::function<void(std::optional<ClipboardItem>)> completion)
+{
+    ClipboardItemManager &itemManager = m_collaborators.list.itemManager;
+    // The window may be gone by then.
+    const QPointer<ClipboardTableViewController> list(&m_tableViewController);
+    itemManager.updateTextContent(
+        id, text,
+        [this, list, &itemManager,
+         completion = std::move(completion)](const std::optional<ClipboardItem> &item) {
+            if (!list)
+                return;
+            updateItems(itemManager.items());
+            completion(item);
+        });
+}
+
+void HistoryWindow::selectFilter(const FilterCategory &category)
+{
+    if (isPreviewVisible())
+        m_textPreview->hidePreview(TextPreview::Focus::Leave);
+    m_tableViewController.setActiveFilter(category);
+    m_tableViewController.applyFilters(ClipboardTableViewController::Scroll::ToTop);
+    m_panel.searchField().setFocus();
 }
 
 void HistoryWindow::handleEscapeElsewhere()
 {
-    if (!isPinned())
+    if (isPreviewVisible())
+        m_textPreview->hidePreview(TextPreview::Focus::Restore);
+    else if (!isPinned())
         hide();
     else if (!m_panel.searchField().text().isEmpty())
-        clearSearch();
-}
-
-void HistoryWindow::pressInList(int key)
-{
-    m_tableViewController.finishSearch();
-    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-    QApplication::sendEvent(&m_panel.tableView(), &press);
+        m_searchFieldController.clearListSearch();
 }
 
 void HistoryWindow::handleDeactivation()
 {
-    if (!hasFocus())
+    // The preview takes the keyboard, but nobody has turned away.
+    if (!hasFocus() && !isPreviewVisible())
         turnAway();
 }
 

@@ -6,12 +6,16 @@
 #include "window/ClipboardTableViewController.h"
 #include "window/HistoryPanel.h"
 #include "window/OutsideWatch.h"
+#include "window/SearchFieldController.h"
 #include "window/WindowMotion.h"
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 class DesktopAppearance;
 class PointerMonitor;
+class TextPreview;
 class UserDefaults;
 class Workspace;
 
@@ -23,6 +27,8 @@ struct HistoryWindowCollaborators
     DesktopAppearance &appearance;
     UserDefaults &defaults;
     HistoryListCollaborators list;
+    /// Makes the preview of a window. Without it nothing offers one.
+    std::function<std::unique_ptr<TextPreview>()> makeTextPreview = {};
 };
 
 /// The history window with everything that its two kinds share. It opens where it last stood, and
@@ -58,12 +64,12 @@ protected:
 private:
     void connectPanel();
     void connectSearchField();
+    void connectPreview();
     void connectDesktop();
     void connectScreens();
     void placeInitially();
     void clampFrame();
     void bringForward();
-    void clearSearch();
     void enter(WindowMotion::Start start);
     void leave();
     /// \a finish, for the end of a motion after which nothing else has begun.
@@ -73,9 +79,13 @@ private:
     void pasteItem(const ClipboardItemPointer &item);
     void setPinned(bool isPinned);
 
-    void handleSearchEscape();
+    bool isPreviewVisible() const;
+    void handlePreviewVisibility(bool isOpen);
+    void savePreviewText(const QUuid &id, const QString &text,
+                         std::function<void(std::optional<ClipboardItem>)> completion);
+
+    void selectFilter(const FilterCategory &category);
     void handleEscapeElsewhere();
-    void pressInList(int key);
     void handleDeactivation();
     /// Whether the window has the focus as the desktop sees it. Another program that takes the
     /// keyboard for itself for a while leaves it there, though our window then counts as inactive.
@@ -86,6 +96,8 @@ private:
     HistoryPanel m_panel;
     BlurBehind m_blurBehind;
     ClipboardTableViewController m_tableViewController;
+    std::unique_ptr<TextPreview> m_textPreview;
+    SearchFieldController m_searchFieldController;
     WindowMotion m_motion;
     /// Counts show() and hide(): an animation that ends acts only if nothing has come between.
     quint64 m_visibilityAnimationToken = 0;

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kTextSize = 22;
 constexpr int kCaretWidth = 2;
+constexpr qreal kDisabledAlpha = 0.55;
 /// Nobody looks for more, and a heap of marks takes long to lay out.
 constexpr int kMaxUnits = 1000;
 
@@ -64,6 +65,8 @@ void SearchField::setColors(const SystemColors &colors)
     QPalette colored = palette();
     colored.setColor(QPalette::Base, Qt::transparent);
     colored.setColor(QPalette::Text, colors.labelColor);
+    colored.setColor(QPalette::Disabled, QPalette::Text,
+                     withAlpha(colors.labelColor, kDisabledAlpha));
     colored.setColor(QPalette::PlaceholderText, Qt::transparent);
     colored.setColor(QPalette::Highlight, colors.accentFillColor);
     colored.setColor(QPalette::HighlightedText, Qt::white);
@@ -125,7 +128,8 @@ QRect SearchField::caretRect() const
 void SearchField::drawPlaceholder(QPainter &painter, int x)
 {
     const QFontMetrics metrics = fontMetrics();
-    painter.setPen(m_placeholderColor);
+    painter.setPen(isEnabled() ? m_placeholderColor
+                               : withAlpha(m_placeholderColor, kDisabledAlpha));
     painter.drawText(x, contentsRect().top() + metrics.ascent(),
                      metrics.elidedText(placeholderText(), Qt::ElideRight, width() - x));
 }

@@ -1,0 +1,3 @@
+#include "preview/TextPreview.h"
+
+TextPreview::~TextPreview() = default;

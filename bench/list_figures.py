@@ -170,8 +170,9 @@ class ListFigures:
 
     @staticmethod
     def upper_rows(area, panel):
-        """Without the row that is selected behind Page Down, which may still light up."""
-        return Area(area.x, area.y, area.width, (panel.row_count() - 2) * ROW_HEIGHT)
+        """Without the rows that are selected before and behind Page Down, the ground of which goes
+        and comes for a while."""
+        return Area(area.x, area.y + ROW_HEIGHT, area.width, (panel.row_count() - 3) * ROW_HEIGHT)
 
     @staticmethod
     def rows_from(panel, first, last):

@@ -82,6 +82,7 @@ class FindingTest(ListCase):
 
     def test_page_down_shows_what_is_further_down_and_page_up_what_is_above(self):
         panel = self.open_list_at(0)
+        self.settle()
         upper = panel.list_picture()
         self.display.press("Next")
         self.settle()

@@ -241,10 +241,12 @@ class ListActionsTest(ListCase):
 
     def assert_list_is_stored_list(self, panel):
         """The rows look as they do when the list is made anew."""
+        self.settle()
         shown = [panel.row_picture(row) for row in range(panel.row_count())]
         selected = panel.selected_row()
         self.close_list()
         panel = self.open_list_at(selected)
+        self.settle()
         for row, picture in enumerate(shown):
             self.assertTrue(picture == panel.row_picture(row), f"row {row} is another")
 

@@ -263,12 +263,14 @@ int launchFirst(int argc, char *argv[], SingleInstance &instance, const QString 
 {
     requireX11Display();
     leaveBrokenSessionBus();
+    leaveBrokenAccessibilityBus();
     std::vector<char *> arguments = argumentsForX11(argc, argv);
     int argumentCount = int(arguments.size());
     QApplication::setApplicationName(u"tessarine"_s);
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argumentCount, arguments.data());
+    forgetAccessibilityBusChoice();
     keepOutOfSavedSessions(application);
     return runApplication(application, instance, launchToken);
 }

@@ -1,10 +1,13 @@
 #!/usr/bin/python3
 """The history window as those know it who hear it: with a real bus of assistive programs, and the
 library by which screen readers use it."""
+import os
 import re
+import signal
 
-from case import main
+from case import DesktopTest, main
 from clients import Mousepad
+from desktop import descendants_of
 from list_case import ListCase, tag_settings, text_entry
 from screen_reader import ScreenReader
 from waiting import wait_until
@@ -178,6 +181,45 @@ class ChineseSpeechTest(SpeechCase):
             self.assertIn(named, told)
         rows = [place["name"] for place in places if place["role"] == "list item"]
         self.assertRegex(rows[1], r"^文本, another line, 标签red, \d+分钟前, 已收藏$")
+
+
+class HungBusTest(DesktopTest):
+    """Screen readers are reached through services that may hang; the window must not."""
+
+    def setUp(self):
+        super().setUp()
+        self.reader = ScreenReader(self.desktop)
+        self.addCleanup(self.reader.close)
+
+    def hang(self, service):
+        found = [pid for pid in descendants_of(os.getpid()) if service in command_of(pid)]
+        self.assertTrue(found, f"{service} does not run")
+        for pid in found:
+            os.kill(pid, signal.SIGSTOP)
+            self.addCleanup(os.kill, pid, signal.SIGCONT)
+
+    def open_and_close(self):
+        self.open_window()
+        self.display.press("Escape")
+        self.wait_until_closed()
+
+    def test_a_service_that_hangs_at_the_start(self):
+        self.hang("at-spi-bus-launcher")
+        self.program.start()
+        self.program.wait_for_line("The accessibility bus does not answer")
+        self.open_and_close()
+
+    def test_a_bus_that_hangs_later(self):
+        self.program.start()
+        self.open_and_close()
+        self.hang("at-spi2/accessibility.conf")
+        self.open_and_close()
+        self.assertEqual(0, self.program.end())
+
+
+def command_of(pid):
+    with open(f"/proc/{pid}/cmdline", encoding="utf-8", errors="replace") as file:
+        return file.read()
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 #include "foundation/Log.h"
 #include "platform/linux/BoundedCalls.h"
 
+#include <QAccessible>
 #include <QFile>
 
 #include <memory>
@@ -17,7 +18,14 @@ namespace {
 /// Nobody notices that at a start, and a bus that is well needs a hundredth of it.
 constexpr auto kPatience = 500ms;
 
+/// Who needs it would rather wait than go without, should it be slow.
+constexpr auto kAccessibilityPatience = 3s;
+
 constexpr auto kAddressVariable = "DBUS_SESSION_BUS_ADDRESS";
+constexpr auto kAccessibilityAddressVariable = "AT_SPI_BUS_ADDRESS";
+
+// No transport has this name, so that connecting fails at once.
+constexpr auto kNoBus = "disabled:";
 
 /// Empty if there is no bus.
 QByteArray sessionBusAddress()
@@ -62,20 +70,71 @@ struct DropMessage
 using Connection = std::unique_ptr<DBusConnection, CloseConnection>;
 using Message = std::unique_ptr<DBusMessage, DropMessage>;
 
-/// Says hello to the bus, and waits as long as the library does; the caller bounds it. Returns what
-/// is wrong with the bus; null if it answers.
+/// All of these wait as long as the library does; the caller bounds them.
+Connection openBus(const QByteArray &address, BusError &error)
+{
+    Connection connection(dbus_connection_open_private(address.constData(), error.get()));
+    if (connection)
+        dbus_connection_set_exit_on_disconnect(connection.get(), FALSE);
+    return connection;
+}
+
+Message call(DBusConnection &connection, const char *service, const char *path,
+             const char *interface, const char *method, BusError &error)
+{
+    const Message message(dbus_message_new_method_call(service, path, interface, method));
+    return Message(dbus_connection_send_with_reply_and_block(
+        &connection, message.get(), DBUS_TIMEOUT_USE_DEFAULT, error.get()));
+}
+
+Message greet(DBusConnection &connection, BusError &error)
+{
+    return call(connection, DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello", error);
+}
+
+/// What is wrong with the bus; null if it answers.
 QString problemOfBus(const QByteArray &address)
 {
     BusError error;
-    const Connection connection(dbus_connection_open_private(address.constData(), error.get()));
-    if (!connection)
-        return error.text();
-    dbus_connection_set_exit_on_disconnect(connection.get(), FALSE);
-    const Message hello(dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS,
-                                                     DBUS_INTERFACE_DBUS, "Hello"));
-    const Message answer(dbus_connection_send_with_reply_and_block(
-        connection.get(), hello.get(), DBUS_TIMEOUT_USE_DEFAULT, error.get()));
-    return answer ? QString() : error.text();
+    const Connection connection = openBus(address, error);
+    return connection && greet(*connection, error) ? QString() : error.text();
+}
+
+/// Where the bus of assistive programs is; absent if the session has none, and empty if whoever
+/// should know does not.
+std::optional<QByteArray> accessibilityBusAddress(DBusConnection &session)
+{
+    constexpr auto kService = "org.a11y.Bus";
+    BusError error;
+    if (!dbus_bus_name_has_owner(&session, kService, error.get()))
+        return std::nullopt;
+    const Message answer
+        = call(session, kService, "/org/a11y/bus", kService, "GetAddress", error);
+    const char *address = nullptr;
+    if (answer)
+        dbus_message_get_args(answer.get(), error.get(), DBUS_TYPE_STRING, &address,
+                              DBUS_TYPE_INVALID);
+    return QByteArray(address);
+}
+
+/// Whether all that Qt waits for answers, or there is nothing to wait for.
+bool isAccessibilityBusWell(const QByteArray &sessionAddress)
+{
+    BusError error;
+    const Connection session = openBus(sessionAddress, error);
+    if (!session || !greet(*session, error))
+        return true;
+    const auto address = accessibilityBusAddress(*session);
+    if (!address)
+        return true;
+    const Connection bus = openBus(*address, error);
+    if (!bus || !greet(*bus, error))
+        return false;
+    constexpr auto kRegistry = "org.a11y.atspi.Registry";
+    // One that is yet to be started is started for Qt, and may take its time.
+    return !dbus_bus_name_has_owner(bus.get(), kRegistry, error.get())
+        || call(*bus, kRegistry, "/org/a11y/atspi/accessible/root", DBUS_INTERFACE_PEER, "Ping",
+                error);
 }
 
 } // namespace
@@ -92,8 +151,30 @@ void leaveBrokenSessionBus()
     if (problem.isEmpty())
         return;
     printLine("No session bus: "_L1 + problem);
-    // No transport has this name, so that connecting fails at once.
-    qputenv(kAddressVariable, "disabled:");
+    qputenv(kAddressVariable, kNoBus);
+}
+
+void leaveBrokenAccessibilityBus()
+{
+    const QByteArray address = sessionBusAddress();
+    if (address.isEmpty() || qEnvironmentVariableIsSet(kAccessibilityAddressVariable))
+        return;
+    const bool answers = BoundedCalls(kAccessibilityPatience)
+                             .run<bool>([address] { return isAccessibilityBusWell(address); })
+                             .value_or(false);
+    if (answers)
+        return;
+    printLine(u"The accessibility bus does not answer: screen readers are not served"_s);
+    qputenv(kAccessibilityAddressVariable, kNoBus);
+}
+
+void forgetAccessibilityBusChoice()
+{
+    if (qgetenv(kAccessibilityAddressVariable) != kNoBus)
+        return;
+    // Qt looks at it when it is first asked, and not again.
+    (void)QAccessible::isActive();
+    qunsetenv(kAccessibilityAddressVariable);
 }
 
 std::optional<QDBusConnection> findSessionBus()

@@ -9,6 +9,15 @@
 /// bus, here or in Qt, is then told so at once, in place of waiting for it or starting another one.
 void leaveBrokenSessionBus();
 
+/// To be called once, before the application object is made and after leaveBrokenSessionBus(). If the
+/// bus of assistive programs is there and does not answer at once, that is printed, and Qt is kept
+/// from it: it would wait for it, with our windows, for minutes.
+///
+/// What keeps Qt away is in the environment until forgetAccessibilityBusChoice() is called, after the
+/// application object was made; the programs that we start shall not inherit it.
+void leaveBrokenAccessibilityBus();
+void forgetAccessibilityBusChoice();
+
 /// The bus of the session; absent if the session has none or it cannot be reached.
 ///
 /// The bus is never started on the way: a program that starts its own bus would be alone on it.

@@ -10,9 +10,20 @@
 #include "platform/Workspace.h"
 #include "settings/HotkeySettingsManager.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A menu of ours would keep the keyboard from the window.
+void closeMenus()
+{
+    while (QWidget *menu = QApplication::activePopupWidget())
+        menu->hide();
+}
+
+} // namespace
 
 AppDelegate::AppDelegate(Collaborators collaborators) : m_with(std::move(collaborators))
 {
@@ -118,6 +129,7 @@ void AppDelegate::setupHotkey()
     const HotkeySettings settings = m_with.hotkeySettings.loadSettings();
     m_hotkeyManager = std::make_unique<HotkeyManager>(m_with.globalHotkey, [this] {
         printLine(u"Hotkey triggered"_s);
+        closeMenus();
         toggleHistoryWindow();
     });
     m_hotkeyManager->installEventHandler();

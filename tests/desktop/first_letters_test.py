@@ -3,7 +3,9 @@
 import contextlib
 import os
 import random
+import shutil
 import subprocess
+import unittest
 
 from case import OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
 from clients import XTerm, read_by_xclip
@@ -12,11 +14,11 @@ from Xlib import X
 from Xlib.ext import xtest
 
 LETTERS = "qwertyuiopasdfghjklzxcvbnm"
-ROUNDS = int(os.environ.get("FIRST_LETTERS_ROUNDS", "20"))
 
 
 class FirstLettersCase(DesktopTest):
     settings = {}
+    rounds = 20
 
     def setUp(self):
         super().setUp()
@@ -57,9 +59,9 @@ class FirstLettersCase(DesktopTest):
         self.display.press("Escape")
         self.wait_until_closed()
 
-    def check_letters(self, rounds=ROUNDS):
+    def check_letters(self):
         lost = []
-        for _ in range(rounds):
+        for _ in range(self.rounds):
             word = self.word()
             self.strike(*word)
             self.wait_for_history_window()
@@ -94,11 +96,61 @@ class FirstLettersTest(FirstLettersCase):
             self.assertEqual("", terminal.written_text())
 
 
+    def test_the_keys_go_on_when_the_hot_key_closes_the_window(self):
+        with XTerm(self.desktop, self.display) as terminal:
+            self.open_window()
+            self.strike()
+            self.wait_until_closed()
+            self.display.wait_until_active(terminal.window)
+            self.display.type("after")
+            wait_until(lambda: terminal.written_text() == "after", terminal.written_text)
+
+    def test_letters_that_follow_a_held_hot_key_arrive(self):
+        with XTerm(self.desktop, self.display) as terminal:
+            with self.display.holding(*self.hot_key.split("+")[:-1]):
+                self.display.hold(self.hot_key.split("+")[-1])
+                self.wait_for_history_window()
+            self.display.type("held")
+            self.display.let_go(self.hot_key.split("+")[-1])
+            self.assertEqual("held", self.searched())
+            self.close()
+            self.assertEqual("", terminal.written_text())
+
+    def test_letters_and_return_at_once_paste_the_entry_they_find(self):
+        words = [self.word() for _ in range(5)]
+        for word in words:
+            self.copy(word)
+        with XTerm(self.desktop, self.display) as terminal:
+            pasted = ""
+            for word in words:
+                mark = self.program.mark()
+                self.strike(*word, "Return")
+                self.program.wait_for_line("Simulated Cmd+V paste completed", since=mark)
+                self.wait_until_closed()
+                pasted += word
+                wait_until(lambda: terminal.written_text() == pasted,
+                           lambda: f"{pasted}; there is {terminal.written_text()}")
+
+
 class MetacityFirstLettersTest(FirstLettersTest):
+    rounds = 5
     desktop_options = {"wm": "metacity"}
 
 
+@unittest.skipUnless(shutil.which("kwin_x11"), "kwin_x11 is not installed")
+class KWinFirstLettersTest(FirstLettersTest):
+    rounds = 5
+    desktop_options = {"wm": "kwin_x11"}
+
+
+@unittest.skipUnless(shutil.which("mutter"), "mutter is not installed")
+class MutterFirstLettersTest(FirstLettersTest):
+    rounds = 5
+    desktop_options = {"wm": "mutter --x11"}
+
+
 class Xfwm4FirstLettersTest(FirstLettersTest):
+    rounds = 5
     desktop_options = {"wm": "xfwm4"}
     hot_key = OTHER_HOT_KEY  # The other one is the window manager's own.
     settings = OTHER_HOT_KEY_SETTINGS

@@ -125,6 +125,19 @@ class HotkeyTest(DesktopTest):
         self.display.press("Return")
         self.program.wait_for_line("Item copied to clipboard")
 
+    def test_it_closes_the_window_whose_menu_is_open(self):
+        self.copy_after_start("an entry")
+        for _ in range(3):
+            self.open_window()
+            self.display.press("Down")
+            self.display.press("Menu")
+            self.wait_for_menu()
+            count = self.triggered_count()
+            self.display.press(HOT_KEY)
+            self.wait_until_closed()
+            self.wait_until_menu_closed()
+            self.assertEqual(count + 1, self.triggered_count())
+
     def copy_after_start(self, text):
         self.program.start()
         self.copy(text)

@@ -4,6 +4,8 @@
 #include "platform/linux/VirtualKeyCodes.h"
 #include "platform/x11/X11Keyboard.h"
 
+#include <QCoreApplication>
+
 #include <xcb/xcb.h>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +16,9 @@ constexpr quint32 kCommand = 0x100;
 constexpr quint32 kShift = 0x200;
 constexpr quint32 kOption = 0x800;
 constexpr quint32 kControl = 0x1000;
+
+/// The bits of an event's state that are modifiers, and not pointer buttons or layouts.
+constexpr quint16 kAllModifiers = 0xff;
 
 static_assert(HotkeyError::kHeldByAnother == XCB_ACCESS);
 
@@ -36,6 +41,7 @@ X11GlobalHotkey::X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboar
     m_keyboard.onLayoutChanged = [this] { regrab(); };
     m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
+    QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 X11GlobalHotkey::~X11GlobalHotkey()
@@ -153,14 +159,30 @@ void X11GlobalHotkey::handleX11Event(int type, const void *)
         regrabSoon();
 }
 
+bool X11GlobalHotkey::nativeEventFilter(const QByteArray &, void *message, qintptr *)
+{
+    const auto *key = static_cast<const xcb_key_press_event_t *>(message);
+    // With the keyboard in nobody's hands the grab would have had the press.
+    if (key->response_type != XCB_KEY_PRESS || !m_grab || key->detail != m_grab->key
+        || (key->state & kAllModifiers & ~m_grab->locks) != m_grab->modifiers)
+        return false;
+    announcePress(key->time);
+    return true;
+}
+
 void X11GlobalHotkey::handlePress(const X11HotkeyThread::Press &press)
 {
     m_activatedWindow = 0;
-    // The combination may have been given back meanwhile.
-    if (m_grab) {
-        m_connection.noteUserTime(press.time);
-        if (onPressed)
-            onPressed();
-    }
+    announcePress(press.time);
     m_thread.letKeysGo(press, m_activatedWindow);
+}
+
+void X11GlobalHotkey::announcePress(quint32 time)
+{
+    // The combination may have been given back meanwhile.
+    if (!m_grab)
+        return;
+    m_connection.noteUserTime(time);
+    if (onPressed)
+        onPressed();
 }

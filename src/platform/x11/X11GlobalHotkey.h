@@ -4,6 +4,8 @@
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11HotkeyThread.h"
 
+#include <QAbstractNativeEventFilter>
+
 class X11Keyboard;
 struct VirtualKey;
 
@@ -16,7 +18,12 @@ struct VirtualKey;
 ///
 /// What is typed after a press is held back (see X11HotkeyThread) until the window that onPressed
 /// has activated has the focus, or until onPressed returns if it has activated none.
-class X11GlobalHotkey : public GlobalHotkey, private X11EventListener
+///
+/// An open menu of ours has the keyboard, and no grab of a key comes into play meanwhile; then the
+/// press is found among the events for the menu, which does not get it.
+class X11GlobalHotkey : public GlobalHotkey,
+                        private X11EventListener,
+                        private QAbstractNativeEventFilter
 {
 public:
     X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboard);
@@ -40,7 +47,9 @@ private:
     };
 
     void handleX11Event(int type, const void *event) override;
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
     void handlePress(const X11HotkeyThread::Press &press);
+    void announcePress(quint32 time);
     std::optional<Grab> findGrab(const Combination &combination);
     std::optional<quint8> findKey(const VirtualKey &key);
     int grab(const std::optional<Grab> &wanted);

@@ -2,8 +2,9 @@
 """Measures the program on a private desktop with openbox, and prints a table.
 
     figures.py [--program build/release/bin/tessarine] [--counts 1000,10000] [--repeats 15]
-               [--only TEXT]
+               [--only TEXT] [--compositor picom]
 
+With a compositor only the figures with the word "opening" are right: the others look at the screen.
 Times are medians, with the shortest and the longest in brackets, and of many the 95th percentile. The keys come by XTEST, the copies
 from clients of our own, and the moment from which time counts is the one at which they are sent.
 """
@@ -46,11 +47,12 @@ def main():
                         help="entries of the histories")
     parser.add_argument("--repeats", type=int, default=15)
     parser.add_argument("--idle", type=int, default=60, help="seconds of the idle measurement")
+    parser.add_argument("--compositor", help="a compositor that runs besides")
     parser.add_argument("--only", default="", help="measure only the rows with this text")
     options = parser.parse_args()
     program = os.path.abspath(options.program)
     bench = os.path.join(os.path.dirname(program), "HistoryBench")
-    with Desktop() as desktop:
+    with Desktop(compositor=options.compositor) as desktop:
         session = Session(desktop, program, options.repeats)
         parts = (RoomFigures(session, bench), CopyFigures(session), WindowFigures(session),
                  SearchFigures(session), ListFigures(session), PasteFigures(session),

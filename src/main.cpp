@@ -2,9 +2,11 @@
 #include "app/HotkeyRefusalNotice.h"
 #include "app/ItemCopier.h"
 #include "app/ScopedFileLease.h"
+#include "appearance/InterfaceFont.h"
 #include "capture/ClipboardMonitor.h"
 #include "capture/PrivacySettingsManager.h"
 #include "core/ClipboardItemManager.h"
+#include "foundation/CallbackHook.h"
 #include "foundation/InternalCopies.h"
 #include "foundation/Log.h"
 #include "foundation/TextTools.h"
@@ -145,6 +147,10 @@ struct Program
 
     Ground &ground;
     Platform &platform = *ground.platform;
+    /// Before every view that measures by the fonts.
+    const CallbackHook<> textScaleHook{platform.appearance().onChanged, [this] {
+        setInterfaceTextScale(platform.appearance().textScale());
+    }};
     const QString directory = applicationSupportDirectory();
     const BoundedCalls fileCalls;
     const InodeBookmarks bookmarks{fileCalls};

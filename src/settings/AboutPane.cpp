@@ -1,6 +1,5 @@
 #include "settings/AboutPane.h"
 
-#include "appearance/InterfaceFont.h"
 #include "language/Localized.h"
 #include "settings/SettingsCard.h"
 #include "settings/SettingsLabel.h"
@@ -64,9 +63,9 @@ void AboutPane::buildHead()
     row->addWidget(new ApplicationIcon(head));
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
-    m_appName = new SettingsLabel(colors(), interfaceFont(kNameSize, QFont::DemiBold),
+    m_appName = new SettingsLabel(colors(), {kNameSize, QFont::DemiBold},
                                   &SystemColors::labelColor, head);
-    m_version = new SettingsLabel(colors(), interfaceFont(kVersionSize),
+    m_version = new SettingsLabel(colors(), {kVersionSize},
                                   &SystemColors::secondaryLabelColor, head);
     m_version->setObjectName(u"version"_s);
     texts->addStretch(1);

@@ -1,7 +1,6 @@
 #include "settings/SettingsCard.h"
 
 #include "appearance/Hairline.h"
-#include "appearance/InterfaceFont.h"
 #include "settings/SettingsLabel.h"
 #include "settings/SettingsMetrics.h"
 #include "widgets/ControlMetrics.h"
@@ -43,13 +42,13 @@ QHBoxLayout *SettingsCard::addButtonRow()
 
 SettingsLabel *SettingsCard::makeName()
 {
-    return new SettingsLabel(m_colors, interfaceFont(kControlFontSize), &SystemColors::labelColor,
+    return new SettingsLabel(m_colors, {kControlFontSize}, &SystemColors::labelColor,
                              this);
 }
 
 SettingsLabel *SettingsCard::makeValue()
 {
-    return new SettingsLabel(m_colors, interfaceFont(kValueSize),
+    return new SettingsLabel(m_colors, {kValueSize},
                              &SystemColors::secondaryLabelColor, this);
 }
 

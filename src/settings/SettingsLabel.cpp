@@ -6,11 +6,11 @@
 
 #include <cmath>
 
-SettingsLabel::SettingsLabel(const SystemColors &colors, const QFont &font, Color color,
+SettingsLabel::SettingsLabel(const SystemColors &colors, const Type &type, Color color,
                              QWidget *parent)
     : QLabel(parent)
     , m_colors(colors)
-    , m_font(font)
+    , m_type(type)
     , m_color(color)
 {
     setTextFormat(Qt::PlainText);
@@ -18,14 +18,20 @@ SettingsLabel::SettingsLabel(const SystemColors &colors, const QFont &font, Colo
 
 QSize SettingsLabel::sizeHint() const
 {
-    const QFontMetricsF metrics(m_font);
+    const QFontMetricsF metrics(textFont());
     return {int(std::ceil(metrics.horizontalAdvance(text()))), int(std::ceil(metrics.height()))};
 }
 
 void SettingsLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setFont(m_font);
+    painter.setFont(textFont());
     painter.setPen(m_colors.*m_color);
     drawElided(painter, contentsRect(), text());
+}
+
+/// Not kept: the size of texts may change.
+QFont SettingsLabel::textFont() const
+{
+    return interfaceFont(m_type.size, m_type.weight);
 }

@@ -12,8 +12,14 @@ class SettingsLabel : public QLabel
 public:
     using Color = QColor SystemColors::*;
 
+    struct Type
+    {
+        qreal size = 0; ///< In pixels, before the scale of the texts.
+        QFont::Weight weight = QFont::Normal;
+    };
+
     /// \a colors belong to the window, which repaints itself when they change.
-    SettingsLabel(const SystemColors &colors, const QFont &font, Color color, QWidget *parent);
+    SettingsLabel(const SystemColors &colors, const Type &type, Color color, QWidget *parent);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
@@ -22,7 +28,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    QFont textFont() const;
+
     const SystemColors &m_colors;
-    QFont m_font;
+    Type m_type;
     Color m_color;
 };

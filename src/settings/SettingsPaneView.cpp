@@ -1,6 +1,5 @@
 #include "settings/SettingsPaneView.h"
 
-#include "appearance/InterfaceFont.h"
 #include "settings/SettingsCard.h"
 #include "settings/SettingsLabel.h"
 
@@ -31,7 +30,7 @@ SettingsPaneView::SettingsPaneView(const SystemColors &colors, QWidget *parent)
 
 SettingsLabel *SettingsPaneView::addHeading()
 {
-    auto *heading = new SettingsLabel(m_colors, interfaceFont(kHeadingSize, QFont::DemiBold),
+    auto *heading = new SettingsLabel(m_colors, {kHeadingSize, QFont::DemiBold},
                                       &SystemColors::secondaryLabelColor, this);
     heading->setFixedHeight(kHeadingHeight);
     heading->setContentsMargins(kHeadingIndent, 0, 0, 0);

@@ -20,6 +20,8 @@
 #include <QStackedWidget>
 #include <QWindow>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -76,6 +78,10 @@ void SettingsView::refreshAppearance()
     m_colors = look.colors();
     for (QMenu *menu : findChildren<QMenu *>())
         recolorMenu(*menu, look);
+    if (std::exchange(m_textScale, look.textScale) != look.textScale) {
+        for (QWidget *view : findChildren<QWidget *>())
+            view->updateGeometry();
+    }
     update();
 }
 

@@ -42,7 +42,7 @@ public:
     /// Makes all texts anew.
     void refreshLanguage();
 
-    /// Takes light or dark from the desktop again.
+    /// Takes its look from the desktop again.
     void refreshAppearance();
 
 signals:
@@ -69,6 +69,7 @@ private:
 
     SettingsCollaborators m_collaborators;
     SystemColors m_colors;
+    qreal m_textScale = 1;
     PaneHistory m_paneHistory;
     QWidget *m_sidebar = nullptr;
     QHash<SettingsPane, SidebarItem *> m_items;

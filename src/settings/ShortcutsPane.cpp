@@ -1,6 +1,5 @@
 #include "settings/ShortcutsPane.h"
 
-#include "appearance/InterfaceFont.h"
 #include "language/Localized.h"
 #include "platform/GlobalHotkey.h"
 #include "settings/HotkeySettingsManager.h"
@@ -142,7 +141,7 @@ void ShortcutsPane::buildRecordRow(SettingsCard &card)
     row->addWidget(m_recordButton);
     row->addSpacing(kHintGap);
     const auto addHint = [this, row](const QString &objectName, SettingsLabel::Color color) {
-        auto *hint = new SettingsLabel(colors(), interfaceFont(kHintSize), color, this);
+        auto *hint = new SettingsLabel(colors(), {kHintSize}, color, this);
         hint->setObjectName(objectName);
         row->addWidget(hint, 1);
         return hint;

@@ -38,6 +38,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
     , m_textPreview(collaborators.makeTextPreview ? collaborators.makeTextPreview() : nullptr)
     , m_searchFieldController(m_panel.searchField(), m_panel.tableView(), m_tableViewController,
                               m_textPreview.get())
+    , m_textScale(collaborators.appearance.textScale())
     , m_motion(m_panel.presentationLayer(),
                style.isTranslucent ? WindowMotion::Kind::FadeAndScale : WindowMotion::Kind::Fade,
                collaborators.list.scheduler, collaborators.list.clock)
@@ -118,6 +119,10 @@ void HistoryWindow::refreshAppearance()
     m_panel.setColors(look.colors());
     m_panel.setBackgroundAlpha(look.windowAlpha());
     m_blurBehind.setWanted(look.isBlurred && !look.isHighContrast);
+    if (std::exchange(m_textScale, look.textScale) != look.textScale) {
+        m_panel.searchField().refreshFont();
+        m_panel.filterBar().refreshTitles();
+    }
     m_panel.filterBar().setMenuLook(look);
     m_tableViewController.setLook(look);
 }

@@ -98,6 +98,7 @@ private:
     ClipboardTableViewController m_tableViewController;
     std::unique_ptr<TextPreview> m_textPreview;
     SearchFieldController m_searchFieldController;
+    qreal m_textScale; ///< With which the views were measured.
     WindowMotion m_motion;
     /// Counts show() and hide(): an animation that ends acts only if nothing has come between.
     quint64 m_visibilityAnimationToken = 0;

@@ -44,7 +44,7 @@ SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
 {
     setStyle(m_style.get());
     setFrame(false);
-    setFont(interfaceFont(kTextSize, QFont::Light));
+    refreshFont();
     setMaxLength(kMaxUnits);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setTextMargins(0, -kInnerTopMargin, 0, 0);
@@ -73,6 +73,11 @@ void SearchField::setColors(const SystemColors &colors)
     setPalette(colored);
     m_caretColor = colors.controlAccentColor;
     m_placeholderColor = colors.placeholderTextColor;
+}
+
+void SearchField::refreshFont()
+{
+    setFont(interfaceFont(kTextSize, QFont::Light));
 }
 
 void SearchField::focusInEvent(QFocusEvent *event)

@@ -21,6 +21,9 @@ public:
 
     void setColors(const SystemColors &colors);
 
+    /// Takes the size of its text from the desktop again.
+    void refreshFont();
+
 signals:
     void cancelPressed();
     void newlinePressed();

@@ -1,5 +1,6 @@
 #include "platform/x11/X11Settings.h"
 
+#include "tests/platform/MadeX11Settings.h"
 #include "tests/platform/PrivateDisplay.h"
 
 #include <QTest>
@@ -10,75 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Settings as they are published, of either order of bytes.
-class Settings
+MadeX11Settings desktopSettings(bool isBigEndian)
 {
-public:
-    explicit Settings(bool isBigEndian)
-        : m_isBigEndian(isBigEndian)
-    {
-    }
-
-    Settings &text(const QByteArray &name, const QByteArray &value)
-    {
-        begin(1, name);
-        m_entries += word(quint32(value.size()), 4) + padded(value);
-        return *this;
-    }
-
-    Settings &number(const QByteArray &name)
-    {
-        begin(0, name);
-        m_entries += word(7, 4);
-        return *this;
-    }
-
-    Settings &color(const QByteArray &name)
-    {
-        begin(2, name);
-        m_entries += QByteArray(8, 'c');
-        return *this;
-    }
-
-    QByteArray bytes() const
-    {
-        const char order = m_isBigEndian ? 1 : 0;
-        return QByteArray(1, order) + QByteArray(3, '\0') + word(42, 4) + word(m_count, 4)
-            + m_entries;
-    }
-
-private:
-    void begin(char type, const QByteArray &name)
-    {
-        ++m_count;
-        m_entries += QByteArray(1, type) + QByteArray(1, '\0') + word(quint32(name.size()), 2)
-            + padded(name) + word(3, 4);
-    }
-
-    QByteArray word(quint32 value, int byteCount) const
-    {
-        QByteArray bytes;
-        for (int i = 0; i < byteCount; ++i) {
-            const char byte = char(value >> (8 * i));
-            m_isBigEndian ? bytes.prepend(byte) : bytes.append(byte);
-        }
-        return bytes;
-    }
-
-    static QByteArray padded(QByteArray bytes)
-    {
-        return bytes.append((4 - bytes.size() % 4) % 4, '\0');
-    }
-
-    bool m_isBigEndian;
-    quint32 m_count = 0;
-    QByteArray m_entries;
-};
-
-Settings desktopSettings(bool isBigEndian)
-{
-    Settings settings(isBigEndian);
-    settings.number("Xft/DPI").text("Net/ThemeName", "Clear").color("Some/Color");
+    MadeX11Settings settings(isBigEndian);
+    settings.number("Xft/DPI", 98304).text("Net/ThemeName", "Clear").color("Some/Color");
     settings.text("Net/IconThemeName", "Tango");
     return settings;
 }
@@ -92,6 +28,7 @@ class X11SettingsTest : public QObject
 private slots:
     void theIconThemeIsFoundInEitherOrderOfBytes();
     void withoutAnIconThemeThereIsNone();
+    void textsAndNumbersAreFoundByTheirNames();
     void settingsThatAreCutShortDoNoHarm();
     void lyingLengthsDoNoHarm();
     void publishedSettingsAreRead();
@@ -106,9 +43,22 @@ void X11SettingsTest::theIconThemeIsFoundInEitherOrderOfBytes()
 void X11SettingsTest::withoutAnIconThemeThereIsNone()
 {
     QVERIFY(!iconThemeNameIn({}));
-    QVERIFY(!iconThemeNameIn(Settings(false).text("Net/ThemeName", "Clear").bytes()));
-    QVERIFY(!iconThemeNameIn(Settings(false).text("Net/IconThemeName", "").bytes()));
-    QVERIFY(!iconThemeNameIn(Settings(false).number("Net/IconThemeName").bytes()));
+    QVERIFY(!iconThemeNameIn(MadeX11Settings().text("Net/ThemeName", "Clear").bytes()));
+    QVERIFY(!iconThemeNameIn(MadeX11Settings().text("Net/IconThemeName", "").bytes()));
+    QVERIFY(!iconThemeNameIn(MadeX11Settings().number("Net/IconThemeName", 7).bytes()));
+}
+
+void X11SettingsTest::textsAndNumbersAreFoundByTheirNames()
+{
+    for (const bool isBigEndian : {false, true}) {
+        const QByteArray settings =
+            MadeX11Settings(isBigEndian).number("One", -1).color("Two").text("Three", "3").bytes();
+        QCOMPARE(x11SettingIn(settings, "One")->number, -1);
+        QVERIFY(!x11SettingIn(settings, "One")->text);
+        QVERIFY(!x11SettingIn(settings, "Two")->number);
+        QCOMPARE(x11SettingIn(settings, "Three")->text, QByteArray("3"));
+        QVERIFY(!x11SettingIn(settings, "Four"));
+    }
 }
 
 void X11SettingsTest::settingsThatAreCutShortDoNoHarm()
@@ -121,7 +71,7 @@ void X11SettingsTest::settingsThatAreCutShortDoNoHarm()
 
 void X11SettingsTest::lyingLengthsDoNoHarm()
 {
-    QByteArray many = Settings(false).bytes();
+    QByteArray many = MadeX11Settings().bytes();
     many.replace(8, 4, "\xff\xff\xff\xff");
     QVERIFY(!iconThemeNameIn(many));
     QByteArray longText = desktopSettings(false).bytes();

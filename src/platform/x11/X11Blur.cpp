@@ -11,6 +11,22 @@
 
 #include <xcb/xcb.h>
 
+namespace {
+
+/// \a shape in device pixels, as four numbers for each of the boxes that make it up.
+QList<quint32> boxesOf(const QPainterPath &shape, qreal pixelRatio)
+{
+    const QPainterPath inPixels = QTransform::fromScale(pixelRatio, pixelRatio).map(shape);
+    QList<quint32> boxes;
+    for (const QRect &box : QRegion(inPixels.toFillPolygon().toPolygon())) {
+        for (const int number : {box.x(), box.y(), box.width(), box.height()})
+            boxes.append(quint32(number));
+    }
+    return boxes;
+}
+
+} // namespace
+
 X11Blur::X11Blur(X11Connection &connection)
     : m_connection(connection)
     , m_property(connection.atom(X11AtomName::KdeBlurBehindRegion))
@@ -34,19 +50,14 @@ void X11Blur::blurBehind(QWindow *window, const QPainterPath &shape) const
     if (!xcb)
         return;
     const auto id = quint32(window->winId());
-    if (shape.isEmpty()) {
+    const QList<quint32> boxes = boxesOf(shape, window->devicePixelRatio());
+    if (boxes.isEmpty()) {
         xcb_delete_property(xcb, id, m_property);
-        return;
+    } else {
+        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, id, m_property, XCB_ATOM_CARDINAL, 32,
+                            quint32(boxes.size()), boxes.constData());
     }
-    const qreal ratio = window->devicePixelRatio();
-    const QPainterPath inPixels = QTransform::fromScale(ratio, ratio).map(shape);
-    QList<quint32> boxes;
-    for (const QRect &box : QRegion(inPixels.toFillPolygon().toPolygon())) {
-        for (const int number : {box.x(), box.y(), box.width(), box.height()})
-            boxes.append(quint32(number));
-    }
-    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, id, m_property, XCB_ATOM_CARDINAL, 32,
-                        quint32(boxes.size()), boxes.constData());
+    xcb_flush(xcb);
 }
 
 void X11Blur::handleX11Event(int type, const void *event)

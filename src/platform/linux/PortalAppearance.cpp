@@ -126,6 +126,8 @@ void PortalAppearance::ask()
     if (!bus)
         return;
 
+    // Slots are found by the names of their types, and this one may not be known by its name yet.
+    qRegisterMetaType<QDBusVariant>();
     // Without the service's name: with it the connection would first wait to learn its owner.
     bus->connect({}, kPortalPath, kSettingsInterface, u"SettingChanged"_s, this,
                  SLOT(handleSettingChanged(QString, QString, QDBusVariant)));

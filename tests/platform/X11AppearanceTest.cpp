@@ -1,5 +1,6 @@
 #include "platform/x11/X11Appearance.h"
 
+#include "tests/platform/FakeSettingsManager.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QGuiApplication>
@@ -23,6 +24,9 @@ private slots:
     void compositorComesAndGoes();
     void compositorThatRunsAlreadyIsSeenAtOnce();
     void withoutABusThereIsNoPreference();
+    void theSettingsManagerIsHeardWithoutABus();
+    void blurIsOfferedByACompositorOnly();
+    void textsAreNeverSmallerThanUsual();
 
 private:
     PrivateDesktop &m_desktop;
@@ -70,6 +74,41 @@ void X11AppearanceTest::withoutABusThereIsNoPreference()
         &context, [&isAsked] { isAsked = true; }, Qt::QueuedConnection);
     QTRY_VERIFY(isAsked);
     QVERIFY(!appearance.prefersDark());
+}
+
+void X11AppearanceTest::theSettingsManagerIsHeardWithoutABus()
+{
+    X11Connection connection(m_desktop.displayName());
+    X11Appearance appearance(connection);
+    int changeCount = 0;
+    appearance.onChanged = [&changeCount] { ++changeCount; };
+    const FakeSettingsManager manager(m_desktop.displayName(),
+                                      MadeX11Settings()
+                                          .number("Gtk/EnableAnimations", 0)
+                                          .text("Net/ThemeName", "HighContrast"));
+    QVERIFY(!appearance.prefersReducedMotion());
+    QTRY_VERIFY(appearance.prefersReducedMotion());
+    QVERIFY(appearance.prefersHighContrast());
+    QCOMPARE(changeCount, 1);
+}
+
+void X11AppearanceTest::blurIsOfferedByACompositorOnly()
+{
+    const QString property = u"_KDE_NET_WM_BLUR_BEHIND_REGION"_s;
+    m_desktop.run(u"xprop"_s, {u"-root"_s, u"-f"_s, property, u"8c"_s, u"-set"_s, property, u"0"_s});
+    X11Connection connection(m_desktop.displayName());
+    X11Appearance appearance(connection);
+    QVERIFY(!appearance.offersBlur()); // Left by one that has ended.
+    m_desktop.launch(u"picom"_s);
+    QTRY_VERIFY(appearance.offersBlur());
+    m_desktop.run(u"xprop"_s, {u"-root"_s, u"-remove"_s, property});
+    QTRY_VERIFY(!appearance.offersBlur());
+}
+
+void X11AppearanceTest::textsAreNeverSmallerThanUsual()
+{
+    X11Connection connection(m_desktop.displayName());
+    QCOMPARE(X11Appearance(connection).textScale(), 1.0);
 }
 
 int main(int argc, char *argv[])

@@ -1,6 +1,6 @@
 #include "platform/x11/X11SettingsManager.h"
 
-#include "tests/platform/MadeX11Settings.h"
+#include "tests/platform/FakeSettingsManager.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QCoreApplication>
@@ -8,40 +8,7 @@
 
 #include <memory>
 
-#include <xcb/xcb.h>
-
 namespace {
-
-/// A settings manager on a connection of its own; it is gone with the object.
-class FakeManager
-{
-public:
-    FakeManager(const QByteArray &displayName, const MadeX11Settings &settings)
-        : m_connection(displayName)
-        , m_window(xcb_generate_id(m_connection.xcb()))
-    {
-        xcb_create_window(m_connection.xcb(), 0, m_window, m_connection.rootWindow(), 0, 0, 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0, nullptr);
-        publish(settings);
-        xcb_set_selection_owner(m_connection.xcb(), m_window,
-                                m_connection.atom(X11AtomName::XsettingsSelection),
-                                XCB_CURRENT_TIME);
-        m_connection.serverTime(); // Whose answer comes after all that.
-    }
-
-    void publish(const MadeX11Settings &settings)
-    {
-        const quint32 property = m_connection.atom(X11AtomName::XsettingsSettings);
-        const QByteArray bytes = settings.bytes();
-        xcb_change_property(m_connection.xcb(), XCB_PROP_MODE_REPLACE, m_window, property, property,
-                            8, quint32(bytes.size()), bytes.constData());
-        m_connection.flush();
-    }
-
-private:
-    X11Connection m_connection;
-    quint32 m_window;
-};
 
 MadeX11Settings animations(qint32 isOn)
 {
@@ -96,7 +63,7 @@ void X11SettingsManagerTest::cleanup()
 
 void X11SettingsManagerTest::settingsAreReadOnceTheLoopRuns()
 {
-    const FakeManager manager(m_displayName, animations(0));
+    const FakeSettingsManager manager(m_displayName, animations(0));
     QVERIFY(!m_settings->values().isAnimationOff);
     QTRY_VERIFY(m_settings->values().isAnimationOff);
     QVERIFY(!m_settings->values().isContrastHigh);
@@ -105,7 +72,7 @@ void X11SettingsManagerTest::settingsAreReadOnceTheLoopRuns()
 
 void X11SettingsManagerTest::changesAreFollowed()
 {
-    FakeManager manager(m_displayName, animations(0));
+    FakeSettingsManager manager(m_displayName, animations(0));
     QTRY_COMPARE(m_changeCount, 1);
     manager.publish(animations(1));
     QTRY_VERIFY(!m_settings->values().isAnimationOff);
@@ -121,7 +88,7 @@ void X11SettingsManagerTest::managersThatComeAndGoAreFollowed()
     QCoreApplication::processEvents();
     for (int i = 0; i < 2; ++i) {
         {
-            FakeManager manager(m_displayName, animations(0));
+            FakeSettingsManager manager(m_displayName, animations(0));
             QTRY_VERIFY(m_settings->values().isAnimationOff);
             manager.publish(theme("HighContrast"));
             QTRY_VERIFY(m_settings->values().isContrastHigh);
@@ -132,7 +99,7 @@ void X11SettingsManagerTest::managersThatComeAndGoAreFollowed()
 
 void X11SettingsManagerTest::nonsenseIsNoWish()
 {
-    FakeManager manager(m_displayName, animations(0));
+    FakeSettingsManager manager(m_displayName, animations(0));
     QTRY_COMPARE(m_changeCount, 1);
     manager.publish(MadeX11Settings().text("Gtk/EnableAnimations", "0").number("Net/ThemeName", 0));
     QTRY_COMPARE(m_changeCount, 2);

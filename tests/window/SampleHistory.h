@@ -58,7 +58,7 @@ inline ClipboardItemList mixed()
     };
     using Type = ClipboardContentType;
     ClipboardItem image = from(item(Type::Image, {}, 8min), "org.example.screenshot");
-    image.imageThumbnailFileName = QStringLiteral("chart_thumb.jpg");
+    image.imageThumbnailFileName = QStringLiteral("chart_thumb.png");
     ClipboardItem tides = from(
         textItem(QStringLiteral("The tide tables for Saturday: high water 06:42 (4.1 m), low water "
                                 "12:55 (0.8 m), high water 19:10 (4.0 m)"), 26min),

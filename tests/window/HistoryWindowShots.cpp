@@ -1,0 +1,426 @@
+// Saves pictures of the screen with the history window in all its states, for people to look at.
+//
+//   HistoryWindowShots DIR SUFFIX composited|plain [WHAT]
+//
+// The files are called like history-mixed-light-enSUFFIX.png; with WHAT only that state is taken.
+// It wants a display of its own, with a window manager. What is on the screen is compared with what
+// the windows have drawn; the program fails if the two differ.
+
+#include "tests/window/HistoryStage.h"
+#include "tests/window/PictureHistory.h"
+
+#include "language/LanguageManager.h"
+#include "window/ClipboardTableView.h"
+#include "window/FavoriteLimitHintOverlayView.h"
+#include "window/FilterBarView.h"
+#include "window/FilterButton.h"
+#include "window/RowLayout.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QPainter>
+#include <QScreen>
+#include <QTest>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QPoint kCorner(60, 50); ///< Where the window stands in a picture.
+constexpr QSize kMargins(120, 100);
+constexpr int kHeight = 500;
+
+struct Shot
+{
+    QString name;
+    ClipboardItemList items;
+    std::function<void(HistoryWindow &)> act = [](HistoryWindow &) {};
+    int height = kHeight;
+    QSize margins = kMargins;
+};
+
+QLineEdit *field(HistoryWindow &window)
+{
+    return window.panel().findChild<QLineEdit *>();
+}
+
+QList<FilterButton *> pills(HistoryWindow &window)
+{
+    return window.panel().findChildren<FilterButton *>();
+}
+
+void type(HistoryWindow &window, const QString &text)
+{
+    field(window)->setText(text);
+}
+
+auto selecting(int row)
+{
+    return [row](HistoryWindow &window) {
+        for (int i = 0; i <= row; ++i)
+            QTest::keyClick(field(window), Qt::Key_Down);
+    };
+}
+
+auto choosing(int pill)
+{
+    return [pill](HistoryWindow &window) { pills(window).at(pill)->click(); };
+}
+
+void openRowMenu(HistoryWindow &window)
+{
+    selecting(3)(window);
+    auto *list = window.panel().findChild<ClipboardTableView *>();
+    const QPoint place(264, 256);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, list->viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(list->viewport(), &event);
+}
+
+void openOverflowMenu(HistoryWindow &window, const QString &chosenTag)
+{
+    auto *bar = window.panel().findChild<FilterBarView *>();
+    bar->selectCategory(FilterCategory::tag(chosenTag));
+    pills(window).last()->click();
+}
+
+void focusAPill(HistoryWindow &window)
+{
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    window.togglePin();
+}
+
+void focusThePin(HistoryWindow &)
+{
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+}
+
+bool isHintAtRest()
+{
+    constexpr qreal kUnseen = 0.002; // Of the scale, which a spring brings near its end.
+    for (const QWidget *widget : QApplication::topLevelWidgets()) {
+        const auto *hint = qobject_cast<const FavoriteLimitHintOverlayView *>(widget);
+        if (hint && hint->pose().opacity == 1 && qAbs(hint->pose().scale - 1) < kUnseen)
+            return true;
+    }
+    return false;
+}
+
+/// Wants a favourite more than there may be.
+void reachFavoriteLimit(HistoryWindow &window)
+{
+    auto *list = window.panel().findChild<ClipboardTableView *>();
+    list->selectRow(2);
+    const RowLayout layout(QRectF(list->visualRect(list->model()->index(2, 0))));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, layout.star.center().toPoint());
+    static_cast<void>(QTest::qWaitFor(isHintAtRest));
+}
+
+ClipboardItemList withManyFavorites(ClipboardItemList items)
+{
+    for (int i = 0; i < 1000; ++i) {
+        ClipboardItem favorite = SampleHistory::textItem(QString::number(i));
+        favorite.isFavorite = true;
+        items.append(SampleHistory::shared(favorite));
+    }
+    return items;
+}
+
+struct Contents
+{
+    ClipboardItemList all;
+    ClipboardItemList found;
+    ClipboardItemList tagged;
+    ClipboardItemList tagOfMenu;
+    QString word;
+    QString wordOfNothing;
+    QString menuTag;
+};
+
+Contents contents(AppLanguage language)
+{
+    using namespace PictureHistory;
+    if (language == AppLanguage::Chinese) {
+        const ClipboardItemList all = chinese();
+        return {all, all, all, all, u"请"_s, u"绣球花"_s, u"家"_s};
+    }
+    return {english(),  englishFound(),  englishTagged(), englishAtWork(),
+            u"water"_s, u"hydrangea"_s, u"Work"_s};
+}
+
+/// Those that are worth a picture without a compositor too, and in high contrast.
+QList<Shot> mainShots(const Contents &shown)
+{
+    return {
+        {u"mixed"_s, shown.all},
+        {u"selected"_s, shown.all, selecting(3)},
+        {u"menu"_s, shown.all, openRowMenu, kHeight, {120, 250}},
+        {u"limit"_s, withManyFavorites(shown.all), reachFavoriteLimit},
+        {u"pill-focused"_s, shown.all, focusAPill},
+    };
+}
+
+QList<Shot> otherShots(const Contents &shown)
+{
+    constexpr int kTall = 820;
+    QList<Shot> shots{
+        {u"whole"_s, shown.all, selecting(3), kTall},
+        {u"empty"_s, {}},
+        {u"search"_s, shown.found, [word = shown.word](auto &window) { type(window, word); }},
+        {u"search-nothing"_s, shown.all,
+         [word = shown.wordOfNothing](auto &window) { type(window, word); }},
+        {u"tag"_s, shown.tagged, choosing(6)},
+        {u"overflow-menu"_s, shown.tagOfMenu,
+         [tag = shown.menuTag](auto &window) { openOverflowMenu(window, tag); }, kHeight,
+         {220, 100}},
+        {u"pinned"_s, shown.all, [](auto &window) { window.togglePin(); }},
+        {u"pin-focused"_s, shown.all, focusThePin},
+        {u"thumbnails"_s, PictureHistory::thumbnails()},
+    };
+    const char *const kinds[] = {"all", "text", "image", "file", "link", "favorite"};
+    for (int i = 0; i < int(std::size(kinds)); ++i)
+        shots.append({u"filter-"_s + QLatin1StringView(kinds[i]), shown.all, choosing(i)});
+    return shots;
+}
+
+/// Colours the whole screen, so that what shines through a window is known.
+class Backdrop : public QWidget
+{
+public:
+    Backdrop()
+        : QWidget(nullptr, Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint
+                      | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput)
+    {
+        setGeometry(screen()->geometry());
+        show();
+        lower();
+    }
+
+    void setDark(bool isDark)
+    {
+        m_color = isDark ? QColor(0x30, 0x34, 0x3B) : QColor(0xC6, 0xCA, 0xD1);
+        update();
+    }
+    QColor color() const { return m_color; }
+
+protected:
+    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), m_color); }
+
+private:
+    QColor m_color;
+};
+
+class Photographer
+{
+public:
+    Photographer(const QString &directory, const QString &suffix, bool isComposited)
+        : m_directory(directory)
+        , m_suffix(suffix)
+    {
+        QDir().mkpath(directory);
+        m_stage.appearance.composited = isComposited;
+        m_stage.appearance.reducedMotion = true;
+    }
+
+    void takeAll(const QString &only)
+    {
+        for (const AppLanguage language : {AppLanguage::English, AppLanguage::Chinese}) {
+            setLanguage(language);
+            const Contents shown = contents(language);
+            for (const bool isDark : {false, true}) {
+                setDark(isDark);
+                for (const Shot &shot : shots(shown)) {
+                    if (only.isEmpty() || shot.name == only)
+                        take(shot);
+                }
+            }
+        }
+    }
+
+    bool hasFailed() const { return m_hasFailed; }
+
+private:
+    QList<Shot> shots(const Contents &shown) const
+    {
+        if (!m_stage.appearance.composited)
+            return mainShots(shown);
+        return mainShots(shown) + otherShots(shown);
+    }
+
+    void setLanguage(AppLanguage language)
+    {
+        m_language = std::make_unique<LanguageManager>(m_stage.defaults());
+        m_language->setLanguage(language);
+        m_language->install();
+        m_languageName = language == AppLanguage::Chinese ? u"zh"_s : u"en"_s;
+        m_stage.setTags(PictureHistory::tags(language));
+        m_stage.setApplicationNames(PictureHistory::applicationNames(language));
+    }
+
+    void setDark(bool isDark)
+    {
+        m_stage.appearance.dark = isDark;
+        m_backdrop.setDark(isDark);
+    }
+
+    QString path(const QString &name) const
+    {
+        QStringList words{u"history"_s, name};
+        if (!m_stage.appearance.composited)
+            words.append(u"plain"_s);
+        words.append(*m_stage.appearance.dark ? u"dark"_s : u"light"_s);
+        words.append(m_languageName);
+        return m_directory + u'/' + words.join(u'-') + m_suffix + u".png"_s;
+    }
+
+    void take(const Shot &shot)
+    {
+        m_stage.setTags(PictureHistory::tags(m_language->currentLanguage()));
+        if (shot.items.isEmpty())
+            m_stage.setTags({});
+        m_stage.defaults().set(u"ClipboardSearchWindowFrame"_s,
+                               u"{{%1, %2}, {680, %3}}"_s.arg(kCorner.x()).arg(kCorner.y()).arg(
+                                   shot.height));
+        const auto window = m_stage.makeWindow(shot.items);
+        window->show();
+        static_cast<void>(QTest::qWaitForWindowActive(&window->panel()));
+        const ClipboardItemList rows = shot.items.first(std::min<qsizetype>(shot.items.size(), 10));
+        static_cast<void>(QTest::qWaitFor([&] { return m_stage.hasPictures(rows); }));
+        shot.act(*window);
+        const QRect place(window->panel().pos() - kCorner,
+                          QSize(window->panel().width(), shot.height) + shot.margins);
+        if (!QTest::qWaitFor([&] { return isDrawnWholly(*window, place); }))
+            fail(path(shot.name), "the screen does not show what the windows have drawn");
+        const QImage picture = screen(place);
+        check(shot, picture);
+        constexpr int kQuick = 80;
+        if (!picture.save(path(shot.name), nullptr, kQuick))
+            fail(path(shot.name), "cannot be written");
+    }
+
+    static QImage screen(const QRect &place)
+    {
+        return QGuiApplication::primaryScreen()
+            ->grabWindow(0, place.x(), place.y(), place.width(), place.height())
+            .toImage()
+            .convertToFormat(QImage::Format_RGB32);
+    }
+
+    /// What the windows of the program, laid over each other on the backdrop, come to.
+    QImage expected(HistoryWindow &window, const QRect &place) const
+    {
+        const qreal scale = window.panel().devicePixelRatioF();
+        QImage canvas((QSizeF(place.size()) * scale).toSize(), QImage::Format_RGB32);
+        canvas.setDevicePixelRatio(scale);
+        canvas.fill(m_backdrop.color());
+        QPainter painter(&canvas);
+        drawWindow(painter, window.panel(), place);
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget != &window.panel() && widget != &m_backdrop && widget->isVisible())
+                drawWindow(painter, *widget, place);
+        }
+        return canvas;
+    }
+
+    static void drawWindow(QPainter &painter, QWidget &widget, const QRect &place)
+    {
+        const QPoint corner = widget.pos() - place.topLeft();
+        const QRegion shape = widget.mask().translated(corner);
+        painter.setClipRegion(shape, shape.isEmpty() ? Qt::NoClip : Qt::ReplaceClip);
+        painter.drawPixmap(corner, widget.grab());
+    }
+
+    bool isDrawnWholly(HistoryWindow &window, const QRect &place) const
+    {
+        const QImage wanted = expected(window, place);
+        constexpr double kMostTransparent = 0.85;
+        const QImage head = window.panel().grab(QRect(340, 5, 1, 1)).toImage();
+        return head.pixelColor(0, 0).alphaF() > kMostTransparent && isAlike(screen(place), wanted);
+    }
+
+    /// The compositor's arithmetic is not ours.
+    static bool isAlike(const QImage &shown, const QImage &wanted)
+    {
+        constexpr int kRounding = 3;
+        if (shown.size() != wanted.size())
+            return false;
+        for (int y = 0; y < shown.height(); ++y) {
+            const auto *a = shown.constScanLine(y);
+            const auto *b = wanted.constScanLine(y);
+            for (int i = 0; i < 4 * shown.width(); ++i) {
+                if (i % 4 < 3 && std::abs(int(a[i]) - int(b[i])) > kRounding)
+                    return false;
+            }
+        }
+        return true;
+    }
+
+    /// What can be told about a picture without looking at it.
+    void check(const Shot &shot, const QImage &picture)
+    {
+        const qreal scale = picture.devicePixelRatio();
+        const QRectF window(kCorner, QSizeF(680, shot.height));
+        const auto at = [&](QPointF point) {
+            return picture.pixelColor((point * scale).toPoint());
+        };
+        const QPointF inside(1, 1);
+        if (at(window.topLeft() + inside) != m_backdrop.color()
+            || at(window.topRight() + QPointF(-2, 1)) != m_backdrop.color())
+            fail(path(shot.name), "has corners that are not round");
+        checkSeparator(shot, picture);
+    }
+
+    /// The line under the pills is as thick as the scale says, and as strong in all its rows.
+    void checkSeparator(const Shot &shot, const QImage &picture)
+    {
+        const qreal scale = picture.devicePixelRatio();
+        const int x = qRound((kCorner.x() + 100) * scale);
+        const int middle = qRound((kCorner.y() + 99.5) * scale);
+        const QRgb ground = picture.pixel(x, middle - 4);
+        QList<QRgb> line;
+        for (int y = middle - 4; y <= middle + 4; ++y) {
+            if (picture.pixel(x, y) != ground)
+                line.append(picture.pixel(x, y));
+        }
+        const bool isEven = std::ranges::all_of(line, [&](QRgb c) { return c == line.first(); });
+        if (line.size() != std::max(1, qRound(scale)) || !isEven)
+            fail(path(shot.name), "has a line under the pills that is not crisp");
+    }
+
+    void fail(const QString &path, const char *what)
+    {
+        std::printf("%s %s\n", qPrintable(path), what);
+        m_hasFailed = true;
+    }
+
+    QString m_directory;
+    QString m_suffix;
+    HistoryStage m_stage;
+    Backdrop m_backdrop;
+    std::unique_ptr<LanguageManager> m_language;
+    QString m_languageName;
+    bool m_hasFailed = false;
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 4)
+        return EXIT_FAILURE;
+    QApplication::setFont(QFont(u"Inter"_s));
+    QApplication::setCursorFlashTime(0); // The caret stays.
+    QCursor::setPos(0, 0); // Nothing is under the pointer.
+    Photographer photographer(arguments.at(1), arguments.at(2), arguments.at(3) == u"composited"_s);
+    photographer.takeAll(arguments.value(4));
+    return photographer.hasFailed() ? EXIT_FAILURE : EXIT_SUCCESS;
+}

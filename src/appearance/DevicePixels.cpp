@@ -2,6 +2,35 @@
 
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
+qreal deviceScale(const QPainter &painter)
+{
+    return painter.device()->devicePixelRatioF();
+}
+
+QRectF snappedToDevice(const QPainter &painter, const QRectF &box)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF exact = toDevice.mapRect(box);
+    const QRectF snapped(QPointF(exact.topLeft().toPoint()), QPointF(exact.bottomRight().toPoint()));
+    return toDevice.inverted().mapRect(snapped);
+}
+
+qreal lineThickness(const QPainter &painter, qreal thickness)
+{
+    const qreal scale = deviceScale(painter);
+    return std::max(1.0, std::round(thickness * scale)) / scale;
+}
+
+qreal snappedToDevice(const QPainter &painter, qreal y)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QPointF exact = toDevice.map(QPointF(0, y));
+    return toDevice.inverted().map(QPointF(exact.x(), std::round(exact.y()))).y();
+}
+
 QPointF centredOnDevice(const QPainter &painter, const QRectF &box, const QSizeF &size)
 {
     const QTransform toDevice = painter.deviceTransform();

@@ -1,5 +1,6 @@
 #include "appearance/InterfaceFont.h"
 
+#include "appearance/DevicePixels.h"
 #include "foundation/TextTools.h"
 
 #include <QFontMetricsF>
@@ -74,8 +75,8 @@ void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
                   Qt::Alignment alignment)
 {
     const QFontMetricsF metrics(painter.font(), painter.device());
-    const qreal baseline
-        = std::round(box.center().y() + (metrics.ascent() - metrics.descent()) / 2);
+    const qreal middle = box.center().y() + (metrics.ascent() - metrics.descent()) / 2;
+    const qreal baseline = snappedToDevice(painter, middle);
     qreal x = box.left();
     if (alignment & (Qt::AlignRight | Qt::AlignHCenter)) {
         const qreal spare = box.width() - metrics.horizontalAdvance(text);

@@ -1,5 +1,7 @@
 #include "widgets/DrawnControl.h"
 
+#include "appearance/RoundedBox.h"
+
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -37,9 +39,8 @@ QColor DrawnControl::pressable(const QColor &color) const
 
 void DrawnControl::drawGround(QPainter &painter, const QColor &ground, const QColor &line) const
 {
-    painter.setBrush(ground);
-    painter.setPen(line);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius(), radius());
+    fillRoundedBox(painter, rect(), radius(), ground);
+    lineRoundedBox(painter, rect(), radius(), line);
 }
 
 void DrawnControl::focusInEvent(QFocusEvent *event)

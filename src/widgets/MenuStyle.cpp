@@ -1,7 +1,9 @@
 #include "widgets/MenuStyle.h"
 
+#include "appearance/DevicePixels.h"
 #include "appearance/Hairline.h"
 #include "appearance/InterfaceFont.h"
+#include "appearance/RoundedBox.h"
 #include "appearance/SymbolImage.h"
 
 #include <QBitmap>
@@ -197,10 +199,9 @@ void MenuStyle::drawPlainCard(QPainter &painter, const QRect &card) const
 {
     painter.fillRect(card, m_colors.raisedSurfaceColor);
     painter.fillRect(card, m_colors.controlLineColor);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_colors.raisedSurfaceColor);
-    painter.drawRoundedRect(card.adjusted(1, 1, -1, -1), kPlainRadius - 1, kPlainRadius - 1);
+    const qreal line = lineThickness(painter, 1);
+    fillRoundedBox(painter, QRectF(card).adjusted(line, line, -line, -line), kPlainRadius - line,
+                   m_colors.raisedSurfaceColor);
 }
 
 void MenuStyle::drawItem(QPainter &painter, const QStyleOptionMenuItem &option) const
@@ -213,14 +214,10 @@ void MenuStyle::drawItem(QPainter &painter, const QStyleOptionMenuItem &option) 
         painter.restore();
         return;
     }
-    painter.setRenderHint(QPainter::Antialiasing);
     const bool isEnabled = option.state & State_Enabled;
     const bool isSelected = isEnabled && (option.state & State_Selected);
-    if (isSelected) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(m_colors.selectionColor);
-        painter.drawRoundedRect(option.rect, kItemRadius, kItemRadius);
-    }
+    if (isSelected)
+        fillRoundedBox(painter, option.rect, kItemRadius, m_colors.selectionColor);
     if (!isEnabled)
         painter.setOpacity(kDisabledAlpha);
     drawTexts(painter, option, isSelected ? m_colors.onSelection() : m_colors);

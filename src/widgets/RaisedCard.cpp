@@ -1,5 +1,8 @@
 #include "widgets/RaisedCard.h"
 
+#include "appearance/DevicePixels.h"
+#include "appearance/RoundedBox.h"
+
 #include <QPainter>
 
 void RaisedCard::draw(QPainter &painter, const QRect &card) const
@@ -15,16 +18,10 @@ void RaisedCard::draw(QPainter &painter, const QRect &card) const
 
 void RaisedCard::drawWithoutShadow(QPainter &painter, const QRect &card) const
 {
-    const QRectF outline = QRectF(card).adjusted(0.5, 0.5, -0.5, -0.5);
+    fillRoundedBox(painter, card, m_radius, m_colors.raisedSurfaceColor);
     // A dark line stands beside a light card, where it darkens what is below; a light line lies on
     // a dark card.
-    const qreal inset = m_scheme == ColorScheme::Light ? 0.5 : -0.5;
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_colors.raisedSurfaceColor);
-    painter.drawRoundedRect(outline.adjusted(inset, inset, -inset, -inset), m_radius - inset,
-                            m_radius - inset);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(m_colors.controlLineColor);
-    painter.drawRoundedRect(outline, m_radius, m_radius);
+    const qreal outset = m_scheme == ColorScheme::Light ? lineThickness(painter, 1) : 0;
+    lineRoundedBox(painter, QRectF(card).adjusted(-outset, -outset, outset, outset),
+                   m_radius + outset, m_colors.controlLineColor);
 }

@@ -1,6 +1,7 @@
 #include "window/FilterButton.h"
 
 #include "appearance/InterfaceFont.h"
+#include "appearance/RoundedBox.h"
 #include "window/FilterButtonAccessible.h"
 
 #include <QMouseEvent>
@@ -95,13 +96,10 @@ void FilterButton::mouseReleaseEvent(QMouseEvent *event)
 void FilterButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(alpha());
-
-    painter.setBrush(groundColor());
-    painter.setPen(borderColor());
-    const QRectF outline = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.drawRoundedRect(outline, outline.height() / 2, outline.height() / 2);
+    const qreal radius = height() / 2.0;
+    fillRoundedBox(painter, rect(), radius, groundColor());
+    lineRoundedBox(painter, rect(), radius, borderColor());
 
     painter.setFont(titleFont());
     painter.setPen(titleColor());

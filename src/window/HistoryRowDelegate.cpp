@@ -1,5 +1,6 @@
 #include "window/HistoryRowDelegate.h"
 
+#include "appearance/Figures.h"
 #include "appearance/InterfaceFont.h"
 #include "appearance/DevicePixels.h"
 #include "appearance/SymbolImage.h"
@@ -183,7 +184,7 @@ void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,
     painter.setFont(interfaceFont(kMetaSize, QFont::DemiBold));
     drawElided(painter, layout.meta, row.meta);
     painter.setFont(interfaceFont(kTimeSize));
-    drawTextLine(painter, layout.time, row.time, Qt::AlignRight);
+    drawFigures(painter, layout.time, row.time);
 }
 
 void HistoryRowDelegate::paintStar(QPainter &painter, const QRectF &box, const ClipboardItem &item,

@@ -1,5 +1,6 @@
 #include "window/PinButton.h"
 
+#include "appearance/RoundedBox.h"
 #include "appearance/SymbolImage.h"
 #include "language/Localized.h"
 
@@ -58,11 +59,9 @@ void PinButton::focusOutEvent(QFocusEvent *event)
 void PinButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     if (isDown() || underMouse()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withAlpha(m_colors.labelColor, isDown() ? kPressedAlpha : kHoverAlpha));
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        const qreal alpha = isDown() ? kPressedAlpha : kHoverAlpha;
+        fillRoundedBox(painter, rect(), kRadius, withAlpha(m_colors.labelColor, alpha));
     }
     const QString name = isPinned() ? u"pin.slash.fill"_s : u"pin"_s;
     drawSymbol(painter, rect(), {name, kSymbolSize, SymbolWeight::Semibold},

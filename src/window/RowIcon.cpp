@@ -1,6 +1,7 @@
 #include "window/RowIcon.h"
 
 #include "appearance/DevicePixels.h"
+#include "appearance/RoundedBox.h"
 #include "platform/ImageCodec.h"
 
 #include <QPainter>
@@ -63,8 +64,6 @@ void drawRowIcon(QPainter &painter, const QRectF &box, const QImage &picture)
 void drawSourceBadge(QPainter &painter, const QRectF &box, const QImage &icon,
                      const QColor &groundColor)
 {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(groundColor);
-    painter.drawRoundedRect(box, kBadgeRadius, kBadgeRadius);
+    fillRoundedBox(painter, box, kBadgeRadius, groundColor);
     drawRowIcon(painter, box, icon);
 }

@@ -2,6 +2,7 @@
 
 #include "appearance/DevicePixels.h"
 #include "appearance/RoundCorners.h"
+#include "appearance/RoundedBox.h"
 #include "core/Thumbnail.h"
 
 #include <QPainter>
@@ -39,12 +40,5 @@ void drawRowThumbnail(QPainter &painter, const QRectF &box, const QImage &thumbn
     const QSizeF size = thumbnail.deviceIndependentSize();
     const QPointF corner = centredOnDevice(painter, box, size);
     painter.drawImage(corner, thumbnail);
-
-    const qreal line = 1 / painter.device()->devicePixelRatioF();
-    const qreal radius = std::max(0.0, cornerRadius(size) - line / 2);
-    const QRectF inside
-        = QRectF(corner, size).adjusted(line / 2, line / 2, -line / 2, -line / 2);
-    painter.setPen(QPen(lineColor, line));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(inside, radius, radius);
+    lineRoundedBox(painter, QRectF(corner, size), cornerRadius(size), lineColor, kThinnestLine);
 }

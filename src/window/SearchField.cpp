@@ -1,5 +1,6 @@
 #include "window/SearchField.h"
 
+#include "appearance/DevicePixels.h"
 #include "appearance/InterfaceFont.h"
 #include "platform/Scheduler.h"
 
@@ -14,13 +15,16 @@
 namespace {
 
 constexpr int kTextSize = 22;
-constexpr int kCaretWidth = 2;
 constexpr qreal kDisabledAlpha = 0.55;
+constexpr qreal kCaretWidth = 1.5;
+constexpr qreal kCaretHeight = 25;
+constexpr qreal kCaretDrop = 6.5; // Below the baseline.
 /// Nobody looks for more, and a heap of marks takes long to lay out.
 constexpr int kMaxUnits = 1000;
 
 // What the line edit puts above its text on its own account.
 constexpr int kInnerTopMargin = 1;
+constexpr int kInnerSideMargin = 2;
 // How far before the caret the line edit's cursor rectangle begins.
 constexpr int kCursorRectLead = 5;
 
@@ -47,7 +51,7 @@ SearchField::SearchField(Scheduler &scheduler, QWidget *parent)
     refreshFont();
     setMaxLength(kMaxUnits);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    setTextMargins(0, -kInnerTopMargin, 0, 0);
+    setTextMargins(-kInnerSideMargin, -kInnerTopMargin, -kInnerSideMargin, 0);
     connect(this, &QLineEdit::cursorPositionChanged, this, [this] {
         if (hasFocus())
             startBlinking();
@@ -116,27 +120,32 @@ void SearchField::paintEvent(QPaintEvent *event)
     TextField::paintEvent(event);
     QPainter painter(this);
     if (text().isEmpty() && !m_isComposing)
-        drawPlaceholder(painter, cursorRect().x() + kCursorRectLead);
+        drawPlaceholder(painter);
     if (m_isCaretShown)
-        painter.fillRect(caretRect(), m_caretColor);
+        painter.fillRect(snappedToDevice(painter, caretRect()), m_caretColor);
 }
 
-QRect SearchField::caretRect() const
+QRectF SearchField::caretRect() const
 {
-    const QRect cursor = cursorRect();
-    const int x = std::max(0, cursor.x() + kCursorRectLead - kCaretWidth / 2);
-    return {x, cursor.y(), kCaretWidth, cursor.height()};
+    const qreal x = std::min<qreal>(cursorRect().x() + kCursorRectLead, width() - kCaretWidth);
+    return {x, baseline() + kCaretDrop - kCaretHeight, kCaretWidth, kCaretHeight};
+}
+
+qreal SearchField::baseline() const
+{
+    return contentsRect().top() + fontMetrics().ascent();
 }
 
 /// Qt would put a text with Chinese lower, since the font that it falls back to is taller; what is
-/// typed stays on one line whatever its script.
-void SearchField::drawPlaceholder(QPainter &painter, int x)
+/// typed stays on one line whatever its script. The caret, where there is one, stands before it.
+void SearchField::drawPlaceholder(QPainter &painter)
 {
     const QFontMetrics metrics = fontMetrics();
+    const qreal x = cursorRect().x() + kCursorRectLead + (hasFocus() ? kCaretWidth : 0);
     painter.setPen(isEnabled() ? m_placeholderColor
                                : withAlpha(m_placeholderColor, kDisabledAlpha));
-    painter.drawText(x, contentsRect().top() + metrics.ascent(),
-                     metrics.elidedText(placeholderText(), Qt::ElideRight, width() - x));
+    painter.drawText(QPointF(x, baseline()),
+                     metrics.elidedText(placeholderText(), Qt::ElideRight, int(width() - x)));
 }
 
 bool SearchField::announceKey(int key)
@@ -163,7 +172,7 @@ void SearchField::startBlinking()
         return;
     m_blinking = m_scheduler.every(period, [this] {
         m_isCaretShown = !m_isCaretShown;
-        update(caretRect());
+        update(caretRect().toAlignedRect());
     });
 }
 

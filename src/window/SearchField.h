@@ -42,8 +42,9 @@ protected:
 
 private:
     bool announceKey(int key);
-    QRect caretRect() const;
-    void drawPlaceholder(QPainter &painter, int x);
+    QRectF caretRect() const;
+    qreal baseline() const;
+    void drawPlaceholder(QPainter &painter);
     void startBlinking();
     void stopBlinking();
 

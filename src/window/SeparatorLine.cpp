@@ -1,5 +1,7 @@
 #include "window/SeparatorLine.h"
 
+#include "appearance/Hairline.h"
+
 #include <QPainter>
 
 SeparatorLine::SeparatorLine(QWidget *parent)
@@ -16,5 +18,6 @@ void SeparatorLine::setColor(const QColor &color)
 
 void SeparatorLine::paintEvent(QPaintEvent *)
 {
-    QPainter(this).fillRect(rect(), m_color);
+    QPainter painter(this);
+    drawHairline(painter, rect(), m_color);
 }

@@ -258,17 +258,13 @@ void FilterBarViewTest::pillsHaveTheColorsOfTheirState_data()
     QTest::addColumn<QColor>("title");
     const QColor lightFill(0x24, 0x59, 0xC7);
     const QColor darkFill(0x2E, 0x63, 0xD0);
-    // Half of the outline lies on the ground, which shows through it.
-    const auto outlined = [](QColor fill) {
-        fill.setAlphaF(0.95F);
-        return fill;
-    };
+    // The outline of a selected pill lies on its fill.
     QTest::newRow("light, selected")
-        << ColorScheme::Light << true << lightFill << outlined(lightFill) << QColor(Qt::white);
+        << ColorScheme::Light << true << lightFill << lightFill << QColor(Qt::white);
     QTest::newRow("light") << ColorScheme::Light << false << QColor(0, 0, 0, 0)
                            << QColor(0, 0, 0, 26) << QColor(0x50, 0x53, 0x5A);
     QTest::newRow("dark, selected")
-        << ColorScheme::Dark << true << darkFill << outlined(darkFill) << QColor(Qt::white);
+        << ColorScheme::Dark << true << darkFill << darkFill << QColor(Qt::white);
     QTest::newRow("dark") << ColorScheme::Dark << false << QColor(0, 0, 0, 0)
                           << QColor(255, 255, 255, 26) << QColor(0xB4, 0xB7, 0xBE);
 }

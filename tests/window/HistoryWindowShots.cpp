@@ -1,8 +1,8 @@
 // Saves pictures of the screen with the history window in all its states, for people to look at.
 //
-//   HistoryWindowShots DIR SUFFIX composited|plain [WHAT]
+//   HistoryWindowShots DIR SUFFIX composited|plain|contrast [STATE,STATE...]
 //
-// The files are called like history-mixed-light-enSUFFIX.png; with WHAT only that state is taken.
+// The files are called like history-mixed-light-enSUFFIX.png; without states all are taken.
 // It wants a display of its own, with a window manager. What is on the screen is compared with what
 // the windows have drawn; the program fails if the two differ.
 
@@ -31,18 +31,39 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QPoint kCorner(60, 50); ///< Where the window stands in a picture.
-constexpr QSize kMargins(120, 100);
+/// Where the window stands in a picture: on whole device pixels at a scale of 1.25 too.
+constexpr QPoint kCorner(60, 52);
+constexpr QSize kMargins(120, 104);
 constexpr int kHeight = 500;
+constexpr int kListTop = 100;
+
+void nothing(HistoryWindow &) {}
+
+QStringList numberedTags(int count)
+{
+    QStringList names;
+    for (int i = 1; i <= count; ++i)
+        names.append(u"tag %1"_s.arg(i));
+    return names;
+}
 
 struct Shot
 {
     QString name;
     ClipboardItemList items;
-    std::function<void(HistoryWindow &)> act = [](HistoryWindow &) {};
+    std::function<void(HistoryWindow &)> act = nothing;
     int height = kHeight;
     QSize margins = kMargins;
+    bool hasTagsOfLanguage = true;
+    QStringList tags = {}; ///< Otherwise.
 };
+
+Shot withTags(const QStringList &tags, Shot shot)
+{
+    shot.hasTagsOfLanguage = false;
+    shot.tags = tags;
+    return shot;
+}
 
 QLineEdit *field(HistoryWindow &window)
 {
@@ -161,7 +182,7 @@ QList<Shot> mainShots(const Contents &shown)
     return {
         {u"mixed"_s, shown.all},
         {u"selected"_s, shown.all, selecting(3)},
-        {u"menu"_s, shown.all, openRowMenu, kHeight, {120, 250}},
+        {u"menu"_s, shown.all, openRowMenu, kHeight, {120, 252}},
         {u"limit"_s, withManyFavorites(shown.all), reachFavoriteLimit},
         {u"pill-focused"_s, shown.all, focusAPill},
     };
@@ -169,17 +190,22 @@ QList<Shot> mainShots(const Contents &shown)
 
 QList<Shot> otherShots(const Contents &shown)
 {
-    constexpr int kTall = 820;
+    const int whole = kListTop + kRowHeight * int(shown.all.size());
     QList<Shot> shots{
-        {u"whole"_s, shown.all, selecting(3), kTall},
-        {u"empty"_s, {}},
+        {u"whole"_s, shown.all, selecting(3), whole},
+        withTags({}, {u"empty"_s, {}}),
+        withTags({}, {u"tags-none"_s, shown.all}),
+        withTags({u"minutes of the club!"_s, u"季度报告与会议纪要"_s, u"insurance and claims"_s,
+                  u"x"_s},
+                 {u"tags-long"_s, shown.all}),
+        withTags(numberedTags(15), {u"tags-many"_s, shown.all}),
         {u"search"_s, shown.found, [word = shown.word](auto &window) { type(window, word); }},
         {u"search-nothing"_s, shown.all,
          [word = shown.wordOfNothing](auto &window) { type(window, word); }},
         {u"tag"_s, shown.tagged, choosing(6)},
         {u"overflow-menu"_s, shown.tagOfMenu,
          [tag = shown.menuTag](auto &window) { openOverflowMenu(window, tag); }, kHeight,
-         {220, 100}},
+         {220, 104}},
         {u"pinned"_s, shown.all, [](auto &window) { window.togglePin(); }},
         {u"pin-focused"_s, shown.all, focusThePin},
         {u"thumbnails"_s, PictureHistory::thumbnails()},
@@ -220,16 +246,19 @@ private:
 class Photographer
 {
 public:
-    Photographer(const QString &directory, const QString &suffix, bool isComposited)
+    Photographer(const QString &directory, const QString &suffix, const QString &mode)
         : m_directory(directory)
         , m_suffix(suffix)
+        , m_mode(mode)
     {
         QDir().mkpath(directory);
-        m_stage.appearance.composited = isComposited;
+        m_stage.appearance.composited = mode != u"plain"_s;
+        m_stage.appearance.highContrast = mode == u"contrast"_s;
         m_stage.appearance.reducedMotion = true;
     }
 
-    void takeAll(const QString &only)
+    /// All of them if \a only is empty.
+    void takeAll(const QStringList &only)
     {
         for (const AppLanguage language : {AppLanguage::English, AppLanguage::Chinese}) {
             setLanguage(language);
@@ -237,7 +266,7 @@ public:
             for (const bool isDark : {false, true}) {
                 setDark(isDark);
                 for (const Shot &shot : shots(shown)) {
-                    if (only.isEmpty() || shot.name == only)
+                    if (only.isEmpty() || only.contains(shot.name))
                         take(shot);
                 }
             }
@@ -273,8 +302,8 @@ private:
     QString path(const QString &name) const
     {
         QStringList words{u"history"_s, name};
-        if (!m_stage.appearance.composited)
-            words.append(u"plain"_s);
+        if (m_mode != u"composited"_s)
+            words.append(m_mode);
         words.append(*m_stage.appearance.dark ? u"dark"_s : u"light"_s);
         words.append(m_languageName);
         return m_directory + u'/' + words.join(u'-') + m_suffix + u".png"_s;
@@ -282,9 +311,9 @@ private:
 
     void take(const Shot &shot)
     {
-        m_stage.setTags(PictureHistory::tags(m_language->currentLanguage()));
-        if (shot.items.isEmpty())
-            m_stage.setTags({});
+        m_stage.setTags(shot.hasTagsOfLanguage
+                            ? PictureHistory::tags(m_language->currentLanguage())
+                            : shot.tags);
         m_stage.defaults().set(u"ClipboardSearchWindowFrame"_s,
                                u"{{%1, %2}, {680, %3}}"_s.arg(kCorner.x()).arg(kCorner.y()).arg(
                                    shot.height));
@@ -318,7 +347,6 @@ private:
     {
         const qreal scale = window.panel().devicePixelRatioF();
         QImage canvas((QSizeF(place.size()) * scale).toSize(), QImage::Format_RGB32);
-        canvas.setDevicePixelRatio(scale);
         canvas.fill(m_backdrop.color());
         QPainter painter(&canvas);
         drawWindow(painter, window.panel(), place);
@@ -331,10 +359,15 @@ private:
 
     static void drawWindow(QPainter &painter, QWidget &widget, const QRect &place)
     {
-        const QPoint corner = widget.pos() - place.topLeft();
-        const QRegion shape = widget.mask().translated(corner);
+        QPixmap drawn = widget.grab();
+        const qreal scale = drawn.devicePixelRatio();
+        drawn.setDevicePixelRatio(1);
+        const auto onDevice = [scale](QPoint point) { return (QPointF(point) * scale).toPoint(); };
+        painter.resetTransform();
+        painter.translate(onDevice(widget.pos()) - onDevice(place.topLeft()));
+        const QRegion shape = QTransform::fromScale(scale, scale).map(widget.mask());
         painter.setClipRegion(shape, shape.isEmpty() ? Qt::NoClip : Qt::ReplaceClip);
-        painter.drawPixmap(corner, widget.grab());
+        painter.drawPixmap(0, 0, drawn);
     }
 
     bool isDrawnWholly(HistoryWindow &window, const QRect &place) const
@@ -383,9 +416,9 @@ private:
         const qreal scale = picture.devicePixelRatio();
         const int x = qRound((kCorner.x() + 100) * scale);
         const int middle = qRound((kCorner.y() + 99.5) * scale);
-        const QRgb ground = picture.pixel(x, middle - 4);
+        const QRgb ground = picture.pixel(x, middle - 3);
         QList<QRgb> line;
-        for (int y = middle - 4; y <= middle + 4; ++y) {
+        for (int y = middle - 3; y <= middle + 3; ++y) {
             if (picture.pixel(x, y) != ground)
                 line.append(picture.pixel(x, y));
         }
@@ -402,6 +435,7 @@ private:
 
     QString m_directory;
     QString m_suffix;
+    QString m_mode;
     HistoryStage m_stage;
     Backdrop m_backdrop;
     std::unique_ptr<LanguageManager> m_language;
@@ -420,7 +454,7 @@ int main(int argc, char *argv[])
     QApplication::setFont(QFont(u"Inter"_s));
     QApplication::setCursorFlashTime(0); // The caret stays.
     QCursor::setPos(0, 0); // Nothing is under the pointer.
-    Photographer photographer(arguments.at(1), arguments.at(2), arguments.at(3) == u"composited"_s);
-    photographer.takeAll(arguments.value(4));
+    Photographer photographer(arguments.at(1), arguments.at(2), arguments.at(3));
+    photographer.takeAll(arguments.value(4).split(u',', Qt::SkipEmptyParts));
     return photographer.hasFailed() ? EXIT_FAILURE : EXIT_SUCCESS;
 }

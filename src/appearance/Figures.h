@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+/// Draws \a text like drawTextLine() does, at the right end of \a box, with each of its digits in a
+/// cell as wide as the widest: what counts does not shift what stands beside it.
+void drawFigures(QPainter &painter, const QRectF &box, const QString &text);

@@ -1,6 +1,7 @@
 #include "window/FavoriteLimitHintOverlayView.h"
 
 #include "appearance/InterfaceFont.h"
+#include "appearance/RoundedBox.h"
 #include "widgets/AccessibleFactory.h"
 
 #include <QBitmap>
@@ -18,7 +19,6 @@ constexpr int kMaxBubbleWidth = 220;
 constexpr int kShadowPadding = 20;
 constexpr int kTextSize = 13;
 constexpr qreal kPlainRadius = 8;
-constexpr qreal kLineWidth = 1;
 constexpr int kShadowReach = 12;
 constexpr qreal kShadowSoftness = 4;
 constexpr qreal kShadowDrop = 2;
@@ -115,14 +115,8 @@ void FavoriteLimitHintOverlayView::paintBubble(QPainter &painter) const
 {
     const QRectF card = bubble();
     const qreal radius = m_isTranslucent ? card.height() / 2 : kPlainRadius;
-    const qreal inset = kLineWidth / 2;
-    painter.setBrush(m_colors.hintFillColor);
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(card, radius, radius);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(m_colors.hintLineColor, kLineWidth));
-    painter.drawRoundedRect(card.adjusted(inset, inset, -inset, -inset), radius - inset,
-                            radius - inset);
+    fillRoundedBox(painter, card, radius, m_colors.hintFillColor);
+    lineRoundedBox(painter, card, radius, m_colors.hintLineColor);
     painter.setPen(m_colors.hintTextColor);
     painter.setFont(hintFont());
     const QRectF box = card.adjusted(kHorizontalPadding, 0, -kHorizontalPadding, 0);

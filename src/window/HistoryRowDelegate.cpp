@@ -3,6 +3,7 @@
 #include "appearance/Figures.h"
 #include "appearance/InterfaceFont.h"
 #include "appearance/DevicePixels.h"
+#include "appearance/RoundedBox.h"
 #include "appearance/SymbolImage.h"
 #include "language/Localized.h"
 #include "window/HistoryListModel.h"
@@ -81,10 +82,8 @@ HistoryRowDelegate::HistoryRowDelegate(HistoryRowCache &rows, RowPictures &pictu
 
 void HistoryRowDelegate::paintVeil(QPainter &painter, const QRect &row) const
 {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(withAlpha(m_colors.labelColor, kVeilAlpha));
-    painter.drawRoundedRect(RowLayout(row).selection, m_selectionRadius, m_selectionRadius);
+    fillRoundedBox(painter, RowLayout(row).selection, m_selectionRadius,
+                   withAlpha(m_colors.labelColor, kVeilAlpha));
 }
 
 void HistoryRowDelegate::paintRow(QPainter &painter, const QRect &box,
@@ -138,15 +137,9 @@ void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box, qr
 {
     const qreal rowOpacity = painter.opacity();
     painter.setOpacity(rowOpacity * opacity);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_colors.selectionColor);
-    painter.drawRoundedRect(box, m_selectionRadius, m_selectionRadius);
-    const qreal line =
-        m_colors.isHighContrast ? kStrongLine : 1 / painter.device()->devicePixelRatioF();
-    const QRectF inside = box.adjusted(line / 2, line / 2, -line / 2, -line / 2);
-    painter.setPen(QPen(m_colors.selectionLineColor, line));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(inside, m_selectionRadius - line / 2, m_selectionRadius - line / 2);
+    fillRoundedBox(painter, box, m_selectionRadius, m_colors.selectionColor);
+    lineRoundedBox(painter, box, m_selectionRadius, m_colors.selectionLineColor,
+                   m_colors.isHighContrast ? kStrongLine : kThinnestLine);
     painter.setOpacity(rowOpacity);
 }
 

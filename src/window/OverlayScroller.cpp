@@ -1,5 +1,6 @@
 #include "window/OverlayScroller.h"
 
+#include "appearance/RoundedBox.h"
 #include "platform/Scheduler.h"
 
 #include <QPainter>
@@ -48,12 +49,10 @@ void OverlayScroller::paintEvent(QPaintEvent *)
     const qreal share = m_scrollBar.maximum() > 0
         ? qreal(m_scrollBar.value()) / m_scrollBar.maximum() : 0;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_color);
-    painter.drawRoundedRect(QRectF(width() - kMargin - kThickness,
-                                   kMargin + (room - length) * share, kThickness, length),
-                            kThickness / 2, kThickness / 2);
+    fillRoundedBox(painter,
+                   QRectF(width() - kMargin - kThickness, kMargin + (room - length) * share,
+                          kThickness, length),
+                   kThickness / 2, m_color);
 }
 
 void OverlayScroller::flash()

@@ -1,5 +1,8 @@
 #include "window/WindowEdge.h"
 
+#include "appearance/DevicePixels.h"
+#include "appearance/RoundedBox.h"
+
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -28,9 +31,13 @@ void WindowEdge::paintEvent(QPaintEvent *event)
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
     painter.fillPath(m_corners, Qt::black);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    paintLine(painter, 0, m_colors.isHighContrast ? kStrongLine : 1, m_colors.windowLineColor);
-    if (m_colors.windowRimColor.alpha() > 0)
-        paintLine(painter, 1, 1, m_colors.windowRimColor);
+    lineRoundedBox(painter, rect(), m_cornerRadius, m_colors.windowLineColor,
+                   m_colors.isHighContrast ? kStrongLine : 1);
+    if (m_colors.windowRimColor.alpha() > 0) {
+        const qreal line = lineThickness(painter, 1);
+        lineRoundedBox(painter, QRectF(rect()).adjusted(line, line, -line, -line),
+                       m_cornerRadius - line, m_colors.windowRimColor);
+    }
 }
 
 void WindowEdge::resizeEvent(QResizeEvent *)
@@ -40,15 +47,4 @@ void WindowEdge::resizeEvent(QResizeEvent *)
     QPainterPath shape;
     shape.addRoundedRect(rect(), m_cornerRadius, m_cornerRadius);
     m_corners = whole.subtracted(shape);
-}
-
-/// \a distance lies between the line and the edge.
-void WindowEdge::paintLine(QPainter &painter, qreal distance, qreal width,
-                           const QColor &color) const
-{
-    const qreal inset = distance + width / 2;
-    painter.setPen(QPen(color, width));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
-                            m_cornerRadius - inset, m_cornerRadius - inset);
 }

@@ -21,7 +21,6 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void paintLine(QPainter &painter, qreal distance, qreal width, const QColor &color) const;
 
     qreal m_cornerRadius;
     SystemColors m_colors;

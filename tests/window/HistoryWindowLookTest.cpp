@@ -19,8 +19,6 @@ private slots:
     void init() { setUpWindow(); }
     void cleanup() { tearDownWindow(); }
 
-    void viewsStandWhereTheyBelong_data();
-    void viewsStandWhereTheyBelong();
     void partsHaveNamesForThoseWhoHear();
     void pillsHoldTheirTitlesInEachLanguage_data();
     void pillsHoldTheirTitlesInEachLanguage();
@@ -31,36 +29,6 @@ private slots:
     void cornersAreRound();
     void anAlertGetsTheShapeOfTheWindow();
 };
-
-void HistoryWindowLookTest::viewsStandWhereTheyBelong_data()
-{
-    QTest::addColumn<int>("height");
-    QTest::addColumn<bool>("isCompat");
-    QTest::newRow("default height") << 500 << false;
-    QTest::newRow("another height") << 380 << false;
-    QTest::newRow("without a compositor") << 500 << true;
-}
-
-void HistoryWindowLookTest::viewsStandWhereTheyBelong()
-{
-    QFETCH(int, height);
-    QFETCH(bool, isCompat);
-    m_defaults->set(kFrameKey, u"{{10, 10}, {680, %1}}"_s.arg(height));
-    isCompat ? makeCompat() : make();
-    m_window->show();
-    QCOMPARE(m_window->panel().size(), QSize(680, height));
-    QCOMPARE(geometryOf("windowDragView"), QRect(0, 0, 680, 60));
-    QCOMPARE(geometryOf("searchIcon"), QRect(24, 15, 32, 32));
-    QCOMPARE(geometryOf("searchField"), QRect(64, 18, 590, 36));
-    QCOMPARE(geometryOf("pinButton"), QRect(640, 26, 28, 28));
-    QCOMPARE(geometryOf("filterBar"), QRect(0, 62, 680, 32));
-    QCOMPARE(geometryOf("separatorLine"), QRect(24, 99, 632, 1));
-    QCOMPARE(geometryOf("tableContainerView"), QRect(0, 100, 680, height - 100));
-    QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, height - 100));
-    QCOMPARE(geometryOf("topResizeView"), QRect(0, 0, 680, 8));
-    QCOMPARE(geometryOf("bottomResizeView"), QRect(0, height - 8, 680, 8));
-    QCOMPARE(table()->visualRect(table()->model()->index(1, 0)), QRect(0, 72, 680, 72));
-}
 
 void HistoryWindowLookTest::partsHaveNamesForThoseWhoHear()
 {

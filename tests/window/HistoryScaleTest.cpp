@@ -1,0 +1,111 @@
+#include "tests/window/HistoryWindowFixture.h"
+
+#include "appearance/SymbolImage.h"
+#include "window/FilterButton.h"
+
+using namespace Qt::StringLiterals;
+
+/// Runs once for each scale, since a process has one. Nothing that is straight is soft at any.
+class HistoryScaleTest : public QObject, private HistoryWindowFixture
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        setUpWindow();
+        makeCompat();
+        openWholly();
+        m_image = m_window->panel().grab().toImage();
+        m_scale = m_image.devicePixelRatio();
+    }
+    void cleanup() { tearDownWindow(); }
+
+    void theLineUnderThePillsIsAWholeNumberOfPixels();
+    void pillsHaveSharpEdges();
+    void theVeilHasSharpEdges();
+    void symbolsAreDrawnAtTheDevicesSize();
+    void theCaretIsAWholeNumberOfPixelsWide();
+
+private:
+    int pixels(qreal length) const { return qRound(length * m_scale); }
+
+    /// How many pixels of each colour follow each other down a column.
+    QList<std::pair<QRgb, int>> runsDown(int x, int from, int to) const
+    {
+        QList<std::pair<QRgb, int>> runs;
+        for (int y = from; y < to; ++y) {
+            const QRgb color = m_image.pixel(x, y);
+            if (runs.isEmpty() || runs.last().first != color)
+                runs.append({color, 0});
+            ++runs.last().second;
+        }
+        return runs;
+    }
+
+    QImage m_image;
+    qreal m_scale = 1;
+};
+
+void HistoryScaleTest::theLineUnderThePillsIsAWholeNumberOfPixels()
+{
+    const auto runs = runsDown(pixels(200), pixels(95), pixels(103));
+    QCOMPARE(runs.size(), 3);
+    QCOMPARE(runs.at(1).second, std::max(1, qRound(m_scale)));
+    QCOMPARE(runs.first().first, runs.last().first);
+}
+
+void HistoryScaleTest::pillsHaveSharpEdges()
+{
+    for (const FilterButton *pill : m_window->panel().findChildren<FilterButton *>()) {
+        if (pill->isSelected() || pill->geometry().right() > m_window->panel().width())
+            continue;
+        const QPoint corner = pill->mapTo(&m_window->panel(), QPoint());
+        const int x = pixels(corner.x() + pill->width() / 2.0); // The title begins lower.
+        const auto top = runsDown(x, pixels(corner.y() - 2), pixels(corner.y() + 4));
+        QCOMPARE(top.size(), 3);
+        QCOMPARE(top.at(1).second, std::max(1, qRound(m_scale)));
+        QCOMPARE(top.first().first, top.last().first);
+    }
+}
+
+void HistoryScaleTest::theVeilHasSharpEdges()
+{
+    const auto runs = runsDown(pixels(280), pixels(101), pixels(110));
+    QCOMPARE(runs.size(), 2);
+    QCOMPARE(runs.first().second, pixels(104) - pixels(101));
+}
+
+void HistoryScaleTest::symbolsAreDrawnAtTheDevicesSize()
+{
+    const SystemColors colors = systemColors(ColorScheme::Light);
+    const QPixmap symbol = symbolPixmap({u"magnifyingglass"_s, 24, SymbolWeight::Semibold},
+                                        colors.secondaryLabelColor, m_scale);
+    QCOMPARE(symbol.size().width(), qRound(1.2 * 24 * m_scale));
+    QImage wanted(symbol.size(), m_image.format());
+    wanted.fill(colors.windowBackgroundColor);
+    QPainter painter(&wanted);
+    QPixmap unscaled = symbol;
+    unscaled.setDevicePixelRatio(1);
+    painter.drawPixmap(0, 0, unscaled);
+    painter.end();
+    wanted.setDevicePixelRatio(m_scale);
+    const QPointF corner = (QPointF(24 + 16, 15 + 16) * m_scale)
+        - QPointF(symbol.width() / 2.0, symbol.height() / 2.0);
+    QCOMPARE(m_image.copy(QRect(corner.toPoint(), symbol.size())), wanted);
+}
+
+void HistoryScaleTest::theCaretIsAWholeNumberOfPixelsWide()
+{
+    const QRgb caret = systemColors(ColorScheme::Light).controlAccentColor.rgb();
+    const int y = pixels(33);
+    int width = 0;
+    for (int x = pixels(60); x < pixels(70); ++x)
+        width += m_image.pixel(x, y) == caret ? 1 : 0;
+    QVERIFY(qAbs(width - qRound(1.5 * m_scale)) <= 1);
+    QVERIFY(width >= 1);
+    QVERIFY(m_image.pixel(pixels(64), y) == caret);
+}
+
+QTEST_MAIN(HistoryScaleTest)
+#include "HistoryScaleTest.moc"

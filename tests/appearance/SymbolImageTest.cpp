@@ -29,9 +29,21 @@ private slots:
     void everySymbolOfTheSetCanBeDrawn();
     void theSideIsTheSizeTimesOnePointTwoInDevicePixels();
     void heavierWeightsHaveMoreInk();
+    void everySymbolWithLinesHasThemThicker_data() { addAllSymbols(); }
+    void everySymbolWithLinesHasThemThicker();
+    void everySymbolIsBalancedInItsBox_data() { addAllSymbols(); }
+    void everySymbolIsBalancedInItsBox();
     void onlyTheWantedColorIsDrawn();
     void anUnknownNameGivesNothing();
     void aSymbolIsDrawnOnWholeDevicePixelsInTheMiddle();
+
+private:
+    static void addAllSymbols()
+    {
+        QTest::addColumn<QString>("name");
+        for (const QString &file : QDir(u":/symbols"_s).entryList(QDir::Files))
+            QTest::newRow(qPrintable(file.chopped(4))) << file.chopped(4);
+    }
 };
 
 void SymbolImageTest::everySymbolOfTheSetCanBeDrawn()
@@ -63,6 +75,41 @@ void SymbolImageTest::heavierWeightsHaveMoreInk()
     QVERIFY(regular < medium);
     QVERIFY(medium < semibold);
     QVERIFY(semibold < bold);
+}
+
+void SymbolImageTest::everySymbolWithLinesHasThemThicker()
+{
+    QFETCH(const QString, name);
+    QFile file(u":/symbols/"_s + name + u".svg"_s);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray svg = file.readAll();
+    const qint64 regular = ink(symbolPixmap({name, 24, SymbolWeight::Regular}, Qt::black, 2));
+    const qint64 semibold = ink(symbolPixmap({name, 24, SymbolWeight::Semibold}, Qt::black, 2));
+    if (svg.contains("stroke-width"))
+        QVERIFY(semibold > regular);
+    else
+        QCOMPARE(semibold, regular);
+}
+
+/// The middle of what is seen of it lies near the middle of its box, and nothing is cut off.
+void SymbolImageTest::everySymbolIsBalancedInItsBox()
+{
+    QFETCH(const QString, name);
+    constexpr int kSide = 96; // 24 units of four pixels.
+    constexpr double kMostOffset = 2 * 4;
+    const QImage image = symbolPixmap({name, 80}, Qt::black, 1).toImage().convertToFormat(
+        QImage::Format_ARGB32);
+    QCOMPARE(image.size(), QSize(kSide, kSide));
+    QRect covered;
+    for (int y = 0; y < kSide; ++y) {
+        for (int x = 0; x < kSide; ++x) {
+            if (qAlpha(image.pixel(x, y)) > 0)
+                covered |= QRect(x, y, 1, 1);
+        }
+    }
+    QVERIFY(QRect(4, 4, kSide - 8, kSide - 8).contains(covered));
+    QVERIFY(qAbs(QRectF(covered).center().x() - kSide / 2.0) <= kMostOffset);
+    QVERIFY(qAbs(QRectF(covered).center().y() - kSide / 2.0) <= kMostOffset);
 }
 
 void SymbolImageTest::onlyTheWantedColorIsDrawn()

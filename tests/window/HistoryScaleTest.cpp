@@ -14,7 +14,7 @@ private slots:
     void init()
     {
         setUpWindow();
-        makeCompat();
+        makeCompat(SampleHistory::numbered(3));
         openWholly();
         m_image = m_window->panel().grab().toImage();
         m_scale = m_image.devicePixelRatio();
@@ -24,6 +24,7 @@ private slots:
     void theLineUnderThePillsIsAWholeNumberOfPixels();
     void pillsHaveSharpEdges();
     void theVeilHasSharpEdges();
+    void symbolsAreDrawnAtTheDevicesSize_data();
     void symbolsAreDrawnAtTheDevicesSize();
     void theCaretIsAWholeNumberOfPixelsWide();
 
@@ -76,22 +77,44 @@ void HistoryScaleTest::theVeilHasSharpEdges()
     QCOMPARE(runs.first().second, pixels(104) - pixels(101));
 }
 
+void HistoryScaleTest::symbolsAreDrawnAtTheDevicesSize_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("pointSize");
+    QTest::addColumn<int>("weight");
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QPointF>("middle"); // A negative x counts from the right.
+    const QColor secondary = systemColors(ColorScheme::Light).secondaryLabelColor;
+    const QColor tertiary = systemColors(ColorScheme::Light).tertiaryLabelColor;
+    const qreal row = 100 + 72 + 36;
+    QTest::newRow("search") << u"magnifyingglass"_s << 24 << int(SymbolWeight::Semibold)
+                            << secondary << QPointF(24 + 16, 15 + 16);
+    QTest::newRow("pin") << u"pin"_s << 14 << int(SymbolWeight::Semibold) << secondary
+                         << QPointF(-40 + 14, 26 + 14);
+    QTest::newRow("type") << u"doc.text"_s << 24 << int(SymbolWeight::Regular) << secondary
+                          << QPointF(16 + 16, row);
+    QTest::newRow("star") << u"star"_s << 15 << int(SymbolWeight::Medium) << tertiary
+                          << QPointF(-42 + 13, row);
+}
+
 void HistoryScaleTest::symbolsAreDrawnAtTheDevicesSize()
 {
-    const SystemColors colors = systemColors(ColorScheme::Light);
-    const QPixmap symbol = symbolPixmap({u"magnifyingglass"_s, 24, SymbolWeight::Semibold},
-                                        colors.secondaryLabelColor, m_scale);
-    QCOMPARE(symbol.size().width(), qRound(1.2 * 24 * m_scale));
+    QFETCH(const QString, name);
+    QFETCH(const int, pointSize);
+    QFETCH(const int, weight);
+    QFETCH(const QColor, color);
+    QFETCH(QPointF, middle);
+    if (middle.x() < 0)
+        middle.rx() += m_window->panel().width();
+    QPixmap symbol = symbolPixmap({name, pointSize, SymbolWeight(weight)}, color, m_scale);
+    QCOMPARE(symbol.width(), qRound(1.2 * pointSize * m_scale));
+    symbol.setDevicePixelRatio(1);
     QImage wanted(symbol.size(), m_image.format());
-    wanted.fill(colors.windowBackgroundColor);
-    QPainter painter(&wanted);
-    QPixmap unscaled = symbol;
-    unscaled.setDevicePixelRatio(1);
-    painter.drawPixmap(0, 0, unscaled);
-    painter.end();
+    wanted.fill(systemColors(ColorScheme::Light).windowBackgroundColor);
+    QPainter(&wanted).drawPixmap(0, 0, symbol);
     wanted.setDevicePixelRatio(m_scale);
-    const QPointF corner = (QPointF(24 + 16, 15 + 16) * m_scale)
-        - QPointF(symbol.width() / 2.0, symbol.height() / 2.0);
+    const QPointF corner
+        = middle * m_scale - QPointF(symbol.width() / 2.0, symbol.height() / 2.0);
     QCOMPARE(m_image.copy(QRect(corner.toPoint(), symbol.size())), wanted);
 }
 

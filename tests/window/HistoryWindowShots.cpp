@@ -14,6 +14,7 @@
 #include "window/FavoriteLimitHintOverlayView.h"
 #include "window/FilterBarView.h"
 #include "window/FilterButton.h"
+#include "window/HistoryPanel.h"
 #include "window/RowLayout.h"
 
 #include <QApplication>
@@ -372,10 +373,9 @@ private:
 
     bool isDrawnWholly(HistoryWindow &window, const QRect &place) const
     {
-        const QImage wanted = expected(window, place);
-        constexpr double kMostTransparent = 0.85;
-        const QImage head = window.panel().grab(QRect(340, 5, 1, 1)).toImage();
-        return head.pixelColor(0, 0).alphaF() > kMostTransparent && isAlike(screen(place), wanted);
+        auto &panel = static_cast<HistoryPanel &>(window.panel());
+        const bool isThere = panel.presentationLayer().presentation() == Presentation();
+        return isThere && isAlike(screen(place), expected(window, place));
     }
 
     /// The compositor's arithmetic is not ours.

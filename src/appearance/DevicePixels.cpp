@@ -14,7 +14,8 @@ QRectF snappedToDevice(const QPainter &painter, const QRectF &box)
 {
     const QTransform toDevice = painter.deviceTransform();
     const QRectF exact = toDevice.mapRect(box);
-    const QRectF snapped(QPointF(exact.topLeft().toPoint()), QPointF(exact.bottomRight().toPoint()));
+    const QRectF snapped(QPointF(exact.topLeft().toPoint()),
+                         QPointF(exact.bottomRight().toPoint()));
     return toDevice.inverted().mapRect(snapped);
 }
 

@@ -88,7 +88,7 @@ class ScreensTest(unittest.TestCase):
                 self.move_in_place(made, suffix, MAIN_SIZES, scale, "-plain")
 
     def test_in_high_contrast(self):
-        made, suffix = self.take(2, COMPOSITOR, "contrast", "mixed,selected,menu,limit,pill-focused")
+        made, suffix = self.take(2, COMPOSITOR, "contrast", ",".join(MAIN_SIZES))
         self.move_in_place(made, suffix, MAIN_SIZES, 2, "-contrast")
 
 

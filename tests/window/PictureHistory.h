@@ -67,8 +67,8 @@ inline ClipboardItem tides(std::chrono::seconds age)
 
 inline const QString &trains()
 {
-    static const QString address
-        = u"https://www.slovenia-trains.example/timetable?from=ljubljana&to=trieste&day=2026-05-02"_s;
+    static const QString address =
+        u"https://www.slovenia-trains.example/timetable?from=ljubljana&to=trieste&day=2026-05-02"_s;
     return address;
 }
 
@@ -81,18 +81,19 @@ inline const QString &sketches()
 inline ClipboardItemList english()
 {
     return {
-        from("terminal", text(0s, u"SELECT tag, count(*) FROM entries GROUP BY tag ORDER BY 2 DESC;"_s),
+        from("terminal",
+             text(0s, u"SELECT tag, count(*) FROM entries GROUP BY tag ORDER BY 2 DESC;"_s),
              {u"snippets"_s}),
         from("web", link(3min, trains()), {u"travel"_s}),
         from("screenshot", image(8min, u"chart"_s)),
         from("mail", favorite(tides(26min)), {u"sailing"_s, u"travel"_s, u"Work"_s}),
         from("Files", file(1h, u"Rechnung 2026-114 – Bäckerei Lindner.pdf"_s), {u"accounts"_s}),
-        SampleHistory::shared(
-            remote(text(2h, u"Gate changed: B42 → C17, boarding 18:25"_s))),
+        SampleHistory::shared(remote(text(2h, u"Gate changed: B42 → C17, boarding 18:25"_s))),
         from("chat", text(26h, sketches()), {u"Work"_s}),
         from("chat", text(27h, u"شكراً جزيلاً، وصل الطرد هذا الصباح"_s)),
         from("terminal",
-             text(50h, u"sha256:9f86d081884c7d659a2feaa0c55ad015a3bf4f1b2b0b822cd15d6c15b0f00a08"_s)),
+             text(50h,
+                  u"sha256:9f86d081884c7d659a2feaa0c55ad015a3bf4f1b2b0b822cd15d6c15b0f00a08"_s)),
         from("text-editor",
              favorite(text(75h, u"🎂 Nora turns seven — balloons, candles, the good camera 📷"_s)),
              {u"recipes"_s}),
@@ -102,15 +103,18 @@ inline ClipboardItemList english()
 inline ClipboardItemList chinese()
 {
     return {
-        from("chat",
-             text(0s, u"周五下午三点在二楼会议室讨论新版设计，请带上打印好的草图和上次的会议记录，我们从"
-                      "第三页开始。"_s),
-             {u"工作"_s}),
+        from(
+            "chat",
+            text(0s,
+                 u"周五下午三点在二楼会议室讨论新版设计，请带上打印好的草图和上次的会议记录，我们从"
+                 "第三页开始。"_s),
+            {u"工作"_s}),
         from("web", link(5min, u"https://map.example.cn/route?from=虹桥火车站&to=外滩"_s),
              {u"出行"_s}),
         from("screenshot", image(18min, u"evening"_s)),
         from("mail",
-             favorite(text(1h, u"订单号 SF1387-2040-6651，预计明天 14:00 前送达，请保持电话畅通。"_s)),
+             favorite(
+                 text(1h, u"订单号 SF1387-2040-6651，预计明天 14:00 前送达，请保持电话畅通。"_s)),
              {u"购物"_s, u"家"_s, u"账目"_s, u"代码"_s}),
         from("Files", file(3h, u"二〇二六年度预算（第三稿）.csv"_s), {u"账目"_s}),
         SampleHistory::shared(
@@ -119,7 +123,8 @@ inline ClipboardItemList chinese()
              text(27h, u"const total = items.reduce((sum, it) => sum + it.price * it.qty, 0);"_s),
              {u"代码"_s}),
         from("web", favorite(text(50h, u"山重水复疑无路，柳暗花明又一村。"_s)), {u"读书"_s}),
-        from("text-editor", text(75h, u"🧧 除夕菜单：清蒸鲈鱼、四喜丸子、八宝饭、春卷"_s)),
+        from("text-editor",
+             text(75h, u"🧧 除夕菜单：清蒸鲈鱼、四喜丸子、八宝饭、春卷"_s)),
     };
 }
 
@@ -181,8 +186,8 @@ inline QStringList tags(AppLanguage language)
     if (language == AppLanguage::Chinese) {
         return {u"出行"_s, u"工作"_s, u"账目"_s, u"购物"_s, u"家"_s, u"代码"_s, u"读书"_s};
     }
-    return {u"travel"_s, u"accounts"_s, u"sailing"_s, u"recipes"_s, u"Work"_s, u"reading list"_s,
-            u"snippets"_s};
+    return {u"travel"_s, u"accounts"_s,     u"sailing"_s, u"recipes"_s,
+            u"Work"_s,   u"reading list"_s, u"snippets"_s};
 }
 
 /// Names of the programs; those that are missing are made of their identifiers.
@@ -190,10 +195,10 @@ inline QHash<QString, QString> applicationNames(AppLanguage language)
 {
     if (language != AppLanguage::Chinese)
         return {};
-    return {{u"org.example.chat"_s, u"聊天"_s}, {u"org.example.web"_s, u"网页"_s},
-            {u"org.example.screenshot"_s, u"截图"_s}, {u"org.example.mail"_s, u"邮件"_s},
-            {u"org.example.Files"_s, u"文件管理器"_s},
-            {u"org.example.text-editor"_s, u"文本编辑器"_s}};
+    return {
+        {u"org.example.chat"_s, u"聊天"_s},        {u"org.example.web"_s, u"网页"_s},
+        {u"org.example.screenshot"_s, u"截图"_s},  {u"org.example.mail"_s, u"邮件"_s},
+        {u"org.example.Files"_s, u"文件管理器"_s}, {u"org.example.text-editor"_s, u"文本编辑器"_s}};
 }
 
 } // namespace PictureHistory

@@ -26,7 +26,7 @@ tour_packages=(
 test_packages=(
     featherpad xterm xfce4-terminal chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
     libgtk-3-bin desktop-file-utils python3-gi gir1.2-gtk-3.0
-    fcitx5 fcitx5-pinyin fcitx5-frontend-qt5
+    fcitx5 fcitx5-pinyin fcitx5-frontend-qt5 fcitx5-frontend-qt6
     at-spi2-core python3-pyatspi gir1.2-atspi-2.0
     trayer xfce4-panel xfconf lxqt-panel libglib2.0-bin x11-xserver-utils
     fonts-inter fonts-noto-cjk fonts-noto-color-emoji

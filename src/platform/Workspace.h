@@ -39,7 +39,7 @@ public:
     virtual void activateOwnWindow(QWindow *window) = 0;
 
     /// Tells the desktop, before \a window is shown, that the person has just asked for it, so
-    /// that it may take the focus.
+    /// that it may take the focus. A tool window is in no list of windows.
     virtual void prepareOwnWindow(QWindow *window) = 0;
 
     /// To be called when the person has just asked for something outside the program's windows, in

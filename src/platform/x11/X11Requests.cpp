@@ -34,6 +34,9 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::NetWmDesktop, "_NET_WM_DESKTOP");
     set(X11AtomName::NetWmName, "_NET_WM_NAME");
     set(X11AtomName::NetWmPid, "_NET_WM_PID");
+    set(X11AtomName::NetWmState, "_NET_WM_STATE");
+    set(X11AtomName::NetWmStateSkipPager, "_NET_WM_STATE_SKIP_PAGER");
+    set(X11AtomName::NetWmStateSkipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR");
     set(X11AtomName::NetWmUserTime, "_NET_WM_USER_TIME");
     set(X11AtomName::NetWmWindowType, "_NET_WM_WINDOW_TYPE");
     set(X11AtomName::NetWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK");

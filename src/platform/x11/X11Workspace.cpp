@@ -135,13 +135,33 @@ void X11Workspace::activate(const RunningApplication &application)
 void X11Workspace::prepareOwnWindow(QWindow *window)
 {
     xcb_connection_t *xcb = qtX11Connection();
-    if (!xcb || m_connection.userTime() == 0)
+    if (!xcb)
         return;
     // On Qt's connection, because there the window is created before and mapped after this.
     const auto id = quint32(window->winId());
+    writeUserTime(xcb, id);
+    // Of a window that is there the state belongs to the window manager.
+    if (window->type() == Qt::Tool && !window->isVisible())
+        keepOutOfLists(xcb, id);
+}
+
+void X11Workspace::writeUserTime(xcb_connection_t *xcb, quint32 window)
+{
     const quint32 time = m_connection.userTime();
-    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, id, m_connection.atom(X11AtomName::NetWmUserTime),
-                        XCB_ATOM_CARDINAL, 32, 1, &time);
+    if (time == 0)
+        return;
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window,
+                        m_connection.atom(X11AtomName::NetWmUserTime), XCB_ATOM_CARDINAL, 32, 1,
+                        &time);
+}
+
+void X11Workspace::keepOutOfLists(xcb_connection_t *xcb, quint32 window)
+{
+    const std::array states{m_connection.atom(X11AtomName::NetWmStateSkipTaskbar),
+                            m_connection.atom(X11AtomName::NetWmStateSkipPager)};
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window,
+                        m_connection.atom(X11AtomName::NetWmState), XCB_ATOM_ATOM, 32,
+                        states.size(), states.data());
 }
 
 void X11Workspace::noteUserAction(const QString &activationToken)
@@ -174,7 +194,7 @@ void X11Workspace::activateOwnWindow(QWindow *window)
     if (m_windows.hasWindowManager()) {
         // Qt writes its own idea of the time when it maps a window, and that is older than the hot
         // key, which Qt did not see.
-        prepareOwnWindow(window);
+        writeUserTime(xcb, id);
         askWindowManagerToActivate(xcb, id);
         xcb_flush(xcb);
         return;

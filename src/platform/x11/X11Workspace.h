@@ -36,6 +36,8 @@ private:
     void selectEvents(quint32 window, quint32 eventMask);
     void announceActivation(quint32 time);
     bool isBelated(quint32 activeWindow, quint32 time);
+    void writeUserTime(xcb_connection_t *xcb, quint32 window);
+    void keepOutOfLists(xcb_connection_t *xcb, quint32 window);
     void askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window);
     void askWindowManager(xcb_connection_t *xcb, quint32 window, X11AtomName wish,
                           std::array<quint32, 2> details);

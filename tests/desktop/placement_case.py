@@ -34,6 +34,17 @@ class PlacementCase(DesktopTest):
             line = next((line for line in file if line.startswith(FRAME_KEY)), "")
         return tuple(map(int, re.findall(r"-?\d+", line))) or None
 
+    def open_and_drag(self, place):
+        """What the program is told while it opens is another matter than what comes later."""
+        x, y, width, height = place
+        window = self.open_window()
+        self.wait_for_place(window, place)
+        self.drag(self.in_head(window), (-10, 0))
+        self.wait_for_place(window, (x - 10, y, width, height))
+        self.drag(self.in_head(window), (10, 0))
+        self.wait_for_place(window, place)
+        return window
+
     def close_window(self):
         self.display.press(self.hot_key)
         self.wait_until_closed()

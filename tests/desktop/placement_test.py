@@ -116,7 +116,7 @@ class MovingTest(PlacementCase):
         self.assert_opens_at((130, 180, 680, 400))
 
     def test_by_the_window_manager(self):
-        window = self.assert_opens_at((100, 150, 680, 400))
+        window = self.open_and_drag((100, 150, 680, 400))
         self.display.move(window, 300, 200, 680, 400)
         self.wait_for_place(window, (300, 200, 680, 400))
         self.close_window()

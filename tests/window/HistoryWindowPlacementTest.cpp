@@ -20,6 +20,7 @@ private slots:
     void aFrameThatDoesNotParseCountsAsNone();
     void theFrameIsSavedOnEveryHide();
     void draggingTheHeadMovesTheWindow();
+    void aMoveByTheDesktopStands();
     void theHandlesResize();
 
 private:
@@ -100,6 +101,19 @@ void HistoryWindowPlacementTest::draggingTheHeadMovesTheWindow()
     dragBy("windowDragView", QPoint(-900, -900));
     QCOMPARE(m_window->panel().pos(),
              QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+}
+
+void HistoryWindowPlacementTest::aMoveByTheDesktopStands()
+{
+    m_defaults->set(kFrameKey, u"{{40, 50}, {680, 400}}"_s);
+    make();
+    openWholly();
+    m_window->panel().windowHandle()->setPosition(70, 90);
+    QTRY_COMPARE(m_window->panel().pos(), QPoint(70, 90));
+    QCoreApplication::processEvents();
+    QCOMPARE(m_window->panel().pos(), QPoint(70, 90));
+    m_window->hide();
+    QCOMPARE(m_defaults->string(kFrameKey), u"{{70, 90}, {680, 400}}"_s);
 }
 
 void HistoryWindowPlacementTest::theHandlesResize()

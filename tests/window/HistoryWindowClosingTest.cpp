@@ -34,6 +34,7 @@ private slots:
     void losingTheKeyboardWithoutTheFocusDoesNotHide();
     void losingTheKeyboardToAnotherWindowOfOursHides();
     void afterHidingNothingIsWatchedAnyMore();
+    void afterAReversalOnePressClosesOnce();
     void formerListenersAreStillCalled();
     void theMenuOfARowLeavesTheWindowOpen();
     void theMenuOfARowClosesWithTheWindow();
@@ -270,6 +271,27 @@ void HistoryWindowClosingTest::afterHidingNothingIsWatchedAnyMore()
     QVERIFY(!m_desktop->onApplicationActivated);
     m_window.reset();
     QVERIFY(!m_appearance->onChanged);
+}
+
+void HistoryWindowClosingTest::afterAReversalOnePressClosesOnce()
+{
+    make();
+    openWholly();
+    int turnedAwayCount = 0;
+    m_window->onTurnedAway = [&] { ++turnedAwayCount; };
+    for (int reversal = 0; reversal < 2; ++reversal) {
+        m_window->hide();
+        pass(50ms);
+        m_window->show();
+        pass(300ms);
+    }
+    press(QPoint(1, 1));
+    pass(300ms);
+    QCOMPARE(turnedAwayCount, 1);
+    QCOMPARE(m_hiddenCount, 1);
+    QVERIFY(!m_pointer->isRunning);
+    QVERIFY(!m_pointer->onMousePressed);
+    QVERIFY(!m_desktop->onApplicationActivated);
 }
 
 void HistoryWindowClosingTest::formerListenersAreStillCalled()

@@ -168,7 +168,7 @@ void ClipboardTableView::performSpokenAction(const QString &name, int row)
     if (name == QAccessibleActionInterface::pressAction()) {
         emit rowActivated(row);
     } else if (name == HistoryRowAccessible::favoriteAction()) {
-        emit starClicked(row);
+        clickStar(row);
     } else if (name == QAccessibleActionInterface::setFocusAction()) {
         selectRow(row);
         setFocus(Qt::OtherFocusReason);
@@ -296,8 +296,7 @@ void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
     updateStar(row);
     if (row < 0 || starRowAt(event->position().toPoint()) != row)
         return;
-    m_starPop.start(items().at(row)->id);
-    emit starClicked(row);
+    clickStar(row);
 }
 
 void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
@@ -390,6 +389,12 @@ void ClipboardTableView::updateStar(int row)
 {
     if (model() && row >= 0)
         viewport()->update(RowLayout(QRectF(rowBox(row))).star.toAlignedRect());
+}
+
+void ClipboardTableView::clickStar(int row)
+{
+    m_starPop.start(items().at(row)->id);
+    emit starClicked(row);
 }
 
 bool ClipboardTableView::updateRow(const QUuid &id)

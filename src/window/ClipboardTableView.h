@@ -123,6 +123,7 @@ private:
     /// The row whose star is at \a position; -1 if none is.
     int starRowAt(QPoint position) const;
     void setHoveredStar(int row);
+    void clickStar(int row);
     void updateStar(int row);
     /// False if it is not in sight.
     bool updateRow(const QUuid &id);

@@ -2,12 +2,11 @@
 
 #include "appearance/FocusOutline.h"
 #include "language/Localized.h"
-#include "widgets/AlertSheet.h"
+#include "widgets/AccessibleFactory.h"
 #include "window/ClipboardTableView.h"
 #include "window/EdgeResizeView.h"
 #include "window/FilterBarView.h"
 #include "window/GlassContainerView.h"
-#include "window/HistoryPanelAccessible.h"
 #include "window/PinButton.h"
 #include "window/SearchField.h"
 #include "window/SeparatorLine.h"
@@ -55,7 +54,7 @@ HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManag
     , m_glassContainerView(new GlassContainerView(style, this))
     , m_presentationLayer(*m_glassContainerView)
 {
-    HistoryPanelAccessible::install();
+    installAccessible<HistoryPanel, RoleAccessible<QAccessible::Window>>();
     setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
     setAttribute(Qt::WA_QuitOnClose, false);
     m_glassContainerView->onGroundPainted = [this](QPainter &painter) { paintFocusRings(painter); };
@@ -93,17 +92,6 @@ void HistoryPanel::refreshLanguage()
     m_tableView->setAccessibleName(title);
     m_filterBar->refreshTitles();
     m_pinButton->refreshLanguage();
-}
-
-QWidgetList HistoryPanel::spokenParts() const
-{
-    QWidgetList parts{m_searchIcon, m_searchField, m_filterBar};
-    if (m_isPinButtonShown)
-        parts.append(m_pinButton);
-    parts.append(m_tableContainerView);
-    for (AlertSheet *alert : findChildren<AlertSheet *>(Qt::FindDirectChildrenOnly))
-        parts.append(alert);
-    return parts;
 }
 
 void HistoryPanel::setPinButtonShown(bool isShown)

@@ -48,9 +48,6 @@ public:
 
     void refreshLanguage();
 
-    /// The parts that mean something to those who do not see the window.
-    QWidgetList spokenParts() const;
-
     /// Without the button the search field is a little wider.
     void setPinButtonShown(bool isShown);
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QAccessibleWidget>
+
+class GlassContainerView;
+
+/// Tells assistive programs of what stands on the window, but for what is mere decoration or is there
+/// for the mouse alone.
+class GlassContainerAccessible : public QAccessibleWidget
+{
+public:
+    /// Has all such views told of in this way; calling it again does nothing.
+    static void install();
+
+    explicit GlassContainerAccessible(GlassContainerView &view);
+
+    int childCount() const override;
+    QAccessibleInterface *child(int index) const override;
+    int indexOfChild(const QAccessibleInterface *child) const override;
+
+private:
+    QWidgetList parts() const;
+};

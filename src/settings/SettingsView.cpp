@@ -8,6 +8,7 @@
 #include "settings/HistoryStepButton.h"
 #include "settings/ShortcutsPane.h"
 #include "settings/SidebarItem.h"
+#include "widgets/AccessibleFactory.h"
 #include "widgets/DesktopLook.h"
 #include "widgets/FocusRing.h"
 #include "widgets/MenuLook.h"
@@ -44,6 +45,7 @@ SettingsView::SettingsView(const SettingsCollaborators &collaborators)
     , m_collaborators(collaborators)
     , m_paneHistory(availablePanes().first())
 {
+    installAccessible<SettingsView, RoleAccessible<QAccessible::Window>>();
     setAttribute(Qt::WA_QuitOnClose, false);
     setMinimumSize(kLeastSize);
     resize(kSize);

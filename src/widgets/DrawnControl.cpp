@@ -1,6 +1,7 @@
 #include "widgets/DrawnControl.h"
 
 #include "appearance/RoundedBox.h"
+#include "widgets/DrawnControlAccessible.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -26,6 +27,7 @@ DrawnControl::DrawnControl(const SystemColors &colors, QWidget *parent)
     : QAbstractButton(parent)
     , m_colors(colors)
 {
+    DrawnControlAccessible::install();
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
 }

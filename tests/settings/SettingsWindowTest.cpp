@@ -4,6 +4,7 @@
 #include "settings/SettingsPicker.h"
 #include "tests/settings/SettingsStage.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QMenu>
 #include <QScreen>
@@ -46,6 +47,7 @@ private slots:
     void theRingIsThereAgainAfterAnotherWindow();
     void theTabKeyGoesFromTheListToTheBarAndThePane();
     void everyControlThatCanBeReachedHasAName();
+    void controlsAreWorkedByThoseWhoDoNotSee();
     void returnPressesAControl();
     void nothingIsWrittenByLooking();
 
@@ -341,6 +343,24 @@ void SettingsWindowTest::everyControlThatCanBeReachedHasAName()
     for (const DrawnControl *control : controls)
         QVERIFY2(!control->accessibleName().isEmpty() || !control->text().isEmpty(),
                  qPrintable(control->objectName()));
+}
+
+void SettingsWindowTest::controlsAreWorkedByThoseWhoDoNotSee()
+{
+    const auto spoken = [this](const char *name) {
+        return QAccessible::queryAccessibleInterface(find(name));
+    };
+    QCOMPARE(QAccessible::queryAccessibleInterface(&m_window->view())->role(), QAccessible::Window);
+    QAccessibleInterface *pane = spoken("pane.keyboard");
+    QCOMPARE(pane->role(), QAccessible::RadioButton);
+    QVERIFY(!pane->state().checked);
+    pane->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    QTRY_VERIFY(find("cmdToggle")->isVisible());
+    QVERIFY(pane->state().checked);
+    QAccessibleInterface *picker = spoken("keyPicker");
+    QCOMPARE(picker->text(QAccessible::Name), u"Key"_s);
+    QCOMPARE(picker->text(QAccessible::Description), find("keyPicker")->text());
+    QVERIFY(!picker->text(QAccessible::Description).isEmpty());
 }
 
 void SettingsWindowTest::returnPressesAControl()

@@ -216,7 +216,7 @@ void HistoryWindowMotionTest::aReversalWatchesThePointerOnce()
         pass(50ms);
         m_window->show();
     }
-    m_pointer->press(QPoint(1, 1));
+    press(QPoint(1, 1));
     QCOMPARE(turnedAwayCount, 1);
     pass(200ms);
     QVERIFY(!m_window->isVisible());

@@ -344,8 +344,15 @@ void ClipboardTableView::selectionChanged(const QItemSelection &selected,
     // The veil of the first row comes and goes with the selection.
     if (selected.isEmpty() || deselected.isEmpty())
         viewport()->update(rowBox(0));
-    fadeSelection(selected);
-    fadeSelection(deselected);
+    if (selected.isEmpty() && deselected.isEmpty())
+        return;
+    if (m_selectionFade.noteChange()) {
+        fadeSelection(selected);
+        fadeSelection(deselected);
+    } else {
+        m_selectionFade.finishAll();
+        viewport()->update();
+    }
 }
 
 void ClipboardTableView::updateGeometries()

@@ -1,6 +1,7 @@
 #include "window/RowSelectionFade.h"
 
 #include "appearance/Spring.h"
+#include "platform/Clock.h"
 
 #include <algorithm>
 
@@ -10,6 +11,8 @@ namespace {
 
 constexpr Spring kSpring{.mass = 1.2, .stiffness = 280, .damping = 18};
 constexpr double kHalfAStep = 0.5 / 255; ///< Of what is painted.
+/// Held keys repeat in less, and fingers take longer.
+constexpr auto kSlowestRepeat = 100ms;
 constexpr auto kReducedDuration = 100ms;
 
 /// Beyond its place there is nothing more to be seen.
@@ -31,6 +34,14 @@ const RowCourses::Course &course(bool isMotionReduced)
 }
 
 } // namespace
+
+bool RowSelectionFade::noteChange()
+{
+    const Timestamp now = m_clock.now();
+    const auto last = std::exchange(m_lastChange, now);
+    // The clock may be set back meanwhile.
+    return !last || now < *last || now - *last >= kSlowestRepeat;
+}
 
 void RowSelectionFade::start(const QUuid &id)
 {

@@ -1,6 +1,6 @@
 #include "window/HistoryRowDelegate.h"
 
-#include "appearance/Figures.h"
+#include "appearance/EvenDigits.h"
 #include "appearance/InterfaceFont.h"
 #include "appearance/DevicePixels.h"
 #include "appearance/RoundedBox.h"
@@ -177,7 +177,7 @@ void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,
     painter.setFont(interfaceFont(kMetaSize, QFont::DemiBold));
     drawElided(painter, layout.meta, row.meta);
     painter.setFont(interfaceFont(kTimeSize));
-    drawFigures(painter, layout.time, row.time);
+    drawWithEvenDigits(painter, layout.time, row.time);
 }
 
 void HistoryRowDelegate::paintStar(QPainter &painter, const QRectF &box, const ClipboardItem &item,

@@ -1,4 +1,4 @@
-#include "appearance/Figures.h"
+#include "appearance/EvenDigits.h"
 
 #include "appearance/InterfaceFont.h"
 
@@ -32,7 +32,7 @@ qsizetype runLength(QStringView text)
 
 } // namespace
 
-void drawFigures(QPainter &painter, const QRectF &box, const QString &text)
+void drawWithEvenDigits(QPainter &painter, const QRectF &box, const QString &text)
 {
     if (std::ranges::none_of(text, isDigit)) {
         drawTextLine(painter, box, text, Qt::AlignRight);

@@ -1,4 +1,4 @@
-#include "appearance/Figures.h"
+#include "appearance/EvenDigits.h"
 
 #include "appearance/InterfaceFont.h"
 
@@ -20,7 +20,7 @@ QImage drawn(const QString &text)
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setFont(interfaceFont(11));
-    drawFigures(painter, QRectF(0, 0, kWidth, kHeight), text);
+    drawWithEvenDigits(painter, QRectF(0, 0, kWidth, kHeight), text);
     return image;
 }
 
@@ -39,7 +39,7 @@ std::pair<int, int> ink(const QImage &image)
 
 } // namespace
 
-class FiguresTest : public QObject
+class EvenDigitsTest : public QObject
 {
     Q_OBJECT
 
@@ -51,14 +51,14 @@ private slots:
     void aTextWithoutFiguresIsDrawnAsUsual();
 };
 
-void FiguresTest::theWordBehindAFigureStaysWhereItIs_data()
+void EvenDigitsTest::theWordBehindAFigureStaysWhereItIs_data()
 {
     QTest::addColumn<QString>("word");
     QTest::newRow("English") << u" min. ago"_s;
     QTest::newRow("Chinese") << u"分钟前"_s;
 }
 
-void FiguresTest::theWordBehindAFigureStaysWhereItIs()
+void EvenDigitsTest::theWordBehindAFigureStaysWhereItIs()
 {
     QFETCH(const QString, word);
     const QImage one = drawn(u"11"_s + word);
@@ -70,21 +70,21 @@ void FiguresTest::theWordBehindAFigureStaysWhereItIs()
              eight.copy(start, 0, 2 * kWidth, 2 * kHeight));
 }
 
-void FiguresTest::theTextEndsAtTheRight()
+void EvenDigitsTest::theTextEndsAtTheRight()
 {
     const auto [first, last] = ink(drawn(u"3 min. ago"_s));
     QVERIFY(first > kWidth);
     QVERIFY(last > 2 * kWidth - 6);
 }
 
-void FiguresTest::aNarrowDigitStandsInTheMiddleOfItsCell()
+void EvenDigitsTest::aNarrowDigitStandsInTheMiddleOfItsCell()
 {
     const auto [wideStart, wideEnd] = ink(drawn(u"0"_s));
     const auto [start, end] = ink(drawn(u"1"_s));
     QVERIFY(qAbs((wideStart + wideEnd) - (start + end)) <= 4);
 }
 
-void FiguresTest::aTextWithoutFiguresIsDrawnAsUsual()
+void EvenDigitsTest::aTextWithoutFiguresIsDrawnAsUsual()
 {
     QImage usual(2 * kWidth, 2 * kHeight, QImage::Format_RGB32);
     usual.setDevicePixelRatio(2);
@@ -96,5 +96,5 @@ void FiguresTest::aTextWithoutFiguresIsDrawnAsUsual()
     QCOMPARE(drawn(u"yesterday"_s), usual);
 }
 
-QTEST_MAIN(FiguresTest)
-#include "FiguresTest.moc"
+QTEST_MAIN(EvenDigitsTest)
+#include "EvenDigitsTest.moc"

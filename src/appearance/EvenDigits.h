@@ -7,4 +7,4 @@ class QPainter;
 
 /// Draws \a text like drawTextLine() does, at the right end of \a box, with each of its digits in a
 /// cell as wide as the widest: what counts does not shift what stands beside it.
-void drawFigures(QPainter &painter, const QRectF &box, const QString &text);
+void drawWithEvenDigits(QPainter &painter, const QRectF &box, const QString &text);

@@ -4,7 +4,7 @@
 #include "platform/linux/PortalAppearance.h"
 #include "platform/x11/X11Blur.h"
 #include "platform/x11/X11SelectionOwner.h"
-#include "platform/x11/X11SettingsManager.h"
+#include "platform/x11/X11DesktopSettings.h"
 
 /// Asks the portal and the settings manager what the person prefers, and the server what the
 /// compositor can do.
@@ -30,7 +30,7 @@ private:
     void announceChange();
 
     PortalAppearance m_portal;
-    X11SettingsManager m_settings;
+    X11DesktopSettings m_settings;
     X11SelectionOwner m_compositor;
     X11Blur m_blur;
     std::optional<bool> m_prefersDark; ///< As it was last told.

@@ -1,4 +1,4 @@
-#include "platform/x11/X11SettingsManager.h"
+#include "platform/x11/X11DesktopSettings.h"
 
 #include "platform/x11/X11Settings.h"
 
@@ -6,7 +6,7 @@
 
 #include <xcb/xcb.h>
 
-X11SettingsManager::X11SettingsManager(X11Connection &connection)
+X11DesktopSettings::X11DesktopSettings(X11Connection &connection)
     : m_connection(connection)
 {
     m_connection.addListener(this);
@@ -14,12 +14,12 @@ X11SettingsManager::X11SettingsManager(X11Connection &connection)
         &m_context, [this] { follow(); }, Qt::QueuedConnection);
 }
 
-X11SettingsManager::~X11SettingsManager()
+X11DesktopSettings::~X11DesktopSettings()
 {
     m_connection.removeListener(this);
 }
 
-void X11SettingsManager::handleX11Event(int type, const void *event)
+void X11DesktopSettings::handleX11Event(int type, const void *event)
 {
     if (type != XCB_PROPERTY_NOTIFY || !m_manager)
         return;
@@ -29,14 +29,14 @@ void X11SettingsManager::handleX11Event(int type, const void *event)
         readSettings();
 }
 
-void X11SettingsManager::follow()
+void X11DesktopSettings::follow()
 {
     m_manager.emplace(m_connection, X11AtomName::XsettingsSelection);
     m_manager->onChanged = [this] { listenToManager(); };
     listenToManager();
 }
 
-void X11SettingsManager::listenToManager()
+void X11DesktopSettings::listenToManager()
 {
     if (m_manager->window() != 0) {
         // Before reading, so that no change is missed.
@@ -47,7 +47,7 @@ void X11SettingsManager::listenToManager()
     readSettings();
 }
 
-void X11SettingsManager::readSettings()
+void X11DesktopSettings::readSettings()
 {
     Values values;
     if (m_manager->window() != 0) {

@@ -8,7 +8,7 @@
 /// What the settings manager of the X session publishes of its looks. Main thread only.
 ///
 /// Settings are read once the event loop runs, and again when they change.
-class X11SettingsManager : private X11EventListener
+class X11DesktopSettings : private X11EventListener
 {
 public:
     struct Values
@@ -19,8 +19,8 @@ public:
         friend bool operator==(const Values &, const Values &) = default;
     };
 
-    explicit X11SettingsManager(X11Connection &connection);
-    ~X11SettingsManager() override;
+    explicit X11DesktopSettings(X11Connection &connection);
+    ~X11DesktopSettings() override;
 
     const Values &values() const { return m_values; }
 

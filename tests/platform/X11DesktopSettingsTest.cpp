@@ -1,4 +1,4 @@
-#include "platform/x11/X11SettingsManager.h"
+#include "platform/x11/X11DesktopSettings.h"
 
 #include "tests/platform/FakeSettingsManager.h"
 #include "tests/platform/PrivateDesktop.h"
@@ -22,12 +22,12 @@ MadeX11Settings theme(const QByteArray &name)
 
 } // namespace
 
-class X11SettingsManagerTest : public QObject
+class X11DesktopSettingsTest : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit X11SettingsManagerTest(QByteArray displayName)
+    explicit X11DesktopSettingsTest(QByteArray displayName)
         : m_displayName(std::move(displayName))
     {
     }
@@ -43,25 +43,25 @@ private slots:
 private:
     QByteArray m_displayName;
     std::unique_ptr<X11Connection> m_connection;
-    std::unique_ptr<X11SettingsManager> m_settings;
+    std::unique_ptr<X11DesktopSettings> m_settings;
     int m_changeCount = 0;
 };
 
-void X11SettingsManagerTest::init()
+void X11DesktopSettingsTest::init()
 {
     m_connection = std::make_unique<X11Connection>(m_displayName);
-    m_settings = std::make_unique<X11SettingsManager>(*m_connection);
+    m_settings = std::make_unique<X11DesktopSettings>(*m_connection);
     m_changeCount = 0;
     m_settings->onChanged = [this] { ++m_changeCount; };
 }
 
-void X11SettingsManagerTest::cleanup()
+void X11DesktopSettingsTest::cleanup()
 {
     m_settings.reset();
     m_connection.reset();
 }
 
-void X11SettingsManagerTest::settingsAreReadOnceTheLoopRuns()
+void X11DesktopSettingsTest::settingsAreReadOnceTheLoopRuns()
 {
     const FakeSettingsManager manager(m_displayName, animations(0));
     QVERIFY(!m_settings->values().isAnimationOff);
@@ -70,7 +70,7 @@ void X11SettingsManagerTest::settingsAreReadOnceTheLoopRuns()
     QCOMPARE(m_changeCount, 1);
 }
 
-void X11SettingsManagerTest::changesAreFollowed()
+void X11DesktopSettingsTest::changesAreFollowed()
 {
     FakeSettingsManager manager(m_displayName, animations(0));
     QTRY_COMPARE(m_changeCount, 1);
@@ -83,7 +83,7 @@ void X11SettingsManagerTest::changesAreFollowed()
     QCOMPARE(m_changeCount, 4);
 }
 
-void X11SettingsManagerTest::managersThatComeAndGoAreFollowed()
+void X11DesktopSettingsTest::managersThatComeAndGoAreFollowed()
 {
     QCoreApplication::processEvents();
     for (int i = 0; i < 2; ++i) {
@@ -93,17 +93,17 @@ void X11SettingsManagerTest::managersThatComeAndGoAreFollowed()
             manager.publish(theme("HighContrast"));
             QTRY_VERIFY(m_settings->values().isContrastHigh);
         }
-        QTRY_VERIFY(m_settings->values() == X11SettingsManager::Values());
+        QTRY_VERIFY(m_settings->values() == X11DesktopSettings::Values());
     }
 }
 
-void X11SettingsManagerTest::nonsenseIsNoWish()
+void X11DesktopSettingsTest::nonsenseIsNoWish()
 {
     FakeSettingsManager manager(m_displayName, animations(0));
     QTRY_COMPARE(m_changeCount, 1);
     manager.publish(MadeX11Settings().text("Gtk/EnableAnimations", "0").number("Net/ThemeName", 0));
     QTRY_COMPARE(m_changeCount, 2);
-    QVERIFY(m_settings->values() == X11SettingsManager::Values());
+    QVERIFY(m_settings->values() == X11DesktopSettings::Values());
 }
 
 int main(int argc, char *argv[])
@@ -112,8 +112,8 @@ int main(int argc, char *argv[])
     if (!desktop.start())
         return EXIT_FAILURE;
     QCoreApplication application(argc, argv);
-    X11SettingsManagerTest test(desktop.displayName());
+    X11DesktopSettingsTest test(desktop.displayName());
     return QTest::qExec(&test, argc, argv);
 }
 
-#include "X11SettingsManagerTest.moc"
+#include "X11DesktopSettingsTest.moc"

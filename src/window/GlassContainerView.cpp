@@ -1,6 +1,6 @@
 #include "window/GlassContainerView.h"
 
-#include "window/GlassContainerAccessible.h"
+#include "window/GlassContainerViewAccessible.h"
 #include "window/WindowEdge.h"
 
 #include <QChildEvent>
@@ -12,7 +12,7 @@ GlassContainerView::GlassContainerView(const HistoryWindowStyle &style, QWidget 
     : QWidget(window)
     , m_style(style)
 {
-    GlassContainerAccessible::install();
+    GlassContainerViewAccessible::install();
     setObjectName(style.isTranslucent ? u"glassContainerView"_s : u"glassBackgroundView"_s);
     if (style.isTranslucent)
         m_edge = new WindowEdge(style.cornerRadius, this);

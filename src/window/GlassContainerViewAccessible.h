@@ -6,13 +6,13 @@ class GlassContainerView;
 
 /// Tells assistive programs of what stands on the window, but for what is mere decoration or is there
 /// for the mouse alone.
-class GlassContainerAccessible : public QAccessibleWidget
+class GlassContainerViewAccessible : public QAccessibleWidget
 {
 public:
     /// Has all such views told of in this way; calling it again does nothing.
     static void install();
 
-    explicit GlassContainerAccessible(GlassContainerView &view);
+    explicit GlassContainerViewAccessible(GlassContainerView &view);
 
     int childCount() const override;
     QAccessibleInterface *child(int index) const override;

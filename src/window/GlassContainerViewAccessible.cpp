@@ -1,4 +1,4 @@
-#include "window/GlassContainerAccessible.h"
+#include "window/GlassContainerViewAccessible.h"
 
 #include "widgets/AccessibleFactory.h"
 #include "window/GlassContainerView.h"
@@ -15,32 +15,32 @@ bool saysSomething(const QWidget &part)
 
 } // namespace
 
-void GlassContainerAccessible::install()
+void GlassContainerViewAccessible::install()
 {
-    installAccessible<GlassContainerView, GlassContainerAccessible>();
+    installAccessible<GlassContainerView, GlassContainerViewAccessible>();
 }
 
-GlassContainerAccessible::GlassContainerAccessible(GlassContainerView &view)
+GlassContainerViewAccessible::GlassContainerViewAccessible(GlassContainerView &view)
     : QAccessibleWidget(&view)
 {
 }
 
-int GlassContainerAccessible::childCount() const
+int GlassContainerViewAccessible::childCount() const
 {
     return int(parts().size());
 }
 
-QAccessibleInterface *GlassContainerAccessible::child(int index) const
+QAccessibleInterface *GlassContainerViewAccessible::child(int index) const
 {
     return QAccessible::queryAccessibleInterface(parts().value(index));
 }
 
-int GlassContainerAccessible::indexOfChild(const QAccessibleInterface *child) const
+int GlassContainerViewAccessible::indexOfChild(const QAccessibleInterface *child) const
 {
     return child ? int(parts().indexOf(qobject_cast<QWidget *>(child->object()))) : -1;
 }
 
-QWidgetList GlassContainerAccessible::parts() const
+QWidgetList GlassContainerViewAccessible::parts() const
 {
     QWidgetList parts;
     for (QWidget *part : widget()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {

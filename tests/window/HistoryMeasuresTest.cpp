@@ -46,7 +46,7 @@ QImage textOnGround(const QRect &region, const QFont &font, const QColor &color,
 
 } // namespace
 
-/// The window as it stands on the screen, measured against the tables by which it is drawn.
+/// Where things stand in the window, and how texts and lines look, measured on what is painted.
 class HistoryMeasuresTest : public QObject, private HistoryWindowFixture
 {
     Q_OBJECT

@@ -204,7 +204,9 @@ private:
     void changeRootProperty();
     void strike(const QList<quint8> &keys);
     void press(quint8 key, quint32 modifiers);
-    bool isToldOnce(quint8 key, quint32 modifiers);
+    void waitForEver();
+    bool isTold();
+    bool isPressToldOnce(quint8 key, quint32 modifiers);
     void addLayoutRows();
 
     PrivateDesktop &m_desktop;
@@ -287,17 +289,31 @@ void X11GlobalHotkeyTest::press(quint8 key, quint32 modifiers)
     QCoreApplication::processEvents();
 }
 
-/// Presses a key and waits for us to be told, without the pauses of QTRY_COMPARE.
-bool X11GlobalHotkeyTest::isToldOnce(quint8 key, quint32 modifiers)
+/// From here on nothing goes on but by what is tested.
+void X11GlobalHotkeyTest::waitForEver()
 {
-    m_pressCount = 0;
-    press(key, modifiers);
+    const X11HotkeyThread::Patience forEver{.forAnswer = 1h, .forFocus = 1h};
+    m_hotkey.reset();
+    m_hotkey = std::make_unique<X11GlobalHotkey>(*m_connection, *m_keyboard, forEver);
+    m_hotkey->onPressed = [this] { ++m_pressCount; };
+}
+
+/// Waits for us to be told of a press, without the pauses of QTRY_COMPARE.
+bool X11GlobalHotkeyTest::isTold()
+{
     QTimer deadline;
     deadline.setSingleShot(true);
     deadline.start(5s);
     while (m_pressCount == 0 && deadline.isActive())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return m_pressCount == 1;
+    return m_pressCount > 0;
+}
+
+bool X11GlobalHotkeyTest::isPressToldOnce(quint8 key, quint32 modifiers)
+{
+    m_pressCount = 0;
+    press(key, modifiers);
+    return isTold() && m_pressCount == 1;
 }
 
 void X11GlobalHotkeyTest::addLayoutRows()
@@ -564,7 +580,7 @@ void X11GlobalHotkeyTest::everyKeyOfTheTableWorks()
             const QByteArray what =
                 u"code %1, modifiers %2"_s.arg(key.code).arg(modifiers, 0, 16).toUtf8();
             QVERIFY2(m_hotkey->assign(key.code, modifiers) == 0, what.constData());
-            QVERIFY2(isToldOnce(map.keyFor(key), modifiers), what.constData());
+            QVERIFY2(isPressToldOnce(map.keyFor(key), modifiers), what.constData());
             m_hotkey->release();
         }
     }
@@ -610,7 +626,7 @@ void X11GlobalHotkeyTest::keyThatIsRecordedIsTheKeyThatWorks()
             continue;
         ++foundCount;
         QCOMPARE(m_hotkey->assign(*keyCode, kOption | kControl), 0);
-        QVERIFY(isToldOnce(quint8(key), kOption | kControl));
+        QVERIFY(isPressToldOnce(quint8(key), kOption | kControl));
         m_hotkey->release();
     }
     // A few signs share a key on some keyboards.
@@ -669,6 +685,7 @@ void X11GlobalHotkeyTest::keysGoOnAtOnceWhenNoWindowIsActivated()
 {
     KeyReceiver receiver(m_desktop.displayName());
     KeyReceiver other(m_desktop.displayName());
+    waitForEver();
     receiver.takeFocus();
     QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
     m_hotkey->noteActivation(other.window()); // For another reason than a press.
@@ -682,6 +699,7 @@ void X11GlobalHotkeyTest::keysWaitForTheWindowThatIsActivated()
 {
     KeyReceiver before(m_desktop.displayName());
     KeyReceiver after(m_desktop.displayName());
+    waitForEver();
     before.takeFocus();
     QCOMPARE(m_hotkey->assign(kSpace, kOption), 0);
     m_hotkey->onPressed = [this, &after] {
@@ -691,8 +709,7 @@ void X11GlobalHotkeyTest::keysWaitForTheWindowThatIsActivated()
     strike({kAltKey, kSpaceKey});
     for (const quint8 key : {kLetterAKey, kLetterVKey, kLetterAKey})
         strike({key});
-    while (m_pressCount == 0)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QVERIFY(isTold());
     after.takeFocus();
     QVERIFY(after.waitFor({kLetterAKey, kLetterVKey, kLetterAKey}));
     QCOMPARE(before.keys(), QList<quint8>{kAltKey});

@@ -27,10 +27,11 @@ constexpr quint32 kKernelKeyOffset = 8;
 
 } // namespace
 
-X11GlobalHotkey::X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboard)
+X11GlobalHotkey::X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboard,
+                                 const X11HotkeyThread::Patience &patience)
     : m_connection(connection)
     , m_keyboard(keyboard)
-    , m_thread(connection, [this](const X11HotkeyThread::Press &press) {
+    , m_thread(connection, patience, [this](const X11HotkeyThread::Press &press) {
         QMetaObject::invokeMethod(
             &m_context, [this, press] { handlePress(press); }, Qt::QueuedConnection);
     })
@@ -159,10 +160,13 @@ void X11GlobalHotkey::handleX11Event(int type, const void *)
         regrabSoon();
 }
 
-bool X11GlobalHotkey::nativeEventFilter(const QByteArray &, void *message, qintptr *)
+bool X11GlobalHotkey::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
 {
+    if (eventType != "xcb_generic_event_t")
+        return false;
     const auto *key = static_cast<const xcb_key_press_event_t *>(message);
-    // With the keyboard in nobody's hands the grab would have had the press.
+    // A press that comes to a window of ours, and not to the grab, was made while a menu of ours had
+    // the keyboard.
     if (key->response_type != XCB_KEY_PRESS || !m_grab || key->detail != m_grab->key
         || (key->state & kAllModifiers & ~m_grab->locks) != m_grab->modifiers)
         return false;

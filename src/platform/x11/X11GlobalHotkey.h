@@ -26,7 +26,9 @@ class X11GlobalHotkey : public GlobalHotkey,
                         private QAbstractNativeEventFilter
 {
 public:
-    X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboard);
+    /// Both must outlive the hot key.
+    X11GlobalHotkey(X11Connection &connection, X11Keyboard &keyboard,
+                    const X11HotkeyThread::Patience &patience = {});
     ~X11GlobalHotkey() override;
 
     [[nodiscard]] int assign(quint32 keyCode, quint32 modifiers) override;
@@ -62,7 +64,8 @@ private:
     std::optional<Combination> m_combination; ///< Wanted, whether it is in force or not.
     std::optional<Grab> m_grab; ///< In force.
     bool m_isRegrabQueued = false;
-    quint32 m_activatedWindow = 0; ///< The latest one.
+    /// Since the press that is being announced, the latest that is to have the focus; 0 if none is.
+    quint32 m_activatedWindow = 0;
     QObject m_context; ///< Ends the queued calls with the hot key.
     X11HotkeyThread m_thread;
 };

@@ -19,13 +19,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the keyboard is held for somebody to answer a press. Shorter than what a person would
-/// take for a fault of the keyboard.
-constexpr auto kAnswerPatience = 150ms;
-/// And how much longer for a window manager to give the focus to the window that has been opened. On
-/// a machine that is busy it takes its time, and keys that go elsewhere are worse than late ones.
-constexpr auto kFocusPatience = 300ms;
-
 /// The part of an event's type that tells that a program sent it.
 constexpr int kSent = 0x80;
 
@@ -57,9 +50,10 @@ void disableRepeatedReleases(xcb_connection_t *xcb)
 
 } // namespace
 
-X11HotkeyThread::X11HotkeyThread(const X11Connection &connection,
+X11HotkeyThread::X11HotkeyThread(const X11Connection &connection, const Patience &patience,
                                  std::function<void(Press)> onPressed)
-    : m_onPressed(std::move(onPressed))
+    : m_patience(patience)
+    , m_onPressed(std::move(onPressed))
     , m_xcb(xcb_connect(connection.displayName().constData(), nullptr), xcb_disconnect)
     , m_rootWindow(connection.rootWindow())
 {
@@ -127,9 +121,9 @@ void X11HotkeyThread::run()
     while (!m_isEnding && xcb_connection_has_error(m_xcb.get()) == 0) {
         takeAnswer();
         handleEvents();
-        if (m_deadline && Clock::now() >= *m_deadline)
+        if (m_deadline && SteadyClock::now() >= *m_deadline)
             thaw();
-        sleep();
+        waitForNews();
     }
 }
 
@@ -160,7 +154,7 @@ void X11HotkeyThread::handlePress(quint8 key, quint32 time)
 {
     if (m_heldKey == 0) {
         m_heldKey = key;
-        m_deadline = Clock::now() + kAnswerPatience;
+        m_deadline = SteadyClock::now() + m_patience.forAnswer;
         m_onPressed({++m_pressCount, time});
     } else if (key == m_heldKey) {
         allow(XCB_ALLOW_SYNC_KEYBOARD);
@@ -186,7 +180,7 @@ void X11HotkeyThread::takeAnswer()
         thaw();
         return;
     }
-    m_deadline = Clock::now() + kFocusPatience;
+    m_deadline = SteadyClock::now() + m_patience.forFocus;
     // Watched first and looked at second, so that the moment between is not missed.
     watchFocus(m_expectedWindow, true);
     if (hasFocus(m_expectedWindow))
@@ -221,11 +215,12 @@ void X11HotkeyThread::allow(quint8 mode)
     xcb_flush(m_xcb.get());
 }
 
-void X11HotkeyThread::sleep() const
+void X11HotkeyThread::waitForNews() const
 {
     int timeout = -1;
     if (m_deadline) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(*m_deadline - Clock::now());
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(*m_deadline - SteadyClock::now());
         timeout = int(std::max(left, 0ms).count());
     }
     std::array<pollfd, 2> descriptors{

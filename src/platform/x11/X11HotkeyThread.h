@@ -20,7 +20,7 @@ struct xcb_connection_t;
 /// A person must never be left without a keyboard, so this has a thread and a connection of its
 /// own, which depend on nobody: after a moment the keys go to whoever has the focus.
 ///
-/// Functions may be called by any thread, unless stated otherwise.
+/// Functions may be called by any thread.
 class X11HotkeyThread
 {
 public:
@@ -41,10 +41,23 @@ public:
         quint32 time = 0;
     };
 
+    /// For how long the keyboard is held.
+    struct Patience
+    {
+        /// For somebody to answer a press. Shorter than what a person would take for a fault of the
+        /// keyboard.
+        std::chrono::milliseconds forAnswer{150};
+        /// And then for a window manager to give the focus to the window that has been opened. On a
+        /// machine that is busy it takes its time, and keys that go elsewhere are worse than late
+        /// ones.
+        std::chrono::milliseconds forFocus{300};
+    };
+
     /// Connects to the display of \a connection. \a onPressed is called on the thread, once for
     /// each press and not on auto-repeat.
     /// \throws PlatformError if the display cannot be used.
-    X11HotkeyThread(const X11Connection &connection, std::function<void(Press)> onPressed);
+    X11HotkeyThread(const X11Connection &connection, const Patience &patience,
+                    std::function<void(Press)> onPressed);
     ~X11HotkeyThread();
     X11HotkeyThread(const X11HotkeyThread &) = delete;
     X11HotkeyThread &operator=(const X11HotkeyThread &) = delete;
@@ -58,7 +71,7 @@ public:
     void letKeysGo(const Press &press, quint32 window);
 
 private:
-    using Clock = std::chrono::steady_clock;
+    using SteadyClock = std::chrono::steady_clock;
 
     struct Answer
     {
@@ -75,8 +88,9 @@ private:
     void watchFocus(quint32 window, bool isWatched);
     void thaw();
     void allow(quint8 mode);
-    void sleep() const;
+    void waitForNews() const;
 
+    Patience m_patience;
     std::function<void(Press)> m_onPressed;
     std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> m_xcb;
     quint32 m_rootWindow;
@@ -84,7 +98,7 @@ private:
     // Of the thread.
     quint8 m_heldKey = 0; ///< 0 if none is held down.
     quint64 m_pressCount = 0;
-    std::optional<Clock::time_point> m_deadline; ///< Only while the keyboard is held.
+    std::optional<SteadyClock::time_point> m_deadline; ///< Only while the keyboard is held.
     quint32 m_expectedWindow = 0; ///< The keys wait for it to have the focus; 0 if for none.
 
     int m_wakeDescriptor = -1;

@@ -13,6 +13,7 @@
 #include "foundation/UserDefaults.h"
 #include "language/LanguageManager.h"
 #include "persistence/OpenHistoryStore.h"
+#include "platform/linux/AccessibilityBus.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/DescriptorFileAccess.h"
 #include "platform/linux/FileManagerViewer.h"
@@ -276,7 +277,7 @@ int launchFirst(int argc, char *argv[], SingleInstance &instance, const QString 
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QApplication::setDesktopFileName(u"tessarine"_s);
     Application application(argumentCount, arguments.data());
-    forgetAccessibilityBusChoice();
+    restoreAccessibilityBusVariable();
     keepOutOfSavedSessions(application);
     return runApplication(application, instance, launchToken);
 }

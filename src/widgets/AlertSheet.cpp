@@ -1,6 +1,7 @@
 #include "widgets/AlertSheet.h"
 
 #include "appearance/InterfaceFont.h"
+#include "widgets/AccessibleFactory.h"
 #include "widgets/AlertSheetAccessible.h"
 #include "widgets/FocusRing.h"
 #include "widgets/PushButton.h"
@@ -76,7 +77,7 @@ AlertSheet::AlertSheet(const Texts &texts, Kind kind, const Look &look, QWidget 
     , m_cancelButton(addButton(texts.cancel))
     , m_firstFocus(kind == Kind::Destructive ? m_cancelButton : m_confirmButton)
 {
-    AlertSheetAccessible::install();
+    installAccessible<AlertSheet, AlertSheetAccessible>();
     setAccessibleName(texts.title);
     setAccessibleDescription(texts.information);
     m_confirmButton->setObjectName(u"confirmButton"_s);

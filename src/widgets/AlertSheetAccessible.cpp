@@ -1,12 +1,6 @@
 #include "widgets/AlertSheetAccessible.h"
 
-#include "widgets/AccessibleFactory.h"
 #include "widgets/AlertSheet.h"
-
-void AlertSheetAccessible::install()
-{
-    installAccessible<AlertSheet, AlertSheetAccessible>();
-}
 
 AlertSheetAccessible::AlertSheetAccessible(AlertSheet &sheet)
     : QAccessibleWidget(&sheet, QAccessible::Dialog)

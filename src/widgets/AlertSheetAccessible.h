@@ -8,9 +8,6 @@ class AlertSheet;
 class AlertSheetAccessible : public QAccessibleWidget
 {
 public:
-    /// Has all alerts told of in this way; calling it again does nothing.
-    static void install();
-
     explicit AlertSheetAccessible(AlertSheet &sheet);
 
     QAccessible::State state() const override;

@@ -1,6 +1,7 @@
 #include "widgets/DrawnControl.h"
 
 #include "appearance/RoundedBox.h"
+#include "widgets/AccessibleFactory.h"
 #include "widgets/DrawnControlAccessible.h"
 
 #include <QKeyEvent>
@@ -27,7 +28,7 @@ DrawnControl::DrawnControl(const SystemColors &colors, QWidget *parent)
     : QAbstractButton(parent)
     , m_colors(colors)
 {
-    DrawnControlAccessible::install();
+    installAccessible<DrawnControl, DrawnControlAccessible>();
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
 }

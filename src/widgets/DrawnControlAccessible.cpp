@@ -1,12 +1,6 @@
 #include "widgets/DrawnControlAccessible.h"
 
-#include "widgets/AccessibleFactory.h"
 #include "widgets/DrawnControl.h"
-
-void DrawnControlAccessible::install()
-{
-    installAccessible<DrawnControl, DrawnControlAccessible>();
-}
 
 DrawnControlAccessible::DrawnControlAccessible(DrawnControl &control)
     : QAccessibleWidget(&control)

@@ -10,9 +10,6 @@ class DrawnControl;
 class DrawnControlAccessible : public QAccessibleWidget
 {
 public:
-    /// Has all controls told of in this way; calling it again does nothing.
-    static void install();
-
     explicit DrawnControlAccessible(DrawnControl &control);
 
     QAccessible::Role role() const override;

@@ -1,6 +1,7 @@
 #include "window/ClipboardTableView.h"
 
 #include "appearance/InterfaceFont.h"
+#include "widgets/AccessibleFactory.h"
 #include "window/ClipboardTableViewAccessible.h"
 #include "window/HistoryListModel.h"
 #include "window/HistoryRowAccessible.h"
@@ -44,7 +45,7 @@ ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock,
     , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
     , m_scrollerInset(scrollerInset)
 {
-    ClipboardTableViewAccessible::install();
+    installAccessible<ClipboardTableView, ClipboardTableViewAccessible>();
     setFrameShape(QFrame::NoFrame);
     setUniformItemSizes(true);
     setSelectionMode(SingleSelection);

@@ -1,6 +1,5 @@
 #include "window/ClipboardTableViewAccessible.h"
 
-#include "widgets/AccessibleFactory.h"
 #include "window/ClipboardTableView.h"
 #include "window/EmptyTextAccessible.h"
 #include "window/HistoryRowAccessible.h"
@@ -21,11 +20,6 @@ void tell(ClipboardTableView &view, QAccessible::Event what, int row)
 }
 
 } // namespace
-
-void ClipboardTableViewAccessible::install()
-{
-    installAccessible<ClipboardTableView, ClipboardTableViewAccessible>();
-}
 
 void ClipboardTableViewAccessible::tellFocus(ClipboardTableView &view, int row)
 {

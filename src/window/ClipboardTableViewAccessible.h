@@ -11,9 +11,6 @@ class ClipboardTableView;
 class ClipboardTableViewAccessible : public QAccessibleWidget
 {
 public:
-    /// Has all lists told of in this way; calling it again does nothing.
-    static void install();
-
     // What has happened in a list. They cost nothing while nobody listens.
     static void tellFocus(ClipboardTableView &view, int row);
     static void tellNewRows(ClipboardTableView &view, int first, int last);

@@ -2,6 +2,7 @@
 
 #include "appearance/InterfaceFont.h"
 #include "appearance/RoundedBox.h"
+#include "widgets/AccessibleFactory.h"
 #include "window/FilterButtonAccessible.h"
 
 #include <QMouseEvent>
@@ -29,7 +30,7 @@ FilterButton::FilterButton(const std::optional<FilterCategory> &category, QWidge
     : QAbstractButton(parent)
     , m_filterCategory(category)
 {
-    FilterButtonAccessible::install();
+    installAccessible<FilterButton, FilterButtonAccessible>();
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::NoFocus);
 }

@@ -1,14 +1,8 @@
 #include "window/FilterButtonAccessible.h"
 
-#include "widgets/AccessibleFactory.h"
 #include "window/FilterButton.h"
 
 #include <QMenu>
-
-void FilterButtonAccessible::install()
-{
-    installAccessible<FilterButton, FilterButtonAccessible>();
-}
 
 void FilterButtonAccessible::tellSelection(FilterButton &button)
 {

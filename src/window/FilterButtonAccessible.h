@@ -11,9 +11,6 @@ class FilterButton;
 class FilterButtonAccessible : public QAccessibleWidget
 {
 public:
-    /// Has all pills told of in this way; calling it again does nothing.
-    static void install();
-
     /// To be called after the selection of \a button has changed.
     static void tellSelection(FilterButton &button);
 

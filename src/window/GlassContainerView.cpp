@@ -1,5 +1,6 @@
 #include "window/GlassContainerView.h"
 
+#include "widgets/AccessibleFactory.h"
 #include "window/GlassContainerViewAccessible.h"
 #include "window/WindowEdge.h"
 
@@ -12,7 +13,7 @@ GlassContainerView::GlassContainerView(const HistoryWindowStyle &style, QWidget 
     : QWidget(window)
     , m_style(style)
 {
-    GlassContainerViewAccessible::install();
+    installAccessible<GlassContainerView, GlassContainerViewAccessible>();
     setObjectName(style.isTranslucent ? u"glassContainerView"_s : u"glassBackgroundView"_s);
     if (style.isTranslucent)
         m_edge = new WindowEdge(style.cornerRadius, this);

@@ -1,6 +1,5 @@
 #include "window/GlassContainerViewAccessible.h"
 
-#include "widgets/AccessibleFactory.h"
 #include "window/GlassContainerView.h"
 
 namespace {
@@ -14,11 +13,6 @@ bool saysSomething(const QWidget &part)
 }
 
 } // namespace
-
-void GlassContainerViewAccessible::install()
-{
-    installAccessible<GlassContainerView, GlassContainerViewAccessible>();
-}
 
 GlassContainerViewAccessible::GlassContainerViewAccessible(GlassContainerView &view)
     : QAccessibleWidget(&view)

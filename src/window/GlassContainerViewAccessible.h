@@ -9,9 +9,6 @@ class GlassContainerView;
 class GlassContainerViewAccessible : public QAccessibleWidget
 {
 public:
-    /// Has all such views told of in this way; calling it again does nothing.
-    static void install();
-
     explicit GlassContainerViewAccessible(GlassContainerView &view);
 
     int childCount() const override;

@@ -160,6 +160,20 @@ QString cut(const QString &line, qsizetype limit)
     return shown.size() < line.size() ? shown + u"..."_s : shown;
 }
 
+bool isSilent(char32_t character)
+{
+    constexpr char32_t kNonJoiner = 0x200C;
+    constexpr char32_t kJoiner = 0x200D;
+    if (character == kNonJoiner || character == kJoiner)
+        return false;
+    switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate: return true;
+    default: return character == QChar::ObjectReplacementCharacter;
+    }
+}
+
 } // namespace
 
 QString decodedUtf8(const QByteArray &utf8)
@@ -214,6 +228,17 @@ QString isolatedName(const QString &name)
     constexpr char16_t kFirstStrongIsolate = 0x2068;
     constexpr char16_t kPopIsolate = 0x2069;
     return QChar(kFirstStrongIsolate) + isolated + QChar(kPopIsolate);
+}
+
+QString speakable(const QString &text)
+{
+    QString spoken;
+    spoken.reserve(text.size());
+    for (const char32_t character : text.toUcs4()) {
+        if (!isSilent(character))
+            spoken.append(QChar::fromUcs4(character));
+    }
+    return spoken;
 }
 
 QString firstCharacters(const QString &text, qsizetype limit)

@@ -31,6 +31,10 @@ QString shortened(const QString &text, qsizetype limit);
 /// runs from right to left or has signs in it that turn what follows, which are left out.
 QString isolatedName(const QString &name);
 
+/// \a text without what has no sound: control characters, marks of direction, characters of no
+/// width. What joins letters and pictures into one stays.
+QString speakable(const QString &text);
+
 /// The first \a limit characters, as a reader counts them (grapheme clusters). A character may have
 /// any number of marks: of those with dozens of them there are fewer.
 QString firstCharacters(const QString &text, qsizetype limit);

@@ -4,10 +4,19 @@
 #include "window/EmptyTextAccessible.h"
 #include "window/HistoryRowAccessible.h"
 
+#include <QSet>
+
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 /// When more come at once it is another list, and nobody wants to hear of each.
 constexpr int kToldNewRows = 8;
+
+/// So many rows of entries that are not listed are kept: a search that is taken back brings their
+/// entries back, and whoever has asked for a row may ask it more.
+constexpr qsizetype kKeptGoneRows = 64;
 
 void tell(ClipboardTableView &view, QAccessible::Event what, int row)
 {
@@ -52,6 +61,8 @@ void ClipboardTableViewAccessible::tellEmptyText(ClipboardTableView &view)
 void ClipboardTableViewAccessible::describeRow(ClipboardTableView &view, int row,
                                                const QString &description)
 {
+    if (!QAccessible::isActive())
+        return;
     QAccessibleInterface *list = QAccessible::queryAccessibleInterface(&view);
     auto *child = dynamic_cast<HistoryRowAccessible *>(list ? list->child(row) : nullptr);
     if (!child)
@@ -112,11 +123,29 @@ ClipboardTableView &ClipboardTableViewAccessible::view() const
 QAccessibleInterface *ClipboardTableViewAccessible::rowChild(int row) const
 {
     const QUuid &itemID = view().items().at(row)->id;
-    QAccessible::Id &id = m_rows[itemID];
-    if (!id)
-        id = QAccessible::registerAccessibleInterface(
-            new HistoryRowAccessible(view(), itemID, row));
-    return QAccessible::accessibleInterface(id);
+    if (!m_rows.contains(itemID)) {
+        dropGoneRows();
+        m_rows.insert(itemID, QAccessible::registerAccessibleInterface(
+                                  new HistoryRowAccessible(view(), itemID, row)));
+    }
+    return QAccessible::accessibleInterface(m_rows.value(itemID));
+}
+
+void ClipboardTableViewAccessible::dropGoneRows() const
+{
+    const ClipboardItemList &items = view().items();
+    if (m_rows.size() < items.size() + kKeptGoneRows)
+        return;
+    QSet<QUuid> listed;
+    listed.reserve(items.size());
+    for (const ClipboardItemPointer &item : items)
+        listed.insert(item->id);
+    m_rows.removeIf([&listed](QHash<QUuid, QAccessible::Id>::iterator row) {
+        if (listed.contains(row.key()))
+            return false;
+        QAccessible::deleteAccessibleInterface(row.value());
+        return true;
+    });
 }
 
 QAccessibleInterface *ClipboardTableViewAccessible::emptyTextChild() const

@@ -11,7 +11,7 @@ class ClipboardTableView;
 class ClipboardTableViewAccessible : public QAccessibleWidget
 {
 public:
-    // What has happened in a list. They cost nothing while nobody listens.
+    // What has happened in a list. Nothing is done while nobody listens.
     static void tellFocus(ClipboardTableView &view, int row);
     static void tellNewRows(ClipboardTableView &view, int first, int last);
     static void tellChangedRows(ClipboardTableView &view, int first, int last);
@@ -30,8 +30,10 @@ public:
 private:
     ClipboardTableView &view() const;
     QAccessibleInterface *rowChild(int row) const;
+    void dropGoneRows() const;
     QAccessibleInterface *emptyTextChild() const;
 
-    mutable QHash<QUuid, QAccessible::Id> m_rows; ///< Those that were asked for.
+    /// Those that were asked for. Some may be of entries that are listed no more.
+    mutable QHash<QUuid, QAccessible::Id> m_rows;
     mutable QAccessible::Id m_emptyText = 0;
 };

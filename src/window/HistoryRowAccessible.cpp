@@ -2,7 +2,6 @@
 
 #include "language/Localized.h"
 #include "window/ClipboardTableView.h"
-#include "window/HistoryListModel.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,7 +11,7 @@ QString HistoryRowAccessible::favoriteAction()
 }
 
 HistoryRowAccessible::HistoryRowAccessible(ClipboardTableView &view, const QUuid &itemID, int row)
-    : m_view(&view)
+    : ListPartAccessible(view)
     , m_itemID(itemID)
     , m_row(row)
 {
@@ -20,29 +19,14 @@ HistoryRowAccessible::HistoryRowAccessible(ClipboardTableView &view, const QUuid
 
 int HistoryRowAccessible::row() const
 {
-    if (!m_view)
+    if (!view())
         return -1;
-    const ClipboardItemList &items = m_view->items();
+    const ClipboardItemList &items = view()->items();
     const bool isInPlace
         = m_row >= 0 && m_row < items.size() && items.at(m_row)->id == m_itemID;
     if (!isInPlace)
         m_row = int(indexOfItem(items, m_itemID));
     return m_row;
-}
-
-bool HistoryRowAccessible::isValid() const
-{
-    return m_view;
-}
-
-QWindow *HistoryRowAccessible::window() const
-{
-    return m_view ? m_view->window()->windowHandle() : nullptr;
-}
-
-QAccessibleInterface *HistoryRowAccessible::parent() const
-{
-    return QAccessible::queryAccessibleInterface(m_view);
 }
 
 QString HistoryRowAccessible::text(QAccessible::Text kind) const
@@ -52,7 +36,7 @@ QString HistoryRowAccessible::text(QAccessible::Text kind) const
         return {};
     switch (kind) {
     case QAccessible::Name:
-        return m_view->model()->index(place, 0).data(Qt::AccessibleTextRole).toString();
+        return view()->model()->index(place, 0).data(Qt::AccessibleTextRole).toString();
     case QAccessible::Description: return m_description;
     default: return {};
     }
@@ -63,8 +47,8 @@ QRect HistoryRowAccessible::rect() const
     const int place = row();
     if (place < 0)
         return {};
-    const QWidget &viewport = *m_view->viewport();
-    return m_view->rowBox(place).translated(viewport.mapToGlobal(QPoint()));
+    const QWidget &viewport = *view()->viewport();
+    return view()->rowBox(place).translated(viewport.mapToGlobal(QPoint()));
 }
 
 QAccessible::State HistoryRowAccessible::state() const
@@ -78,10 +62,10 @@ QAccessible::State HistoryRowAccessible::state() const
     }
     state.selectable = true;
     state.focusable = true;
-    state.selected = m_view->selectedRow() == place;
-    state.focused = state.selected && m_view->isSpokenFocus();
-    state.invisible = !m_view->isVisible();
-    state.offscreen = !m_view->rowBox(place).intersects(m_view->viewport()->rect());
+    state.selected = view()->selectedRow() == place;
+    state.focused = state.selected && view()->isSpokenFocus();
+    state.invisible = !view()->isVisible();
+    state.offscreen = !view()->rowBox(place).intersects(view()->viewport()->rect());
     return state;
 }
 
@@ -106,7 +90,7 @@ QString HistoryRowAccessible::localizedActionName(const QString &name) const
     if (name != favoriteAction())
         return QAccessibleActionInterface::localizedActionName(name);
     const int place = row();
-    return place >= 0 && m_view->items().at(place)->isFavorite
+    return place >= 0 && view()->items().at(place)->isFavorite
         ? localized(u"menu.unfavorite"_s, u"Unfavorite"_s)
         : localized(u"menu.favorite"_s, u"Favorite"_s);
 }
@@ -115,8 +99,8 @@ void HistoryRowAccessible::doAction(const QString &name)
 {
     // Whoever asks is still in the middle of it when the window is gone, which pasting brings about.
     QMetaObject::invokeMethod(
-        m_view,
-        [view = m_view, id = m_itemID, name] {
+        view(),
+        [view = view(), id = m_itemID, name] {
             const int place = int(indexOfItem(view->items(), id));
             if (place >= 0)
                 view->performSpokenAction(name, place);

@@ -1,10 +1,10 @@
 #include "window/SpokenFocus.h"
 
+#include "foundation/TextTools.h"
 #include "platform/Scheduler.h"
 #include "window/ClipboardTableView.h"
 #include "window/ClipboardTableViewAccessible.h"
 #include "window/SearchField.h"
-#include "window/SpokenRow.h"
 
 #include <QAccessible>
 #include <QKeyEvent>

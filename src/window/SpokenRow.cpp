@@ -1,5 +1,6 @@
 #include "window/SpokenRow.h"
 
+#include "foundation/TextTools.h"
 #include "language/Localized.h"
 #include "tags/Tag.h"
 #include "window/ApplicationNames.h"
@@ -40,20 +41,6 @@ QString spokenTags(const QStringList &tags)
     return filledIn(localized(u"speech.tags"_s, u"tagged %@"_s), {parts.join(kPause)});
 }
 
-bool isSilent(char32_t character)
-{
-    constexpr char32_t kNonJoiner = 0x200C;
-    constexpr char32_t kJoiner = 0x200D;
-    if (character == kNonJoiner || character == kJoiner)
-        return false;
-    switch (QChar::category(character)) {
-    case QChar::Other_Control:
-    case QChar::Other_Format:
-    case QChar::Other_Surrogate: return true;
-    default: return character == QChar::ObjectReplacementCharacter;
-    }
-}
-
 } // namespace
 
 QString spokenRow(const ClipboardItem &item, const HistoryRow &row, ApplicationNames &names,
@@ -73,15 +60,4 @@ QString spokenRow(const ClipboardItem &item, const HistoryRow &row, ApplicationN
     if (item.isFavorite)
         parts.append(localized(u"speech.favorite"_s, u"favorite"_s));
     return speakable(parts.join(kPause));
-}
-
-QString speakable(const QString &text)
-{
-    QString spoken;
-    spoken.reserve(text.size());
-    for (const char32_t character : text.toUcs4()) {
-        if (!isSilent(character))
-            spoken.append(QChar::fromUcs4(character));
-    }
-    return spoken;
 }

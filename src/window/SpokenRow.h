@@ -15,7 +15,3 @@ struct HistoryRow;
 /// file.
 QString spokenRow(const ClipboardItem &item, const HistoryRow &row, ApplicationNames &names,
                   Timestamp now);
-
-/// \a text without what has no sound: control characters, marks of direction, characters of no
-/// width. What joins letters and pictures into one stays.
-QString speakable(const QString &text);

@@ -25,6 +25,8 @@ private slots:
     void looksNoFurtherThanItNeeds();
     void heapsOfMarksAreCut();
     void noSurrogatePairIsSplit();
+    void whatHasNoSoundIsNotSpoken();
+    void whatJoinsSignsIsSpoken();
 };
 
 void TextToolsTest::trimsWhiteSpaceOfAllScripts_data()
@@ -191,6 +193,17 @@ void TextToolsTest::noSurrogatePairIsSplit()
     QCOMPARE(singleLine(marks.toUtf8(), 80), marks.first(479) + u"..."_s);
     QCOMPARE(firstCharacters(marks, 20), marks.first(319));
     QCOMPARE(shortened(marks, 8), marks.first(7) + u"..."_s);
+}
+
+void TextToolsTest::whatHasNoSoundIsNotSpoken()
+{
+    QCOMPARE(speakable(u"a\u202Eb\u200Bc\u0007d\uFEFFe\u00ADf"_s), u"abcdef"_s);
+}
+
+void TextToolsTest::whatJoinsSignsIsSpoken()
+{
+    const QString joined = u"👩\u200D🚀 می\u200Cخواهم e\u0301"_s;
+    QCOMPARE(speakable(joined), joined);
 }
 
 QTEST_APPLESS_MAIN(TextToolsTest)

@@ -24,8 +24,9 @@ tour_packages=(
 
 # More programs that the desktop tests drive, and the fonts of the pictures that they leave.
 test_packages=(
-    featherpad xterm xfce4-terminal chromium thunar lximage-qt keepassxc tint2 xfwm4 metacity dunst
-    libgtk-3-bin desktop-file-utils python3-gi gir1.2-gtk-3.0
+    featherpad xterm xfce4-terminal chromium thunar lximage-qt keepassxc tint2 dunst
+    xfwm4 metacity mutter kwin-x11
+    libgtk-3-bin desktop-file-utils python3-gi gir1.2-gtk-3.0 mount e2fsprogs
     fcitx5 fcitx5-pinyin fcitx5-frontend-qt5 fcitx5-frontend-qt6
     at-spi2-core python3-pyatspi gir1.2-atspi-2.0
     trayer xfce4-panel xfconf lxqt-panel libglib2.0-bin x11-xserver-utils

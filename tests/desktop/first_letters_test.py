@@ -3,9 +3,7 @@
 import contextlib
 import os
 import random
-import shutil
 import subprocess
-import unittest
 
 from case import OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
 from clients import XTerm, read_by_xclip
@@ -137,13 +135,11 @@ class MetacityFirstLettersTest(FirstLettersTest):
     desktop_options = {"wm": "metacity"}
 
 
-@unittest.skipUnless(shutil.which("kwin_x11"), "kwin_x11 is not installed")
 class KWinFirstLettersTest(FirstLettersTest):
     rounds = 5
     desktop_options = {"wm": "kwin_x11"}
 
 
-@unittest.skipUnless(shutil.which("mutter"), "mutter is not installed")
 class MutterFirstLettersTest(FirstLettersTest):
     rounds = 5
     desktop_options = {"wm": "mutter --x11"}

@@ -78,13 +78,12 @@ QRect WindowFrame::moved(const QRect &frame, QPoint travel, const QRect &availab
 
 QRect WindowFrame::resized(const QRect &frame, Edge edge, int travel, const QRect &available)
 {
-    const int wanted = edge == Edge::Top ? frame.height() - travel : frame.height() + travel;
-    int height = std::min(std::max(wanted, kWindowMinHeight), available.height());
-    if (edge == Edge::Bottom) {
-        height = std::min(height, available.y() + available.height() - frame.y());
-        return {frame.x(), frame.y(), frame.width(), height};
-    }
     const int end = frame.y() + frame.height();
-    const int top = std::max(end - height, available.y());
-    return {frame.x(), top, frame.width(), end - top};
+    const int availableEnd = available.y() + available.height();
+    const bool isTop = edge == Edge::Top;
+    const int wanted = isTop ? frame.height() - travel : frame.height() + travel;
+    const int room = isTop ? end - available.y() : availableEnd - frame.y();
+    // There may be no room at all, where the window stands on another screen.
+    const int height = std::max(std::min({wanted, room, available.height()}), kWindowMinHeight);
+    return {frame.x(), isTop ? end - height : frame.y(), frame.width(), height};
 }

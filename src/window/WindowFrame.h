@@ -30,7 +30,8 @@ QRect moved(const QRect &frame, QPoint travel, const QRect &available);
 
 enum class Edge { Top, Bottom };
 
-/// \a frame with one edge dragged by \a travel downwards while the other one stays.
+/// \a frame with one edge dragged by \a travel downwards while the other one stays. It does not go
+/// beyond \a available, unless for the least height.
 QRect resized(const QRect &frame, Edge edge, int travel, const QRect &available);
 
 } // namespace WindowFrame

@@ -71,6 +71,17 @@ class MonitorsTest(PlacementCase):
         self.drag(self.in_head(window), (0, 20))
         self.wait_for_place(window, (1200, 200, 680, 300))
 
+    def test_its_height_is_changed_while_it_stands_on_the_other(self):
+        self.plug_two()
+        self.start_program((1300, 600, 680, 300))
+        window = self.assert_opens_at((1300, 600, 680, 300))
+        self.display.move(window, 40, 1080, 680, 300)
+        self.wait_for_place(window, (40, 1080, 680, 300))
+        self.drag(self.on_bottom_strip(window), (0, -20))
+        self.wait_for_place(window, (40, 1080, 680, 244))
+        self.drag(self.on_top_strip(window), (0, -60))
+        self.wait_for_place(window, (40, 1020, 680, 304))
+
     def test_the_monitor_on_which_it_last_stood_is_unplugged(self):
         self.plug_two()
         self.start_program((2000, 600, 680, 500))

@@ -28,6 +28,8 @@ private slots:
     void theBottomEdgeMovesWhileTheTopStays();
     void anEdgeStopsAtTheScreen();
     void theHeightStaysWithinItsLimits();
+    void theLeastHeightIsKeptOffTheScreenToo_data();
+    void theLeastHeightIsKeptOffTheScreenToo();
 };
 
 void WindowFrameTest::aFrameIsWrittenAndReadBack()
@@ -143,6 +145,40 @@ void WindowFrameTest::theHeightStaysWithinItsLimits()
     QCOMPARE(WindowFrame::resized(frame, WindowFrame::Edge::Bottom, -200, kScreen),
              QRect(300, 200, 680, 244));
     QCOMPARE(WindowFrame::resized(frame, WindowFrame::Edge::Bottom, 900, kScreen).height(), 550);
+}
+
+void WindowFrameTest::theLeastHeightIsKeptOffTheScreenToo_data()
+{
+    using Edge = WindowFrame::Edge;
+    QTest::addColumn<QRect>("frame");
+    QTest::addColumn<Edge>("edge");
+    QTest::addColumn<QRect>("screen");
+    QTest::addColumn<QRect>("result");
+    const QRect below(-700, 700, 680, 300);
+    const QRect farBelow(-700, 1000, 680, 300);
+    const QRect above(-700, -200, 680, 300);
+    const QRect farAbove(-700, -500, 680, 300);
+    const QRect low(0, 0, 1000, 200);
+    QTest::newRow("lower edge, hardly any room") << below << Edge::Bottom << kScreen
+                                                 << QRect(-700, 700, 680, 244);
+    QTest::newRow("lower edge, no room") << farBelow << Edge::Bottom << kScreen
+                                         << QRect(-700, 1000, 680, 244);
+    QTest::newRow("upper edge, hardly any room") << above << Edge::Top << kScreen
+                                                 << QRect(-700, -144, 680, 244);
+    QTest::newRow("upper edge, no room") << farAbove << Edge::Top << kScreen
+                                         << QRect(-700, -444, 680, 244);
+    QTest::newRow("lower edge, low screen") << QRect(0, 0, 680, 200) << Edge::Bottom << low
+                                            << QRect(0, 0, 680, 244);
+    QTest::newRow("upper edge, low screen") << QRect(0, 0, 680, 200) << Edge::Top << low
+                                            << QRect(0, -44, 680, 244);
+}
+
+void WindowFrameTest::theLeastHeightIsKeptOffTheScreenToo()
+{
+    QFETCH(QRect, frame);
+    QFETCH(WindowFrame::Edge, edge);
+    QFETCH(QRect, screen);
+    QTEST(WindowFrame::resized(frame, edge, 0, screen), "result");
 }
 
 QTEST_GUILESS_MAIN(WindowFrameTest)

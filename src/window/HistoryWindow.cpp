@@ -66,11 +66,11 @@ HistoryWindow::~HistoryWindow()
 
 void HistoryWindow::show()
 {
-    refreshAppearance();
-    clampFrame();
     const bool wasVisible = isVisible();
     const bool wasHiding = std::exchange(m_isHideAnimationInFlight, false);
     ++m_visibilityAnimationToken;
+    refreshAppearance();
+    clampFrame();
     if (wasVisible && !wasHiding) {
         m_motion.settle();
         bringForward();
@@ -118,7 +118,7 @@ void HistoryWindow::refreshAppearance()
     m_isMotionReduced = look.isMotionReduced;
     m_panel.setColors(look.colors());
     m_panel.setBackgroundAlpha(look.windowAlpha());
-    m_blurBehind.setWanted(look.isBlurred && !look.isHighContrast);
+    m_blurBehind.setWanted(look.isBlurred && !look.isHighContrast && !m_isHideAnimationInFlight);
     if (std::exchange(m_textScale, look.textScale) != look.textScale) {
         m_panel.searchField().refreshFont();
         m_panel.filterBar().refreshTitles();

@@ -36,6 +36,7 @@ private slots:
     void withReducedMotionTheWindowComesAndGoesAtOnce_data();
     void withReducedMotionTheWindowComesAndGoesAtOnce();
     void reducedMotionIsFollowedWhileTheWindowIsOpen();
+    void blurDoesNotComeBackWhileTheWindowGoes();
 
 private:
     /// On the ground of the window, within its edge also while it is smaller.
@@ -398,6 +399,20 @@ void HistoryWindowMotionTest::reducedMotionIsFollowedWhileTheWindowIsOpen()
     QVERIFY(m_window->isHideAnimationInFlight());
     pass(160ms);
     QCOMPARE(m_hiddenCount, 1);
+}
+
+void HistoryWindowMotionTest::blurDoesNotComeBackWhileTheWindowGoes()
+{
+    m_appearance->blur = true;
+    make();
+    openWholly();
+    QVERIFY(!m_appearance->blurredShape.isEmpty());
+    m_window->hide();
+    QVERIFY(m_appearance->blurredShape.isEmpty());
+    m_appearance->onChanged();
+    QVERIFY(m_appearance->blurredShape.isEmpty());
+    m_window->show();
+    QVERIFY(!m_appearance->blurredShape.isEmpty());
 }
 
 QTEST_MAIN(HistoryWindowMotionTest)

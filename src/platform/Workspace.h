@@ -38,8 +38,9 @@ public:
     /// Brings a window of this program to the front with the focus. It must have been shown.
     virtual void activateOwnWindow(QWindow *window) = 0;
 
-    /// Tells the desktop, before \a window is shown, that the person has just asked for it, so
-    /// that it may take the focus. A tool window is in no list of windows.
+    /// To be called before \a window is shown because the person has just asked for it: the desktop
+    /// will let it take the focus. A tool window that is not on the screen yet is kept out of the
+    /// desktop's lists of windows as well.
     virtual void prepareOwnWindow(QWindow *window) = 0;
 
     /// To be called when the person has just asked for something outside the program's windows, in

@@ -20,8 +20,8 @@ namespace {
 /// Says that the wish is the person's, as a pager's is, and not a program's own.
 constexpr quint32 kSourcePerson = 2;
 
-/// How long a window manager may take to give a window of ours the focus.
-constexpr std::chrono::milliseconds kActivationPatience(1000);
+/// For how long after we have asked for the focus news of another window may be older than that.
+constexpr std::chrono::milliseconds kBelatedNewsPeriod(1000);
 
 } // namespace
 
@@ -259,14 +259,19 @@ void X11Workspace::handleX11Event(int type, const void *event)
         announceActivation(property->time);
 }
 
-/// Whether the focus goes to where it was to go before we asked for it: a window manager may still
-/// be at the end of our last window then. \a time is the server's. A window manager that refuses us
-/// the focus is not waited for without end.
-bool X11Workspace::isBelated(quint32 activeWindow, quint32 time)
+/// The window of ours that is to have the focus has it.
+void X11Workspace::noteArrival(quint32 activeWindow)
 {
     if (activeWindow == m_awaitedWindow)
         m_awaitedWindow = 0;
-    return m_awaitedWindow != 0 && qint32(time - m_awaitedSince) < kActivationPatience.count();
+}
+
+/// Whether the focus of which we hear at \a time of the server was given away before we asked for it:
+/// when our window closes and opens again at once, the window manager may still give the focus to the
+/// one that had it in between. A window manager that never gives it to us is believed after a while.
+bool X11Workspace::isBelated(quint32 time) const
+{
+    return m_awaitedWindow != 0 && qint32(time - m_awaitedSince) < kBelatedNewsPeriod.count();
 }
 
 void X11Workspace::announceActivation(quint32 time)
@@ -278,8 +283,10 @@ void X11Workspace::announceActivation(quint32 time)
     }
     const std::optional<RunningApplication> application = frontmostApplication();
     // In between no window has the focus; that is no activation.
-    if (!application || isBelated(quint32(application->window), time)
-        || application->window == m_announcedWindow)
+    if (!application)
+        return;
+    noteArrival(quint32(application->window));
+    if (isBelated(time) || application->window == m_announcedWindow)
         return;
     m_announcedWindow = quint32(application->window);
     onApplicationActivated(*application);

@@ -35,7 +35,8 @@ private:
     void handleX11Event(int type, const void *event) override;
     void selectEvents(quint32 window, quint32 eventMask);
     void announceActivation(quint32 time);
-    bool isBelated(quint32 activeWindow, quint32 time);
+    void noteArrival(quint32 activeWindow);
+    bool isBelated(quint32 time) const;
     void writeUserTime(xcb_connection_t *xcb, quint32 window);
     void keepOutOfLists(xcb_connection_t *xcb, quint32 window);
     void askWindowManagerToActivate(xcb_connection_t *xcb, quint32 window);

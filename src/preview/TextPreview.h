@@ -39,7 +39,8 @@ public:
     /// Returns false if it has no use for the turn of the wheel.
     virtual bool handleWheel(QWheelEvent &event) = 0;
 
-    /// Called with true when the preview has been shown, and with false when it has faded out.
+    /// Called with true when the preview has been shown, and again when it has gone on to another
+    /// entry; with false when it has faded out.
     std::function<void(bool isOpen)> onVisibilityChanged;
 
     /// Called when the person begins or ends to edit the text.

@@ -78,7 +78,8 @@ public:
     bool isSpokenFocus() const { return m_isSpokenFocus || hasFocus(); }
     void setSpokenFocus(bool isSpokenFocus) { m_isSpokenFocus = isSpokenFocus; }
 
-    /// What an assistive program asks of a row, by a name of HistoryRowAccessible.
+    /// Does with \a row what an assistive program asks for by the name of one of the actions that
+    /// HistoryRowAccessible has, as a person would by the mouse. Nothing while no input is accepted.
     void performSpokenAction(const QString &name, int row);
 
     void keyboardSearch(const QString &) override {}
@@ -98,11 +99,8 @@ signals:
     void deletePressed();
     /// The menu of \a row, which is selected by now, is to open at \a position of the screen.
     void menuRequested(int row, const QPoint &position, QContextMenuEvent::Reason reason);
-    void rowActivated(int row); ///< By a double click.
+    void rowActivated(int row); ///< By a double click, or by an assistive program.
     void starClicked(int row);
-    /// To be heard by those who do not see it: what has happened, and what the search has found.
-    void announced(const QString &text);
-    void resultAnnounced(const QString &text);
 
 protected:
     void rowsInserted(const QModelIndex &parent, int first, int last) override;

@@ -326,7 +326,7 @@ void ClipboardTableViewController::refuseFavorite(qsizetype row)
     const QString message = localized(u"favorite.limit_reached"_s, u"已达收藏上限"_s);
     if (row >= 0)
         m_limitHint.showFavoriteLimitHint(int(row), message);
-    emit m_tableView.announced(message);
+    emit announced(message);
     if (m_with.beep)
         m_with.beep();
 }
@@ -334,9 +334,8 @@ void ClipboardTableViewController::refuseFavorite(qsizetype row)
 void ClipboardTableViewController::announceResult()
 {
     const QString count = localized(u"speech.result_count"_s, u"Results: %d"_s);
-    emit m_tableView.resultAnnounced(filteredItems().isEmpty()
-                                         ? m_tableView.emptyTitle()
-                                         : filledIn(count, {filteredItems().size()}));
+    emit resultAnnounced(filteredItems().isEmpty() ? m_tableView.emptyTitle()
+                                                   : filledIn(count, {filteredItems().size()}));
 }
 
 void ClipboardTableViewController::refreshEmptyText()

@@ -90,10 +90,15 @@ public:
     std::function<void(const ClipboardItemPointer &)> onItemSelected;
     std::function<void(const QUuid &)> onFavoriteToggled;
     std::function<void()> onWindowHidden; ///< The window has done its work and may go.
-    /// Without it nothing offers a preview. The widget is to have the focus again afterwards.
-    std::function<void(const ClipboardItemPointer &, QWidget &)> onPreviewRequested;
+    /// Without it nothing offers a preview. The responder is to have the focus again afterwards.
+    std::function<void(const ClipboardItemPointer &, QWidget &responder)> onPreviewRequested;
     /// Without it nothing offers to tag an entry by a popover.
     std::function<void(const QUuid &)> onTagPopoverRequested;
+
+signals:
+    /// To be heard by those who do not see it: what has happened, and what the search has found.
+    void announced(const QString &text);
+    void resultAnnounced(const QString &text);
 
 private:
     void connectTableView();

@@ -40,6 +40,7 @@ public:
     PinButton &pinButton() const { return *m_pinButton; }
     FilterBarView &filterBar() { return *m_filterBar; }
     ClipboardTableView &tableView() { return *m_tableView; }
+    SpokenFocus &spokenFocus() { return *m_spokenFocus; }
 
     void setColors(const SystemColors &colors);
 

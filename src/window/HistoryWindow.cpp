@@ -11,6 +11,7 @@
 #include "window/FilterBarView.h"
 #include "window/PinButton.h"
 #include "window/SearchField.h"
+#include "window/SpokenFocus.h"
 #include "window/WindowFrame.h"
 
 #include <QApplication>
@@ -47,6 +48,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
     refreshLanguage();
     placeInitially();
     connectPanel();
+    connectList();
     connectSearchField();
     connectPreview();
     connectDesktop();
@@ -157,6 +159,10 @@ void HistoryWindow::connectPanel()
     connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
     QObject::connect(&m_panel.filterBar(), &FilterBarView::filterSelected, context,
                      [this](const FilterCategory &category) { selectFilter(category); });
+}
+
+void HistoryWindow::connectList()
+{
     m_tableViewController.onItemSelected
         = [this](const ClipboardItemPointer &item) { pasteItem(item); };
     m_tableViewController.onWindowHidden = [this] { hide(); };
@@ -164,6 +170,11 @@ void HistoryWindow::connectPanel()
         if (onFavoriteToggled)
             onFavoriteToggled(id);
     };
+    SpokenFocus &spokenFocus = m_panel.spokenFocus();
+    QObject::connect(&m_tableViewController, &ClipboardTableViewController::announced,
+                     &spokenFocus, &SpokenFocus::announce);
+    QObject::connect(&m_tableViewController, &ClipboardTableViewController::resultAnnounced,
+                     &spokenFocus, &SpokenFocus::announceAfterTyping);
 }
 
 void HistoryWindow::connectSearchField()
@@ -183,8 +194,8 @@ void HistoryWindow::connectPreview()
         return;
     TextPreview &preview = *m_textPreview;
     m_tableViewController.onPreviewRequested
-        = [this, &preview](const ClipboardItemPointer &item, QWidget &anchor) {
-              preview.togglePreview(item, m_panel, &anchor);
+        = [this, &preview](const ClipboardItemPointer &item, QWidget &responder) {
+              preview.togglePreview(item, m_panel, &responder);
           };
     m_panel.onWheel = [this, &preview](QWheelEvent &event) {
         return isPreviewVisible() && preview.handleWheel(event);

@@ -63,6 +63,7 @@ protected:
 
 private:
     void connectPanel();
+    void connectList();
     void connectSearchField();
     void connectPreview();
     void connectDesktop();

@@ -47,8 +47,6 @@ SpokenFocus::SpokenFocus(SearchField &field, ClipboardTableView &list, Scheduler
     , m_scheduler(scheduler)
 {
     field.installEventFilter(this);
-    connect(&list, &ClipboardTableView::announced, this, &SpokenFocus::announce);
-    connect(&list, &ClipboardTableView::resultAnnounced, this, &SpokenFocus::announceAfterTyping);
 }
 
 SpokenFocus::~SpokenFocus() = default;

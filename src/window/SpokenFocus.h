@@ -9,12 +9,12 @@ class ScheduledWork;
 class Scheduler;
 class SearchField;
 
-/// For those who hear the window: where they are in it, and what has happened there.
+/// For those who hear the window: where they are in its list, and what has happened there.
 ///
-/// The search field has the focus all the time, while its keys move through the list as well. What
-/// is heard is the row that they have come to, as if the focus were there, until something is typed
-/// again. What happens without them is heard as the description of the place where they are, which
-/// screen readers speak when it changes.
+/// While the search field has the focus some of its keys move through the list. From then on the row
+/// that they have come to is heard, as if the focus were there, until something is typed or the focus
+/// goes elsewhere. What has happened, and what a search has found, is heard as the description of that
+/// row, or of the field; screen readers speak a description when it changes.
 class SpokenFocus : public QObject
 {
     Q_OBJECT
@@ -24,10 +24,10 @@ public:
     SpokenFocus(SearchField &field, ClipboardTableView &list, Scheduler &scheduler);
     ~SpokenFocus() override;
 
-    /// At once.
+    /// Has \a text heard at once.
     void announce(const QString &text);
 
-    /// When the person has stopped typing, in the place of what was to be said then.
+    /// Has \a text heard when the person has stopped typing, in place of what was to be heard then.
     void announceAfterTyping(const QString &text);
 
 protected:

@@ -14,12 +14,12 @@ class FakeTextPreview : public TextPreview
 public:
     bool isVisible() const override { return isShown; }
 
-    void togglePreview(const ClipboardItemPointer &item, QWidget &window,
-                       QWidget *focus) override
+    void togglePreview(const ClipboardItemPointer &item, QWidget &newParent,
+                       QWidget *newResponder) override
     {
         shownItems.append(item);
-        parent = &window;
-        responder = focus;
+        parent = &newParent;
+        responder = newResponder;
         isShown = true;
         if (onVisibilityChanged)
             onVisibilityChanged(true);

@@ -14,6 +14,11 @@ QEasingCurve bezier(QPointF first, QPointF second)
 
 } // namespace
 
+qreal steady(qreal progress)
+{
+    return progress;
+}
+
 qreal easeIn(qreal progress)
 {
     static const QEasingCurve curve = bezier(QPointF(0.42, 0), QPointF(1, 1));

@@ -25,14 +25,8 @@ constexpr double kPopOpacitySeconds = 0.15;
 constexpr double kSlideSeconds = 0.25;
 constexpr double kSlide = 10;
 constexpr auto kFadeDuration = 150ms;
-constexpr auto kReducedFadeDuration = 100ms;
 constexpr double kFadeScale = 0.9;
 constexpr int kGap = 2; ///< Between the bubble and the star.
-
-double steady(double progress)
-{
-    return progress;
-}
 
 FavoriteLimitHintOverlayView::Pose poseAfter(double seconds)
 {
@@ -151,6 +145,6 @@ void FavoriteLimitHint::fadeOut()
 void FavoriteLimitHint::fade(double from, double to, std::function<void()> done)
 {
     m_animation.start(
-        {from, to, kReducedFadeDuration, steady},
+        {from, to, kReducedFade, steady},
         [this](double opacity) { m_view->setPose({.opacity = opacity}); }, std::move(done));
 }

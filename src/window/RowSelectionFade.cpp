@@ -1,11 +1,10 @@
 #include "window/RowSelectionFade.h"
 
+#include "appearance/Easing.h"
 #include "appearance/Spring.h"
 #include "platform/Clock.h"
 
 #include <algorithm>
-
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -13,7 +12,6 @@ constexpr Spring kSpring{.mass = 1.2, .stiffness = 280, .damping = 18};
 constexpr double kHalfAStep = 0.5 / 255; ///< Of what is painted.
 /// Held keys repeat in less, and fingers take longer.
 constexpr auto kSlowestRepeat = 100ms;
-constexpr auto kReducedDuration = 100ms;
 
 /// Beyond its place there is nothing more to be seen.
 double swing(std::chrono::duration<double> time)
@@ -21,15 +19,15 @@ double swing(std::chrono::duration<double> time)
     return std::clamp(kSpring.positionAfter(time), 0.0, 1.0);
 }
 
-double steady(std::chrono::duration<double> time)
+double shortFade(std::chrono::duration<double> time)
 {
-    return time / kReducedDuration;
+    return time / kReducedFade;
 }
 
 const RowCourses::Course &course(bool isMotionReduced)
 {
     static const RowCourses::Course spring{swing, kSpring.settlingDuration(kHalfAStep)};
-    static const RowCourses::Course reduced{steady, kReducedDuration};
+    static const RowCourses::Course reduced{shortFade, kReducedFade};
     return isMotionReduced ? reduced : spring;
 }
 

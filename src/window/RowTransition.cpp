@@ -17,7 +17,6 @@ namespace {
 
 constexpr auto kTravelTime = 200ms;
 constexpr auto kFadeTime = 250ms;
-constexpr std::chrono::milliseconds kReducedTime = 100ms;
 
 } // namespace
 
@@ -113,7 +112,7 @@ void RowTransition::paintDeparting(QPainter &painter) const
 
 std::chrono::milliseconds RowTransition::shortened(std::chrono::milliseconds duration) const
 {
-    return m_isMotionReduced ? std::min(duration, kReducedTime) : duration;
+    return m_isMotionReduced ? std::min(duration, kReducedFade) : duration;
 }
 
 /// Takes pictures of the rows that go, as they are seen now: the list forgets them.

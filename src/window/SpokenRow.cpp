@@ -16,7 +16,7 @@ namespace {
 /// Heard as a short pause, in any language.
 const QString kPause = u", "_s;
 
-QString typeWord(ClipboardContentType type)
+QString spokenType(ClipboardContentType type)
 {
     switch (type) {
     case ClipboardContentType::Text: return localized(u"speech.type.text"_s, u"Text"_s);
@@ -46,7 +46,7 @@ QString spokenTags(const QStringList &tags)
 QString spokenRow(const ClipboardItem &item, const HistoryRow &row, ApplicationNames &names,
                   Timestamp now)
 {
-    QStringList parts{typeWord(item.contentType)};
+    QStringList parts{spokenType(item.contentType)};
     if (!row.isPlaceholder) // Which would be the same word again.
         parts.append(row.content);
     if (item.isRemoteClipboard)

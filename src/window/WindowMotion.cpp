@@ -18,11 +18,6 @@ constexpr qreal kExitScale = 0.988;
 constexpr auto kShrinkDuration = 150ms;
 constexpr auto kFadeDuration = 160ms;
 
-double steady(double progress)
-{
-    return progress;
-}
-
 double share(std::chrono::duration<double> elapsed, std::chrono::duration<double> duration)
 {
     return std::min(elapsed / duration, 1.0);

@@ -31,14 +31,6 @@ void waitForEntrance(HistoryWindow &window)
     static_cast<void>(QTest::qWaitFor([&layer] { return layer.presentation() == Presentation(); }));
 }
 
-QStringList numberedTags(int count)
-{
-    QStringList names;
-    for (int i = 1; i <= count; ++i)
-        names.append(u"tag %1"_s.arg(i));
-    return names;
-}
-
 QList<FilterButton *> pills(HistoryWindow &window)
 {
     return window.panel().findChildren<FilterButton *>();
@@ -122,7 +114,7 @@ int stay(const QStringList &arguments)
     stage.appearance.composited = !arguments.contains(u"compat"_s);
     stage.appearance.dark = arguments.contains(u"dark"_s);
     if (arguments.contains(u"tags"_s))
-        stage.setTags(numberedTags(7));
+        stage.setTags(SampleHistory::numberedTags(7));
     const auto window = stage.makeWindow(
         arguments.contains(u"empty"_s) ? ClipboardItemList() : SampleHistory::mixed());
     window->onWindowHidden = [] { QApplication::quit(); };

@@ -40,14 +40,6 @@ constexpr int kListTop = 100;
 
 void nothing(HistoryWindow &) {}
 
-QStringList numberedTags(int count)
-{
-    QStringList names;
-    for (int i = 1; i <= count; ++i)
-        names.append(u"tag %1"_s.arg(i));
-    return names;
-}
-
 struct Shot
 {
     QString name;
@@ -199,7 +191,7 @@ QList<Shot> otherShots(const Contents &shown)
         withTags({u"minutes of the club!"_s, u"季度报告与会议纪要"_s, u"insurance and claims"_s,
                   u"x"_s},
                  {u"tags-long"_s, shown.all}),
-        withTags(numberedTags(15), {u"tags-many"_s, shown.all}),
+        withTags(SampleHistory::numberedTags(15), {u"tags-many"_s, shown.all}),
         {u"search"_s, shown.found, [word = shown.word](auto &window) { type(window, word); }},
         {u"search-nothing"_s, shown.all,
          [word = shown.wordOfNothing](auto &window) { type(window, word); }},

@@ -48,6 +48,15 @@ inline ClipboardItemList numbered(int count)
     return list;
 }
 
+/// "tag 1", "tag 2", …
+inline QStringList numberedTags(int count)
+{
+    QStringList names;
+    for (int i = 1; i <= count; ++i)
+        names.append(QStringLiteral("tag %1").arg(i));
+    return names;
+}
+
 /// One of each kind, with sources, tags, favourites and scripts.
 inline ClipboardItemList mixed()
 {

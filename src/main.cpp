@@ -23,6 +23,7 @@
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/SocketSingleInstance.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/TerminalStop.h"
 #include "platform/linux/TerminationDeadline.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/ThemedIcons.h"
@@ -237,6 +238,8 @@ int runApplication(Application &application, SingleInstance &instance, const QSt
         QCoreApplication::exit(EXIT_FAILURE);
     };
     const TerminationSignals termination([&delegate] { delegate.terminate(); });
+    GlobalHotkey &hotkey = ground.platform->globalHotkey();
+    const TerminalStop terminalStop([&hotkey] { hotkey.suspend(); }, [&hotkey] { hotkey.resume(); });
     const auto terminate = [&] {
         ground.terminationDeadline.start();
         delegate.applicationWillTerminate();

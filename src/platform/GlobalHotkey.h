@@ -20,6 +20,13 @@ public:
     /// Gives the combination back, or the wish for it; does nothing without one.
     virtual void release() = 0;
 
+    /// Gives the combination back until resume(), for a time in which this program does nothing at
+    /// all and a press would be lost, if not all that is typed after it. Returns when the desktop
+    /// knows.
+    virtual void suspend() = 0;
+    /// The same as a change on the desktop after a refusal.
+    virtual void resume() = 0;
+
     /// Whether a combination is in force, and not only wanted.
     virtual bool isInForce() const = 0;
 

@@ -4,6 +4,7 @@ that want the keyboard."""
 import os
 import re
 import shutil
+import signal
 import tempfile
 
 from case import HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
@@ -137,6 +138,51 @@ class HotkeyTest(DesktopTest):
             self.wait_until_closed()
             self.wait_until_menu_closed()
             self.assertEqual(count + 1, self.triggered_count())
+
+    def test_a_program_that_its_terminal_stops_holds_up_no_keys(self):
+        self.program.is_job = True
+        self.program.start()
+        with XTerm(self.desktop, self.display) as terminal:
+            self.stop_program()
+            self.display.press(HOT_KEY)
+            self.display.type("typed meanwhile")
+            self.display.press("Return")
+            wait_until(lambda: "typed meanwhile" in terminal.written_text(),
+                       lambda: f"the keys; there is {terminal.written_text()}")
+            self.assertTrue(self.is_keyboard_free())
+            mark = self.program.mark()
+            self.continue_program()
+            self.program.wait_for_line(REGISTERED, since=mark)
+            self.open_window()
+            self.assertEqual(1, self.triggered_count())
+
+    def test_keys_held_back_go_on_when_the_program_is_stopped(self):
+        self.program.is_job = True
+        self.program.start()
+        with XTerm(self.desktop, self.display):
+            self.display.hold("alt")
+            self.display.hold("space")
+            try:
+                self.stop_program()
+                self.assertTrue(self.is_keyboard_free())
+            finally:
+                self.display.let_go("space")
+                self.display.let_go("alt")
+                mark = self.program.mark()
+                self.continue_program()
+            self.program.wait_for_line(REGISTERED, since=mark)
+            self.display.press("Escape")
+            self.wait_until_closed()
+            count = self.triggered_count()
+            self.open_window()
+            self.assertEqual(count + 1, self.triggered_count())
+
+    def stop_program(self):
+        self.program.process.send_signal(signal.SIGTSTP)
+        wait_until(lambda: self.program.status_text("status", "State") == "T (stopped)", "the program to be stopped")
+
+    def continue_program(self):
+        self.program.process.send_signal(signal.SIGCONT)
 
     def copy_after_start(self, text):
         self.program.start()

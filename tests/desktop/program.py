@@ -31,6 +31,7 @@ class Program:
         self.lines = []
         self.reader = None
         self.umask = -1  # As it is in the test.
+        self.is_job = False  # In a session with its parent, as what a shell starts in a terminal.
 
     @property
     def store_path(self):
@@ -60,7 +61,8 @@ class Program:
         self.lines = []
         self.process = subprocess.Popen(
             [self.path], env=self.env, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-            stderr=subprocess.STDOUT, start_new_session=True, umask=self.umask)
+            stderr=subprocess.STDOUT, start_new_session=not self.is_job,
+            process_group=0 if self.is_job else None, umask=self.umask)
         self.reader = threading.Thread(target=self.read_lines, args=(self.process, self.lines),
                                        daemon=True)
         self.reader.start()
@@ -183,10 +185,13 @@ class Program:
 
     def status_number(self, file, name):
         """A number of a "name: number" file of /proc."""
+        return int(self.status_text(file, name).split()[0])
+
+    def status_text(self, file, name):
         with open(f"/proc/{self.pid}/{file}", encoding="utf-8") as source:
             for line in source:
                 if line.startswith(name + ":"):
-                    return int(line.split()[1])
+                    return line.split(":", 1)[1].strip()
         raise KeyError(name)
 
     def cpu_nanoseconds(self):

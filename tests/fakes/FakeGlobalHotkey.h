@@ -23,6 +23,9 @@ public:
         ++releaseCount;
     }
 
+    void suspend() override { isSuspended = true; }
+    void resume() override { isSuspended = false; }
+
     bool isInForce() const override { return assigned.has_value(); }
 
     std::optional<quint32> findKeyCode(quint32 nativeKey) override
@@ -34,5 +37,6 @@ public:
     int refusal = 0; ///< What assign() answers.
     std::optional<std::pair<quint32, quint32>> assigned;
     int releaseCount = 0;
+    bool isSuspended = false;
     std::map<quint32, quint32> keyCodes; ///< By native key.
 };

@@ -66,6 +66,12 @@ void X11GlobalHotkey::release()
     ungrab();
 }
 
+void X11GlobalHotkey::suspend()
+{
+    ungrab();
+    m_thread.abandonPress();
+}
+
 std::optional<quint32> X11GlobalHotkey::findKeyCode(quint32 nativeKey)
 {
     for (const VirtualKey &key : virtualKeys()) {

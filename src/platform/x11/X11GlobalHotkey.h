@@ -33,6 +33,8 @@ public:
 
     [[nodiscard]] int assign(quint32 keyCode, quint32 modifiers) override;
     void release() override;
+    void suspend() override;
+    void resume() override { regrab(); }
     bool isInForce() const override { return m_grab.has_value(); }
     std::optional<quint32> findKeyCode(quint32 nativeKey) override;
 

@@ -110,6 +110,15 @@ void X11HotkeyThread::letKeysGo(const Press &press, quint32 window)
     wake();
 }
 
+void X11HotkeyThread::abandonPress()
+{
+    xcb_ungrab_keyboard(m_xcb.get(), XCB_CURRENT_TIME);
+    m_isPressAbandoned = true;
+    const X11Reply<xcb_get_input_focus_reply_t> done(
+        xcb_get_input_focus_reply(m_xcb.get(), xcb_get_input_focus(m_xcb.get()), nullptr));
+    wake(); // What came before the answer lies in the queue.
+}
+
 void X11HotkeyThread::wake()
 {
     eventfd_write(m_wakeDescriptor, 1);
@@ -119,12 +128,23 @@ void X11HotkeyThread::run()
 {
     nameCurrentThread("tessarine.hotkey");
     while (!m_isEnding && xcb_connection_has_error(m_xcb.get()) == 0) {
+        forgetAbandonedPress();
         takeAnswer();
         handleEvents();
         if (m_deadline && SteadyClock::now() >= *m_deadline)
             thaw();
         waitForNews();
     }
+}
+
+/// Nothing of it comes any more, not even the release of the key.
+void X11HotkeyThread::forgetAbandonedPress()
+{
+    if (!m_isPressAbandoned.exchange(false))
+        return;
+    m_heldKey = 0;
+    if (m_deadline)
+        thaw();
 }
 
 void X11HotkeyThread::handleEvents()

@@ -70,6 +70,10 @@ public:
     /// at once to whoever has it if \a window is 0. An answer that comes too late does nothing.
     void letKeysGo(const Press &press, quint32 window);
 
+    /// Lets the keyboard go in the midst of a press, whoever gets the keys. Returns when the server
+    /// has done that and all that was asked of it before.
+    void abandonPress();
+
 private:
     using SteadyClock = std::chrono::steady_clock;
 
@@ -81,6 +85,7 @@ private:
 
     void wake();
     void run();
+    void forgetAbandonedPress();
     void handleEvents();
     void handlePress(quint8 key, quint32 time);
     void takeAnswer();
@@ -103,6 +108,7 @@ private:
 
     int m_wakeDescriptor = -1;
     std::atomic<bool> m_isEnding = false;
+    std::atomic<bool> m_isPressAbandoned = false;
     std::mutex m_mutex; ///< Guards the answer.
     std::optional<Answer> m_answer;
     std::thread m_thread;

@@ -19,14 +19,14 @@ constexpr std::array kLanguages{AppLanguage::System, AppLanguage::English, AppLa
 
 } // namespace
 
-GeneralPane::GeneralPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
+GeneralPane::GeneralPane(const SystemColors &colors, SettingsPicker::LookSource look,
                          LanguageManager &languages, UserDefaults &defaults, QWidget *parent)
     : SettingsPaneView(colors, parent)
     , m_languages(languages)
     , m_defaults(defaults)
 {
     SettingsCard *card = addCard();
-    buildLanguageRow(*card, std::move(menuLook));
+    buildLanguageRow(*card, std::move(look));
     buildPinButtonRow(*card);
 }
 
@@ -45,10 +45,10 @@ void GeneralPane::refreshLanguage()
     m_pinButtonSwitch->setAccessibleName(m_pinButtonName->text());
 }
 
-void GeneralPane::buildLanguageRow(SettingsCard &card, SettingsPicker::MenuLookSource menuLook)
+void GeneralPane::buildLanguageRow(SettingsCard &card, SettingsPicker::LookSource look)
 {
     m_languageName = card.makeName();
-    m_languagePicker = new SettingsPicker(colors(), std::move(menuLook), this);
+    m_languagePicker = new SettingsPicker(colors(), std::move(look), this);
     m_languagePicker->setObjectName(u"languagePicker"_s);
     card.addRow(m_languageName)->addWidget(m_languagePicker);
     connect(m_languagePicker, &SettingsPicker::chosen, this,

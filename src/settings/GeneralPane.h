@@ -13,7 +13,7 @@ class GeneralPane : public SettingsPaneView
     Q_OBJECT
 
 public:
-    GeneralPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
+    GeneralPane(const SystemColors &colors, SettingsPicker::LookSource look,
                 LanguageManager &languages, UserDefaults &defaults, QWidget *parent);
 
     void refreshLanguage() override;
@@ -22,7 +22,7 @@ signals:
     void pinButtonVisibilityChanged();
 
 private:
-    void buildLanguageRow(SettingsCard &card, SettingsPicker::MenuLookSource menuLook);
+    void buildLanguageRow(SettingsCard &card, SettingsPicker::LookSource look);
     void buildPinButtonRow(SettingsCard &card);
 
     LanguageManager &m_languages;

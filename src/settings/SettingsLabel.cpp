@@ -6,11 +6,11 @@
 
 #include <cmath>
 
-SettingsLabel::SettingsLabel(const SystemColors &colors, const Type &type, Color color,
+SettingsLabel::SettingsLabel(const SystemColors &colors, const TextStyle &style, Color color,
                              QWidget *parent)
     : QLabel(parent)
     , m_colors(colors)
-    , m_type(type)
+    , m_style(style)
     , m_color(color)
 {
     setTextFormat(Qt::PlainText);
@@ -33,5 +33,5 @@ void SettingsLabel::paintEvent(QPaintEvent *)
 /// Not kept: the size of texts may change.
 QFont SettingsLabel::textFont() const
 {
-    return interfaceFont(m_type.size, m_type.weight);
+    return interfaceFont(m_style.size, m_style.weight);
 }

@@ -12,14 +12,14 @@ class SettingsLabel : public QLabel
 public:
     using Color = QColor SystemColors::*;
 
-    struct Type
+    struct TextStyle
     {
         qreal size = 0; ///< In pixels, before the scale of the texts.
         QFont::Weight weight = QFont::Normal;
     };
 
     /// \a colors belong to the window, which repaints itself when they change.
-    SettingsLabel(const SystemColors &colors, const Type &type, Color color, QWidget *parent);
+    SettingsLabel(const SystemColors &colors, const TextStyle &style, Color color, QWidget *parent);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
@@ -31,6 +31,6 @@ private:
     QFont textFont() const;
 
     const SystemColors &m_colors;
-    Type m_type;
+    TextStyle m_style;
     Color m_color;
 };

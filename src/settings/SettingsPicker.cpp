@@ -26,9 +26,9 @@ constexpr int kArrowRise = 3; // Of either arrow from the middle.
 
 } // namespace
 
-SettingsPicker::SettingsPicker(const SystemColors &colors, MenuLookSource menuLook, QWidget *parent)
+SettingsPicker::SettingsPicker(const SystemColors &colors, LookSource look, QWidget *parent)
     : DrawnControl(colors, parent)
-    , m_menuLook(std::move(menuLook))
+    , m_look(std::move(look))
 {
     connect(this, &SettingsPicker::clicked, this, &SettingsPicker::openMenu);
 }
@@ -90,7 +90,7 @@ void SettingsPicker::openMenu()
         action->setCheckable(true);
         action->setChecked(i == m_currentIndex);
     }
-    applyMenuLook(*menu, m_menuLook());
+    applyMenuLook(*menu, m_look());
     QAction *current = menu->actions().value(m_currentIndex);
     // The present choice lies over the button, which is as high as an item of the menu. Menus are
     // placed by their items, and forget what is above the first.

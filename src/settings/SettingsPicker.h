@@ -11,10 +11,10 @@ class SettingsPicker : public DrawnControl
     Q_OBJECT
 
 public:
-    /// Tells how menus look at the moment.
-    using MenuLookSource = std::function<Look()>;
+    /// Tells how the window, and so the menu, looks at the moment.
+    using LookSource = std::function<Look()>;
 
-    SettingsPicker(const SystemColors &colors, MenuLookSource menuLook, QWidget *parent);
+    SettingsPicker(const SystemColors &colors, LookSource look, QWidget *parent);
 
     /// Keeps the index.
     void setOptions(const QStringList &options);
@@ -38,7 +38,7 @@ private:
     void openMenu();
     void choose(int index);
 
-    MenuLookSource m_menuLook;
+    LookSource m_look;
     QStringList m_options;
     int m_currentIndex = -1;
 };

@@ -76,7 +76,7 @@ void SettingsView::refreshLanguage()
 
 void SettingsView::refreshAppearance()
 {
-    const Look look = menuLook();
+    const Look look = this->look();
     m_colors = look.colors();
     for (QMenu *menu : findChildren<QMenu *>())
         recolorMenu(*menu, look);
@@ -155,14 +155,14 @@ void SettingsView::buildBar()
 void SettingsView::buildPanes()
 {
     m_stack = new QStackedWidget(this);
-    const auto menuLookSource = [this] { return menuLook(); };
-    auto *general = new GeneralPane(m_colors, menuLookSource, m_collaborators.languages,
+    const auto lookSource = [this] { return look(); };
+    auto *general = new GeneralPane(m_colors, lookSource, m_collaborators.languages,
                                     m_collaborators.defaults, m_stack);
     connect(general, &GeneralPane::pinButtonVisibilityChanged, this,
             &SettingsView::pinButtonVisibilityChanged);
     addPane(SettingsPane::General, general);
     addPane(SettingsPane::Shortcuts,
-            new ShortcutsPane(m_colors, menuLookSource, m_collaborators.hotkeySettings,
+            new ShortcutsPane(m_colors, lookSource, m_collaborators.hotkeySettings,
                               m_collaborators.globalHotkey, m_stack));
     addPane(SettingsPane::About, new AboutPane(m_colors, m_stack));
 }
@@ -197,7 +197,7 @@ void SettingsView::addPane(SettingsPane pane, SettingsPaneView *view)
     m_panes.insert(pane, view);
 }
 
-Look SettingsView::menuLook() const
+Look SettingsView::look() const
 {
     return desktopLook(m_collaborators.appearance);
 }

@@ -62,7 +62,7 @@ private:
     void buildPanes();
     void arrange();
     void addPane(SettingsPane pane, SettingsPaneView *view);
-    Look menuLook() const;
+    Look look() const;
     void visitPane(SettingsPane pane);
     void step(void (PaneHistory::*direction)());
     void showPane();

@@ -20,7 +20,7 @@ constexpr int kHintGap = 4;
 
 } // namespace
 
-ShortcutsPane::ShortcutsPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
+ShortcutsPane::ShortcutsPane(const SystemColors &colors, SettingsPicker::LookSource look,
                              HotkeySettingsManager &manager, GlobalHotkey &hotkey, QWidget *parent)
     : SettingsPaneView(colors, parent)
     , m_manager(manager)
@@ -33,7 +33,7 @@ ShortcutsPane::ShortcutsPane(const SystemColors &colors, SettingsPicker::MenuLoo
     SettingsCard *card = addCard();
     buildCurrentRow(*card);
     buildModifiersRow(*card);
-    buildKeyRow(*card, std::move(menuLook));
+    buildKeyRow(*card, std::move(look));
     buildRecordRow(*card);
     buildInstructions();
 
@@ -119,10 +119,10 @@ void ShortcutsPane::buildModifiersRow(SettingsCard &card)
     }
 }
 
-void ShortcutsPane::buildKeyRow(SettingsCard &card, SettingsPicker::MenuLookSource menuLook)
+void ShortcutsPane::buildKeyRow(SettingsCard &card, SettingsPicker::LookSource look)
 {
     m_keyName = card.makeName();
-    m_keyPicker = new SettingsPicker(colors(), std::move(menuLook), this);
+    m_keyPicker = new SettingsPicker(colors(), std::move(look), this);
     m_keyPicker->setObjectName(u"keyPicker"_s);
     m_keyPicker->setOptions(HotkeySettingsManager::keyNames());
     card.addRow(m_keyName)->addWidget(m_keyPicker);

@@ -19,7 +19,7 @@ class ShortcutsPane : public SettingsPaneView
     Q_OBJECT
 
 public:
-    ShortcutsPane(const SystemColors &colors, SettingsPicker::MenuLookSource menuLook,
+    ShortcutsPane(const SystemColors &colors, SettingsPicker::LookSource look,
                   HotkeySettingsManager &manager, GlobalHotkey &hotkey, QWidget *parent);
 
     void refreshLanguage() override;
@@ -39,7 +39,7 @@ private:
 
     void buildCurrentRow(SettingsCard &card);
     void buildModifiersRow(SettingsCard &card);
-    void buildKeyRow(SettingsCard &card, SettingsPicker::MenuLookSource menuLook);
+    void buildKeyRow(SettingsCard &card, SettingsPicker::LookSource look);
     void buildRecordRow(SettingsCard &card);
     void buildInstructions();
     void change(const HotkeyChoice &choice);

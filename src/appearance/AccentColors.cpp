@@ -1,6 +1,6 @@
 #include "appearance/AccentColors.h"
 
-#include "appearance/Look.h"
+#include "appearance/Contrast.h"
 #include "appearance/Oklch.h"
 
 #include <algorithm>

@@ -33,5 +33,10 @@ qreal Look::windowAlpha() const
 {
     if (!isTranslucent || isHighContrast)
         return 1;
-    return isBlurred ? kBlurredWindowAlpha : kPlainWindowAlpha;
+    return wantsBlur() ? kBlurredWindowAlpha : kPlainWindowAlpha;
+}
+
+bool Look::wantsBlur() const
+{
+    return isTranslucent && isBlurred && !isHighContrast;
 }

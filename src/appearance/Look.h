@@ -2,10 +2,6 @@
 
 #include "appearance/SystemColors.h"
 
-/// How opaque a translucent window is if what is behind it is blurred, and if it is not.
-inline constexpr qreal kBlurredWindowAlpha = 0.90;
-inline constexpr qreal kPlainWindowAlpha = 0.96;
-
 /// What the desktop wants our windows to look like at this moment.
 struct Look
 {
@@ -23,6 +19,9 @@ struct Look
     SystemColors colors() const;
 
     qreal windowAlpha() const;
+
+    /// Whether a window asks for what is behind it to be blurred.
+    bool wantsBlur() const;
 
     friend bool operator==(const Look &, const Look &) = default;
 };

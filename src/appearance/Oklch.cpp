@@ -1,5 +1,7 @@
 #include "appearance/Oklch.h"
 
+#include "appearance/LinearLight.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -34,16 +36,6 @@ Triple product(const Matrix &matrix, const Triple &vector)
     return result;
 }
 
-double toLinear(double channel)
-{
-    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-double fromLinear(double channel)
-{
-    return channel <= 0.0031308 ? channel * 12.92 : 1.055 * std::pow(channel, 1 / 2.4) - 0.055;
-}
-
 Triple linear(const QColor &color)
 {
     return {toLinear(color.redF()), toLinear(color.greenF()), toLinear(color.blueF())};
@@ -64,12 +56,6 @@ bool isShowable(const Triple &linearColor)
     return std::ranges::all_of(linearColor, [](double channel) {
         return channel >= -kSlack && channel <= 1 + kSlack;
     });
-}
-
-double luminance(const QColor &color)
-{
-    const Triple channels = linear(color);
-    return 0.2126 * channels[0] + 0.7152 * channels[1] + 0.0722 * channels[2];
 }
 
 } // namespace
@@ -103,18 +89,4 @@ QColor Oklch::toColor() const
         return int(std::lround(fromLinear(std::clamp(channel, 0.0, 1.0)) * 255));
     };
     return {byte(channels[0]), byte(channels[1]), byte(channels[2])};
-}
-
-double contrastRatio(const QColor &one, const QColor &other)
-{
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
-QColor composed(const QColor &top, const QColor &below)
-{
-    const float alpha = top.alphaF();
-    const auto mix = [alpha](float a, float b) { return a * alpha + b * (1 - alpha); };
-    return QColor::fromRgbF(mix(top.redF(), below.redF()), mix(top.greenF(), below.greenF()),
-                            mix(top.blueF(), below.blueF()));
 }

@@ -55,6 +55,10 @@ struct SystemColors
 
 inline constexpr qreal kStrongLine = 2;
 
+/// How opaque a translucent window is if what is behind it is blurred, and if it is not.
+inline constexpr qreal kBlurredWindowAlpha = 0.90;
+inline constexpr qreal kPlainWindowAlpha = 0.96;
+
 SystemColors systemColors(ColorScheme scheme);
 
 /// The same for people who need strong contrasts.

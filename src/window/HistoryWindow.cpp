@@ -120,7 +120,7 @@ void HistoryWindow::refreshAppearance()
     m_isMotionReduced = look.isMotionReduced;
     m_panel.setColors(look.colors());
     m_panel.setBackgroundAlpha(look.windowAlpha());
-    m_blurBehind.setWanted(look.isBlurred && !look.isHighContrast && !m_isHideAnimationInFlight);
+    m_blurBehind.setWanted(look.wantsBlur() && !m_isHideAnimationInFlight);
     if (std::exchange(m_textScale, look.textScale) != look.textScale) {
         m_panel.searchField().refreshFont();
         m_panel.filterBar().refreshTitles();

@@ -1,5 +1,6 @@
 #include "appearance/Look.h"
 
+#include "appearance/Contrast.h"
 #include "appearance/Oklch.h"
 
 #include <QTest>

@@ -1,5 +1,7 @@
 #include "appearance/Oklch.h"
 
+#include "appearance/Contrast.h"
+
 #include <QTest>
 
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "appearance/SystemColors.h"
 
-#include "appearance/Oklch.h"
+#include "appearance/Contrast.h"
 
 #include <QTest>
 

@@ -25,7 +25,7 @@ qreal lineThickness(const QPainter &painter, qreal thickness)
     return std::max(1.0, std::round(thickness * scale)) / scale;
 }
 
-qreal snappedToDevice(const QPainter &painter, qreal y)
+qreal snappedLine(const QPainter &painter, qreal y)
 {
     const QTransform toDevice = painter.deviceTransform();
     const QPointF exact = toDevice.map(QPointF(0, y));

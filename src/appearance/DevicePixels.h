@@ -16,8 +16,8 @@ QRectF snappedToDevice(const QPainter &painter, const QRectF &box);
 /// least one.
 qreal lineThickness(const QPainter &painter, qreal thickness);
 
-/// \a y where it falls between two rows of device pixels.
-qreal snappedToDevice(const QPainter &painter, qreal y);
+/// The line at \a y where it falls between two rows of device pixels.
+qreal snappedLine(const QPainter &painter, qreal y);
 
 /// Where something of \a size begins that stands in the middle of \a box, as far as whole device
 /// pixels allow.

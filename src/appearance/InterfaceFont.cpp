@@ -76,7 +76,7 @@ void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
 {
     const QFontMetricsF metrics(painter.font(), painter.device());
     const qreal middle = box.center().y() + (metrics.ascent() - metrics.descent()) / 2;
-    const qreal baseline = snappedToDevice(painter, middle);
+    const qreal baseline = snappedLine(painter, middle);
     qreal x = box.left();
     if (alignment & (Qt::AlignRight | Qt::AlignHCenter)) {
         const qreal spare = box.width() - metrics.horizontalAdvance(text);

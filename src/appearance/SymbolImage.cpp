@@ -89,6 +89,6 @@ QPixmap symbolPixmap(const Symbol &symbol, const QColor &color, qreal devicePixe
 
 void drawSymbol(QPainter &painter, const QRectF &box, const Symbol &symbol, const QColor &color)
 {
-    const QPixmap pixmap = symbolPixmap(symbol, color, painter.device()->devicePixelRatioF());
+    const QPixmap pixmap = symbolPixmap(symbol, color, deviceScale(painter));
     painter.drawPixmap(centredOnDevice(painter, box, pixmap.deviceIndependentSize()), pixmap);
 }

@@ -7,7 +7,7 @@
 
 void RaisedCard::draw(QPainter &painter, const QRect &card) const
 {
-    const qreal ratio = painter.device()->devicePixelRatioF();
+    const qreal ratio = deviceScale(painter);
     const QMargins room = this->room();
     const QSize size = (QSizeF(card.size().grownBy(room)) * ratio).toSize();
     if (m_shadowPixmap.size() != size)

@@ -1,8 +1,8 @@
 #include "window/HistoryRowDelegate.h"
 
+#include "appearance/DevicePixels.h"
 #include "appearance/EvenDigits.h"
 #include "appearance/InterfaceFont.h"
-#include "appearance/DevicePixels.h"
 #include "appearance/RoundedBox.h"
 #include "appearance/SymbolImage.h"
 #include "language/Localized.h"
@@ -146,7 +146,7 @@ void HistoryRowDelegate::paintSelection(QPainter &painter, const QRectF &box, qr
 void HistoryRowDelegate::paintIcon(QPainter &painter, const QRectF &box, const ClipboardItem &item,
                                    const SystemColors &colors, bool isSelected) const
 {
-    const QImage picture = m_pictures.content(item, painter.device()->devicePixelRatioF());
+    const QImage picture = m_pictures.content(item, deviceScale(painter));
     if (!picture.isNull() && item.contentType == ClipboardContentType::Image) {
         drawRowThumbnail(painter, box, picture, withAlpha(colors.labelColor, kThumbnailLineAlpha));
         return;
@@ -162,7 +162,7 @@ void HistoryRowDelegate::paintIcon(QPainter &painter, const QRectF &box, const C
 void HistoryRowDelegate::paintBadge(QPainter &painter, const QRectF &box,
                                     const ClipboardItem &item) const
 {
-    const QImage icon = m_pictures.source(item, painter.device()->devicePixelRatioF());
+    const QImage icon = m_pictures.source(item, deviceScale(painter));
     if (!icon.isNull())
         drawSourceBadge(painter, box, icon, m_colors.windowBackgroundColor);
 }
@@ -189,7 +189,7 @@ void HistoryRowDelegate::paintStar(QPainter &painter, const QRectF &box, const C
     if (!item.isFavorite && !isAtRest)
         color = colors.secondaryLabelColor;
     const QPixmap star = symbolPixmap({name, kStarSize, SymbolWeight::Medium}, color,
-                                      painter.device()->devicePixelRatioF());
+                                      deviceScale(painter));
     // Where it is at rest: it grows about its centre and is not put on whole pixels meanwhile.
     const QPointF corner = centredOnDevice(painter, box, star.deviceIndependentSize());
     if (state.starScale != 1)

@@ -1,5 +1,6 @@
 #include "settings/HistoryStepButton.h"
 
+#include "appearance/RoundedBox.h"
 #include "appearance/SymbolImage.h"
 
 #include <QPainter>
@@ -33,11 +34,9 @@ qreal HistoryStepButton::radius() const
 
 void HistoryStepButton::draw(QPainter &painter) const
 {
-    if (isEnabled() && (isDown() || underMouse())) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withAlpha(colors().labelColor, isDown() ? kPressedAlpha : kHoverAlpha));
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
-    }
+    if (isEnabled() && (isDown() || underMouse()))
+        fillRoundedBox(painter, rect(), kRadius,
+                       withAlpha(colors().labelColor, isDown() ? kPressedAlpha : kHoverAlpha));
     drawSymbol(painter, rect(), {m_symbol, kSymbolSize, SymbolWeight::Semibold},
                colors().secondaryLabelColor);
 }

@@ -1,6 +1,7 @@
 #include "settings/KeyCapsView.h"
 
 #include "appearance/InterfaceFont.h"
+#include "appearance/RoundedBox.h"
 
 #include <QPainter>
 
@@ -56,7 +57,6 @@ QSize KeyCapsView::sizeHint() const
 void KeyCapsView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(keyFont());
     int x = 0;
     for (const QString &key : m_keys) {
@@ -66,9 +66,7 @@ void KeyCapsView::paintEvent(QPaintEvent *)
             x += kPlusWidth;
         }
         const QRect cap(x, 0, capWidth(key), kHeight);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withAlpha(m_colors.labelColor, kGroundAlpha));
-        painter.drawRoundedRect(cap, kRadius, kRadius);
+        fillRoundedBox(painter, cap, kRadius, withAlpha(m_colors.labelColor, kGroundAlpha));
         painter.setPen(m_colors.labelColor);
         drawTextLine(painter, cap, key, Qt::AlignHCenter);
         x += cap.width();

@@ -1,6 +1,7 @@
 #include "settings/SettingsCard.h"
 
 #include "appearance/Hairline.h"
+#include "appearance/RoundedBox.h"
 #include "settings/SettingsLabel.h"
 #include "settings/SettingsMetrics.h"
 #include "widgets/ControlMetrics.h"
@@ -67,11 +68,8 @@ QHBoxLayout *SettingsCard::addRow(int height)
 void SettingsCard::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(m_colors.cardColor);
-    painter.setPen(m_colors.pillLineColor);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCardRadius,
-                            kCardRadius);
+    fillRoundedBox(painter, rect(), kCardRadius, m_colors.cardColor);
+    lineRoundedBox(painter, rect(), kCardRadius, m_colors.pillLineColor);
     const QColor line = m_colors.separatorLineColor();
     for (int i = 1; i < m_rows->count(); ++i) {
         const int top = m_rows->itemAt(i)->geometry().top();

@@ -1,5 +1,7 @@
 #include "settings/SettingsSwitch.h"
 
+#include "appearance/RoundedBox.h"
+
 #include <QPainter>
 
 namespace {
@@ -27,11 +29,9 @@ qreal SettingsSwitch::radius() const
 
 void SettingsSwitch::draw(QPainter &painter) const
 {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isChecked() ? colors().accentFillColor : colors().switchOffColor);
-    painter.drawRoundedRect(rect(), radius(), radius());
+    fillRoundedBox(painter, rect(), radius(),
+                   isChecked() ? colors().accentFillColor : colors().switchOffColor);
     const qreal side = height() - 2 * kKnobGap;
     const qreal left = isChecked() ? width() - kKnobGap - side : kKnobGap;
-    painter.setBrush(Qt::white);
-    painter.drawEllipse(QRectF(left, kKnobGap, side, side));
+    fillRoundedBox(painter, QRectF(left, kKnobGap, side, side), side / 2, Qt::white);
 }

@@ -1,6 +1,7 @@
 #include "settings/SidebarItem.h"
 
 #include "appearance/InterfaceFont.h"
+#include "appearance/RoundedBox.h"
 #include "appearance/SymbolImage.h"
 #include "settings/SettingsMetrics.h"
 #include "widgets/ControlMetrics.h"
@@ -41,9 +42,7 @@ void SidebarItem::draw(QPainter &painter) const
         ground = colors().accentFillColor;
     else if (underMouse())
         ground = withAlpha(colors().labelColor, kHoverAlpha);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    fillRoundedBox(painter, rect(), kRadius, ground);
 
     drawSymbol(painter, kSymbolBox, {m_symbol, kSymbolSize, SymbolWeight::Medium},
                isChecked() ? QColor(Qt::white) : colors().secondaryLabelColor);

@@ -1,6 +1,7 @@
 #include "tags/MaxLengthTextField.h"
 
 #include "appearance/InterfaceFont.h"
+#include "appearance/RoundedBox.h"
 #include "foundation/TextTools.h"
 
 #include <QApplication>
@@ -58,16 +59,13 @@ void MaxLengthTextField::inputMethodEvent(QInputMethodEvent *event)
 void MaxLengthTextField::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF box = QRectF(rect()).adjusted(kRingRoom, kRingRoom, -kRingRoom, -kRingRoom);
-    if (hasFocus()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(withAlpha(m_colors.controlAccentColor, kRingAlpha));
-        painter.drawRoundedRect(rect(), kRadius + kRingRoom, kRadius + kRingRoom);
-    }
-    painter.setBrush(m_colors.controlColor);
-    painter.setPen(hasFocus() ? m_colors.controlAccentColor : m_colors.controlLineColor);
-    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
+    if (hasFocus())
+        fillRoundedBox(painter, rect(), kRadius + kRingRoom,
+                       withAlpha(m_colors.controlAccentColor, kRingAlpha));
+    fillRoundedBox(painter, box, kRadius, m_colors.controlColor);
+    lineRoundedBox(painter, box, kRadius,
+                   hasFocus() ? m_colors.controlAccentColor : m_colors.controlLineColor);
     painter.end();
     TextField::paintEvent(event);
 }

@@ -5,8 +5,9 @@
                [--only TEXT] [--compositor picom]
 
 With a compositor only the figures with the word "opening" are right: the others look at the screen.
-Times are medians, with the shortest and the longest in brackets, and of many the 95th percentile. The keys come by XTEST, the copies
-from clients of our own, and the moment from which time counts is the one at which they are sent.
+Times are medians, with the shortest and the longest in brackets, and of many the 95th percentile.
+The keys come by XTEST, the copies from clients of our own, and the moment from which time counts is
+the one at which they are sent.
 """
 import argparse
 import os

@@ -1,4 +1,4 @@
-"""The frames in which a window opens: each drawing of the whole window, with a compositor or without."""
+"""The frames in which a window opens: each drawing of the whole window, with or without a compositor."""
 import select
 import time
 

@@ -6,8 +6,9 @@
 
 class QPainter;
 
-/// By how much all interface fonts are larger from now on; what is beyond 1 and 1.3 is not followed,
-/// since the boxes stay. Views that measure or keep fonts do so again afterwards.
+/// Makes all interface fonts larger by the factor \a scale from now on. It is kept between 1 and 1.3,
+/// since the boxes around texts do not grow. Views that have measured texts or kept fonts must do so
+/// again.
 void setInterfaceTextScale(qreal scale);
 
 /// The desktop's interface family in our own size and weight. Sizes are device-independent pixels,

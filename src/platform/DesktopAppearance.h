@@ -31,11 +31,13 @@ public:
     /// Whether the desktop blurs what shines through a window that asks for it.
     virtual bool offersBlur() const = 0;
 
-    /// Asks for that within \a shape, in the coordinates of \a window, which must have been created;
-    /// an empty shape takes the wish back. A desktop that offers no blur may offer it later.
+    /// Asks the desktop to blur what shines through \a window within \a shape, which is in the
+    /// window's own coordinates; an empty shape takes the wish back. The window must have been
+    /// created. Where no blur is offered the wish is kept, in case it is offered later.
     virtual void blurBehind(QWindow *window, const QPainterPath &shape) = 0;
 
-    /// By how much the person wants texts larger than usual, beyond what makes everything larger.
+    /// The factor by which the person wants texts larger than usual; at least 1. What makes whole
+    /// windows larger (the device pixel ratio) is not in it.
     virtual qreal textScale() const = 0;
 
     /// Called after one of the answers has changed.

@@ -37,9 +37,9 @@ public:
     /// Called when a combination that was refused has come into force.
     std::function<void()> onAssignedLater;
 
-    /// Called once for each press, not on auto-repeat. Where the desktop allows it, what is typed
-    /// after the press goes to the own window that this activates (see Workspace), from the first
-    /// letter on.
+    /// Called once for each press, not on auto-repeat. Where the desktop allows it, what the person
+    /// types after the press is held back and goes, from the first letter on, to the window that is
+    /// given the focus in this call (Workspace::activateOwnWindow()).
     std::function<void()> onPressed;
 };
 

@@ -18,7 +18,7 @@ struct HistoryRow
     friend bool operator==(const HistoryRow &, const HistoryRow &) = default;
 };
 
-/// So many tags of an entry its row names.
+/// How many tags of an entry its row names; of the others it gives the number.
 inline constexpr qsizetype kShownTags = 2;
 
 /// What is shown of the name of the application that an entry came from.

@@ -6,6 +6,8 @@
 
 #include <QApplication>
 
+#include <utility>
+
 using namespace std::chrono_literals;
 
 namespace {

@@ -33,7 +33,7 @@ public:
                   const Clock &clock);
     ~RowTransition();
 
-    /// Where it is, rows do not slide, and fades are short.
+    /// Whether rows do without sliding, and fade but briefly, from the next change on.
     void setMotionReduced(bool isReduced) { m_isMotionReduced = isReduced; }
 
     /// Calls \a change, which is to carry \a difference out, and lets what is seen follow.
@@ -43,8 +43,8 @@ public:
     void finish();
 
     /// Fades the row of an entry, which stays in the list, and then calls \a done, which is to
-    /// remove it; at once if it is not listed, or while the view is hidden. Out of sight it takes as long
-    /// as in sight: a key that is held must not run through what nobody sees. Never calls \a done
+    /// remove it; at once if it is not listed, or while the view is hidden. Out of sight it takes as
+    /// long as in sight: a key that is held must not run through what nobody sees. Never calls \a done
     /// once the transition is gone.
     void fadeOut(const QUuid &id, std::function<void()> done);
 

@@ -8,18 +8,21 @@
 class StarPop
 {
 public:
-    /// As RowCourses has them.
+    /// Scheduler and clock must outlive the object; \a onStep is that of RowCourses.
     StarPop(Scheduler &scheduler, const Clock &clock, RowCourses::Step onStep)
         : m_courses(scheduler, clock, std::move(onStep))
     {
     }
 
-    /// Not at all, from the next start() on.
+    /// Whether stars keep still, from the next start() on.
     void setMotionReduced(bool isReduced) { m_isMotionReduced = isReduced; }
 
+    /// Lets the star of an entry pop from the beginning.
     void start(const QUuid &id);
+    /// Shows every star in its own size.
     void finishAll() { m_courses.finishAll(); }
 
+    /// How large the star of an entry is to be drawn now; 1 is its own size.
     double scale(const QUuid &id) const;
 
 private:

@@ -21,7 +21,6 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-
     qreal m_cornerRadius;
     SystemColors m_colors;
     QPainterPath m_corners; ///< What lies outside the rounded shape.

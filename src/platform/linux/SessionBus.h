@@ -5,8 +5,9 @@
 #include <optional>
 
 /// To be called once, before the application object is made. If the session has no bus, or one that
-/// does not answer within half a second, that is printed, and the process lives without: whoever asks for the
-/// bus, here or in Qt, is then told so at once, in place of waiting for it or starting another one.
+/// does not answer within half a second, that is printed, and the process lives without: whoever
+/// asks for the bus, here or in Qt, is then told so at once, in place of waiting for it or starting
+/// another one.
 void leaveBrokenSessionBus();
 
 /// Where the bus of the session is; empty if there is none. Nobody is asked whether it answers.

@@ -23,7 +23,8 @@ bool X11Appearance::prefersHighContrast() const
         || m_settings.values().isContrastHigh;
 }
 
-/// Whoever does not care leaves these switches alone: one that says so is enough.
+/// The desktop has several switches for this. Each is on unless the person has turned it off, so one
+/// that is off is a wish, and one that is on is none.
 bool X11Appearance::prefersReducedMotion() const
 {
     const PortalAppearance::Preferences &preferences = m_portal.preferences();
@@ -38,7 +39,8 @@ void X11Appearance::blurBehind(QWindow *window, const QPainterPath &shape)
 
 qreal X11Appearance::textScale() const
 {
-    // A desktop that puts the factor into the resolution of its fonts has Qt enlarge everything.
+    // A desktop that puts the factor into the resolution of its fonts has Qt enlarge everything by it
+    // already.
     return std::max(1.0, m_portal.preferences().textScale / qGuiApp->devicePixelRatio());
 }
 

@@ -33,8 +33,8 @@ X11Blur::X11Blur(X11Connection &connection)
 {
     m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
-    const auto offer =
-        m_connection.takeProperty(m_connection.requestProperty(m_connection.rootWindow(), m_property));
+    const auto request = m_connection.requestProperty(m_connection.rootWindow(), m_property);
+    const auto offer = m_connection.takeProperty(request);
     m_isOffered = offer && !offer->isEmpty();
 }
 

@@ -5,6 +5,9 @@
 #include "platform/Clock.h"
 
 #include <algorithm>
+#include <utility>
+
+using namespace std::chrono_literals;
 
 namespace {
 

@@ -120,8 +120,8 @@ void HistoryPanel::changeEvent(QEvent *event)
 
 void HistoryPanel::closeEvent(QCloseEvent *event)
 {
-    event->ignore();
     emit closeRequested();
+    event->setAccepted(!isVisible());
 }
 
 bool HistoryPanel::event(QEvent *event)

@@ -63,7 +63,8 @@ public:
 signals:
     void cancelRequested(); ///< Esc anywhere but in the search field.
     void deactivated(); ///< Another window has got the keyboard.
-    void closeRequested(); ///< By the window manager.
+    /// By the window manager, or since the program ends, which a window that stays would prevent.
+    void closeRequested();
     void desktopColorsChanged();
 
 protected:

@@ -100,6 +100,15 @@ void HistoryWindow::hide()
     leave();
 }
 
+void HistoryWindow::hideAtOnce()
+{
+    hide();
+    if (!isVisible())
+        return;
+    ++m_visibilityAnimationToken;
+    finishExit();
+}
+
 void HistoryWindow::updateItems(const ClipboardItemList &items)
 {
     m_tableViewController.setItems(items);
@@ -155,7 +164,7 @@ void HistoryWindow::connectPanel()
     };
     connectTo(&m_panel, &HistoryPanel::cancelRequested, &HistoryWindow::handleEscapeElsewhere);
     connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::handleDeactivation);
-    connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hide);
+    connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hideAtOnce);
     connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
     QObject::connect(&m_panel.filterBar(), &FilterBarView::filterSelected, context,
                      [this](const FilterCategory &category) { selectFilter(category); });

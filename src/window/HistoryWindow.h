@@ -71,6 +71,7 @@ private:
     void placeInitially();
     void clampFrame();
     void bringForward();
+    void hideAtOnce();
     void enter(WindowMotion::Start start);
     void leave();
     /// \a finish, for the end of a motion after which nothing else has begun.

@@ -22,6 +22,8 @@ private slots:
     void aPressOnAMenuThatHasClosedSinceIsNoTurningAway();
     void aPressBesideAnOpenMenuIsATurningAway();
     void aPressInsideIsNoTurningAwayThoughThePointerHasGoneOn();
+    void aWindowThatIsClosedIsGoneAtOnce_data();
+    void aWindowThatIsClosedIsGoneAtOnce();
     void aClickOutsideHides();
     void aClickOutsideDoesNotHideAPinnedWindow();
     void anotherApplicationHides();
@@ -125,6 +127,29 @@ void HistoryWindowClosingTest::aPressInsideIsNoTurningAwayThoughThePointerHasGon
     m_pointer->press(outside, pressedAt + 1);
     pass(100ms);
     QVERIFY(m_window->isHideAnimationInFlight());
+}
+
+void HistoryWindowClosingTest::aWindowThatIsClosedIsGoneAtOnce_data()
+{
+    QTest::addColumn<bool>("isLeaving");
+    QTest::newRow("open") << false;
+    QTest::newRow("on its way out") << true;
+}
+
+void HistoryWindowClosingTest::aWindowThatIsClosedIsGoneAtOnce()
+{
+    QFETCH(bool, isLeaving);
+    make();
+    openWholly();
+    if (isLeaving) {
+        m_window->hide();
+        pass(50ms);
+    }
+    QVERIFY(m_window->panel().close());
+    QVERIFY(!m_window->isVisible());
+    QCOMPARE(m_hiddenCount, 1);
+    pass(500ms);
+    QCOMPARE(m_hiddenCount, 1);
 }
 
 void HistoryWindowClosingTest::aClickOutsideHides()

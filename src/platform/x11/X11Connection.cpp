@@ -161,6 +161,13 @@ void X11Connection::noteWaited()
         Qt::QueuedConnection);
 }
 
+void X11Connection::catchUp()
+{
+    // Whatever the server has sent before an answer stands in the queue before that.
+    reply(xcb_get_input_focus_reply, xcb_get_input_focus(xcb()));
+    processEvents();
+}
+
 void X11Connection::noteUserTime(quint32 time)
 {
     // The server's clock wraps round after 49 days; zero stands for no time at all.

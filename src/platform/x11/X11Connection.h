@@ -66,6 +66,9 @@ public:
     quint32 userTime() const { return m_userTime; }
     void noteUserTime(quint32 time);
 
+    /// Tells the listeners of all that has happened up to now. Waits for the server's answer.
+    void catchUp();
+
     /// The server's time of this moment; 0 if it does not tell. Waits for its answer.
     quint32 serverTime();
 

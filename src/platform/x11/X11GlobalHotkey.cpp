@@ -183,6 +183,9 @@ bool X11GlobalHotkey::nativeEventFilter(const QByteArray &eventType, void *messa
 void X11GlobalHotkey::handlePress(const X11HotkeyThread::Press &press)
 {
     m_activatedWindow = 0;
+    // The press has come by a connection of its own, and must not overtake what was before it: which
+    // window is in front.
+    m_connection.catchUp();
     announcePress(press.time);
     m_thread.letKeysGo(press, m_activatedWindow);
 }

@@ -267,7 +267,7 @@ void AlertSheet::close(void (AlertSheet::*answer)())
     const bool hadFocus = isAncestorOf(window()->focusWidget());
     hide();
     if (hadFocus && m_formerFocus)
-        m_formerFocus->setFocus(Qt::OtherFocusReason);
+        m_formerFocus->setFocus(Qt::ActiveWindowFocusReason);
     deleteLater();
     emit(this->*answer)();
 }

@@ -7,8 +7,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include <utility>
-
 namespace {
 
 constexpr qreal kDisabledOpacity = 0.45;
@@ -49,21 +47,17 @@ void DrawnControl::drawGround(QPainter &painter, const QColor &ground, const QCo
 void DrawnControl::focusInEvent(QFocusEvent *event)
 {
     QAbstractButton::focusInEvent(event);
-    switch (event->reason()) {
-    case Qt::TabFocusReason:
-    case Qt::BacktabFocusReason: setFocusVisible(true); break;
-    // Back from another window or from a menu, everything is as it was.
-    case Qt::ActiveWindowFocusReason:
-    case Qt::PopupFocusReason: setFocusVisible(m_wasFocusVisible); break;
-    default: setFocusVisible(false); break;
-    }
+    const bool wasVisible = isFocusVisible();
+    m_focusVisibility.focusIn(event->reason());
+    tellFocusVisibility(wasVisible);
 }
 
 void DrawnControl::focusOutEvent(QFocusEvent *event)
 {
     QAbstractButton::focusOutEvent(event);
-    m_wasFocusVisible = m_isFocusVisible;
-    setFocusVisible(false);
+    const bool wasVisible = isFocusVisible();
+    m_focusVisibility.focusOut();
+    tellFocusVisibility(wasVisible);
 }
 
 void DrawnControl::keyPressEvent(QKeyEvent *event)
@@ -83,8 +77,8 @@ void DrawnControl::paintEvent(QPaintEvent *)
     draw(painter);
 }
 
-void DrawnControl::setFocusVisible(bool isVisible)
+void DrawnControl::tellFocusVisibility(bool wasVisible)
 {
-    if (std::exchange(m_isFocusVisible, isVisible) != isVisible)
-        emit focusVisibleChanged(isVisible);
+    if (isFocusVisible() != wasVisible)
+        emit focusVisibleChanged(isFocusVisible());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appearance/SystemColors.h"
+#include "widgets/FocusVisibility.h"
 
 #include <QAbstractButton>
 
@@ -15,7 +16,7 @@ class DrawnControl : public QAbstractButton
 public:
     DrawnControl(const SystemColors &colors, QWidget *parent);
 
-    bool isFocusVisible() const { return m_isFocusVisible; }
+    bool isFocusVisible() const { return m_focusVisibility.isVisible(); }
 
     /// Of the corners, and of the focus ring around them.
     virtual qreal radius() const = 0;
@@ -41,9 +42,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void setFocusVisible(bool isVisible);
+    void tellFocusVisibility(bool wasVisible);
 
     const SystemColors &m_colors;
-    bool m_isFocusVisible = false;
-    bool m_wasFocusVisible = false; ///< When it last lost the focus.
+    FocusVisibility m_focusVisibility;
 };

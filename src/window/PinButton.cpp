@@ -46,14 +46,15 @@ void PinButton::refreshLanguage()
 void PinButton::focusInEvent(QFocusEvent *event)
 {
     QAbstractButton::focusInEvent(event);
-    setFocusVisible(event->reason() == Qt::TabFocusReason
-                    || event->reason() == Qt::BacktabFocusReason);
+    m_focusVisibility.focusIn(event->reason());
+    updateRing();
 }
 
 void PinButton::focusOutEvent(QFocusEvent *event)
 {
     QAbstractButton::focusOutEvent(event);
-    setFocusVisible(false);
+    m_focusVisibility.focusOut();
+    updateRing();
 }
 
 void PinButton::paintEvent(QPaintEvent *)
@@ -68,10 +69,9 @@ void PinButton::paintEvent(QPaintEvent *)
                isPinned() ? m_colors.controlAccentColor : m_colors.secondaryLabelColor);
 }
 
-void PinButton::setFocusVisible(bool isVisible)
+/// It stands outside the button, on the window.
+void PinButton::updateRing()
 {
-    m_isFocusVisible = isVisible;
-    // The ring stands outside the button, on the window.
     if (parentWidget())
         parentWidget()->update();
 }

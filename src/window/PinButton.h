@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appearance/SystemColors.h"
+#include "widgets/FocusVisibility.h"
 
 #include <QAbstractButton>
 
@@ -19,8 +20,7 @@ public:
     /// Words the tool tip anew, and the name.
     void refreshLanguage();
 
-    /// The focus came by the keyboard and is to be seen.
-    bool isFocusVisible() const { return m_isFocusVisible; }
+    bool isFocusVisible() const { return m_focusVisibility.isVisible(); }
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
@@ -28,8 +28,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void setFocusVisible(bool isVisible);
+    void updateRing();
 
     SystemColors m_colors;
-    bool m_isFocusVisible = false;
+    FocusVisibility m_focusVisibility;
 };

@@ -1,6 +1,11 @@
 #include "appearance/FocusOutline.h"
 
+#include "appearance/DevicePixels.h"
+#include "appearance/RoundedBox.h"
+
 #include <QPainter>
+
+#include <cmath>
 
 namespace {
 
@@ -12,11 +17,11 @@ constexpr qreal kGap = 1.5;
 void drawFocusOutline(QPainter &painter, const QRectF &control, qreal radius,
                       const QColor &color)
 {
-    constexpr qreal kDistance = kGap + kWidth / 2;
-    static_assert(kDistance + kWidth / 2 <= kFocusOutlineRoom);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, kWidth));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(control.adjusted(-kDistance, -kDistance, kDistance, kDistance),
-                            radius + kDistance, radius + kDistance);
+    static_assert(kGap + kWidth + 0.5 <= kFocusOutlineRoom);
+    // As far from the control on all its sides, so the control is put on whole pixels first.
+    const qreal scale = deviceScale(painter);
+    const qreal reach = std::round((kGap + kWidth) * scale) / scale;
+    const QRectF box
+        = snappedToDevice(painter, control).adjusted(-reach, -reach, reach, reach);
+    lineRoundedBox(painter, box, radius + reach, color, kWidth);
 }

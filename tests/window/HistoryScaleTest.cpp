@@ -26,6 +26,8 @@ private slots:
     void theVeilHasSharpEdges();
     void symbolsAreDrawnAtTheDevicesSize_data();
     void symbolsAreDrawnAtTheDevicesSize();
+    void theRingOfTheFocusHasSharpEdges_data();
+    void theRingOfTheFocusHasSharpEdges();
     void theCaretIsAWholeNumberOfPixelsWide();
 
 private:
@@ -118,6 +120,36 @@ void HistoryScaleTest::symbolsAreDrawnAtTheDevicesSize()
     QCOMPARE(m_image.copy(QRect(corner.toPoint(), symbol.size())), wanted);
 }
 
+void HistoryScaleTest::theRingOfTheFocusHasSharpEdges_data()
+{
+    QTest::addColumn<int>("tabs");
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("pill") << 1 << QByteArray("filter.all");
+    QTest::newRow("pin") << 2 << QByteArray("pinButton");
+}
+
+void HistoryScaleTest::theRingOfTheFocusHasSharpEdges()
+{
+    QFETCH(const int, tabs);
+    QFETCH(const QByteArray, name);
+    for (int i = 0; i < tabs; ++i)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(part(name)->hasFocus());
+    m_image = m_window->panel().grab().toImage();
+    const QRect box = geometryOf(name);
+    const int x = pixels(box.x() + box.width() / 2.0);
+    const auto above = runsDown(x, pixels(box.y()) - pixels(5), pixels(box.y()));
+    QCOMPARE(above.size(), 3);
+    QCOMPARE(QColor(above.at(1).first), systemColors(ColorScheme::Light).controlAccentColor);
+    QCOMPARE(above.at(1).second, qRound(2 * m_scale));
+    QCOMPARE(above.at(1).second + above.at(2).second, qRound(3.5 * m_scale));
+    const int bottom = pixels(box.y() + box.height());
+    const auto below = runsDown(x, bottom, bottom + pixels(5));
+    QCOMPARE(below.size(), 3);
+    QCOMPARE(below.at(0).second, above.at(2).second);
+    QCOMPARE(below.at(1), above.at(1));
+}
+
 void HistoryScaleTest::theCaretIsAWholeNumberOfPixelsWide()
 {
     const QRgb caret = systemColors(ColorScheme::Light).controlAccentColor.rgb();
@@ -125,8 +157,7 @@ void HistoryScaleTest::theCaretIsAWholeNumberOfPixelsWide()
     int width = 0;
     for (int x = pixels(60); x < pixels(70); ++x)
         width += m_image.pixel(x, y) == caret ? 1 : 0;
-    QVERIFY(qAbs(width - qRound(1.5 * m_scale)) <= 1);
-    QVERIFY(width >= 1);
+    QCOMPARE(width, qRound(1.5 * m_scale));
     QVERIFY(m_image.pixel(pixels(64), y) == caret);
 }
 

@@ -5,7 +5,9 @@
 #include "window/FilterButton.h"
 #include "window/PinButton.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QMenu>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -23,12 +25,54 @@ private slots:
     void pillsHoldTheirTitlesInEachLanguage_data();
     void pillsHoldTheirTitlesInEachLanguage();
     void aPillWithTheFocusHasARing();
+    void ringsComeBackWithTheWindow_data();
+    void ringsComeBackWithTheWindow();
+    void ringsComeBackFromAMenu_data();
+    void ringsComeBackFromAMenu();
+    void thePinHasARingByWhateverKeyboard();
+    void aClickGivesNoRing();
     void withoutPinButtonTheFieldIsWider();
     void theDesktopsColorsAreFollowed();
     void withoutPreferenceThePaletteDecides();
     void cornersAreRound();
     void anAlertGetsTheShapeOfTheWindow();
+    void timesStayAsTheyAreWhileTheWindowIsOpen();
+
+private:
+    /// The five pixels above the middle of the upper edge, from the outermost on.
+    QList<QColor> colorsAbove(const char *name)
+    {
+        const QRect box = geometryOf(name);
+        const QImage image = picture();
+        QList<QColor> colors;
+        for (int y = box.top() - 5; y < box.top(); ++y)
+            colors.append(image.pixelColor(box.center().x(), y));
+        return colors;
+    }
+
+    /// Gives the focus by the Tab key to the part of a row of the data.
+    void focusByTab()
+    {
+        QFETCH(const QByteArray, name);
+        while (QApplication::focusWidget() != part(name))
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+
+    const QColor m_ground = systemColors(ColorScheme::Light).windowBackgroundColor;
+    const QColor m_accent = systemColors(ColorScheme::Light).controlAccentColor;
+    const QList<QColor> m_ring{m_ground, m_accent, m_accent, m_ground, m_ground};
 };
+
+namespace {
+
+void addPartsWithARing()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("pill") << QByteArray("filter.all");
+    QTest::newRow("pin") << QByteArray("pinButton");
+}
+
+} // namespace
 
 void HistoryWindowLookTest::partsHaveNamesForThoseWhoHear()
 {
@@ -71,13 +115,75 @@ void HistoryWindowLookTest::aPillWithTheFocusHasARing()
 {
     makeCompat();
     openWholly();
-    const QPoint ring(24 - 3, 62 + 16);
-    const QColor ground(picture().pixel(ring));
+    QCOMPARE(colorsAbove("filter.all"), QList<QColor>(5, m_ground));
     QTest::keyClick(field(), Qt::Key_Tab);
     QVERIFY(part("filter.all")->hasFocus());
-    QCOMPARE(QColor(picture().pixel(ring)), systemColors(ColorScheme::Light).controlAccentColor);
+    QCOMPARE(colorsAbove("filter.all"), m_ring);
     QTest::keyClick(part("filter.all"), Qt::Key_Right);
-    QCOMPARE(QColor(picture().pixel(ring)), ground);
+    QCOMPARE(colorsAbove("filter.all"), QList<QColor>(5, m_ground));
+    QCOMPARE(colorsAbove("filter.text"), m_ring);
+}
+
+void HistoryWindowLookTest::ringsComeBackWithTheWindow_data()
+{
+    addPartsWithARing();
+}
+
+void HistoryWindowLookTest::ringsComeBackWithTheWindow()
+{
+    QFETCH(const QByteArray, name);
+    makeCompat();
+    openWholly();
+    m_window->togglePin();
+    focusByTab();
+    QCOMPARE(colorsAbove(name), m_ring);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCOMPARE(colorsAbove(name), QList<QColor>(5, m_ground));
+    m_window->panel().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    QCOMPARE(colorsAbove(name), m_ring);
+}
+
+void HistoryWindowLookTest::ringsComeBackFromAMenu_data()
+{
+    addPartsWithARing();
+}
+
+void HistoryWindowLookTest::ringsComeBackFromAMenu()
+{
+    QFETCH(const QByteArray, name);
+    makeCompat();
+    openWholly();
+    focusByTab();
+    QMenu menu;
+    menu.addAction(u"x"_s);
+    menu.popup(QPoint(20, 20));
+    QVERIFY(menu.isVisible());
+    menu.close();
+    QVERIFY(part(name)->hasFocus());
+    QCOMPARE(colorsAbove(name), m_ring);
+}
+
+void HistoryWindowLookTest::thePinHasARingByWhateverKeyboard()
+{
+    makeCompat();
+    openWholly();
+    QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(part("pinButton"));
+    spoken->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    QVERIFY(part("pinButton")->hasFocus());
+    QCOMPARE(colorsAbove("pinButton"), m_ring);
+}
+
+void HistoryWindowLookTest::aClickGivesNoRing()
+{
+    makeCompat();
+    openWholly();
+    part("pinButton")->setFocus(Qt::MouseFocusReason);
+    QVERIFY(part("pinButton")->hasFocus());
+    QCOMPARE(colorsAbove("pinButton"), QList<QColor>(5, m_ground));
 }
 
 void HistoryWindowLookTest::withoutPinButtonTheFieldIsWider()
@@ -133,8 +239,8 @@ void HistoryWindowLookTest::cornersAreRound()
     QVERIFY(qAlpha(image.pixel(9, 9)) > 200);
     makeCompat();
     m_window->show();
-    QVERIFY(!m_window->panel().mask().contains(QPoint(3, 3)));
-    QVERIFY(m_window->panel().mask().contains(QPoint(7, 7)));
+    QVERIFY(!m_window->panel().mask().contains(QPoint(5, 5)));
+    QVERIFY(m_window->panel().mask().contains(QPoint(6, 6)));
     QVERIFY(m_window->panel().mask().contains(QPoint(340, 0)));
 }
 
@@ -147,6 +253,21 @@ void HistoryWindowLookTest::anAlertGetsTheShapeOfTheWindow()
     const QImage veiled = picture();
     QCOMPARE(veiled.pixelColor(2, 2).alpha(), 0);
     QVERIFY(veiled.pixelColor(340, 60) != before.pixelColor(340, 60));
+}
+
+void HistoryWindowLookTest::timesStayAsTheyAreWhileTheWindowIsOpen()
+{
+    make(SampleHistory::numbered(3));
+    openWholly();
+    const QRect times(550, 100, 76, 216);
+    const QImage before = picture().copy(times);
+    m_clock->advance(1h);
+    QVERIFY(picture().copy(times) == before);
+    // What is made anew tells the time anew.
+    m_window.reset();
+    make(SampleHistory::numbered(3));
+    openWholly();
+    QVERIFY(picture().copy(times) != before);
 }
 
 QTEST_MAIN(HistoryWindowLookTest)

@@ -64,6 +64,17 @@ void drawRowIcon(QPainter &painter, const QRectF &box, const QImage &picture)
 void drawSourceBadge(QPainter &painter, const QRectF &box, const QImage &icon,
                      const QColor &groundColor)
 {
-    fillRoundedBox(painter, box, kBadgeRadius, groundColor);
-    drawRowIcon(painter, box, icon);
+    const QRectF place = snappedToDevice(painter, box);
+    const qreal scale = deviceScale(painter);
+    QImage badge((place.size() * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    badge.setDevicePixelRatio(scale);
+    badge.fill(Qt::transparent);
+    QPainter inside(&badge);
+    inside.translate(-place.topLeft());
+    fillRoundedBox(inside, place, kBadgeRadius, groundColor);
+    // The corners of the icon end where the ground does; a clip would have steps there.
+    inside.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    drawRowIcon(inside, box, icon);
+    inside.end();
+    painter.drawImage(place.topLeft(), badge);
 }

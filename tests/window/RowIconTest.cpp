@@ -1,3 +1,4 @@
+#include "appearance/RoundedBox.h"
 #include "platform/linux/QtImageCodec.h"
 #include "window/RowIcon.h"
 
@@ -36,6 +37,7 @@ private slots:
     void whatIsNoIconIsNull_data();
     void whatIsNoIconIsNull();
     void aBadgeHasARing();
+    void theIconEndsWhereItsBadgeIsRound();
 
 private:
     const QtImageCodec m_codec;
@@ -92,6 +94,27 @@ void RowIconTest::aBadgeHasARing()
     QCOMPARE(canvas.pixelColor(12, 7), QColor(Qt::red));
     QCOMPARE(canvas.pixelColor(13, 7), QColor(Qt::white));
     QCOMPARE(canvas.pixelColor(0, 0), QColor(Qt::blue));
+}
+
+void RowIconTest::theIconEndsWhereItsBadgeIsRound()
+{
+    const QImage icon = makeRowIcon(png({48, 48}, Qt::red), 24, 2, m_codec);
+    QImage canvas(28, 28, QImage::Format_ARGB32_Premultiplied);
+    canvas.setDevicePixelRatio(2);
+    canvas.fill(Qt::transparent);
+    QPainter painter(&canvas);
+    drawSourceBadge(painter, QRectF(0, 0, 14, 14), icon, Qt::white);
+    painter.end();
+    QImage ground(canvas.size(), canvas.format());
+    ground.setDevicePixelRatio(2);
+    ground.fill(Qt::transparent);
+    QPainter onGround(&ground);
+    fillRoundedBox(onGround, QRectF(0, 0, 14, 14), 4, Qt::white);
+    onGround.end();
+    const auto alphas = [](const QImage &image) { return image.convertToFormat(QImage::Format_Alpha8); };
+    QCOMPARE(alphas(canvas), alphas(ground));
+    QVERIFY(canvas.pixelColor(2, 2).alpha() < 255);
+    QCOMPARE(canvas.pixelColor(3, 3), QColor(Qt::red));
 }
 
 QTEST_MAIN(RowIconTest)

@@ -192,6 +192,16 @@ void ClipboardTableView::contextMenuEvent(QContextMenuEvent *event)
         requestMenuAt(event->globalPos(), event->reason());
 }
 
+void ClipboardTableView::focusInEvent(QFocusEvent *event)
+{
+    QListView::focusInEvent(event);
+    const bool isByTab = event->reason() == Qt::TabFocusReason
+        || event->reason() == Qt::BacktabFocusReason;
+    // The selection is all that shows where the focus is.
+    if (isByTab && m_acceptsInput && selectedRow() < 0 && !items().isEmpty())
+        selectRowInPlace(firstWholeRowInSight());
+}
+
 void ClipboardTableView::keyPressEvent(QKeyEvent *event)
 {
     // The base class would put the words of the row on the clipboard, not the entry.
@@ -256,6 +266,12 @@ void ClipboardTableView::requestMenuAtSelectedRow()
     const QPointF corner(layout.content.left(), layout.selection.bottom());
     emit menuRequested(row, viewport()->mapToGlobal(corner.toPoint()),
                        QContextMenuEvent::Keyboard);
+}
+
+int ClipboardTableView::firstWholeRowInSight() const
+{
+    const auto [first, last] = rowsInSight();
+    return rowBox(first).top() < 0 ? std::min(first + 1, last) : first;
 }
 
 void ClipboardTableView::mousePressEvent(QMouseEvent *event)

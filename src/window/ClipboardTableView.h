@@ -105,6 +105,7 @@ signals:
 protected:
     void rowsInserted(const QModelIndex &parent, int first, int last) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -131,6 +132,7 @@ private:
     RowState rowState(int row) const;
     void handleRowKey(QKeyEvent *event);
     void requestMenuAtSelectedRow();
+    int firstWholeRowInSight() const;
     void paintRows(QPainter &painter, const QRect &exposed) const;
     void paintRow(QPainter &painter, int row, const QRectF &box) const;
     void paintVeil(QPainter &painter) const;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QScreen>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -40,6 +41,10 @@ private slots:
     void aTagNarrowsAndGivesTheFocusBack();
     void aRenameOfTheSelectedTagListsAllAgain();
     void tabGoesFromPartToPart();
+    void tabIntoTheListSelectsTheFirstRowInSight_data();
+    void tabIntoTheListSelectsTheFirstRowInSight();
+    void tabIntoTheListKeepsTheSelection();
+    void tabIntoAnEmptyListSelectsNothing();
 };
 
 void HistoryWindowKeysTest::typingNarrowsTheList()
@@ -122,7 +127,8 @@ void HistoryWindowKeysTest::theFirstDownInTheListSelectsTheFirstRow()
 {
     make();
     openWholly();
-    table()->setFocus(Qt::TabFocusReason);
+    table()->setFocus();
+    QCOMPARE(table()->selectedRow(), -1);
     QTest::keyClick(table(), Qt::Key_Down);
     QCOMPARE(table()->selectedRow(), 0);
     QTest::keyClick(table(), Qt::Key_Down);
@@ -324,6 +330,54 @@ void HistoryWindowKeysTest::tabGoesFromPartToPart()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
         QCOMPARE(QApplication::focusWidget(), parts.at(i));
     }
+}
+
+void HistoryWindowKeysTest::tabIntoTheListSelectsTheFirstRowInSight_data()
+{
+    QTest::addColumn<int>("scrolled");
+    QTest::addColumn<int>("row");
+    QTest::newRow("at the top") << 0 << 0;
+    QTest::newRow("between two rows") << 5 * 72 + 20 << 6;
+    QTest::newRow("at a row") << 5 * 72 << 5;
+}
+
+void HistoryWindowKeysTest::tabIntoTheListSelectsTheFirstRowInSight()
+{
+    QFETCH(const int, scrolled);
+    QFETCH(const int, row);
+    makeCompat(SampleHistory::numbered(50));
+    openWholly();
+    QScrollBar &scrollBar = *table()->verticalScrollBar();
+    scrollBar.setValue(scrolled);
+    QTest::keyClick(field(), Qt::Key_Backtab);
+    QVERIFY(table()->hasFocus());
+    QCOMPARE(table()->selectedRow(), row);
+    QCOMPARE(scrollBar.value(), scrolled);
+    pass(2s); // The selection springs.
+    const QPoint ground(340, 100 + table()->rowBox(row).top() + 8);
+    QCOMPARE(picture().pixelColor(ground), systemColors(ColorScheme::Light).selectionColor);
+    QTest::keyClick(table(), Qt::Key_Down);
+    QCOMPARE(table()->selectedRow(), row + 1);
+}
+
+void HistoryWindowKeysTest::tabIntoTheListKeepsTheSelection()
+{
+    make(SampleHistory::numbered(50));
+    openWholly();
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(field(), Qt::Key_Down);
+    QTest::keyClick(field(), Qt::Key_Backtab);
+    QVERIFY(table()->hasFocus());
+    QCOMPARE(table()->selectedRow(), 2);
+}
+
+void HistoryWindowKeysTest::tabIntoAnEmptyListSelectsNothing()
+{
+    make({});
+    openWholly();
+    QTest::keyClick(field(), Qt::Key_Backtab);
+    QVERIFY(table()->hasFocus());
+    QCOMPARE(table()->selectedRow(), -1);
 }
 
 QTEST_MAIN(HistoryWindowKeysTest)

@@ -298,7 +298,10 @@ void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
         setHoveredStar(row == m_pressedStar->row() ? row : -1);
         return;
     }
-    setHoveredStar(event->buttons() == Qt::NoButton ? row : -1);
+    const bool isHovering = event->buttons() == Qt::NoButton;
+    setHoveredStar(isHovering ? row : -1);
+    if (isHovering && event->position().x() >= m_scroller->x())
+        m_scroller->flash();
     QListView::mouseMoveEvent(event);
 }
 

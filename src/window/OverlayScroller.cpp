@@ -3,6 +3,8 @@
 #include "appearance/RoundedBox.h"
 #include "platform/Scheduler.h"
 
+#include <QCursor>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -20,14 +22,15 @@ constexpr qreal kAlpha = 0.32;
 
 } // namespace
 
-OverlayScroller::OverlayScroller(Scheduler &scheduler, const QScrollBar &scrollBar, QWidget *parent)
+OverlayScroller::OverlayScroller(Scheduler &scheduler, QScrollBar &scrollBar, QWidget *parent)
     : QWidget(parent)
     , m_scheduler(scheduler)
     , m_scrollBar(scrollBar)
 {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setCursor(Qt::ArrowCursor);
     hide();
-    connect(&scrollBar, &QScrollBar::valueChanged, this, &OverlayScroller::flash);
+    connect(&scrollBar, &QScrollBar::rangeChanged, this, &OverlayScroller::handleRangeChange);
+    connect(&scrollBar, &QScrollBar::valueChanged, this, &OverlayScroller::handleScrolling);
 }
 
 OverlayScroller::~OverlayScroller() = default;
@@ -38,26 +41,100 @@ void OverlayScroller::setColors(const SystemColors &colors)
     update();
 }
 
-void OverlayScroller::paintEvent(QPaintEvent *)
-{
-    const qreal room = height() - 2 * kMargin;
-    const qreal content = m_scrollBar.maximum() + m_scrollBar.pageStep();
-    if (content <= 0 || room <= 0)
-        return;
-    const qreal length
-        = std::min(room, std::max(kLeastLength, room * m_scrollBar.pageStep() / content));
-    const qreal share = m_scrollBar.maximum() > 0
-        ? qreal(m_scrollBar.value()) / m_scrollBar.maximum() : 0;
-    QPainter painter(this);
-    fillRoundedBox(painter,
-                   QRectF(width() - kMargin - kThickness, kMargin + (room - length) * share,
-                          kThickness, length),
-                   kThickness / 2, m_color);
-}
-
 void OverlayScroller::flash()
 {
+    if (m_scrollBar.maximum() <= m_scrollBar.minimum())
+        return;
     show();
     update();
-    m_hiding = m_scheduler.after(kShownFor, [this] { hide(); });
+    hideSoon();
+}
+
+void OverlayScroller::leaveEvent(QEvent *)
+{
+    hideSoon();
+}
+
+void OverlayScroller::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        event->ignore();
+        return;
+    }
+    const qreal y = event->position().y();
+    const QRectF box = knob();
+    if (y < box.top())
+        m_scrollBar.triggerAction(QScrollBar::SliderPageStepSub);
+    else if (y >= box.bottom())
+        m_scrollBar.triggerAction(QScrollBar::SliderPageStepAdd);
+    else
+        m_grip = y - box.top();
+}
+
+void OverlayScroller::mouseMoveEvent(QMouseEvent *event)
+{
+    const qreal way = room() - knob().height();
+    if (!m_grip || way <= 0)
+        return;
+    const qreal share = (event->position().y() - *m_grip - kMargin) / way;
+    m_scrollBar.setValue(qRound(share * m_scrollBar.maximum()));
+}
+
+void OverlayScroller::mouseReleaseEvent(QMouseEvent *)
+{
+    m_grip.reset();
+    hideSoon();
+}
+
+void OverlayScroller::paintEvent(QPaintEvent *)
+{
+    if (room() <= 0)
+        return;
+    QPainter painter(this);
+    fillRoundedBox(painter, knob(), kThickness / 2, m_color);
+}
+
+/// What the list scrolls as entries come and go keeps the rows where they are; nobody scrolls then.
+void OverlayScroller::handleRangeChange()
+{
+    m_isRangeChanging = true;
+    QMetaObject::invokeMethod(this, [this] { m_isRangeChanging = false; }, Qt::QueuedConnection);
+    update();
+}
+
+void OverlayScroller::handleScrolling()
+{
+    update();
+    if (!m_isRangeChanging)
+        flash();
+}
+
+void OverlayScroller::hideSoon()
+{
+    m_hiding = m_scheduler.after(kShownFor, [this] {
+        if (m_grip || isPointerOnIt())
+            hideSoon();
+        else
+            hide();
+    });
+}
+
+/// Asked of the pointer: what comes in sight below it gets no notice that can be relied on.
+bool OverlayScroller::isPointerOnIt() const
+{
+    return rect().contains(mapFromGlobal(QCursor::pos()));
+}
+
+qreal OverlayScroller::room() const
+{
+    return height() - 2 * kMargin;
+}
+
+QRectF OverlayScroller::knob() const
+{
+    const qreal most = m_scrollBar.maximum();
+    const qreal page = m_scrollBar.pageStep();
+    const qreal length = std::min(room(), std::max(kLeastLength, room() * page / (most + page)));
+    const qreal share = most > 0 ? m_scrollBar.value() / most : 0;
+    return {width() - kMargin - kThickness, kMargin + (room() - length) * share, kThickness, length};
 }

@@ -78,7 +78,9 @@ private slots:
     void aListThatChangesUnderThePressedStarHitsNoOther();
     void aThumbnailThatArrivesRedrawsItsRowAlone();
     void emptyTextsTellWhy();
-    void theScrollerIsSeenForAMoment();
+    void theScrollerIsSeenByThePointerAtTheEdge();
+    void theScrollerTakesNoPressUnlessItIsSeen();
+    void anEntryThatComesDoesNotShowTheScroller();
     void tenThousandRowsNeedNoWidgets();
 
 private:
@@ -564,18 +566,48 @@ void ClipboardTableViewControllerTest::emptyTextsTellWhy()
     }
 }
 
-void ClipboardTableViewControllerTest::theScrollerIsSeenForAMoment()
+void ClipboardTableViewControllerTest::theScrollerIsSeenByThePointerAtTheEdge()
 {
     make(SampleHistory::numbered(50));
     const auto *scroller = m_view->findChild<OverlayScroller *>();
+    QTest::mouseMove(m_view->viewport(), QPoint(671, 100));
     QVERIFY(!scroller->isVisible());
-    m_view->verticalScrollBar()->setValue(100);
+    QTest::mouseMove(m_view->viewport(), QPoint(672, 100));
     QVERIFY(scroller->isVisible());
-    m_scheduler->advance(500ms);
-    m_view->verticalScrollBar()->setValue(200);
-    m_scheduler->advance(799ms);
+    // It never lies over a star.
+    QVERIFY(scroller->x() > layoutOf(0).star.right());
+}
+
+void ClipboardTableViewControllerTest::theScrollerTakesNoPressUnlessItIsSeen()
+{
+    make(SampleHistory::numbered(50));
+    QWidget *const scroller = m_view->findChild<OverlayScroller *>();
+    const QPoint edge(676, 300);
+    QVERIFY(m_view->childAt(edge) != scroller);
+    QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, edge);
+    QCOMPARE(m_view->selectedRow(), 4);
+    QTest::mouseMove(m_view->viewport(), edge);
+    QCOMPARE(m_view->childAt(edge), scroller);
+    QTest::mouseMove(m_view->viewport(), contentOf(0));
+    m_scheduler->advance(800ms);
+    QVERIFY(m_view->childAt(edge) != scroller);
+}
+
+void ClipboardTableViewControllerTest::anEntryThatComesDoesNotShowTheScroller()
+{
+    const ClipboardItemList items = SampleHistory::numbered(50);
+    make(items);
+    QTest::mouseMove(m_view->viewport(), contentOf(0));
+    QCoreApplication::processEvents();
+    QScrollBar &scrollBar = *m_view->verticalScrollBar();
+    scrollBar.setValue(500);
+    const auto *scroller = m_view->findChild<OverlayScroller *>();
     QVERIFY(scroller->isVisible());
-    m_scheduler->advance(1ms);
+    m_scheduler->advance(1s);
+    m_controller->setItems(SampleHistory::texts({u"new"_s}) + items);
+    m_controller->applyFilters(Scroll::Keep);
+    QCoreApplication::processEvents(); // The view lays itself out again later.
+    QCOMPARE(scrollBar.value(), 572);
     QVERIFY(!scroller->isVisible());
 }
 

@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -30,28 +31,45 @@ qsizetype runLength(QStringView text)
     return std::ranges::find_if(text, isDigit) - text.begin();
 }
 
+struct Run
+{
+    QString text;
+    qreal width = 0;
+    bool isCell = false; ///< A digit, which stands in the middle.
+};
+
+QList<Run> runsOf(const QFontMetricsF &metrics, const QString &text)
+{
+    const qreal cell = std::ranges::any_of(text, isDigit) ? widestDigit(metrics) : 0;
+    QList<Run> runs;
+    for (QStringView rest = text; !rest.isEmpty(); rest = rest.sliced(runs.last().text.size())) {
+        const QString run = rest.first(runLength(rest)).toString();
+        const bool isCell = isDigit(run.front());
+        runs.append({run, isCell ? cell : metrics.horizontalAdvance(run), isCell});
+    }
+    return runs;
+}
+
+qreal widthOf(const QList<Run> &runs)
+{
+    return std::accumulate(runs.begin(), runs.end(), 0.0,
+                           [](qreal sum, const Run &run) { return sum + run.width; });
+}
+
 } // namespace
 
 void drawWithEvenDigits(QPainter &painter, const QRectF &box, const QString &text)
 {
-    if (std::ranges::none_of(text, isDigit)) {
-        drawTextLine(painter, box, text, Qt::AlignRight);
-        return;
+    const QList<Run> runs = runsOf(QFontMetricsF(painter.font(), painter.device()), text);
+    qreal x = box.right() - widthOf(runs);
+    for (const Run &run : runs) {
+        drawTextLine(painter, QRectF(x, box.y(), run.width, box.height()), run.text,
+                     run.isCell ? Qt::AlignHCenter : Qt::AlignLeft);
+        x += run.width;
     }
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    const qreal cell = widestDigit(metrics);
-    qreal x = box.right();
-    QList<std::pair<QString, qreal>> runs;
-    for (QStringView rest = text; !rest.isEmpty(); rest = rest.sliced(runs.last().first.size())) {
-        const QString run = rest.first(runLength(rest)).toString();
-        const qreal width = isDigit(run.front()) ? cell : metrics.horizontalAdvance(run);
-        runs.append({run, width});
-        x -= width;
-    }
-    for (const auto &[run, width] : runs) {
-        const bool isCell = isDigit(run.front());
-        drawTextLine(painter, QRectF(x, box.y(), width, box.height()), run,
-                     isCell ? Qt::AlignHCenter : Qt::AlignLeft);
-        x += width;
-    }
+}
+
+qreal widthWithEvenDigits(const QFontMetricsF &metrics, const QString &text)
+{
+    return widthOf(runsOf(metrics, text));
 }

@@ -53,6 +53,11 @@ void setInterfaceTextScale(qreal scale)
         known.fonts.clear();
 }
 
+qreal interfaceTextScale()
+{
+    return knownFonts().textScale;
+}
+
 QFont interfaceFont(qreal pixelSize, QFont::Weight weight)
 {
     KnownFonts &known = knownFonts();

@@ -10,6 +10,7 @@ class QPainter;
 /// since the boxes around texts do not grow. Views that have measured texts or kept fonts must do so
 /// again.
 void setInterfaceTextScale(qreal scale);
+qreal interfaceTextScale();
 
 /// The desktop's interface family in our own size and weight. Sizes are device-independent pixels,
 /// before the scale of the texts.

@@ -25,7 +25,9 @@ namespace {
 
 constexpr int kContentSize = 14;
 constexpr int kMetaSize = 10;
-constexpr int kTimeSize = 11;
+constexpr qreal kTimeSize = 11;
+constexpr qreal kLeastTimeSize = 6;
+constexpr qreal kTimeSizeStep = 0.5;
 constexpr int kTypeSymbolSize = 24;
 constexpr int kStarSize = 15;
 constexpr qreal kVeilAlpha = 0.05;
@@ -62,6 +64,17 @@ void scaleAbout(QPainter &painter, const QPointF &centre, qreal scale)
     painter.translate(centre);
     painter.scale(scale, scale);
     painter.translate(-centre);
+}
+
+/// Where people want texts larger, the time grows as far as its column has room.
+QFont timeFont(QPaintDevice &device, const QString &text, qreal room)
+{
+    for (qreal size = kTimeSize;; size -= kTimeSizeStep) {
+        const QFont font = interfaceFont(size);
+        const bool fits = widthWithEvenDigits(QFontMetricsF(font, &device), text) <= room;
+        if (fits || size <= kLeastTimeSize)
+            return font;
+    }
 }
 
 const ClipboardItemPointer &itemAt(const QModelIndex &index)
@@ -176,7 +189,7 @@ void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,
     painter.setPen(colors.tertiaryLabelColor);
     painter.setFont(interfaceFont(kMetaSize, QFont::DemiBold));
     drawElided(painter, layout.meta, row.meta);
-    painter.setFont(interfaceFont(kTimeSize));
+    painter.setFont(timeFont(*painter.device(), row.time, layout.time.width()));
     drawWithEvenDigits(painter, layout.time, row.time);
 }
 

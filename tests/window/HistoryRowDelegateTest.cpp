@@ -1,9 +1,12 @@
 #include "tests/window/TableFixture.h"
 
+#include "appearance/InterfaceFont.h"
 #include "appearance/SymbolImage.h"
+#include "language/LanguageManager.h"
 #include "window/HistoryRow.h"
 #include "window/HistoryRowDelegate.h"
 
+#include <QGuiApplication>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QTest>
@@ -11,6 +14,7 @@
 #include <QToolTip>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using SampleHistory::shared;
 using Type = ClipboardContentType;
 
@@ -83,6 +87,9 @@ private slots:
     void aSelectedRowTurnsTheFavoriteStarWhite();
     void theGroundIsAsStrongAsItIsTold();
     void theStarTellsWhatItDoes();
+    void theBadgeStandsOverTheCornerOfTheIcon();
+    void theTimeKeepsToItsColumn_data();
+    void theTimeKeepsToItsColumn();
 
     void aTextBeginsAtTheLeftEdge_data();
     void aTextBeginsAtTheLeftEdge();
@@ -208,6 +215,80 @@ void HistoryRowDelegateTest::theStarTellsWhatItDoes()
     QCOMPARE(tipAt(starOf(1)), u"Favorite"_s);
     tipAt(contentOf(1));
     QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void HistoryRowDelegateTest::theBadgeStandsOverTheCornerOfTheIcon()
+{
+    m_icons->applications[u"org.example.Red"_s]
+        = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"48\" height=\"48\">"
+          "<rect width=\"48\" height=\"48\" fill=\"#ff0000\"/></svg>";
+    ClipboardItem item = SampleHistory::textItem(u"x"_s);
+    item.sourceAppBundleID = u"org.example.Red"_s;
+    QTRY_VERIFY(!m_pictures->source(item, 1).isNull());
+    const QImage image = paint(item);
+    const QRect badge(37, kRow.top() + 41, 14, 14);
+    const QRect icon = badge.adjusted(1, 1, -1, -1);
+    const QPoint middle = badge.topLeft() + QPoint(7, 7);
+    const auto colorAt = [&](int x, int y) { return image.pixelColor(x, y); };
+    for (const int x : {badge.left(), badge.right()})
+        QCOMPARE(colorAt(x, middle.y()), colors().windowBackgroundColor);
+    for (const int y : {badge.top(), badge.bottom()})
+        QCOMPARE(colorAt(middle.x(), y), colors().windowBackgroundColor);
+    for (const int x : {icon.left(), icon.right()})
+        QCOMPARE(colorAt(x, middle.y()), QColor(Qt::red));
+    for (const int y : {icon.top(), icon.bottom()})
+        QCOMPARE(colorAt(middle.x(), y), QColor(Qt::red));
+    QCOMPARE(colorAt(badge.right() + 1, middle.y()).alpha(), 0);
+    QCOMPARE(colorAt(middle.x(), badge.bottom() + 1).alpha(), 0);
+}
+
+void HistoryRowDelegateTest::theTimeKeepsToItsColumn_data()
+{
+    QTest::addColumn<AppLanguage>("language");
+    QTest::addColumn<qreal>("textScale");
+    QTest::addColumn<QString>("family");
+    for (const AppLanguage language : {AppLanguage::English, AppLanguage::Chinese}) {
+        for (const char *const family : {"DejaVu Sans", "DejaVu Sans Mono"}) {
+            for (const double scale : {1.0, 1.15, 1.3}) {
+                QTest::addRow("%s, %s, texts of %.2f",
+                              language == AppLanguage::English ? "English" : "Chinese", family,
+                              scale)
+                    << language << scale << QString::fromLatin1(family);
+            }
+        }
+    }
+}
+
+void HistoryRowDelegateTest::theTimeKeepsToItsColumn()
+{
+    QFETCH(const AppLanguage, language);
+    QFETCH(const qreal, textScale);
+    QFETCH(const QString, family);
+    LanguageManager manager(*m_defaults);
+    manager.setLanguage(language);
+    manager.install();
+    const QFont former = QGuiApplication::font();
+    const auto restore = qScopeGuard([&] {
+        QGuiApplication::setFont(former);
+        setInterfaceTextScale(1);
+    });
+    QGuiApplication::setFont(QFont(family));
+    QVERIFY(QFontInfo(QFont(family)).family() == family);
+    setInterfaceTextScale(textScale);
+    const QRect column(542, kRow.top() + 20, 92, 32); // As far as the star.
+    for (const std::chrono::seconds age :
+         {0s, 59s, 3540s, 23 * 3600s, 24 * 3600s, 6 * 86400s, 29 * 86400s, 364 * 86400s,
+          20 * 365 * 86400s}) {
+        const QRect ink = inkIn(paint(SampleHistory::textItem(u"x"_s, age)), column);
+        QVERIFY2(ink.left() >= 549 && ink.right() <= 626, qPrintable(QString::number(ink.left())));
+        QVERIFY(ink.right() > 620);
+    }
+    // What has room is as large as it is wanted.
+    const QImage shortTime = paint(SampleHistory::textItem(u"x"_s));
+    const QFont font = interfaceFont(11);
+    const QString word = language == AppLanguage::English ? u"now"_s : u"现在"_s;
+    const int width = qRound(QFontMetricsF(font).horizontalAdvance(word));
+    QVERIFY(qAbs(inkIn(shortTime, column).width() - width) <= 3);
 }
 
 void HistoryRowDelegateTest::aTextBeginsAtTheLeftEdge_data()

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleHints>
+#include <QTextCharFormat>
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ namespace {
 constexpr int kTextSize = 22;
 constexpr qreal kDisabledAlpha = 0.55;
 constexpr qreal kCaretWidth = 1.5;
-constexpr qreal kCaretHeight = 25;
+constexpr qreal kCaretHeight = 25; // This and the next grow with the text.
 constexpr qreal kCaretDrop = 6.5; // Below the baseline.
 /// Nobody looks for more, and a heap of marks takes long to lay out.
 constexpr int kMaxUnits = 1000;
@@ -38,6 +39,23 @@ public:
         return metric == PM_TextCursorWidth ? 0 : QCommonStyle::pixelMetric(metric, option, widget);
     }
 };
+
+/// How a composition is drawn; input methods that leave that to us say nothing of it.
+QList<QInputMethodEvent::Attribute> withLineBelow(const QInputMethodEvent &event)
+{
+    using Attribute = QInputMethodEvent::Attribute;
+    QList<Attribute> attributes = event.attributes();
+    const bool isFormatted = std::ranges::any_of(attributes, [](const Attribute &attribute) {
+        return attribute.type == QInputMethodEvent::TextFormat;
+    });
+    if (isFormatted || event.preeditString().isEmpty())
+        return attributes;
+    QTextCharFormat format;
+    format.setUnderlineStyle(QTextCharFormat::SingleUnderline);
+    const int length = int(event.preeditString().size());
+    attributes.append({QInputMethodEvent::TextFormat, 0, length, format});
+    return attributes;
+}
 
 } // namespace
 
@@ -94,12 +112,18 @@ void SearchField::focusOutEvent(QFocusEvent *event)
 {
     TextField::focusOutEvent(event);
     stopBlinking();
+    // A menu takes the keys for a while, and the field has them again when it closes.
+    m_isCaretShown = event->reason() == Qt::PopupFocusReason;
 }
 
 void SearchField::inputMethodEvent(QInputMethodEvent *event)
 {
     m_isComposing = !event->preeditString().isEmpty();
-    TextField::inputMethodEvent(event);
+    QInputMethodEvent underlined(event->preeditString(), withLineBelow(*event));
+    underlined.setCommitString(event->commitString(), event->replacementStart(),
+                               event->replacementLength());
+    TextField::inputMethodEvent(&underlined);
+    event->setAccepted(underlined.isAccepted());
 }
 
 void SearchField::keyPressEvent(QKeyEvent *event)
@@ -128,7 +152,9 @@ void SearchField::paintEvent(QPaintEvent *event)
 QRectF SearchField::caretRect() const
 {
     const qreal x = std::min<qreal>(cursorRect().x() + kCursorRectLead, width() - kCaretWidth);
-    return {x, baseline() + kCaretDrop - kCaretHeight, kCaretWidth, kCaretHeight};
+    const qreal scale = interfaceTextScale();
+    const qreal bottom = baseline() + kCaretDrop * scale;
+    return {x, bottom - kCaretHeight * scale, kCaretWidth, kCaretHeight * scale};
 }
 
 qreal SearchField::baseline() const

@@ -22,6 +22,8 @@ class SystemColorsTest : public QObject
     Q_OBJECT
 
 private slots:
+    void eachNameHasItsColors_data();
+    void eachNameHasItsColors();
     void textIsReadableOverAnyWallpaper_data();
     void textIsReadableOverAnyWallpaper();
     void whiteIsReadableOnFills();
@@ -29,6 +31,58 @@ private slots:
     void warningsAreReadableOnTheWindow();
     void namesTurnWhiteOnTheSelection();
 };
+
+void SystemColorsTest::eachNameHasItsColors_data()
+{
+    QTest::addColumn<QColor SystemColors::*>("color");
+    QTest::addColumn<QColor>("light");
+    QTest::addColumn<QColor>("dark");
+    const auto row = [](const char *name, QColor SystemColors::*color, const QColor &light,
+                        const QColor &dark) { QTest::newRow(name) << color << light << dark; };
+    const auto rgb = [](QRgb value) { return QColor(value); };
+    const auto at = [](const QColor &color, qreal alpha) { return withAlpha(color, alpha); };
+    using Names = SystemColors;
+
+    row("label", &Names::labelColor, rgb(0x1C1D20), rgb(0xECEDF0));
+    row("secondary label", &Names::secondaryLabelColor, rgb(0x50535A), rgb(0xB4B7BE));
+    row("tertiary label", &Names::tertiaryLabelColor, rgb(0x5F6269), rgb(0xA0A3AB));
+    row("placeholder", &Names::placeholderTextColor, rgb(0x5F6269), rgb(0xA0A3AB));
+    row("separator", &Names::separatorColor, at(rgb(0x1C1D20), 0.46), at(rgb(0xFFFFFF), 0.46));
+    row("window", &Names::windowBackgroundColor, rgb(0xF6F6F8), rgb(0x1E1F23));
+    row("raised surface", &Names::raisedSurfaceColor, rgb(0xFBFBFC), rgb(0x2A2B30));
+    row("card", &Names::cardColor, rgb(0xFFFFFF), rgb(0x2A2B30));
+    row("sidebar", &Names::sidebarColor, rgb(0xECEDF0), rgb(0x26272C));
+    row("control", &Names::controlColor, rgb(0xFFFFFF), rgb(0x3A3B41));
+    row("line of a control", &Names::controlLineColor, at(rgb(0), 0.18), at(rgb(0xFFFFFF), 0.12));
+    row("switch that is off", &Names::switchOffColor, rgb(0x85888F), rgb(0x7A7D86));
+    row("accent tint", &Names::controlAccentColor, rgb(0x2459C7), rgb(0x7BA4F7));
+    row("accent fill", &Names::accentFillColor, rgb(0x2459C7), rgb(0x2E63D0));
+    row("selection", &Names::selectionColor, rgb(0x1B4DB3), rgb(0x1F4CA8));
+    row("blue", &Names::systemBlueColor, rgb(0x2459C7), rgb(0x7BA4F7));
+    row("purple", &Names::systemPurpleColor, rgb(0x8A3FBE), rgb(0xC486F0));
+    row("red", &Names::systemRedColor, rgb(0xA8201A), rgb(0xFF9A94));
+    row("red fill", &Names::redFillColor, rgb(0xC62F2F), rgb(0xC62F2F));
+    row("orange", &Names::systemOrangeColor, rgb(0x994400), rgb(0xFFAB5C));
+    row("green", &Names::systemGreenColor, rgb(0x1F7F39), rgb(0x57CC6B));
+    row("yellow", &Names::systemYellowColor, rgb(0xF5C400), rgb(0xFFD60A));
+    row("line of the window", &Names::windowLineColor, at(rgb(0), 0.3), at(rgb(0), 0.3));
+    row("rim of the window", &Names::windowRimColor, Qt::transparent, at(rgb(0xFFFFFF), 0.09));
+    row("hint", &Names::hintFillColor, at(QColor(255, 242, 217), 0.97),
+        at(QColor(64, 38, 13), 0.95));
+    row("line of a hint", &Names::hintLineColor, at(QColor(255, 179, 102), 0.5),
+        at(QColor(102, 64, 26), 0.8));
+    row("text of a hint", &Names::hintTextColor, at(QColor(102, 51, 0), 0.85),
+        at(QColor(255, 230, 204), 0.9));
+    row("shadow of a hint", &Names::hintShadowColor, at(QColor(204, 102, 26), 0.15),
+        at(rgb(0), 0.3));
+}
+
+void SystemColorsTest::eachNameHasItsColors()
+{
+    QFETCH(QColor SystemColors::*, color);
+    QTEST(systemColors(ColorScheme::Light).*color, "light");
+    QTEST(systemColors(ColorScheme::Dark).*color, "dark");
+}
 
 void SystemColorsTest::textIsReadableOverAnyWallpaper_data()
 {

@@ -27,6 +27,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -316,6 +317,7 @@ private:
         const ClipboardItemList rows = shot.items.first(std::min<qsizetype>(shot.items.size(), 10));
         static_cast<void>(QTest::qWaitFor([&] { return m_stage.hasPictures(rows); }));
         shot.act(*window);
+        rest(*window);
         const QRect place(window->panel().pos() - kCorner,
                           QSize(window->panel().width(), shot.height) + shot.margins);
         if (!QTest::qWaitFor([&] { return isDrawnWholly(*window, place); }))
@@ -325,6 +327,18 @@ private:
         constexpr int kQuick = 80;
         if (!picture.save(path(shot.name), nullptr, kQuick))
             fail(path(shot.name), "cannot be written");
+    }
+
+    /// Until nothing moves any more: what is drawn stays the same for longer than a fade takes.
+    static void rest(HistoryWindow &window)
+    {
+        constexpr int kLongerThanAFade = 200; // Milliseconds.
+        QImage drawn;
+        static_cast<void>(QTest::qWaitFor([&] {
+            const QImage former = std::exchange(drawn, window.panel().grab().toImage());
+            QTest::qWait(kLongerThanAFade);
+            return former == drawn;
+        }));
     }
 
     static QImage screen(const QRect &place)

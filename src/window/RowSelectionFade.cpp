@@ -9,6 +9,8 @@
 
 using namespace std::chrono_literals;
 
+using namespace std::chrono_literals;
+
 namespace {
 
 constexpr Spring kSpring{.mass = 1.2, .stiffness = 280, .damping = 18};

@@ -182,6 +182,7 @@ struct Program
     const HistoryWindowCollaborators windowCollaborators{
         platform.workspace(), platform.pointerMonitor(), platform.appearance(), ground.defaults,
         HistoryListCollaborators{
+            .workspace = platform.workspace(),
             .itemManager = itemManager,
             .tagManager = tagManager,
             .fileViewer = fileViewer,

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
 
 #include <functional>
 #include <optional>
 
+class QScreen;
 class QWindow;
 
 /// A program with a window on this desktop, as it was when it was asked for.
@@ -55,6 +57,12 @@ public:
 
     /// The name of an installed program by its identifier; absent if there is no such program.
     virtual std::optional<QString> applicationName(const QString &bundleIdentifier) const = 0;
+
+    /// What panels leave of \a screen to windows, in global device-independent pixels.
+    virtual QRect availableGeometry(const QScreen &screen) const;
+
+    /// Called when that may have changed, besides what the screens themselves tell.
+    std::function<void()> onAvailableGeometryChanged;
 
     /// Called after another program's window, or one of ours, has got the focus. Who asks for the
     /// frontmost application and listens from then on is not told of that one.

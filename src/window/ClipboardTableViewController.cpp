@@ -42,7 +42,8 @@ ClipboardTableViewController::ClipboardTableViewController(
     , m_delegate(m_rows, collaborators.pictures, selectionRadius)
     , m_updater(tableView, m_model, collaborators.scheduler, collaborators.clock)
     , m_deletion(tableView, m_model, collaborators.itemManager)
-    , m_limitHint(tableView, collaborators.scheduler, collaborators.clock)
+    , m_limitHint(tableView, collaborators.workspace, collaborators.scheduler,
+                  collaborators.clock)
     , m_itemTags(collaborators, m_items, m_model)
     , m_searchPreparation(collaborators.scheduler, collaborators.applicationNames, items)
 {

@@ -1,11 +1,14 @@
 #include "window/EdgeResizeView.h"
 
+#include "platform/Workspace.h"
+
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
 
-EdgeResizeView::EdgeResizeView(WindowFrame::Edge edge, QWidget *parent)
+EdgeResizeView::EdgeResizeView(WindowFrame::Edge edge, const Workspace &workspace, QWidget *parent)
     : QWidget(parent)
+    , m_workspace(workspace)
     , m_edge(edge)
 {
     setCursor(Qt::SizeVerCursor);
@@ -27,7 +30,7 @@ void EdgeResizeView::mouseMoveEvent(QMouseEvent *event)
         return;
     const int travel = event->globalPosition().toPoint().y() - m_initialMouseY;
     window()->setGeometry(WindowFrame::resized(m_initialWindowFrame, m_edge, travel,
-                                               screen->availableGeometry()));
+                                               m_workspace.availableGeometry(*screen)));
 }
 
 void EdgeResizeView::mouseReleaseEvent(QMouseEvent *event)

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+class Workspace;
+
 /// A strip at the upper or lower end of the window by which its height is changed.
 class EdgeResizeView : public QWidget
 {
@@ -12,7 +14,8 @@ class EdgeResizeView : public QWidget
 public:
     static constexpr int kHeight = 8;
 
-    EdgeResizeView(WindowFrame::Edge edge, QWidget *parent);
+    /// \a workspace must outlive the view.
+    EdgeResizeView(WindowFrame::Edge edge, const Workspace &workspace, QWidget *parent);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -20,6 +23,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    const Workspace &m_workspace;
     WindowFrame::Edge m_edge;
     bool m_isResizing = false;
     int m_initialMouseY = 0;

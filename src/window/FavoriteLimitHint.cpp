@@ -3,6 +3,7 @@
 #include "appearance/Easing.h"
 #include "appearance/Spring.h"
 #include "platform/Scheduler.h"
+#include "platform/Workspace.h"
 #include "window/ClipboardTableView.h"
 #include "window/FavoriteLimitHintOverlayView.h"
 #include "window/RowLayout.h"
@@ -38,9 +39,10 @@ FavoriteLimitHintOverlayView::Pose poseAfter(double seconds)
 
 } // namespace
 
-FavoriteLimitHint::FavoriteLimitHint(ClipboardTableView &tableView, Scheduler &scheduler,
-                                     const Clock &clock)
+FavoriteLimitHint::FavoriteLimitHint(ClipboardTableView &tableView, const Workspace &workspace,
+                                     Scheduler &scheduler, const Clock &clock)
     : m_tableView(tableView)
+    , m_workspace(workspace)
     , m_scheduler(scheduler)
     , m_animation(scheduler, clock)
 {
@@ -85,7 +87,7 @@ void FavoriteLimitHint::place(const QRect &star)
     QPoint corner = m_tableView.viewport()->mapToGlobal(star.topLeft())
         + QPoint((star.width() - bubble.width()) / 2, -kGap - bubble.height());
     if (const QScreen *screen = m_tableView.screen()) {
-        const QRect available = screen->availableGeometry();
+        const QRect available = m_workspace.availableGeometry(*screen);
         const int right = available.right() + 1 - bubble.width();
         corner.setX(std::max(available.x(), std::min(corner.x(), right)));
     }

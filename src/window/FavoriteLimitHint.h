@@ -11,6 +11,7 @@
 
 class ClipboardTableView;
 class FavoriteLimitHintOverlayView;
+class Workspace;
 
 /// Says over the star of a row, for a moment, that there are no more favourites to be had.
 class FavoriteLimitHint : public QObject
@@ -19,7 +20,8 @@ class FavoriteLimitHint : public QObject
 
 public:
     /// Everything must outlive the object.
-    FavoriteLimitHint(ClipboardTableView &tableView, Scheduler &scheduler, const Clock &clock);
+    FavoriteLimitHint(ClipboardTableView &tableView, const Workspace &workspace,
+                      Scheduler &scheduler, const Clock &clock);
     ~FavoriteLimitHint() override;
 
     void setLook(const Look &look);
@@ -38,6 +40,7 @@ private:
     void fade(double from, double to, std::function<void()> done);
 
     ClipboardTableView &m_tableView;
+    const Workspace &m_workspace;
     Scheduler &m_scheduler;
     Look m_look;
     std::unique_ptr<FavoriteLimitHintOverlayView> m_view; ///< While there is a hint.

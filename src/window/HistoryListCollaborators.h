@@ -12,11 +12,13 @@ class RowPictures;
 class Scheduler;
 class TagManager;
 class UserDefaults;
+class Workspace;
 struct ClipboardItem;
 
 /// What the list of the history works with; all of it must outlive the list.
 struct HistoryListCollaborators
 {
+    const Workspace &workspace;
     ClipboardItemManager &itemManager;
     TagManager &tagManager;
     FileViewer &fileViewer;

@@ -47,8 +47,8 @@ constexpr qreal kScrollerInsetShare = 0.65;
 
 } // namespace
 
-HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager,
-                           Scheduler &scheduler, const Clock &clock)
+HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, const Workspace &workspace,
+                           TagManager &tagManager, Scheduler &scheduler, const Clock &clock)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
     , m_style(style)
     , m_glassContainerView(new GlassContainerView(style, this))
@@ -58,9 +58,9 @@ HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManag
     setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
     setAttribute(Qt::WA_QuitOnClose, false);
     m_glassContainerView->onGroundPainted = [this](QPainter &painter) { paintFocusRings(painter); };
-    buildHead(tagManager, scheduler);
+    buildHead(workspace, tagManager, scheduler);
     buildList(scheduler, clock);
-    buildHandles();
+    buildHandles(workspace);
 }
 
 HistoryPanel::~HistoryPanel() = default;
@@ -168,9 +168,10 @@ void HistoryPanel::resizeEvent(QResizeEvent *)
 }
 
 /// The order is that of the Tab key.
-void HistoryPanel::buildHead(TagManager &tagManager, Scheduler &scheduler)
+void HistoryPanel::buildHead(const Workspace &workspace, TagManager &tagManager,
+                             Scheduler &scheduler)
 {
-    m_dragView = new WindowDragView(m_glassContainerView);
+    m_dragView = new WindowDragView(workspace, m_glassContainerView);
     m_dragView->setObjectName(u"windowDragView"_s);
     m_searchIcon = new SymbolView(
         {u"magnifyingglass"_s, kSearchIconSize, SymbolWeight::Semibold}, m_glassContainerView);
@@ -199,11 +200,13 @@ void HistoryPanel::buildList(Scheduler &scheduler, const Clock &clock)
     });
 }
 
-void HistoryPanel::buildHandles()
+void HistoryPanel::buildHandles(const Workspace &workspace)
 {
-    m_topResizeView = new EdgeResizeView(WindowFrame::Edge::Top, m_glassContainerView);
+    m_topResizeView
+        = new EdgeResizeView(WindowFrame::Edge::Top, workspace, m_glassContainerView);
     m_topResizeView->setObjectName(u"topResizeView"_s);
-    m_bottomResizeView = new EdgeResizeView(WindowFrame::Edge::Bottom, m_glassContainerView);
+    m_bottomResizeView
+        = new EdgeResizeView(WindowFrame::Edge::Bottom, workspace, m_glassContainerView);
     m_bottomResizeView->setObjectName(u"bottomResizeView"_s);
 }
 

@@ -23,6 +23,7 @@ class SpokenFocus;
 class SymbolView;
 class TagManager;
 class WindowDragView;
+class Workspace;
 
 /// The frameless window itself: holds the views and puts them in their places. What they do is
 /// decided by the owner.
@@ -32,8 +33,8 @@ class HistoryPanel : public QWidget
 
 public:
     /// All but the style must outlive the panel.
-    HistoryPanel(const HistoryWindowStyle &style, TagManager &tagManager, Scheduler &scheduler,
-                 const Clock &clock);
+    HistoryPanel(const HistoryWindowStyle &style, const Workspace &workspace,
+                 TagManager &tagManager, Scheduler &scheduler, const Clock &clock);
     ~HistoryPanel() override;
 
     SearchField &searchField() { return *m_searchField; }
@@ -79,9 +80,9 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    void buildHead(TagManager &tagManager, Scheduler &scheduler);
+    void buildHead(const Workspace &workspace, TagManager &tagManager, Scheduler &scheduler);
     void buildList(Scheduler &scheduler, const Clock &clock);
-    void buildHandles();
+    void buildHandles(const Workspace &workspace);
     void layoutViews();
     void cutShape();
     void paintStrongEdge(QPainter &painter) const;

@@ -32,8 +32,8 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                              const HistoryWindowCollaborators &collaborators,
                              const ClipboardItemList &items)
     : m_collaborators(collaborators)
-    , m_panel(style, collaborators.list.tagManager, collaborators.list.scheduler,
-              collaborators.list.clock)
+    , m_panel(style, collaborators.workspace, collaborators.list.tagManager,
+              collaborators.list.scheduler, collaborators.list.clock)
     , m_blurBehind(m_panel, style.cornerRadius, collaborators.appearance)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
     , m_textPreview(collaborators.makeTextPreview ? collaborators.makeTextPreview() : nullptr)
@@ -232,6 +232,7 @@ void HistoryWindow::connectScreens()
         if (isVisible())
             clampFrame();
     };
+    m_panelsHook.emplace(m_collaborators.workspace.onAvailableGeometryChanged, clampWhileOpen);
     const auto watch = [context, clampWhileOpen](const QScreen *screen) {
         QObject::connect(screen, &QScreen::availableGeometryChanged, context, clampWhileOpen,
                          Qt::QueuedConnection);
@@ -248,12 +249,13 @@ void HistoryWindow::placeInitially()
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QString saved = m_collaborators.defaults.string(kFrameKey).value_or(QString());
     const std::optional<QRect> frame = WindowFrame::fromString(saved);
-    if (!screen)
+    if (!screen) {
         m_panel.resize(WindowFrame::kWindowWidth, WindowFrame::kWindowDefaultHeight);
-    else if (frame)
-        m_panel.setGeometry(WindowFrame::clamped(*frame, screen->availableGeometry()));
-    else
-        m_panel.setGeometry(WindowFrame::centred(screen->availableGeometry()));
+        return;
+    }
+    const QRect available = m_collaborators.workspace.availableGeometry(*screen);
+    m_panel.setGeometry(frame ? WindowFrame::clamped(*frame, available)
+                              : WindowFrame::centred(available));
 }
 
 void HistoryWindow::clampFrame()
@@ -261,7 +263,8 @@ void HistoryWindow::clampFrame()
     const QScreen *screen = m_panel.screen();
     if (!screen)
         return;
-    const QRect frame = WindowFrame::clamped(m_panel.geometry(), screen->availableGeometry());
+    const QRect frame = WindowFrame::clamped(m_panel.geometry(),
+                                             m_collaborators.workspace.availableGeometry(*screen));
     if (frame != m_panel.geometry())
         m_panel.setGeometry(frame);
 }

@@ -107,5 +107,6 @@ private:
     bool m_isHideAnimationInFlight = false;
     bool m_isMotionReduced = false;
     std::optional<CallbackHook<>> m_appearanceHook;
+    std::optional<CallbackHook<>> m_panelsHook;
     std::optional<OutsideWatch> m_outsideWatch; ///< There while the window is open.
 };

@@ -1,13 +1,15 @@
 #include "window/WindowDragView.h"
 
+#include "platform/Workspace.h"
 #include "window/WindowFrame.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
 
-WindowDragView::WindowDragView(QWidget *parent)
+WindowDragView::WindowDragView(const Workspace &workspace, QWidget *parent)
     : QWidget(parent)
+    , m_workspace(workspace)
 {
 }
 
@@ -27,7 +29,7 @@ void WindowDragView::mouseMoveEvent(QMouseEvent *event)
         return;
     const QPoint travel = event->globalPosition().toPoint() - m_initialMouseLocation;
     window()->setGeometry(
-        WindowFrame::moved(m_initialWindowFrame, travel, screen->availableGeometry()));
+        WindowFrame::moved(m_initialWindowFrame, travel, m_workspace.availableGeometry(*screen)));
 }
 
 void WindowDragView::mouseReleaseEvent(QMouseEvent *event)

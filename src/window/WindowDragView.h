@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class Workspace;
+
 /// The ground of the window's head, by which the window is moved.
 class WindowDragView : public QWidget
 {
@@ -10,7 +12,8 @@ class WindowDragView : public QWidget
 public:
     static constexpr int kHeight = 60;
 
-    explicit WindowDragView(QWidget *parent);
+    /// \a workspace must outlive the view.
+    WindowDragView(const Workspace &workspace, QWidget *parent);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -18,6 +21,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    const Workspace &m_workspace;
     bool m_isDragging = false;
     QPoint m_initialMouseLocation;
     QRect m_initialWindowFrame;

@@ -2,7 +2,9 @@
 """With several monitors the window belongs to the primary one, whatever is plugged and unplugged."""
 from case import main
 from monitors import Monitors
+from panels import Tint2
 from placement_case import PlacementCase
+from waiting import retry_until, wait_until
 
 
 class MonitorsTest(PlacementCase):
@@ -142,6 +144,47 @@ class MonitorsTest(PlacementCase):
         self.monitors.plug("ONLY", 0, 0, 600, 900)
         self.start_program((100, 200, 680, 500))
         self.assert_opens_at((0, 200, 600, 500))
+
+    def test_a_panel_at_the_lower_edge_of_the_primary(self):
+        self.plug_two()
+        self.start_panel("bottom center horizontal", (1200, 1170, 1600, 30))
+        self.start_program((1300, 1100, 680, 300))
+        window = self.assert_opens_at((1300, 870, 680, 300))
+        self.drag(self.in_head(window), (0, -100))
+        self.wait_for_place(window, (1300, 770, 680, 300))
+        self.drag(self.on_bottom_strip(window), (0, 300))
+        self.wait_for_place(window, (1300, 770, 680, 400))
+        self.drag(self.in_head(window), (0, 300))
+        self.wait_for_place(window, (1300, 770, 680, 400))
+
+    def test_a_panel_at_an_inner_edge(self):
+        self.plug_two()
+        self.start_panel("center left vertical", (1200, 200, 30, 1000))
+        self.start_program((1200, 300, 680, 300))
+        window = self.assert_opens_at((1230, 300, 680, 300))
+        self.drag(self.in_head(window), (50, 0))
+        self.wait_for_place(window, (1280, 300, 680, 300))
+        self.drag(self.in_head(window), (-300, 0))
+        self.wait_for_place(window, (1230, 300, 680, 300))
+
+    def test_a_panel_comes_under_the_open_window_and_goes(self):
+        self.plug_two()
+        self.start_program((1300, 900, 680, 300))
+        window = self.assert_opens_at((1300, 900, 680, 300))
+        panel = self.start_panel("bottom center horizontal", (1200, 1170, 1600, 30))
+        self.wait_for_place(window, (1300, 870, 680, 300))
+        panel.end()
+        retry_until(lambda: self.drag(self.in_head(window), (0, 60)),
+                    lambda: self.display.place(window) == (1300, 900, 680, 300),
+                    "the room of the panel that has ended")
+
+    def start_panel(self, position, place):
+        panel = Tint2(self.desktop, self.display, is_dark=False)
+        panel.position, panel.monitor = position, "2"
+        panel.start()
+        self.addCleanup(panel.end)
+        wait_until(lambda: panel.place() == place, lambda: f"the panel; it is at {panel.place()}")
+        return panel
 
     def let_the_program_learn(self):
         """The hot key comes to it on another road, and might be faster."""

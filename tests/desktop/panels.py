@@ -68,6 +68,8 @@ class Panel:
 class Tint2(Panel):
     window_class = "tint2"
     takes_windows = True
+    position = "bottom center horizontal"
+    monitor = "all"
 
     def command(self):
         return "tint2", "-c", self.configure("tint2/test.conf", f"""
@@ -76,7 +78,9 @@ border_width = 0
 background_color = {self.color} 100
 panel_items = S
 panel_size = 100% 30
-panel_position = bottom center horizontal
+panel_position = {self.position}
+panel_monitor = {self.monitor}
+strut_policy = follow_size
 panel_background_id = 1
 systray_padding = 4 3 4
 systray_icon_size = 24

@@ -31,6 +31,11 @@ public:
         return name == names.end() ? std::nullopt : std::optional(*name);
     }
 
+    QRect availableGeometry(const QScreen &screen) const override
+    {
+        return available.value_or(Workspace::availableGeometry(screen));
+    }
+
     /// Gives the focus to the program \a identifier; without a name it is called like it.
     void setFrontmost(const QString &identifier, const QString &name = {})
     {
@@ -42,6 +47,7 @@ public:
     QHash<QString, QString> names;
     QStringList activationTokens; ///< Of all user actions.
     QString nextToken;
+    std::optional<QRect> available; ///< Of every screen.
     int ownActivationCount = 0;
     mutable int nameLookupCount = 0;
 };

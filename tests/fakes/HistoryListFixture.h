@@ -47,7 +47,8 @@ protected:
     HistoryListCollaborators listCollaborators(Scheduler &scheduler, const Clock &clock,
                                                RowPictures &pictures)
     {
-        return {.itemManager = *m_manager,
+        return {.workspace = *m_workspace,
+                .itemManager = *m_manager,
                 .tagManager = *m_tags,
                 .fileViewer = *m_fileViewer,
                 .applicationNames = *m_names,

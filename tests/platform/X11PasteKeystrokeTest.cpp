@@ -5,6 +5,7 @@
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XcbXkb.h"
 #include "tests/platform/PlainWindows.h"
+#include "tests/fakes/FakeScheduler.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QGuiApplication>
@@ -89,6 +90,7 @@ private:
     std::unique_ptr<X11Keyboard> m_keyboard;
     std::unique_ptr<DesktopEntries> m_entries;
     std::unique_ptr<X11KnownWindows> m_knownWindows;
+    FakeScheduler m_scheduler;
     std::unique_ptr<X11Workspace> m_workspace;
     std::unique_ptr<X11PasteKeystroke> m_keystroke;
     int m_primaryCount = 0;
@@ -101,7 +103,8 @@ void X11PasteKeystrokeTest::init()
     m_keyboard = std::make_unique<X11Keyboard>(*m_connection);
     m_entries = std::make_unique<DesktopEntries>(QStringList{u"/usr/share/applications"_s}, u"C"_s);
     m_knownWindows = std::make_unique<X11KnownWindows>(*m_connection);
-    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries,
+                                                 m_scheduler);
     m_primaryCount = 0;
     m_isPrimaryOurs = true;
     m_keystroke = std::make_unique<X11PasteKeystroke>(*m_connection, *m_keyboard, *m_knownWindows,

@@ -4,6 +4,7 @@
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11StartupNotification.h"
 #include "tests/platform/PlainWindows.h"
+#include "tests/fakes/FakeScheduler.h"
 #include "tests/platform/PrivateDesktop.h"
 
 #include <QApplication>
@@ -77,6 +78,7 @@ private:
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<DesktopEntries> m_entries;
     std::unique_ptr<X11KnownWindows> m_knownWindows;
+    FakeScheduler m_scheduler;
     std::unique_ptr<X11Workspace> m_workspace;
 };
 
@@ -85,7 +87,8 @@ void X11WorkspaceTest::init()
     m_connection = std::make_unique<X11Connection>(m_desktop.displayName());
     m_entries = std::make_unique<DesktopEntries>(QStringList{u"/usr/share/applications"_s}, u"C"_s);
     m_knownWindows = std::make_unique<X11KnownWindows>(*m_connection);
-    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries,
+                                                 m_scheduler);
 }
 
 void X11WorkspaceTest::cleanup()
@@ -197,7 +200,8 @@ void X11WorkspaceTest::frontmostApplicationIsDescribed()
 void X11WorkspaceTest::programWithoutEntryIsCalledByItsClass()
 {
     m_entries = std::make_unique<DesktopEntries>(QStringList{}, u"C"_s);
-    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries);
+    m_workspace = std::make_unique<X11Workspace>(*m_connection, *m_knownWindows, *m_entries,
+                                                 m_scheduler);
     startWindowManager(u"openbox"_s);
     const quint32 window = openTerminal(u"xterm"_s);
 

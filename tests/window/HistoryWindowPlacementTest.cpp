@@ -13,6 +13,7 @@ private slots:
     void init() { setUpWindow(); }
     void cleanup() { tearDownWindow(); }
 
+    void panelsThatComeAreSpared();
     void withoutSavedFrameTheWindowIsCentred();
     void theWindowOpensWhereItLastStood();
     void aFrameTooTallShrinksAndIsSavedSo();
@@ -128,6 +129,17 @@ void HistoryWindowPlacementTest::theHandlesResize()
     QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, 350));
     dragBy("bottomResizeView", QPoint(0, -900));
     QCOMPARE(m_window->panel().height(), 244);
+}
+
+void HistoryWindowPlacementTest::panelsThatComeAreSpared()
+{
+    m_desktop->available = QRect(30, 0, 740, 600);
+    make();
+    m_window->show();
+    QCOMPARE(m_window->panel().geometry(), QRect(60, 50, 680, 500));
+    m_desktop->available = QRect(70, 0, 700, 540);
+    m_desktop->onAvailableGeometryChanged();
+    QCOMPARE(m_window->panel().geometry(), QRect(70, 40, 680, 500));
 }
 
 QTEST_MAIN(HistoryWindowPlacementTest)

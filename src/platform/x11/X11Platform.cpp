@@ -21,7 +21,7 @@ public:
         : m_keyboard(m_connection)
         , m_pasteboard(codec)
         , m_knownWindows(m_connection)
-        , m_workspace(m_connection, m_knownWindows, m_entries)
+        , m_workspace(m_connection, m_knownWindows, m_entries, scheduler)
         , m_globalHotkey(m_connection, m_keyboard)
         , m_pasteKeystroke(m_connection, m_keyboard, m_knownWindows, m_entries,
                            [this] { return m_pasteboard.alsoOwnPrimary(); })

@@ -37,6 +37,8 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::NetWmState, "_NET_WM_STATE");
     set(X11AtomName::NetWmStateSkipPager, "_NET_WM_STATE_SKIP_PAGER");
     set(X11AtomName::NetWmStateSkipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR");
+    set(X11AtomName::NetWmStrut, "_NET_WM_STRUT");
+    set(X11AtomName::NetWmStrutPartial, "_NET_WM_STRUT_PARTIAL");
     set(X11AtomName::NetWmUserTime, "_NET_WM_USER_TIME");
     set(X11AtomName::NetWmWindowType, "_NET_WM_WINDOW_TYPE");
     set(X11AtomName::NetWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK");

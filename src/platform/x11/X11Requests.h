@@ -33,6 +33,8 @@ enum class X11AtomName : quint8
     NetWmState,
     NetWmStateSkipPager,
     NetWmStateSkipTaskbar,
+    NetWmStrut,
+    NetWmStrutPartial,
     NetWmUserTime,
     NetWmWindowType,
     NetWmWindowTypeDock,

@@ -6,7 +6,9 @@
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -62,13 +64,18 @@ private:
 };
 
 X11Workspace::X11Workspace(X11Connection &connection, X11KnownWindows &knownWindows,
-                           const DesktopEntries &entries)
+                           const DesktopEntries &entries, Scheduler &scheduler)
     : m_connection(connection)
     , m_knownWindows(knownWindows)
     , m_entries(entries)
     , m_windows(connection)
     , m_applications(connection, entries)
+    , m_panels(connection, scheduler)
 {
+    m_panels.onChanged = [this] {
+        if (onAvailableGeometryChanged)
+            onAvailableGeometryChanged();
+    };
     m_connection.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_connection.addListener(this);
     if (qtX11Connection())
@@ -112,6 +119,21 @@ std::optional<QString> X11Workspace::applicationName(const QString &bundleIdenti
 {
     const auto entry = m_entries.findById(bundleIdentifier);
     return entry ? std::optional(entry->name) : std::nullopt;
+}
+
+QRect X11Workspace::availableGeometry(const QScreen &screen) const
+{
+    const QRect whole = screen.geometry();
+    const qreal ratio = screen.devicePixelRatio();
+    // Qt scales each screen about its own corner, which stays where it is.
+    const QRect monitor(whole.topLeft(), whole.size() * ratio);
+    const QRect rest = m_panels.available(monitor);
+    const auto scaled = [ratio](int length) { return qCeil(length / ratio); };
+    const QMargins panels(scaled(rest.left() - monitor.left()), scaled(rest.top() - monitor.top()),
+                          scaled(monitor.right() - rest.right()),
+                          scaled(monitor.bottom() - rest.bottom()));
+    // With one monitor Qt knows more: what the window manager leaves free for reasons of its own.
+    return whole.marginsRemoved(panels) & screen.availableGeometry();
 }
 
 void X11Workspace::activate(const RunningApplication &application)

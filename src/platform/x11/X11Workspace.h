@@ -5,6 +5,7 @@
 #include "platform/x11/X11Applications.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11KnownWindows.h"
+#include "platform/x11/X11Panels.h"
 #include "platform/x11/X11Windows.h"
 
 #include <array>
@@ -14,7 +15,7 @@ class X11Workspace : public Workspace, private X11EventListener
 {
 public:
     X11Workspace(X11Connection &connection, X11KnownWindows &knownWindows,
-                 const DesktopEntries &entries);
+                 const DesktopEntries &entries, Scheduler &scheduler);
     ~X11Workspace() override;
 
     std::optional<RunningApplication> frontmostApplication() const override;
@@ -25,6 +26,7 @@ public:
     void noteUserAction(const QString &activationToken) override;
     QString newActivationToken() const override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
+    QRect availableGeometry(const QScreen &screen) const override;
 
     /// Called when the focus has been asked for one of our windows.
     std::function<void(quint32 window)> onOwnWindowActivated;
@@ -50,6 +52,7 @@ private:
     const DesktopEntries &m_entries;
     mutable X11Windows m_windows;
     mutable X11Applications m_applications;
+    X11Panels m_panels;
     mutable quint32 m_announcedWindow = 0;
     mutable quint32 m_tokenCount = 0;
     quint32 m_awaitedWindow = 0; ///< Ours, from the asking for the focus until it has it.

@@ -1,0 +1,8 @@
+#include "platform/Workspace.h"
+
+#include <QScreen>
+
+QRect Workspace::availableGeometry(const QScreen &screen) const
+{
+    return screen.availableGeometry();
+}

@@ -66,6 +66,14 @@ void scaleAbout(QPainter &painter, const QPointF &centre, qreal scale)
     painter.translate(-centre);
 }
 
+void drawClipped(QPainter &painter, const QRectF &clip, const QRectF &box, const QString &text)
+{
+    painter.save();
+    painter.setClipRect(clip, Qt::IntersectClip);
+    drawElided(painter, box, text);
+    painter.restore();
+}
+
 /// Where people want texts larger, the time grows as far as its column has room.
 QFont timeFont(QPaintDevice &device, const QString &text, qreal room)
 {
@@ -183,12 +191,18 @@ void HistoryRowDelegate::paintBadge(QPainter &painter, const QRectF &box,
 void HistoryRowDelegate::paintTexts(QPainter &painter, const RowLayout &layout,
                                     const HistoryRow &row, const SystemColors &colors) const
 {
+    // Marks heaped on the letters of one line do not reach into the other. The two meet by a unit,
+    // which large letters need.
+    QRectF upper = layout.selection;
+    upper.setBottom(layout.meta.top());
+    QRectF lower = layout.selection;
+    lower.setTop(upper.bottom() - 1);
     painter.setFont(interfaceFont(kContentSize));
     painter.setPen(row.isPlaceholder ? colors.secondaryLabelColor : colors.labelColor);
-    drawElided(painter, layout.content, row.content);
+    drawClipped(painter, upper, layout.content, row.content);
     painter.setPen(colors.tertiaryLabelColor);
     painter.setFont(interfaceFont(kMetaSize, QFont::DemiBold));
-    drawElided(painter, layout.meta, row.meta);
+    drawClipped(painter, lower, layout.meta, row.meta);
     painter.setFont(timeFont(*painter.device(), row.time, layout.time.width()));
     drawWithEvenDigits(painter, layout.time, row.time);
 }

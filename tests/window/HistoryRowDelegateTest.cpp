@@ -96,6 +96,8 @@ private slots:
     void noTextMakesItsLineHop_data();
     void noTextMakesItsLineHop();
     void nothingIsPaintedOutsideTheRow();
+    void marksKeepToTheirLine_data();
+    void marksKeepToTheirLine();
     void aLongTextEndsBeforeTheTime_data();
     void aLongTextEndsBeforeTheTime();
     void aLongRightToLeftTextIsCutAtItsOwnEnd();
@@ -348,9 +350,36 @@ void HistoryRowDelegateTest::nothingIsPaintedOutsideTheRow()
     const QImage image = paint(item, {.isSelected = true, .groundOpacity = 1, .starScale = 1.3});
     QCOMPARE(inkIn(image, image.rect() - QMargins(0, 0, 0, 2 * kRowHeight)), QRect());
     QCOMPARE(inkIn(image, image.rect() - QMargins(0, 2 * kRowHeight, 0, 0)), QRect());
-    // They go on to the edge.
-    const QRect ink = inkIn(paint(item), QRect(kTextLeft, 0, 40, 3 * kRowHeight));
-    QVERIFY(ink.top() <= kRow.top() + 2 && ink.bottom() >= kRow.bottom() - 2);
+}
+
+void HistoryRowDelegateTest::marksKeepToTheirLine_data()
+{
+    QTest::addColumn<qreal>("textScale");
+    QTest::newRow("usual") << 1.0;
+    QTest::newRow("large texts") << 1.3;
+}
+
+void HistoryRowDelegateTest::marksKeepToTheirLine()
+{
+    QFETCH(const qreal, textScale);
+    setInterfaceTextScale(textScale);
+    const auto restore = qScopeGuard([] { setInterfaceTextScale(1); });
+    const QString marks = QString(30, QChar(0x301)) + QString(30, QChar(0x330));
+    const auto tagged = [](const QString &text, const QString &tag) {
+        ClipboardItem item = SampleHistory::textItem(text);
+        item.tags = {tag};
+        return item;
+    };
+    const QImage plain = paint(tagged(u"ÄÅgjpqy"_s, u"ÄÅgjpqy"_s));
+    const QImage markedTag = paint(tagged(u"ÄÅgjpqy"_s, u"Z"_s + marks));
+    const QImage markedText = paint(tagged(u"Z"_s + marks, u"ÄÅgjpqy"_s));
+    const QRect upper(55, kRow.top(), 490, 38);
+    const QRect lower(55, kRow.top() + 39, 490, 33); // One between the two is of both.
+    QCOMPARE(markedTag.copy(upper), plain.copy(upper));
+    QCOMPARE(markedText.copy(lower), plain.copy(lower));
+    // They go on to the border.
+    QCOMPARE(inkIn(markedTag, lower).top(), lower.top());
+    QCOMPARE(inkIn(markedText, upper).bottom(), upper.bottom());
 }
 
 void HistoryRowDelegateTest::aLongTextEndsBeforeTheTime_data()

@@ -1,8 +1,10 @@
 #include "appearance/InterfaceFont.h"
 
 #include "appearance/DevicePixels.h"
+#include "appearance/LaidOutLine.h"
 #include "foundation/TextTools.h"
 
+#include <QCache>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHash>
@@ -17,6 +19,9 @@ namespace {
 
 /// No line shows as many, and shaping takes long.
 constexpr qsizetype kMaxDrawnUnits = 1000;
+/// The words of the window, of its menus and of some forty rows.
+constexpr int kKnownLines = 256;
+constexpr qreal kUncut = 0; // With a mode that cuts nothing.
 
 /// A font takes only whole pixels, but any number of points.
 void setPixelSize(QFont &font, qreal pixelSize)
@@ -40,6 +45,44 @@ KnownFonts &knownFonts()
 {
     static KnownFonts known;
     return known;
+}
+
+/// The lines drawn lately, since most are drawn again and again: in each frame of a motion, and at
+/// each step of scrolling.
+QCache<LaidOutLine::Key, LaidOutLine> &knownLines()
+{
+    static QCache<LaidOutLine::Key, LaidOutLine> known(kKnownLines);
+    // Their fonts go before the application does.
+    static const bool isEnding = (qAddPostRoutine([] { knownLines().clear(); }), true);
+    Q_UNUSED(isEnding);
+    return known;
+}
+
+const LaidOutLine &laidOut(const LaidOutLine::Key &key, QPaintDevice &device)
+{
+    QCache<LaidOutLine::Key, LaidOutLine> &known = knownLines();
+    LaidOutLine *line = known.object(key);
+    if (!line) {
+        line = new LaidOutLine(key, device);
+        known.insert(key, line);
+    }
+    return *line;
+}
+
+void drawLine(QPainter &painter, const QRectF &box, const QString &text, qreal width,
+              Qt::Alignment alignment, Qt::TextElideMode mode)
+{
+    QPaintDevice &device = *painter.device();
+    const QFontMetricsF metrics(painter.font(), &device);
+    const qreal middle = box.center().y() + (metrics.ascent() - metrics.descent()) / 2;
+    const LaidOutLine &line
+        = laidOut({text, painter.font(), width, mode, device.logicalDpiY()}, device);
+    qreal x = box.left();
+    if (alignment & (Qt::AlignRight | Qt::AlignHCenter)) {
+        const qreal spare = box.width() - line.width;
+        x += alignment & Qt::AlignRight ? spare : spare / 2;
+    }
+    line.draw(painter, QPointF(x, snappedLine(painter, middle)));
 }
 
 } // namespace
@@ -79,23 +122,11 @@ QFont interfaceFont(qreal pixelSize, QFont::Weight weight)
 void drawTextLine(QPainter &painter, const QRectF &box, const QString &text,
                   Qt::Alignment alignment)
 {
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    const qreal middle = box.center().y() + (metrics.ascent() - metrics.descent()) / 2;
-    const qreal baseline = snappedLine(painter, middle);
-    qreal x = box.left();
-    if (alignment & (Qt::AlignRight | Qt::AlignHCenter)) {
-        const qreal spare = box.width() - metrics.horizontalAdvance(text);
-        x += alignment & Qt::AlignRight ? spare : spare / 2;
-    }
-    // A text that runs from right to left keeps its order, with an ellipsis at its own end.
-    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
-    painter.drawText(QPointF(x, baseline), text);
+    drawLine(painter, box, text, kUncut, alignment, Qt::ElideNone);
 }
 
 void drawElided(QPainter &painter, const QRectF &box, const QString &text,
                 Qt::Alignment alignment, Qt::TextElideMode mode)
 {
-    const QFontMetricsF metrics(painter.font(), painter.device());
-    drawTextLine(painter, box, metrics.elidedText(shortened(text, kMaxDrawnUnits), mode, box.width()),
-                 alignment);
+    drawLine(painter, box, shortened(text, kMaxDrawnUnits), box.width(), alignment, mode);
 }

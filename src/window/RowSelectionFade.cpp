@@ -9,8 +9,6 @@
 
 using namespace std::chrono_literals;
 
-using namespace std::chrono_literals;
-
 namespace {
 
 constexpr Spring kSpring{.mass = 1.2, .stiffness = 280, .damping = 18};

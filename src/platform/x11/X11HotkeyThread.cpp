@@ -19,9 +19,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The part of an event's type that tells that a program sent it.
-constexpr int kSent = 0x80;
-
 /// Every union of some of the bits of \a mask, the empty one too.
 std::vector<quint16> subsetsOf(quint8 mask)
 {
@@ -152,7 +149,8 @@ void X11HotkeyThread::handleEvents()
     while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_xcb.get())}) {
         const auto *key = reinterpret_cast<const xcb_key_press_event_t *>(event.get());
         const auto *focus = reinterpret_cast<const xcb_focus_in_event_t *>(event.get());
-        switch (event->response_type & ~kSent) {
+        // Without the bit that tells that a program sent it: nobody else is to let the keys go.
+        switch (event->response_type) {
         case XCB_KEY_PRESS: handlePress(key->detail, key->time); break;
         case XCB_KEY_RELEASE:
             // The modifiers may be let go of first. With the key itself the grab ends.

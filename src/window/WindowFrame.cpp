@@ -67,7 +67,7 @@ QRect WindowFrame::centred(const QRect &available)
 QRect WindowFrame::clamped(const QRect &frame, const QRect &available)
 {
     const QSize size(std::min(kWindowWidth, available.width()),
-                     std::min(frame.height(), available.height()));
+                     std::min(std::max(frame.height(), kWindowMinHeight), available.height()));
     return {clampedPosition(frame.topLeft(), size, available), size};
 }
 

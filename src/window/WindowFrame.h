@@ -22,7 +22,8 @@ std::optional<QRect> fromString(const QString &text);
 /// A window of the default size in the middle.
 QRect centred(const QRect &available);
 
-/// \a frame with the window's width, no larger than \a available and wholly on it.
+/// \a frame with the window's width and at least its least height, but no larger than \a available
+/// and wholly on it.
 QRect clamped(const QRect &frame, const QRect &available);
 
 /// \a frame moved by \a travel, but not off \a available.

@@ -87,6 +87,11 @@ void WindowFrameTest::aFrameIsBroughtOntoTheScreen_data()
     QTest::newRow("right and below") << QRect(9000, 9000, 680, 300) << kScreen
                                      << QRect(620, 450, 680, 300);
     QTest::newRow("too tall") << QRect(300, 200, 680, 5000) << kScreen << QRect(300, 50, 680, 700);
+    QTest::newRow("too low") << QRect(300, 200, 680, 1) << kScreen << QRect(300, 200, 680, 244);
+    QTest::newRow("too low, at the lower edge")
+        << QRect(300, 740, 680, 1) << kScreen << QRect(300, 506, 680, 244);
+    QTest::newRow("low screen") << QRect(5, 5, 680, 1) << QRect(0, 0, 1000, 200)
+                                << QRect(5, 0, 680, 200);
     QTest::newRow("narrow screen") << QRect(5, 5, 680, 300) << QRect(0, 0, 480, 800)
                                    << QRect(0, 5, 480, 300);
     QTest::newRow("second screen") << QRect(-500, 100, 680, 300) << QRect(-1920, 0, 1920, 1080)

@@ -58,8 +58,9 @@ public:
     /// The name of an installed program by its identifier; absent if there is no such program.
     virtual std::optional<QString> applicationName(const QString &bundleIdentifier) const = 0;
 
-    /// What panels leave of \a screen to windows, in global device-independent pixels.
-    virtual QRect availableGeometry(const QScreen &screen) const;
+    /// What panels leave of \a screen to windows, in global device-independent pixels. All of it if
+    /// they claim to leave next to nothing.
+    QRect availableGeometry(const QScreen &screen) const;
 
     /// Called when that may have changed, besides what the screens themselves tell.
     std::function<void()> onAvailableGeometryChanged;
@@ -67,4 +68,8 @@ public:
     /// Called after another program's window, or one of ours, has got the focus. Who asks for the
     /// frontmost application and listens from then on is not told of that one.
     std::function<void(const RunningApplication &)> onApplicationActivated;
+
+protected:
+    /// What they claim to leave.
+    virtual QRect claimedGeometry(const QScreen &screen) const;
 };

@@ -31,11 +31,6 @@ public:
         return name == names.end() ? std::nullopt : std::optional(*name);
     }
 
-    QRect availableGeometry(const QScreen &screen) const override
-    {
-        return available.value_or(Workspace::availableGeometry(screen));
-    }
-
     /// Gives the focus to the program \a identifier; without a name it is called like it.
     void setFrontmost(const QString &identifier, const QString &name = {})
     {
@@ -50,4 +45,10 @@ public:
     std::optional<QRect> available; ///< Of every screen.
     int ownActivationCount = 0;
     mutable int nameLookupCount = 0;
+
+protected:
+    QRect claimedGeometry(const QScreen &screen) const override
+    {
+        return available.value_or(Workspace::claimedGeometry(screen));
+    }
 };

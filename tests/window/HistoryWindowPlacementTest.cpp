@@ -1,5 +1,7 @@
 #include "tests/window/HistoryWindowFixture.h"
 
+#include "window/WindowFrame.h"
+
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +16,8 @@ private slots:
     void cleanup() { tearDownWindow(); }
 
     void panelsThatComeAreSpared();
+    void panelsThatLeaveNothingAreNotBelieved_data();
+    void panelsThatLeaveNothingAreNotBelieved();
     void withoutSavedFrameTheWindowIsCentred();
     void theWindowOpensWhereItLastStood();
     void aFrameTooTallShrinksAndIsSavedSo();
@@ -129,6 +133,25 @@ void HistoryWindowPlacementTest::theHandlesResize()
     QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, 350));
     dragBy("bottomResizeView", QPoint(0, -900));
     QCOMPARE(m_window->panel().height(), 244);
+}
+
+void HistoryWindowPlacementTest::panelsThatLeaveNothingAreNotBelieved_data()
+{
+    QTest::addColumn<QRect>("available");
+    QTest::newRow("no height") << QRect(0, 300, 800, 0);
+    QTest::newRow("no width") << QRect(400, 0, 0, 600);
+    QTest::newRow("nothing") << QRect();
+    QTest::newRow("a strip") << QRect(0, 0, 800, 20);
+}
+
+void HistoryWindowPlacementTest::panelsThatLeaveNothingAreNotBelieved()
+{
+    QFETCH(QRect, available);
+    m_desktop->available = available;
+    make();
+    m_window->show();
+    QCOMPARE(m_window->panel().geometry(),
+             WindowFrame::centred(QGuiApplication::primaryScreen()->geometry()));
 }
 
 void HistoryWindowPlacementTest::panelsThatComeAreSpared()

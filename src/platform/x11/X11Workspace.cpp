@@ -121,7 +121,7 @@ std::optional<QString> X11Workspace::applicationName(const QString &bundleIdenti
     return entry ? std::optional(entry->name) : std::nullopt;
 }
 
-QRect X11Workspace::availableGeometry(const QScreen &screen) const
+QRect X11Workspace::claimedGeometry(const QScreen &screen) const
 {
     const QRect whole = screen.geometry();
     const qreal ratio = screen.devicePixelRatio();

@@ -26,7 +26,6 @@ public:
     void noteUserAction(const QString &activationToken) override;
     QString newActivationToken() const override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;
-    QRect availableGeometry(const QScreen &screen) const override;
 
     /// Called when the focus has been asked for one of our windows.
     std::function<void(quint32 window)> onOwnWindowActivated;
@@ -34,6 +33,7 @@ public:
 private:
     class UserTimeFilter;
 
+    QRect claimedGeometry(const QScreen &screen) const override;
     void handleX11Event(int type, const void *event) override;
     void selectEvents(quint32 window, quint32 eventMask);
     void announceActivation(quint32 time);

@@ -72,7 +72,7 @@ void AppDelegate::terminate()
 
 void AppDelegate::toggleHistoryWindow()
 {
-    const bool isThereToStay = m_searchWindow && m_searchWindow->isVisible()
+    const bool isThereToStay = m_searchWindow && m_searchWindow->isSeen()
         && !m_searchWindow->isHideAnimationInFlight();
     if (isThereToStay)
         m_searchWindow->hide();

@@ -12,6 +12,10 @@ public:
 
     virtual bool isVisible() const = 0;
 
+    /// Whether a window that is visible is on the screen, too: not if another program has taken it
+    /// off, or none has put it there. show() sees to that.
+    virtual bool isSeen() const = 0;
+
     /// The window is on its way out; show() turns it round.
     virtual bool isHideAnimationInFlight() const = 0;
 

@@ -2,6 +2,7 @@
 
 #include "core/ClipboardItemManager.h"
 #include "foundation/UserDefaults.h"
+#include "platform/Clock.h"
 #include "platform/DesktopAppearance.h"
 #include "platform/Workspace.h"
 #include "preview/TextPreview.h"
@@ -17,14 +18,19 @@
 #include <QApplication>
 #include <QPointer>
 #include <QScreen>
+#include <QWindow>
 
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
+
+/// How long a window manager may take to put the window on the screen.
+constexpr auto kComingPatience = 1s;
 
 } // namespace
 
@@ -66,8 +72,16 @@ HistoryWindow::~HistoryWindow()
     m_panel.disconnect(&m_tableViewController);
 }
 
+bool HistoryWindow::isSeen() const
+{
+    const bool isComing = m_collaborators.list.clock.now() - m_shownAt < kComingPatience;
+    return isVisible() && (isComing || m_panel.windowHandle()->isExposed());
+}
+
 void HistoryWindow::show()
 {
+    if (isVisible() && !isSeen())
+        m_panel.hide(); // What the desktop does not hold any more it is given anew.
     const bool wasVisible = isVisible();
     const bool wasHiding = std::exchange(m_isHideAnimationInFlight, false);
     ++m_visibilityAnimationToken;
@@ -78,6 +92,7 @@ void HistoryWindow::show()
         bringForward();
         return;
     }
+    m_shownAt = m_collaborators.list.clock.now();
     m_searchFieldController.clearListSearch();
     enter(wasVisible ? WindowMotion::Start::WhereItStands : WindowMotion::Start::Unseen);
     bringForward();
@@ -92,7 +107,8 @@ void HistoryWindow::hide()
         return;
     if (m_textPreview)
         m_textPreview->hidePreview(TextPreview::Focus::Leave);
-    m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
+    if (!m_panel.geometry().isEmpty())
+        m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
     m_blurBehind.setWanted(false); // It would not fade.
     m_panel.filterBar().closeOverflowMenu();
     m_tableViewController.dismissOverlays();

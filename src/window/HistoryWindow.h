@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/CallbackHook.h"
+#include "foundation/Timestamp.h"
 #include "window/BlurBehind.h"
 #include "window/ClipboardSearchWindowProtocol.h"
 #include "window/ClipboardTableViewController.h"
@@ -39,6 +40,7 @@ public:
     ~HistoryWindow() override;
 
     bool isVisible() const override { return m_panel.isVisible(); }
+    bool isSeen() const override;
     bool isHideAnimationInFlight() const override { return m_isHideAnimationInFlight; }
     void show() override;
     void hide() override;
@@ -105,6 +107,7 @@ private:
     /// Counts show() and hide(): an animation that ends acts only if nothing has come between.
     quint64 m_visibilityAnimationToken = 0;
     bool m_isHideAnimationInFlight = false;
+    Timestamp m_shownAt;
     bool m_isMotionReduced = false;
     std::optional<CallbackHook<>> m_appearanceHook;
     std::optional<CallbackHook<>> m_panelsHook;

@@ -20,6 +20,7 @@ private slots:
     void launchingPrintsItsStepsInOrder();
     void hotkeyOpensTheWindowAndClosesItAgain();
     void hotkeyDuringTheHideTurnsTheWindowRound();
+    void hotkeyBringsAWindowBackThatIsNotOnTheScreen();
     void hiddenWindowIsDroppedAndTheNextOpeningBuildsANewOne();
     void openingRecordsTheEarlierProgramButNeverThisOne();
     void programWithoutNameIsRecordedAsUnknown();
@@ -87,6 +88,16 @@ void AppDelegateTest::hotkeyOpensTheWindowAndClosesItAgain()
     QVERIFY(m_printed->contains(u"Total items: 0"_s));
     pressHotkey();
     QVERIFY(m_window.isHiding);
+}
+
+void AppDelegateTest::hotkeyBringsAWindowBackThatIsNotOnTheScreen()
+{
+    pressHotkey();
+    m_window.isTakenOff = true;
+    pressHotkey();
+    QCOMPARE(m_window.showCount, 2);
+    QCOMPARE(m_window.hideCount, 0);
+    QCOMPARE(m_window.windowCount, 1);
 }
 
 void AppDelegateTest::hotkeyDuringTheHideTurnsTheWindowRound()

@@ -4,7 +4,7 @@ from case import main
 from clients import Mousepad
 from panels import Tint2, find_icon
 from placement_case import PlacementCase
-from waiting import retry_until, wait_until
+from waiting import Late, retry_until, wait_until
 
 FRAME = (100, 150, 680, 400)
 PIN = (100 + 654, 150 + 40)
@@ -55,6 +55,7 @@ class ClosingTest(ClosingCase):
         for button in (2, 4, 5):
             self.display.click(*DESKTOP, button)
         self.assert_stays()
+        self.display.press("Escape")  # The menu of the desktop, which has the keyboard.
 
     def test_by_a_click_on_another_window(self):
         with Mousepad(self.desktop, self.display) as editor:
@@ -146,6 +147,17 @@ class ClosingTest(ClosingCase):
         self.display.wait_until_active(window)
         self.display.click(*DESKTOP)
         self.assert_closes()
+
+    def test_taken_off_by_another_program_it_comes_by_the_next_press(self):
+        window = self.open_window()
+        window.unmap()
+        self.display.connection.sync()
+        with self.assertRaises(Late):
+            wait_until(self.history_window, "the window to come by itself", 1.5)
+        self.display.press(self.hot_key)
+        self.assertEqual(FRAME, self.display.place(self.wait_for_history_window()))
+        self.display.press(self.hot_key)
+        self.wait_until_closed()
 
     def show_window(self, name, x, y):
         """One that the window manager shows without giving it the focus."""

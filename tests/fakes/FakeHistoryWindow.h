@@ -16,6 +16,7 @@ public:
         int languageCount = 0;
         int pinButtonRefreshCount = 0;
         bool isVisible = false;
+        bool isTakenOff = false;
         bool isHiding = false;
         bool isPinned = false;
     };
@@ -23,12 +24,14 @@ public:
     explicit FakeHistoryWindow(State &state) : m_state(state) { ++m_state.windowCount; }
 
     bool isVisible() const override { return m_state.isVisible; }
+    bool isSeen() const override { return m_state.isVisible && !m_state.isTakenOff; }
     bool isHideAnimationInFlight() const override { return m_state.isHiding; }
 
     void show() override
     {
         ++m_state.showCount;
         m_state.isVisible = true;
+        m_state.isTakenOff = false;
         m_state.isHiding = false;
     }
 

@@ -238,9 +238,16 @@ QProcess &X11GlobalHotkeyTest::launchHolder(const QString &modifiers)
 {
     QProcess &holder = m_desktop.launch(
         u"/usr/bin/python3"_s,
-        {u"-c"_s, u"import time\nfrom Xlib import X, display\nd = display.Display()\n"
-                  "d.screen().root.grab_key(65, %1, 0, X.GrabModeAsync, X.GrabModeAsync)\n"
-                  "d.sync()\ntime.sleep(1000)\n"_s.arg(modifiers)});
+        // Our own attempts below may be in its way.
+        {u"-c"_s, u"import time\nfrom Xlib import X, display, error\nd = display.Display()\n"
+                  "refused = True\n"
+                  "while refused:\n"
+                  "    errors = error.CatchError(error.BadAccess)\n"
+                  "    d.screen().root.grab_key(65, %1, 0, X.GrabModeAsync, X.GrabModeAsync,\n"
+                  "                             onerror=errors)\n"
+                  "    d.sync()\n"
+                  "    refused = errors.get_error()\n"
+                  "time.sleep(1000)\n"_s.arg(modifiers)});
     [this] {
         QTRY_VERIFY([this] {
             const int error = m_hotkey->assign(kSpace, kOption);

@@ -55,15 +55,14 @@ class ListCase(DesktopTest):
             self.settle()
 
     def settle(self):
-        """Until three pictures of the screen in a row are the same: nothing fades or moves. The
+        """Until three pictures of the list in a row are the same: nothing fades or moves. The
         ground of the selected row rests for a moment at the height of its spring's swing."""
         seen = []
 
         def is_still():
-            seen.append(self.panel.picture())
+            seen.append(self.panel.list_picture())
             return len(seen) > 2 and seen[-1] == seen[-2] == seen[-3]
         wait_until(is_still, "the window to stand still", every=0.25)
-        return seen[-1]
 
     def assert_window_stays(self):
         """Looks once everything has had its effect."""

@@ -55,14 +55,15 @@ class ListCase(DesktopTest):
             self.settle()
 
     def settle(self):
-        """Until three pictures of the list in a row are the same: nothing fades or moves. The
-        ground of the selected row rests for a moment at the height of its spring's swing."""
-        seen = []
+        """Until two pictures of the list in a row are the same: nothing fades or moves. They are
+        further apart than the ground of the selected row rests at the height of its spring's swing,
+        and a blinking caret is as it was now and then."""
+        seen = [None]
 
         def is_still():
-            seen.append(self.panel.list_picture())
-            return len(seen) > 2 and seen[-1] == seen[-2] == seen[-3]
-        wait_until(is_still, "the window to stand still", every=0.25)
+            earlier, seen[0] = seen[0], self.panel.list_picture()
+            return earlier == seen[0]
+        wait_until(is_still, "the window to stand still", every=0.3)
 
     def assert_window_stays(self):
         """Looks once everything has had its effect."""

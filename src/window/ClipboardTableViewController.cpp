@@ -137,7 +137,7 @@ bool ClipboardTableViewController::requestPreview(const ClipboardItemPointer &it
     return true;
 }
 
-void ClipboardTableViewController::toggleFavorite(const QUuid &id)
+void ClipboardTableViewController::toggleFavorite(QUuid id)
 {
     const qsizetype place = indexOfItem(m_items, id);
     if (place < 0)

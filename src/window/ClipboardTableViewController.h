@@ -63,7 +63,7 @@ public:
 
     /// Marks an entry or takes the mark away, unless there are as many favourites as are allowed.
     /// The list shows the change at once, ahead of the history itself.
-    void toggleFavorite(const QUuid &id);
+    void toggleFavorite(QUuid id); ///< A copy: the entry that it may belong to is replaced.
 
     void toggleTag(const QString &name, const QUuid &itemID) { m_itemTags.toggleTag(name, itemID); }
     void applyRenamedTag(const QString &oldName, const QString &newName)

@@ -63,7 +63,9 @@ void RowCourses::step()
         const bool isOver = elapsed.count() < 0 || elapsed >= way.course.duration;
         const double before = way.position;
         way.position = isOver ? 1 : way.course.positionAfter(elapsed);
-        const bool isWanted = !isSeenToDiffer(before, way.position) || m_onStep(id);
+        // The last step is drawn even so: roundings may leave a row a shade away from rest.
+        const bool isToBeDrawn = isOver || isSeenToDiffer(before, way.position);
+        const bool isWanted = !isToBeDrawn || m_onStep(id);
         if (isOver || !isWanted)
             m_ways.remove(id);
     }

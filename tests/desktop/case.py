@@ -42,8 +42,10 @@ class DesktopTest(unittest.TestCase):
 
     def __init_subclass__(cls, **options):
         super().__init_subclass__(**options)
-        for name, member in list(vars(cls).items()):
-            if name.startswith("test_"):
+        # Those of a mixed-in class too; those of a base class have it already.
+        for name in dir(cls):
+            member = getattr(cls, name)
+            if name.startswith("test_") and not hasattr(member, "__wrapped__"):
                 setattr(cls, name, showing_the_scene(member))
 
     @classmethod

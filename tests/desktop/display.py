@@ -198,6 +198,15 @@ class Display:
     def is_active(self, window):
         return self.active_window_id() == window.id
 
+    def has_focus(self, window):
+        """Whether keys go to the window or to one inside it."""
+        focus = self.connection.get_input_focus().focus
+        while focus and isinstance(focus, type(self.root)):
+            if focus == window:
+                return True
+            focus = focus.query_tree().parent
+        return False
+
     def wait_until_active(self, window, seconds=10.0):
         wait_until(lambda: self.is_active(window), f"window {self.title(window)} active", seconds)
 

@@ -72,8 +72,7 @@ class EveryWindowManager:
         with Mousepad(self.desktop, self.display) as editor:
             fullscreen = self.display.atom("_NET_WM_STATE_FULLSCREEN")
             self.display.message(editor.window, "_NET_WM_STATE", [1, fullscreen, 0, 2, 0])
-            wait_until(lambda: self.display.place(editor.window) == (0, 0, 1280, 800),
-                       "the editor to fill the screen")
+            self.wait_until_full_screen(editor.window)
             window = self.assert_opens_at(FRAME)
             wait_until(lambda: self.is_on_top(window), "the window over the editor")
             self.display.press("Escape")
@@ -99,6 +98,10 @@ class EveryWindowManager:
             self.display.wait_until_active(editor.window)
 
     moving_modifier = "alt"
+
+    def wait_until_full_screen(self, window):
+        wait_until(lambda: self.display.place(window) == (0, 0, 1280, 800),
+                   "the window to fill the screen")
 
     def wiggle_to(self, x, y):
         """Window managers let the moves fall that come before they have the pointer."""
@@ -140,6 +143,12 @@ class XfwmTest(EveryWindowManager, PlacementCase):
 class MetacityTest(EveryWindowManager, PlacementCase):
     desktop_options = {"wm": "metacity"}
     moving_modifier = "super"
+
+    def wait_until_full_screen(self, window):
+        super().wait_until_full_screen(window)
+        # Its frame is taken off, by which it loses the focus for a while. No key goes anywhere then.
+        wait_until(lambda: window.query_tree().parent == self.display.root
+                   and self.display.has_focus(window), "the window to be back without its frame")
 
 
 class KwinTest(EveryWindowManager, PlacementCase):

@@ -179,8 +179,10 @@ struct Program
                          std::make_shared<const ThemedIcons>(x11IconThemeName)};
     TagManager tagManager{ground.defaults};
     FileManagerViewer fileViewer{platform.workspace(), ground.scheduler};
+    ShellKeeper shells{platform.workspace()};
     const HistoryWindowCollaborators windowCollaborators{
         platform.workspace(), platform.pointerMonitor(), platform.appearance(), ground.defaults,
+        shells,
         HistoryListCollaborators{
             .workspace = platform.workspace(),
             .itemManager = itemManager,

@@ -14,6 +14,11 @@ BlurBehind::BlurBehind(QWidget &window, qreal cornerRadius, DesktopAppearance &a
     m_window.installEventFilter(this);
 }
 
+BlurBehind::~BlurBehind()
+{
+    setWanted(false); // The window may be kept.
+}
+
 void BlurBehind::setWanted(bool isWanted)
 {
     if (isWanted == m_isWanted)

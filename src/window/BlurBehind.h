@@ -13,6 +13,7 @@ class BlurBehind : public QObject
 public:
     /// Both must outlive the object.
     BlurBehind(QWidget &window, qreal cornerRadius, DesktopAppearance &appearance);
+    ~BlurBehind() override;
 
     void setWanted(bool isWanted);
 

@@ -27,12 +27,19 @@ constexpr qreal kEmptyLineDistance = 20.5;
 constexpr qreal kEmptyTextMargin = 24;
 constexpr int kScrollStep = kRowHeight / 2;
 
+/// Alone a dead key writes nothing, but the next one writes another letter behind it.
+bool isDeadKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Multi_key
+        || (event.key() >= Qt::Key_Dead_Grave && event.key() <= Qt::Key_Dead_Longsolidusoverlay);
+}
+
 bool writesText(const QKeyEvent &event)
 {
     const QList<uint> characters = event.text().toUcs4();
+    const bool isPrinted = !characters.isEmpty() && QChar::isPrint(characters.first());
     const auto others = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    return !characters.isEmpty() && QChar::isPrint(characters.first())
-        && !(event.modifiers() & others);
+    return (isPrinted || isDeadKey(event)) && !(event.modifiers() & others);
 }
 
 } // namespace

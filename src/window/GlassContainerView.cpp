@@ -49,8 +49,7 @@ void GlassContainerView::paintEvent(QPaintEvent *)
         painter.fillRect(rect(), withAlpha(m_colors.windowBackgroundColor, m_backgroundAlpha));
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    if (onGroundPainted)
-        onGroundPainted(painter);
+    paintOnGround(painter);
 }
 
 void GlassContainerView::resizeEvent(QResizeEvent *)

@@ -5,8 +5,6 @@
 
 #include <QWidget>
 
-#include <functional>
-
 class WindowEdge;
 
 /// The ground of the history window with everything that stands on it, in the window's shape. It is
@@ -23,10 +21,10 @@ public:
     /// How opaque the ground of a translucent window is.
     void setBackgroundAlpha(qreal alpha);
 
-    /// Paints on the ground, below the views.
-    std::function<void(QPainter &)> onGroundPainted;
-
 protected:
+    /// Below the views.
+    virtual void paintOnGround(QPainter &) const {}
+
     void childEvent(QChildEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

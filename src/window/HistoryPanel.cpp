@@ -2,11 +2,10 @@
 
 #include "appearance/FocusOutline.h"
 #include "language/Localized.h"
-#include "widgets/AccessibleFactory.h"
+#include "widgets/InputMethod.h"
 #include "window/ClipboardTableView.h"
 #include "window/EdgeResizeView.h"
 #include "window/FilterBarView.h"
-#include "window/GlassContainerView.h"
 #include "window/PinButton.h"
 #include "window/SearchField.h"
 #include "window/SeparatorLine.h"
@@ -17,9 +16,6 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPainterPath>
-
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -47,19 +43,13 @@ constexpr qreal kScrollerInsetShare = 0.65;
 
 } // namespace
 
-HistoryPanel::HistoryPanel(const HistoryWindowStyle &style, const Workspace &workspace,
-                           TagManager &tagManager, Scheduler &scheduler, const Clock &clock)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
-    , m_style(style)
-    , m_glassContainerView(new GlassContainerView(style, this))
-    , m_presentationLayer(*m_glassContainerView)
+HistoryPanel::HistoryPanel(QWidget &window, const HistoryWindowStyle &style,
+                           const Workspace &workspace, TagManager &tagManager, Scheduler &scheduler, const Clock &clock)
+    : GlassContainerView(style, &window)
+    , m_presentationLayer(*this)
 {
-    installAccessible<HistoryPanel, RoleAccessible<QAccessible::Window>>();
-    setAttribute(Qt::WA_TranslucentBackground, style.isTranslucent);
-    setAttribute(Qt::WA_QuitOnClose, false);
-    m_glassContainerView->onGroundPainted = [this](QPainter &painter) { paintFocusRings(painter); };
     buildHead(workspace, tagManager, scheduler);
-    buildList(scheduler, clock);
+    buildList(style, scheduler, clock);
     buildHandles(workspace);
 }
 
@@ -67,27 +57,21 @@ HistoryPanel::~HistoryPanel() = default;
 
 void HistoryPanel::setColors(const SystemColors &colors)
 {
-    m_colors = colors;
+    GlassContainerView::setColors(colors);
+    m_ringColor = colors.controlAccentColor;
     m_searchIcon->setColor(colors.secondaryLabelColor);
     m_searchField->setColors(colors);
     m_pinButton->setColors(colors);
     m_filterBar->setColors(colors);
     m_separatorLine->setColor(colors.separatorLineColor());
     m_tableView->setColors(colors);
-    m_glassContainerView->setColors(colors);
-    update();
-}
-
-void HistoryPanel::setBackgroundAlpha(qreal alpha)
-{
-    m_glassContainerView->setBackgroundAlpha(alpha);
 }
 
 void HistoryPanel::refreshLanguage()
 {
     const QString title = localized(u"app.title"_s, u"Clipboard History"_s);
     const QString search = localized(u"search.placeholder"_s, u"Search"_s);
-    setWindowTitle(title);
+    window()->setWindowTitle(title);
     m_searchIcon->setAccessibleName(search);
     m_tableView->setAccessibleName(title);
     m_filterBar->refreshTitles();
@@ -107,112 +91,58 @@ void HistoryPanel::setListShown(bool isShown)
     m_tableContainerView->setVisible(isShown);
 }
 
-void HistoryPanel::changeEvent(QEvent *event)
+void HistoryPanel::resizeEvent(QResizeEvent *event)
 {
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::ActivationChange)
-        return;
-    // Who gives the focus has done with framing; from here on, moves are meant.
-    m_placeWhenShown.reset();
-    if (!isActiveWindow())
-        emit deactivated();
-}
-
-void HistoryPanel::closeEvent(QCloseEvent *event)
-{
-    emit closeRequested();
-    event->setAccepted(!isVisible());
-}
-
-bool HistoryPanel::event(QEvent *event)
-{
-    if (event->type() == QEvent::ApplicationPaletteChange)
-        emit desktopColorsChanged();
-    return QWidget::event(event);
-}
-
-void HistoryPanel::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
-        emit cancelRequested();
-    else
-        QWidget::keyPressEvent(event);
-}
-
-void HistoryPanel::moveEvent(QMoveEvent *event)
-{
-    QWidget::moveEvent(event);
-    const auto placeWhenShown = std::exchange(m_placeWhenShown, std::nullopt);
-    // A window manager that puts its frame around the window tells of a place within the frame, and
-    // keeps silent once the frame stands where the window was to be. Asking for the place once more
-    // makes it tell the truth (ICCCM 4.1.5).
-    if (placeWhenShown && event->spontaneous() && pos() != *placeWhenShown)
-        move(*placeWhenShown);
-}
-
-void HistoryPanel::paintEvent(QPaintEvent *event)
-{
-    // Without translucency the ground keeps still while what stands on it comes and goes.
-    if (m_style.isTranslucent)
-        return;
-    QPainter painter(this);
-    painter.fillRect(event->rect(), m_colors.windowBackgroundColor);
-    if (m_colors.isHighContrast)
-        paintStrongEdge(painter);
-}
-
-void HistoryPanel::resizeEvent(QResizeEvent *)
-{
+    GlassContainerView::resizeEvent(event);
     layoutViews();
-    cutShape();
 }
 
 /// The order is that of the Tab key.
 void HistoryPanel::buildHead(const Workspace &workspace, TagManager &tagManager,
                              Scheduler &scheduler)
 {
-    m_dragView = new WindowDragView(workspace, m_glassContainerView);
+    m_dragView = new WindowDragView(workspace, this);
     m_dragView->setObjectName(u"windowDragView"_s);
     m_searchIcon = new SymbolView(
-        {u"magnifyingglass"_s, kSearchIconSize, SymbolWeight::Semibold}, m_glassContainerView);
+        {u"magnifyingglass"_s, kSearchIconSize, SymbolWeight::Semibold}, this);
     m_searchIcon->setObjectName(u"searchIcon"_s);
-    m_searchField = new SearchField(scheduler, m_glassContainerView);
+    m_searchField = new SearchField(scheduler, this);
     m_searchField->setObjectName(u"searchField"_s);
-    m_filterBar = new FilterBarView(tagManager, m_glassContainerView);
+    m_filterBar = new FilterBarView(tagManager, this);
     m_filterBar->setObjectName(u"filterBar"_s);
-    m_pinButton = new PinButton(m_glassContainerView);
+    m_pinButton = new PinButton(this);
     m_pinButton->setObjectName(u"pinButton"_s);
-    m_separatorLine = new SeparatorLine(m_glassContainerView);
+    m_separatorLine = new SeparatorLine(this);
     m_separatorLine->setObjectName(u"separatorLine"_s);
 }
 
-void HistoryPanel::buildList(Scheduler &scheduler, const Clock &clock)
+void HistoryPanel::buildList(const HistoryWindowStyle &style, Scheduler &scheduler, const Clock &clock)
 {
-    m_tableContainerView = new QWidget(m_glassContainerView);
+    m_tableContainerView = new QWidget(this);
     m_tableContainerView->setObjectName(u"tableContainerView"_s);
-    const int scrollerInset = qRound(m_style.cornerRadius * kScrollerInsetShare);
+    const int scrollerInset = qRound(style.cornerRadius * kScrollerInsetShare);
     m_tableView = new ClipboardTableView(scheduler, clock, scrollerInset, m_tableContainerView);
     m_tableView->setObjectName(u"tableView"_s);
     m_spokenFocus = std::make_unique<SpokenFocus>(*m_searchField, *m_tableView, scheduler);
     connect(m_tableView, &ClipboardTableView::textKeyPressed, this, [this](QKeyEvent *event) {
         m_searchField->setFocus();
-        QCoreApplication::sendEvent(m_searchField, event);
+        if (!InputMethod::takes(*event))
+            QCoreApplication::sendEvent(m_searchField, event);
     });
 }
 
 void HistoryPanel::buildHandles(const Workspace &workspace)
 {
     m_topResizeView
-        = new EdgeResizeView(WindowFrame::Edge::Top, workspace, m_glassContainerView);
+        = new EdgeResizeView(WindowFrame::Edge::Top, workspace, this);
     m_topResizeView->setObjectName(u"topResizeView"_s);
     m_bottomResizeView
-        = new EdgeResizeView(WindowFrame::Edge::Bottom, workspace, m_glassContainerView);
+        = new EdgeResizeView(WindowFrame::Edge::Bottom, workspace, this);
     m_bottomResizeView->setObjectName(u"bottomResizeView"_s);
 }
 
 void HistoryPanel::layoutViews()
 {
-    m_glassContainerView->setGeometry(rect());
     m_dragView->setGeometry(0, 0, width(), WindowDragView::kHeight);
     m_searchIcon->setGeometry(kSearchIcon);
     const int fieldRight = m_isPinButtonShown ? kSearchFieldRight : kWideSearchFieldRight;
@@ -230,47 +160,17 @@ void HistoryPanel::layoutViews()
                                     EdgeResizeView::kHeight);
 }
 
-/// A window whose corners are cut has no line, unless its edge must be seen on any ground.
-void HistoryPanel::paintStrongEdge(QPainter &painter) const
-{
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillRect(rect(), m_colors.windowLineColor);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_colors.windowBackgroundColor);
-    const qreal radius = m_style.cornerRadius - kStrongLine;
-    painter.drawRoundedRect(
-        QRectF(rect()).adjusted(kStrongLine, kStrongLine, -kStrongLine, -kStrongLine), radius,
-        radius);
-}
-
-void HistoryPanel::cutShape()
-{
-    if (m_style.isTranslucent)
-        return;
-    QPainterPath shape;
-    shape.addRoundedRect(rect(), m_style.cornerRadius, m_style.cornerRadius);
-    setMask(QRegion(shape.toFillPolygon().toPolygon()));
-}
-
-void HistoryPanel::showEvent(QShowEvent *event)
-{
-    QWidget::showEvent(event);
-    if (!event->spontaneous())
-        m_placeWhenShown = pos();
-}
-
 void HistoryPanel::wheelEvent(QWheelEvent *event)
 {
     if (!onWheel || !onWheel(*event))
-        QWidget::wheelEvent(event);
+        GlassContainerView::wheelEvent(event);
 }
 
-void HistoryPanel::paintFocusRings(QPainter &painter) const
+void HistoryPanel::paintOnGround(QPainter &painter) const
 {
-    const QColor &ring = m_colors.controlAccentColor;
     if (m_pinButton->isFocusVisible())
-        drawFocusOutline(painter, m_pinButton->geometry(), kPinRadius, ring);
+        drawFocusOutline(painter, m_pinButton->geometry(), kPinRadius, m_ringColor);
     if (const FilterButton *pill = m_filterBar->focusedButton())
         drawFocusOutline(painter, pill->geometry().translated(m_filterBar->pos()), kPillRadius,
-                         ring);
+                         m_ringColor);
 }

@@ -1,20 +1,15 @@
 #pragma once
 
-#include "appearance/SystemColors.h"
-#include "window/HistoryWindowStyle.h"
+#include "window/GlassContainerView.h"
 #include "window/PresentationLayer.h"
-
-#include <QWidget>
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 class ClipboardTableView;
 class Clock;
 class EdgeResizeView;
 class FilterBarView;
-class GlassContainerView;
 class PinButton;
 class Scheduler;
 class SearchField;
@@ -25,15 +20,15 @@ class TagManager;
 class WindowDragView;
 class Workspace;
 
-/// The frameless window itself: holds the views and puts them in their places. What they do is
-/// decided by the owner.
-class HistoryPanel : public QWidget
+/// What stands in the window: holds the views and puts them in their places. What they do is decided
+/// by the owner.
+class HistoryPanel : public GlassContainerView
 {
     Q_OBJECT
 
 public:
-    /// All but the style must outlive the panel.
-    HistoryPanel(const HistoryWindowStyle &style, const Workspace &workspace,
+    /// All but the window and the style must outlive the panel.
+    HistoryPanel(QWidget &window, const HistoryWindowStyle &style, const Workspace &workspace,
                  TagManager &tagManager, Scheduler &scheduler, const Clock &clock);
     ~HistoryPanel() override;
 
@@ -44,9 +39,6 @@ public:
     SpokenFocus &spokenFocus() { return *m_spokenFocus; }
 
     void setColors(const SystemColors &colors);
-
-    /// Of a translucent window; others are opaque.
-    void setBackgroundAlpha(qreal alpha);
 
     void refreshLanguage();
 
@@ -61,40 +53,20 @@ public:
     /// Gets what no view has a use for; returns false if it has none either.
     std::function<bool(QWheelEvent &)> onWheel;
 
-signals:
-    void cancelRequested(); ///< Esc anywhere but in the search field.
-    void deactivated(); ///< Another window has got the keyboard.
-    /// By the window manager, or since the program ends, which a window that stays would prevent.
-    void closeRequested();
-    void desktopColorsChanged();
-
 protected:
-    void changeEvent(QEvent *event) override;
-    void closeEvent(QCloseEvent *event) override;
-    bool event(QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void moveEvent(QMoveEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
+    void paintOnGround(QPainter &painter) const override;
     void resizeEvent(QResizeEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
     void buildHead(const Workspace &workspace, TagManager &tagManager, Scheduler &scheduler);
-    void buildList(Scheduler &scheduler, const Clock &clock);
+    void buildList(const HistoryWindowStyle &style, Scheduler &scheduler, const Clock &clock);
     void buildHandles(const Workspace &workspace);
     void layoutViews();
-    void cutShape();
-    void paintStrongEdge(QPainter &painter) const;
-    void paintFocusRings(QPainter &painter) const;
 
-    HistoryWindowStyle m_style;
-    GlassContainerView *m_glassContainerView;
     PresentationLayer m_presentationLayer;
-    SystemColors m_colors;
+    QColor m_ringColor;
     bool m_isPinButtonShown = true;
-    /// Where the window was shown, until the first news of a move or of the focus.
-    std::optional<QPoint> m_placeWhenShown;
 
     WindowDragView *m_dragView = nullptr;
     SymbolView *m_searchIcon = nullptr;

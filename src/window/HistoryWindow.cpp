@@ -7,6 +7,7 @@
 #include "platform/Workspace.h"
 #include "preview/TextPreview.h"
 #include "widgets/DesktopLook.h"
+#include "widgets/InputMethod.h"
 #include "widgets/PinButtonSetting.h"
 #include "window/ClipboardTableView.h"
 #include "window/FilterBarView.h"
@@ -38,9 +39,10 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                              const HistoryWindowCollaborators &collaborators,
                              const ClipboardItemList &items)
     : m_collaborators(collaborators)
-    , m_panel(style, collaborators.workspace, collaborators.list.tagManager,
+    , m_shell(collaborators.shells.lend(style))
+    , m_panel(*m_shell, style, collaborators.workspace, collaborators.list.tagManager,
               collaborators.list.scheduler, collaborators.list.clock)
-    , m_blurBehind(m_panel, style.cornerRadius, collaborators.appearance)
+    , m_blurBehind(*m_shell, style.cornerRadius, collaborators.appearance)
     , m_tableViewController(m_panel.tableView(), style.selectionRadius, collaborators.list, items)
     , m_textPreview(collaborators.makeTextPreview ? collaborators.makeTextPreview() : nullptr)
     , m_searchFieldController(m_panel.searchField(), m_panel.tableView(), m_tableViewController,
@@ -50,6 +52,7 @@ HistoryWindow::HistoryWindow(const HistoryWindowStyle &style,
                style.isTranslucent ? WindowMotion::Kind::FadeAndScale : WindowMotion::Kind::Fade,
                collaborators.list.scheduler, collaborators.list.clock)
 {
+    m_shell->setContent(m_panel);
     refreshAppearance();
     refreshLanguage();
     placeInitially();
@@ -69,19 +72,19 @@ HistoryWindow::~HistoryWindow()
         m_textPreview->hidePreview(TextPreview::Focus::Leave);
     }
     // The widget tells of losing the focus while it ends.
-    m_panel.disconnect(&m_tableViewController);
+    m_shell->disconnect(&m_tableViewController);
 }
 
 bool HistoryWindow::isSeen() const
 {
     const bool isComing = m_collaborators.list.clock.now() - m_shownAt < kComingPatience;
-    return isVisible() && (isComing || m_panel.windowHandle()->isExposed());
+    return isVisible() && (isComing || m_shell->windowHandle()->isExposed());
 }
 
 void HistoryWindow::show()
 {
     if (isVisible() && !isSeen())
-        m_panel.hide(); // What the desktop does not hold any more it is given anew.
+        m_shell->hide(); // What the desktop does not hold any more it is given anew.
     const bool wasVisible = isVisible();
     const bool wasHiding = std::exchange(m_isHideAnimationInFlight, false);
     ++m_visibilityAnimationToken;
@@ -97,7 +100,7 @@ void HistoryWindow::show()
     enter(wasVisible ? WindowMotion::Start::WhereItStands : WindowMotion::Start::Unseen);
     bringForward();
     m_outsideWatch.emplace(m_collaborators.pointerMonitor, m_collaborators.workspace,
-                           m_collaborators.list.scheduler, m_panel, [this] { turnAway(); });
+                           m_collaborators.list.scheduler, *m_shell, [this] { turnAway(); });
 }
 
 void HistoryWindow::hide()
@@ -107,8 +110,8 @@ void HistoryWindow::hide()
         return;
     if (m_textPreview)
         m_textPreview->hidePreview(TextPreview::Focus::Leave);
-    if (!m_panel.geometry().isEmpty())
-        m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_panel.geometry()));
+    if (!m_shell->geometry().isEmpty())
+        m_collaborators.defaults.set(kFrameKey, WindowFrame::toString(m_shell->geometry()));
     m_blurBehind.setWanted(false); // It would not fade.
     m_panel.filterBar().closeOverflowMenu();
     m_tableViewController.dismissOverlays();
@@ -139,10 +142,18 @@ void HistoryWindow::refreshLanguage()
     refreshPinButtonVisibility();
 }
 
+void HistoryWindow::introduceToInputMethod()
+{
+    m_shell->winId(); // Creates it.
+    m_panel.searchField().setFocus();
+    InputMethod::introduce(m_panel.searchField());
+}
+
 void HistoryWindow::refreshAppearance()
 {
     const Look look = desktopLook(m_collaborators.appearance);
     m_isMotionReduced = look.isMotionReduced;
+    m_shell->setColors(look.colors());
     m_panel.setColors(look.colors());
     m_panel.setBackgroundAlpha(look.windowAlpha());
     m_blurBehind.setWanted(look.wantsBlur() && !m_isHideAnimationInFlight);
@@ -178,10 +189,10 @@ void HistoryWindow::connectPanel()
     const auto connectTo = [this, context](auto *sender, auto signal, auto slot) {
         QObject::connect(sender, signal, context, [this, slot] { (this->*slot)(); });
     };
-    connectTo(&m_panel, &HistoryPanel::cancelRequested, &HistoryWindow::handleEscapeElsewhere);
-    connectTo(&m_panel, &HistoryPanel::deactivated, &HistoryWindow::handleDeactivation);
-    connectTo(&m_panel, &HistoryPanel::closeRequested, &HistoryWindow::hideAtOnce);
-    connectTo(&m_panel, &HistoryPanel::desktopColorsChanged, &HistoryWindow::refreshAppearance);
+    connectTo(m_shell.get(), &WindowShell::cancelRequested, &HistoryWindow::handleEscapeElsewhere);
+    connectTo(m_shell.get(), &WindowShell::deactivated, &HistoryWindow::handleDeactivation);
+    connectTo(m_shell.get(), &WindowShell::closeRequested, &HistoryWindow::hideAtOnce);
+    connectTo(m_shell.get(), &WindowShell::desktopColorsChanged, &HistoryWindow::refreshAppearance);
     QObject::connect(&m_panel.filterBar(), &FilterBarView::filterSelected, context,
                      [this](const FilterCategory &category) { selectFilter(category); });
 }
@@ -220,7 +231,7 @@ void HistoryWindow::connectPreview()
     TextPreview &preview = *m_textPreview;
     m_tableViewController.onPreviewRequested
         = [this, &preview](const ClipboardItemPointer &item, QWidget &responder) {
-              preview.togglePreview(item, m_panel, &responder);
+              preview.togglePreview(item, *m_shell, &responder);
           };
     m_panel.onWheel = [this, &preview](QWheelEvent &event) {
         return isPreviewVisible() && preview.handleWheel(event);
@@ -266,33 +277,33 @@ void HistoryWindow::placeInitially()
     const QString saved = m_collaborators.defaults.string(kFrameKey).value_or(QString());
     const std::optional<QRect> frame = WindowFrame::fromString(saved);
     if (!screen) {
-        m_panel.resize(WindowFrame::kWindowWidth, WindowFrame::kWindowDefaultHeight);
+        m_shell->resize(WindowFrame::kWindowWidth, WindowFrame::kWindowDefaultHeight);
         return;
     }
     const QRect available = m_collaborators.workspace.availableGeometry(*screen);
-    m_panel.setGeometry(frame ? WindowFrame::clamped(*frame, available)
+    m_shell->setGeometry(frame ? WindowFrame::clamped(*frame, available)
                               : WindowFrame::centred(available));
 }
 
 void HistoryWindow::clampFrame()
 {
-    const QScreen *screen = m_panel.screen();
+    const QScreen *screen = m_shell->screen();
     if (!screen)
         return;
-    const QRect frame = WindowFrame::clamped(m_panel.geometry(),
+    const QRect frame = WindowFrame::clamped(m_shell->geometry(),
                                              m_collaborators.workspace.availableGeometry(*screen));
-    if (frame != m_panel.geometry())
-        m_panel.setGeometry(frame);
+    if (frame != m_shell->geometry())
+        m_shell->setGeometry(frame);
 }
 
 void HistoryWindow::bringForward()
 {
     Workspace &workspace = m_collaborators.workspace;
     m_panel.searchField().setFocus();
-    m_panel.winId(); // The desktop is told before the window appears, so it must exist.
-    workspace.prepareOwnWindow(m_panel.windowHandle());
-    m_panel.show();
-    workspace.activateOwnWindow(m_panel.windowHandle());
+    m_shell->winId(); // The desktop is told before the window appears, so it must exist.
+    workspace.prepareOwnWindow(m_shell->windowHandle());
+    m_shell->show();
+    workspace.activateOwnWindow(m_shell->windowHandle());
 }
 
 void HistoryWindow::enter(WindowMotion::Start start)
@@ -331,7 +342,7 @@ void HistoryWindow::finishExit()
     // Cleared only afterwards: the window loses the focus while it goes, which is no new reason to
     // hide.
     m_isHideAnimationInFlight = true;
-    m_panel.hide();
+    m_shell->hide();
     m_isHideAnimationInFlight = false;
     m_motion.settle();
     m_outsideWatch.reset();
@@ -412,7 +423,7 @@ bool HistoryWindow::hasFocus() const
 {
     const auto frontmost = m_collaborators.workspace.frontmostApplication();
     return frontmost && m_collaborators.workspace.isOwnApplication(*frontmost)
-        && frontmost->window == m_panel.effectiveWinId();
+        && frontmost->window == m_shell->effectiveWinId();
 }
 
 void HistoryWindow::turnAway()

@@ -8,6 +8,7 @@
 #include "window/HistoryPanel.h"
 #include "window/OutsideWatch.h"
 #include "window/SearchFieldController.h"
+#include "window/ShellKeeper.h"
 #include "window/WindowMotion.h"
 
 #include <functional>
@@ -27,6 +28,7 @@ struct HistoryWindowCollaborators
     PointerMonitor &pointerMonitor;
     DesktopAppearance &appearance;
     UserDefaults &defaults;
+    ShellKeeper &shells;
     HistoryListCollaborators list;
     /// Makes the preview of a window. Without it nothing offers one.
     std::function<std::unique_ptr<TextPreview>()> makeTextPreview = {};
@@ -39,7 +41,7 @@ class HistoryWindow : public ClipboardSearchWindowProtocol
 public:
     ~HistoryWindow() override;
 
-    bool isVisible() const override { return m_panel.isVisible(); }
+    bool isVisible() const override { return m_shell->isVisible(); }
     bool isSeen() const override;
     bool isHideAnimationInFlight() const override { return m_isHideAnimationInFlight; }
     void show() override;
@@ -48,6 +50,9 @@ public:
     void refreshLanguage() override;
     void refreshPinButtonVisibility() override;
 
+    /// Lets the input method know of the window before it is opened for the first time.
+    void introduceToInputMethod();
+
     /// Takes its look from the desktop again.
     void refreshAppearance();
 
@@ -55,7 +60,7 @@ public:
     void togglePin();
 
     /// The widget on the screen.
-    QWidget &panel() { return m_panel; }
+    QWidget &panel() { return *m_shell; }
 
     ClipboardTableViewController &tableViewController() { return m_tableViewController; }
 
@@ -97,6 +102,7 @@ private:
     void turnAway();
 
     HistoryWindowCollaborators m_collaborators;
+    ShellKeeper::LentShell m_shell;
     HistoryPanel m_panel;
     BlurBehind m_blurBehind;
     ClipboardTableViewController m_tableViewController;

@@ -40,5 +40,7 @@ std::unique_ptr<ClipboardSearchWindowProtocol> makeHistoryWindow(
 void warmUpHistoryWindow(const HistoryWindowCollaborators &collaborators)
 {
     const ClipboardItemList items = oneOfEachType(collaborators.list.clock.now());
-    makeWindow(collaborators, items)->panel().grab();
+    const std::unique_ptr<HistoryWindow> window = makeWindow(collaborators, items);
+    window->panel().grab();
+    window->introduceToInputMethod();
 }

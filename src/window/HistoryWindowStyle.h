@@ -10,4 +10,6 @@ struct HistoryWindowStyle
     /// The desktop blends windows: corners are smooth, and the window comes and goes as a whole.
     /// Otherwise corners are cut out of the window's shape, and only what stands on it fades.
     bool isTranslucent;
+
+    friend bool operator==(const HistoryWindowStyle &, const HistoryWindowStyle &) = default;
 };

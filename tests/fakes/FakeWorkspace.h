@@ -20,6 +20,7 @@ public:
     void activate(const RunningApplication &application) override { activated.append(application); }
     void activateOwnWindow(QWindow *) override { ++ownActivationCount; }
     void prepareOwnWindow(QWindow *) override {}
+    bool isWithdrawn(QWindow *) override { return isWindowWithdrawn; }
     void noteUserAction(const QString &token) override { activationTokens.append(token); }
 
     QString newActivationToken() const override { return nextToken; }
@@ -43,6 +44,7 @@ public:
     QStringList activationTokens; ///< Of all user actions.
     QString nextToken;
     std::optional<QRect> available; ///< Of every screen.
+    bool isWindowWithdrawn = true;
     int ownActivationCount = 0;
     mutable int nameLookupCount = 0;
 

@@ -34,6 +34,7 @@ public:
     HistoryStage()
     {
         setUpList();
+        m_shells = std::make_unique<ShellKeeper>(*m_workspace);
         for (const auto &[name, picture] : sampleThumbnails().asKeyValueRange())
             picture.save(m_images + u'/' + name + QStringLiteral("_thumb.png"));
         m_icons->files = sampleFileIcons();
@@ -63,6 +64,7 @@ public:
                 .pointerMonitor = m_pointer,
                 .appearance = appearance,
                 .defaults = *m_defaults,
+                .shells = *m_shells,
                 .list = listCollaborators(m_runningScheduler, *m_runningClock, *m_rowPictures)};
     }
 
@@ -105,4 +107,5 @@ private:
     std::unique_ptr<StageClock> m_runningClock = std::make_unique<StageClock>();
     std::unique_ptr<RowPictures> m_rowPictures;
     FakePointerMonitor m_pointer;
+    std::unique_ptr<ShellKeeper> m_shells;
 };

@@ -52,6 +52,7 @@ protected:
     {
         setUpList();
         m_desktop = std::make_unique<WatchedWorkspace>();
+        m_shells = std::make_unique<ShellKeeper>(*m_desktop);
         m_pointer = std::make_unique<FakePointerMonitor>();
         m_appearance = std::make_unique<FakeDesktopAppearance>();
         m_appearance->dark = false;
@@ -60,7 +61,11 @@ protected:
         m_hiddenCount = 0;
     }
 
-    void tearDownWindow() { m_window.reset(); }
+    void tearDownWindow()
+    {
+        m_window.reset();
+        m_shells.reset();
+    }
 
     HistoryWindowCollaborators collaborators()
     {
@@ -68,6 +73,7 @@ protected:
                 .pointerMonitor = *m_pointer,
                 .appearance = *m_appearance,
                 .defaults = *m_defaults,
+                .shells = *m_shells,
                 .list = listCollaborators()};
     }
 
@@ -148,6 +154,7 @@ protected:
     std::unique_ptr<WatchedWorkspace> m_desktop;
     std::unique_ptr<FakePointerMonitor> m_pointer;
     std::unique_ptr<FakeDesktopAppearance> m_appearance;
+    std::unique_ptr<ShellKeeper> m_shells;
     std::unique_ptr<HistoryWindow> m_window;
     QStringList m_pasted;
     QList<QUuid> m_toggled;

@@ -27,7 +27,7 @@ void waitForEntrance(HistoryWindow &window)
 {
     static_cast<void>(QTest::qWaitForWindowActive(&window.panel()));
     const PresentationLayer &layer
-        = static_cast<HistoryPanel &>(window.panel()).presentationLayer();
+        = window.panel().findChild<HistoryPanel *>()->presentationLayer();
     static_cast<void>(QTest::qWaitFor([&layer] { return layer.presentation() == Presentation(); }));
 }
 

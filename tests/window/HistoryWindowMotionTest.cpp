@@ -45,7 +45,7 @@ private:
     int opacityOfGround() { return qAlpha(picture().pixel(kGround)); }
     const Presentation &shown()
     {
-        return static_cast<HistoryPanel &>(m_window->panel()).presentationLayer().presentation();
+        return m_window->panel().findChild<HistoryPanel *>()->presentationLayer().presentation();
     }
     void toggle()
     {

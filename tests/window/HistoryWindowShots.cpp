@@ -379,7 +379,7 @@ private:
 
     bool isDrawnWholly(HistoryWindow &window, const QRect &place) const
     {
-        auto &panel = static_cast<HistoryPanel &>(window.panel());
+        auto &panel = *window.panel().findChild<HistoryPanel *>();
         const bool isThere = panel.presentationLayer().presentation() == Presentation();
         return isThere && isAlike(screen(place), expected(window, place));
     }

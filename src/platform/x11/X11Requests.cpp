@@ -43,6 +43,7 @@ std::array<std::string, size_t(X11AtomName::Count)> atomNames(int screenNumber)
     set(X11AtomName::NetWmWindowType, "_NET_WM_WINDOW_TYPE");
     set(X11AtomName::NetWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK");
     set(X11AtomName::Utf8String, "UTF8_STRING");
+    set(X11AtomName::WmState, "WM_STATE");
     set(X11AtomName::XembedInfo, "_XEMBED_INFO");
     set(X11AtomName::XsettingsSelection, "_XSETTINGS_S" + std::to_string(screenNumber));
     set(X11AtomName::XsettingsSettings, "_XSETTINGS_SETTINGS");

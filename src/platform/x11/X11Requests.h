@@ -39,6 +39,7 @@ enum class X11AtomName : quint8
     NetWmWindowType,
     NetWmWindowTypeDock,
     Utf8String,
+    WmState,
     XembedInfo,
     XsettingsSelection, ///< _XSETTINGS_S with the number of our screen.
     XsettingsSettings,

@@ -22,6 +22,9 @@ namespace {
 /// Says that the wish is the person's, as a pager's is, and not a program's own.
 constexpr quint32 kSourcePerson = 2;
 
+/// Of WM_STATE (ICCCM 4.1.3.1).
+constexpr quint32 kWithdrawnState = 0;
+
 /// For how long after we have asked for the focus news of another window may be older than that.
 constexpr std::chrono::milliseconds kBelatedNewsPeriod(1000);
 
@@ -165,6 +168,14 @@ void X11Workspace::prepareOwnWindow(QWindow *window)
     // Of a window that is there the state belongs to the window manager.
     if (window->type() == Qt::Tool && !window->isVisible())
         keepOutOfLists(xcb, id);
+}
+
+bool X11Workspace::isWithdrawn(QWindow *window)
+{
+    const quint32 state = m_connection.requestProperty(quint32(window->winId()),
+                                                       m_connection.atom(X11AtomName::WmState));
+    const QList<quint32> words = propertyWords(m_connection.takeProperty(state));
+    return words.isEmpty() || words.first() == kWithdrawnState;
 }
 
 void X11Workspace::writeUserTime(xcb_connection_t *xcb, quint32 window)

@@ -23,6 +23,7 @@ public:
     void activate(const RunningApplication &application) override;
     void activateOwnWindow(QWindow *window) override;
     void prepareOwnWindow(QWindow *window) override;
+    bool isWithdrawn(QWindow *window) override;
     void noteUserAction(const QString &activationToken) override;
     QString newActivationToken() const override;
     std::optional<QString> applicationName(const QString &bundleIdentifier) const override;

@@ -61,6 +61,7 @@ class MonitorsTest(PlacementCase):
         window = self.assert_opens_at((1300, 600, 680, 300))
         self.display.move(window, 40, 1250, 680, 300)
         self.wait_for_place(window, (40, 1250, 680, 300))
+        self.let_the_program_learn()
         self.start_once_more()
         self.wait_for_place(window, (40, 1100, 680, 300))
 
@@ -185,10 +186,6 @@ class MonitorsTest(PlacementCase):
         self.addCleanup(panel.end)
         wait_until(lambda: panel.place() == place, lambda: f"the panel; it is at {panel.place()}")
         return panel
-
-    def let_the_program_learn(self):
-        """The hot key comes to it on another road, and might be faster."""
-        self.copy("what it deals with later than with the monitors")
 
     def start_once_more(self):
         mark = self.program.mark()

@@ -49,6 +49,11 @@ class PlacementCase(DesktopTest):
         self.display.press(self.hot_key)
         self.wait_until_closed()
 
+    def let_the_program_learn(self):
+        """The hot key comes to it on another road than what the server and the window manager tell,
+        and might be faster."""
+        self.copy("what it deals with later than with what it was told before")
+
     def wait_for_place(self, window, place):
         wait_until(lambda: self.display.place(window) == place,
                    lambda: f"the window at {place}; it is at {self.display.place(window)}", 5)

@@ -119,6 +119,7 @@ class MovingTest(PlacementCase):
         window = self.open_and_drag((100, 150, 680, 400))
         self.display.move(window, 300, 200, 680, 400)
         self.wait_for_place(window, (300, 200, 680, 400))
+        self.let_the_program_learn()
         self.close_window()
         self.assert_saved((300, 200, 680, 400))
         self.assert_opens_at((300, 200, 680, 400))

@@ -104,7 +104,7 @@ class FullDiskTest(DesktopTest):
         self.assertIn("Loaded 1 items from disk", self.program.output())
         self.copy_text("lonely")
         self.choose("stored")
-        self.assertEqual(b"stored before", read_by_xclip(self.desktop))
+        wait_until(lambda: read_by_xclip(self.desktop) == b"stored before", "the older text")
 
     def test_a_picture_without_room_stays_in_memory(self):
         rng = random.Random(1)

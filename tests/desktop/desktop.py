@@ -5,6 +5,7 @@ compositor and a tray. Everything started in it is ended, by process id, when it
     desktop.py [--wm openbox] [--compositor picom] [--tray tint2] [--keep DIR] -- COMMAND...
 """
 import argparse
+import contextlib
 import ctypes
 import ctypes.util
 import os
@@ -19,6 +20,8 @@ from waiting import wait_until
 
 PR_SET_PDEATHSIG = 1
 PR_SET_CHILD_SUBREAPER = 36
+
+POINTER_ROOT = 1  # Where the focus is when no window has it.
 
 # Of the session that the tests are started in; none of it may leak into the private desktop.
 SESSION_VARIABLES = (
@@ -189,18 +192,33 @@ class Desktop:
         return subprocess.run(command, **settings).stdout
 
     def has_window_manager(self):
+        """Whether there is one that has taken the focus: that is its last step, and takes the focus
+        from what was opened before."""
         answer = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
-        return b"window id" in answer
+        return b"window id" in answer and self.is_focus_on_window()
+
+    def is_focus_on_window(self):
+        with self.connected() as (x11, display):
+            focus, revert_to = ctypes.c_ulong(), ctypes.c_int()
+            x11.XGetInputFocus(display, ctypes.byref(focus), ctypes.byref(revert_to))
+            return focus.value > POINTER_ROOT
 
     def is_selection_owned(self, name):
+        with self.connected() as (x11, display):
+            atom = ctypes.c_ulong(x11.XInternAtom(display, name.encode(), 0))
+            return x11.XGetSelectionOwner(display, atom) != 0
+
+    @contextlib.contextmanager
+    def connected(self):
+        """The X library, and a connection by it."""
         x11 = ctypes.CDLL(ctypes.util.find_library("X11"))
         x11.XOpenDisplay.restype = ctypes.c_void_p
         x11.XGetSelectionOwner.restype = x11.XInternAtom.restype = ctypes.c_ulong
         display = ctypes.c_void_p(x11.XOpenDisplay(self.env["DISPLAY"].encode()))
-        atom = ctypes.c_ulong(x11.XInternAtom(display, name.encode(), 0))
-        owner = x11.XGetSelectionOwner(display, atom)
-        x11.XCloseDisplay(display)
-        return owner != 0
+        try:
+            yield x11, display
+        finally:
+            x11.XCloseDisplay(display)
 
     def screenshot(self, path):
         os.makedirs(os.path.dirname(os.path.abspath(path)), exist_ok=True)

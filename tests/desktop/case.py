@@ -67,6 +67,10 @@ class DesktopTest(unittest.TestCase):
 
     def show_scene(self, name):
         print(f"--- the program printed in {name}:\n{self.program.output()}\n---", flush=True)
+        try:
+            print("--- the windows:", *self.display.scene(), sep="\n", flush=True)
+        except Exception as problem:  # The failure itself is what must be told.
+            print(f"--- no windows: {problem}", flush=True)
         if arguments.pictures:
             picture = os.path.join(arguments.pictures, f"{type(self).__name__}.{name}.png")
             try:

@@ -224,6 +224,18 @@ class Display:
         self.message(window, "_NET_MOVERESIZE_WINDOW",
                      [all_four_are_given | asked_by_a_pager, x, y, width, height])
 
+    def scene(self):
+        """Who has the focus, and each top-level window that can be seen, as lines for a reader."""
+        focus = self.connection.get_input_focus().focus
+        yield f"active {self.active_window_id():#x}, focus {getattr(focus, 'id', focus):#x}"
+        for window in self.windows():
+            if self.is_viewable(window) and self.property(window, "WM_CLASS"):
+                states = [self.connection.get_atom_name(atom)
+                          for atom in self.property(window, "_NET_WM_STATE") or ()]
+                acted_at = self.property(window, "_NET_WM_USER_TIME")
+                yield (f"{window.id:#x} {self.title(window)!r} of {self.window_class(window)} at "
+                       f"{self.place(window)}, used at {list(acted_at or ())}, {states}")
+
     def message(self, window, kind, data):
         from Xlib.protocol import event
         self.root.send_event(

@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace {
 
@@ -48,7 +47,7 @@ ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock,
                                        QWidget *parent)
     : QListView(parent)
     , m_selectionFade(scheduler, clock, [this](const QUuid &id) { return updateRow(id); })
-    , m_starPop(scheduler, clock, [this](const QUuid &id) { return updateRow(id); })
+    , m_stars(*this, scheduler, clock)
     , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
     , m_scrollerInset(scrollerInset)
 {
@@ -61,6 +60,7 @@ ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock,
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setMouseTracking(true);
+    m_stars.onClicked = [this](int row) { emit starClicked(row); };
     viewport()->setAutoFillBackground(false);
 }
 
@@ -83,7 +83,7 @@ void ClipboardTableView::setColors(const SystemColors &colors)
 void ClipboardTableView::setMotionReduced(bool isReduced)
 {
     m_selectionFade.setMotionReduced(isReduced);
-    m_starPop.setMotionReduced(isReduced);
+    m_stars.setMotionReduced(isReduced);
 }
 
 void ClipboardTableView::setEmptyText(const QString &title, const QString &note)
@@ -151,6 +151,14 @@ std::pair<int, int> ClipboardTableView::rowsInSight(int margin) const
     return {std::max(first, 0), std::min(last, count - 1)};
 }
 
+bool ClipboardTableView::updateRow(const QUuid &id)
+{
+    const int row = isVisible() ? rowInSight(id) : -1;
+    if (row >= 0)
+        viewport()->update(rowBox(row));
+    return row >= 0;
+}
+
 /// What is worded anew is shown as it is.
 void ClipboardTableView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                      const QList<int> &roles)
@@ -166,7 +174,7 @@ void ClipboardTableView::reset()
 {
     QListView::reset();
     m_selectionFade.finishAll();
-    m_starPop.finishAll();
+    m_stars.finishPops();
 }
 
 void ClipboardTableView::performSpokenAction(const QString &name, int row)
@@ -176,7 +184,7 @@ void ClipboardTableView::performSpokenAction(const QString &name, int row)
     if (name == QAccessibleActionInterface::pressAction()) {
         emit rowActivated(row);
     } else if (name == HistoryRowAccessible::favoriteAction()) {
-        clickStar(row);
+        m_stars.click(row);
     } else if (name == QAccessibleActionInterface::setFocusAction()) {
         selectRow(row);
         setFocus(Qt::OtherFocusReason);
@@ -286,44 +294,26 @@ void ClipboardTableView::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     const QPoint position = event->position().toPoint();
-    const int row = starRowAt(position);
-    m_pressedRow = row < 0 ? indexAt(position) : QModelIndex();
-    if (row < 0) {
+    // On a star it neither selects the row nor begins a drag.
+    const bool isForStar = m_stars.press(position);
+    m_pressedRow = isForStar ? QModelIndex() : indexAt(position);
+    if (!isForStar)
         QListView::mousePressEvent(event);
-        return;
-    }
-    // A star is a button of its own: the press neither selects the row nor begins a drag.
-    m_pressedStar = model()->index(row, 0);
-    m_hoveredStar = row;
-    updateStar(row);
 }
 
 void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
 {
-    const int row = starRowAt(event->position().toPoint());
-    if (m_pressedStar) {
-        setHoveredStar(row == m_pressedStar->row() ? row : -1);
+    if (m_stars.move(event->position().toPoint(), event->buttons()))
         return;
-    }
-    const bool isHovering = event->buttons() == Qt::NoButton;
-    setHoveredStar(isHovering ? row : -1);
-    if (isHovering && event->position().x() >= m_scroller->x())
+    if (event->buttons() == Qt::NoButton && event->position().x() >= m_scroller->x())
         m_scroller->flash();
     QListView::mouseMoveEvent(event);
 }
 
 void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_pressedStar) {
+    if (!m_stars.release(event->position().toPoint()))
         QListView::mouseReleaseEvent(event);
-        return;
-    }
-    const int row = m_pressedStar->row();
-    m_pressedStar.reset();
-    updateStar(row);
-    if (row < 0 || starRowAt(event->position().toPoint()) != row)
-        return;
-    clickStar(row);
 }
 
 void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
@@ -334,7 +324,7 @@ void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
     const QModelIndex index = indexAt(position);
     // Two quick clicks on a star are two clicks, and so are those between which the rows have moved
     // or the pointer has come to the next row.
-    if (starRowAt(position) >= 0 || !index.isValid() || m_pressedRow != index) {
+    if (m_stars.areAt(position) || !index.isValid() || m_pressedRow != index) {
         mousePressEvent(event);
         return;
     }
@@ -392,7 +382,7 @@ void ClipboardTableView::updateGeometries()
 bool ClipboardTableView::viewportEvent(QEvent *event)
 {
     if (event->type() == QEvent::Leave)
-        setHoveredStar(-1);
+        m_stars.leave();
     const bool isPress = event->type() == QEvent::MouseButtonPress
         || event->type() == QEvent::MouseButtonDblClick;
     if (isPress && !m_acceptsInput) {
@@ -400,43 +390,6 @@ bool ClipboardTableView::viewportEvent(QEvent *event)
         return true;
     }
     return QListView::viewportEvent(event);
-}
-
-int ClipboardTableView::starRowAt(QPoint position) const
-{
-    const QModelIndex index = indexAt(position);
-    if (!index.isValid() || !RowLayout(visualRect(index)).star.contains(position))
-        return -1;
-    return index.row();
-}
-
-void ClipboardTableView::setHoveredStar(int row)
-{
-    if (row == m_hoveredStar)
-        return;
-    const int former = std::exchange(m_hoveredStar, row);
-    updateStar(former);
-    updateStar(row);
-}
-
-void ClipboardTableView::updateStar(int row)
-{
-    if (model() && row >= 0)
-        viewport()->update(RowLayout(QRectF(rowBox(row))).star.toAlignedRect());
-}
-
-void ClipboardTableView::clickStar(int row)
-{
-    m_starPop.start(items().at(row)->id);
-    emit starClicked(row);
-}
-
-bool ClipboardTableView::updateRow(const QUuid &id)
-{
-    const int row = isVisible() ? rowInSight(id) : -1;
-    if (row >= 0)
-        viewport()->update(rowBox(row));
-    return row >= 0;
 }
 
 int ClipboardTableView::rowInSight(const QUuid &id) const
@@ -469,11 +422,8 @@ RowState ClipboardTableView::rowState(int row) const
     RowState state;
     state.isSelected = row == selectedRow();
     state.groundOpacity = m_selectionFade.opacity(id, state.isSelected);
-    state.starScale = m_starPop.scale(id);
-    if (row == m_hoveredStar) {
-        const bool isPressed = m_pressedStar && m_pressedStar->row() == row;
-        state.star = isPressed ? RowState::Star::Pressed : RowState::Star::Hovered;
-    }
+    state.star = m_stars.state(row);
+    state.starScale = m_stars.scale(id);
     return state;
 }
 

@@ -3,19 +3,17 @@
 #include "appearance/SystemColors.h"
 #include "core/ClipboardItem.h"
 #include "window/RowSelectionFade.h"
-#include "window/StarPop.h"
+#include "window/RowStars.h"
 
 #include <QContextMenuEvent>
 #include <QListView>
 #include <QPersistentModelIndex>
 
 #include <functional>
-#include <optional>
 
 class HistoryRowDelegate;
 class OverlayScroller;
 class RowTransition;
-struct RowState;
 
 /// The list of the history: rows of one height, at most one of them selected.
 class ClipboardTableView : public QListView
@@ -73,6 +71,9 @@ public:
     /// below; an empty range if there is none.
     std::pair<int, int> rowsInSight(int margin = 0) const;
 
+    /// Has the row of an entry drawn again. False if it is not in sight.
+    bool updateRow(const QUuid &id);
+
     /// Whether the selected row counts as what has the focus for those who hear it, which it also
     /// does while the keys of another view move through the list.
     bool isSpokenFocus() const { return m_isSpokenFocus || hasFocus(); }
@@ -119,13 +120,6 @@ protected:
     bool viewportEvent(QEvent *event) override;
 
 private:
-    /// The row whose star is at \a position; -1 if none is.
-    int starRowAt(QPoint position) const;
-    void setHoveredStar(int row);
-    void clickStar(int row);
-    void updateStar(int row);
-    /// False if it is not in sight.
-    bool updateRow(const QUuid &id);
     /// The row of an entry; -1 unless it is in sight.
     int rowInSight(const QUuid &id) const;
     void fadeSelection(const QItemSelection &changed);
@@ -143,15 +137,12 @@ private:
     HistoryRowDelegate *m_rowDelegate = nullptr;
     RowTransition *m_transition = nullptr;
     RowSelectionFade m_selectionFade;
-    StarPop m_starPop;
+    RowStars m_stars;
     OverlayScroller *m_scroller;
     int m_scrollerInset;
     bool m_acceptsInput = true;
     bool m_isSpokenFocus = false;
     QString m_emptyTitle;
     QString m_emptyNote;
-    int m_hoveredStar = -1;
     QPersistentModelIndex m_pressedRow; ///< Of the last press, if that was beside the star.
-    /// Held while the button is down; the entry may move or go meanwhile.
-    std::optional<QPersistentModelIndex> m_pressedStar;
 };

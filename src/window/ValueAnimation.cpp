@@ -31,6 +31,17 @@ void ValueAnimation::stop()
     m_end.reset();
 }
 
+void ValueAnimation::finish()
+{
+    if (!m_end)
+        return;
+    stop();
+    m_onStep(m_course.to);
+    // The callback may start the next course.
+    const std::function<void()> onFinished = m_onFinished;
+    onFinished();
+}
+
 void ValueAnimation::step()
 {
     const std::chrono::duration<double> elapsed = m_clock.now() - m_start;
@@ -39,13 +50,4 @@ void ValueAnimation::step()
     const double progress = std::clamp(elapsed / duration, 0.0, 1.0);
     m_onStep(m_course.from + (m_course.to - m_course.from) * m_course.easing(progress));
     m_nextStep = m_scheduler.after(kFrame, [this] { step(); });
-}
-
-void ValueAnimation::finish()
-{
-    stop();
-    m_onStep(m_course.to);
-    // The callback may start the next course.
-    const std::function<void()> onFinished = m_onFinished;
-    onFinished();
 }

@@ -37,9 +37,12 @@ public:
     /// Leaves the value where it stands; nothing is called any more.
     void stop();
 
+    /// Brings the value to the end of the course at once, if it is under way. The animation may be
+    /// gone by the return: its owner may go at the end of the course.
+    void finish();
+
 private:
     void step();
-    void finish();
 
     Scheduler &m_scheduler;
     const Clock &m_clock;

@@ -23,6 +23,10 @@ public:
     /// Ends what is going on and shows the window as it is.
     void settle();
 
+    /// Brings what is going on to its end at once, as for whoever wants no motion any more, and calls
+    /// its onFinished, after which the motion may be gone. Nothing if nothing is going on.
+    void finish() { m_animation.finish(); }
+
 private:
     using Seconds = std::chrono::duration<double>;
     using Frames = std::function<Presentation(Seconds elapsed)>;

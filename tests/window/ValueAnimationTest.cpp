@@ -17,6 +17,9 @@ private slots:
     void valuesRunToTheEndAndThenItIsOver();
     void aClockThatJumpsBackDoesNotHoldItUp();
     void stoppingLeavesTheValueWhereItStands();
+    void finishingBringsTheValueToTheEndAtOnce();
+    void finishingWhatDoesNotRunDoesNothing();
+    void itMayBeGoneAtItsEnd();
     void aNewCourseReplacesTheFormer();
     void easingBeginsAtNothingAndEndsAtOne();
 };
@@ -96,6 +99,53 @@ void ValueAnimationTest::stoppingLeavesTheValueWhereItStands()
     watched.pass(500ms);
     QCOMPARE(watched.values, values);
     QCOMPARE(watched.finishedCount, 0);
+}
+
+void ValueAnimationTest::finishingBringsTheValueToTheEndAtOnce()
+{
+    Watched watched;
+    watched.start(0, 1);
+    watched.pass(50ms);
+    const qsizetype count = watched.values.size();
+    watched.animation.finish();
+    QCOMPARE(watched.values.size(), count + 1);
+    QCOMPARE(watched.values.last(), 1.0);
+    QCOMPARE(watched.finishedCount, 1);
+    watched.pass(500ms);
+    QCOMPARE(watched.values.size(), count + 1);
+    QCOMPARE(watched.finishedCount, 1);
+}
+
+void ValueAnimationTest::finishingWhatDoesNotRunDoesNothing()
+{
+    Watched watched;
+    watched.animation.finish();
+    watched.start(0, 1);
+    watched.animation.stop();
+    const QList<double> values = watched.values;
+    watched.animation.finish();
+    QCOMPARE(watched.values, values);
+    watched.start(0, 1);
+    watched.pass(160ms);
+    watched.animation.finish();
+    QCOMPARE(watched.finishedCount, 1);
+}
+
+void ValueAnimationTest::itMayBeGoneAtItsEnd()
+{
+    FakeScheduler scheduler;
+    FakeClock clock;
+    int finishedCount = 0;
+    auto animation = std::make_unique<ValueAnimation>(scheduler, clock);
+    animation->start({0, 1, 160ms, straight}, [](double) {},
+                     [&] {
+                         animation.reset();
+                         ++finishedCount;
+                     });
+    animation->finish();
+    QVERIFY(!animation);
+    QCOMPARE(finishedCount, 1);
+    QCOMPARE(scheduler.pendingCount(), 0);
 }
 
 void ValueAnimationTest::aNewCourseReplacesTheFormer()

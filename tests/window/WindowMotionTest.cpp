@@ -27,6 +27,9 @@ private slots:
     void anEntranceOvertakesAnExitFromWhereItStands();
     void anExitOvertakesAnEntranceFromWhereItStands();
     void settlingEndsWhatIsGoingOn();
+    void finishingEndsAnEntranceWhereItWasGoing();
+    void finishingEndsAnExitWhereItWasGoing();
+    void finishingWhatIsOverDoesNothing();
     void aFadeLeavesTheSizeAlone();
 
 private:
@@ -188,6 +191,46 @@ void WindowMotionTest::settlingEndsWhatIsGoingOn()
     pass(1s);
     QCOMPARE(m_finishedCount, 0);
     QCOMPARE(shown(), Presentation());
+}
+
+void WindowMotionTest::finishingEndsAnEntranceWhereItWasGoing()
+{
+    m_motion->enter(WindowMotion::Start::Unseen, counting());
+    pass(50ms);
+    m_motion->finish();
+    QCOMPARE(shown(), Presentation());
+    QCOMPARE(m_finishedCount, 1);
+    pass(1s);
+    QCOMPARE(m_finishedCount, 1);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void WindowMotionTest::finishingEndsAnExitWhereItWasGoing()
+{
+    m_motion->leave([this] {
+        ++m_finishedCount;
+        m_motion.reset(); // As where the window goes with it.
+    });
+    pass(50ms);
+    m_motion->finish();
+    QCOMPARE(shown(), (Presentation{.opacity = 0, .scale = 0.988}));
+    QCOMPARE(m_finishedCount, 1);
+    pass(1s);
+    QCOMPARE(m_finishedCount, 1);
+}
+
+void WindowMotionTest::finishingWhatIsOverDoesNothing()
+{
+    m_motion->finish();
+    QCOMPARE(shown(), Presentation());
+    m_motion->leave(counting());
+    pass(160ms);
+    m_motion->finish();
+    QCOMPARE(m_finishedCount, 1);
+    m_motion->settle();
+    m_motion->finish();
+    QCOMPARE(shown(), Presentation());
+    QCOMPARE(m_finishedCount, 1);
 }
 
 void WindowMotionTest::aFadeLeavesTheSizeAlone()

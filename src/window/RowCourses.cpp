@@ -38,13 +38,16 @@ void RowCourses::start(const QUuid &id, const Course &course)
 
 void RowCourses::finish(const QUuid &id)
 {
-    m_ways.remove(id);
+    if (m_ways.remove(id))
+        m_onStep(id);
 }
 
 void RowCourses::finishAll()
 {
-    m_ways.clear();
     m_nextStep.reset();
+    const QHash<QUuid, Way> ways = std::exchange(m_ways, {});
+    for (auto way = ways.keyBegin(); way != ways.keyEnd(); ++way)
+        m_onStep(*way);
 }
 
 double RowCourses::position(const QUuid &id) const

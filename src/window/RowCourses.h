@@ -34,6 +34,8 @@ public:
     /// Sends the row of an entry off, from the beginning even if it is under way.
     void start(const QUuid &id, const Course &course);
 
+    /// Brings the row of an entry, or all rows, to the end at once. What was under way is drawn once
+    /// more.
     void finish(const QUuid &id);
     void finishAll();
 

@@ -36,6 +36,13 @@ const RowCourses::Course &course(bool isMotionReduced)
 
 } // namespace
 
+void RowSelectionFade::setMotionReduced(bool isReduced)
+{
+    m_isMotionReduced = isReduced;
+    if (isReduced)
+        finishAll();
+}
+
 bool RowSelectionFade::noteChange()
 {
     const Timestamp now = m_clock.now();

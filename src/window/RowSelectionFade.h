@@ -18,8 +18,8 @@ public:
     {
     }
 
-    /// Without a swing and short, from the next start() on.
-    void setMotionReduced(bool isReduced) { m_isMotionReduced = isReduced; }
+    /// Without a swing and short, from the next start() on. What is under way then ends at once.
+    void setMotionReduced(bool isReduced);
 
     /// Takes note of a change of the selection. False if it follows on the last one so soon that
     /// neither is to fade.

@@ -14,6 +14,13 @@ double swing(std::chrono::duration<double> time)
 
 } // namespace
 
+void StarPop::setMotionReduced(bool isReduced)
+{
+    m_isMotionReduced = isReduced;
+    if (isReduced)
+        finishAll();
+}
+
 void StarPop::start(const QUuid &id)
 {
     static const RowCourses::Course pop{swing, kSpring.settlingDuration()};

@@ -14,8 +14,8 @@ public:
     {
     }
 
-    /// Whether stars keep still, from the next start() on.
-    void setMotionReduced(bool isReduced) { m_isMotionReduced = isReduced; }
+    /// Whether stars keep still, those that pop included.
+    void setMotionReduced(bool isReduced);
 
     /// Lets the star of an entry pop from the beginning.
     void start(const QUuid &id);

@@ -55,6 +55,7 @@ private slots:
     void aSelectedRowThatGoesTakesItsGroundAlong();
     void theFocusChangesNothing();
     void withReducedMotionItIsShort();
+    void whatFadesEndsWhenMotionIsReduced();
     void nothingRunsWhileHidden();
 
 private:
@@ -277,6 +278,23 @@ void RowSelectionFadeTest::withReducedMotionItIsShort()
     }
     QCOMPARE(groundOf(1), 1.0);
     QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void RowSelectionFadeTest::whatFadesEndsWhenMotionIsReduced()
+{
+    m_view->selectRow(1);
+    pass(kLongEnough);
+    m_view->selectRow(2);
+    pass(64ms);
+    QCoreApplication::processEvents();
+    PaintedRegions painted(*m_view->viewport());
+    m_view->setMotionReduced(true);
+    QCOMPARE(groundOf(1), 0.0);
+    QCOMPARE(groundOf(2), 1.0);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+    painted.clear();
+    QCoreApplication::processEvents();
+    QCOMPARE(painted.whole(), QRegion(m_view->rowBox(1) | m_view->rowBox(2)));
 }
 
 void RowSelectionFadeTest::nothingRunsWhileHidden()

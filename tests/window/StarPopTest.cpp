@@ -41,6 +41,7 @@ private slots:
     void aRefusedClickPopsAndChangesNothing();
     void aKeyDoesNotPop();
     void withReducedMotionNothingPops();
+    void aStarThatPopsEndsWhenMotionIsReduced();
 
 private:
     QImage starPicture(int row)
@@ -159,6 +160,26 @@ void StarPopTest::withReducedMotionNothingPops()
     QCOMPARE(m_scheduler->pendingCount(), 0);
     pass(1s);
     QCOMPARE(starPicture(1), first);
+}
+
+void StarPopTest::aStarThatPopsEndsWhenMotionIsReduced()
+{
+    QList<QUuid> drawn;
+    StarPop pop(*m_scheduler, *m_clock, [&](const QUuid &id) {
+        drawn.append(id);
+        return true;
+    });
+    const QUuid id = QUuid::createUuid();
+    pop.start(id);
+    pass(40ms);
+    QVERIFY(pop.scale(id) < 1);
+    drawn.clear();
+    pop.setMotionReduced(true);
+    QCOMPARE(pop.scale(id), 1.0);
+    QCOMPARE(drawn, QList<QUuid>{id});
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+    pop.setMotionReduced(false);
+    QCOMPARE(pop.scale(id), 1.0);
 }
 
 QTEST_MAIN(StarPopTest)

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -31,6 +32,15 @@ RowTransition::RowTransition(ClipboardTableView &view, const HistoryListModel &m
 }
 
 RowTransition::~RowTransition() = default;
+
+void RowTransition::setMotionReduced(bool isReduced)
+{
+    m_isMotionReduced = isReduced;
+    if (!isReduced)
+        return;
+    finishFades();
+    finish();
+}
 
 void RowTransition::follow(const ListDifference &difference, const std::function<void()> &change)
 {
@@ -113,6 +123,19 @@ void RowTransition::paintDeparting(QPainter &painter) const
 std::chrono::milliseconds RowTransition::shortened(std::chrono::milliseconds duration) const
 {
     return m_isMotionReduced ? std::min(duration, kReducedFade) : duration;
+}
+
+void RowTransition::finishFades()
+{
+    // Each removes itself at its end, and its row from the list, which may bring about others.
+    QList<QUuid> ids;
+    for (const auto &[id, fade] : m_fades)
+        ids.append(id);
+    for (const QUuid &id : std::as_const(ids)) {
+        const auto fade = m_fades.find(id);
+        if (fade != m_fades.end())
+            fade->second.animation.finish();
+    }
 }
 
 /// Takes pictures of the rows that go, as they are seen now: the list forgets them.

@@ -33,8 +33,9 @@ public:
                   const Clock &clock);
     ~RowTransition();
 
-    /// Whether rows do without sliding, and fade but briefly, from the next change on.
-    void setMotionReduced(bool isReduced) { m_isMotionReduced = isReduced; }
+    /// Whether rows do without sliding, and fade but briefly, from the next change on. Rows on their
+    /// way then are at its end at once, and those that fadeOut() fades are gone.
+    void setMotionReduced(bool isReduced);
 
     /// Calls \a change, which is to carry \a difference out, and lets what is seen follow.
     void follow(const ListDifference &difference, const std::function<void()> &change);
@@ -73,6 +74,7 @@ private:
     };
 
     std::chrono::milliseconds shortened(std::chrono::milliseconds duration) const;
+    void finishFades();
     Look travelLook(const QUuid &id) const;
     void beginDeparture(const QList<qsizetype> &removedRows);
     void moveFrom(const ListDifference &difference, int oldScrollValue);

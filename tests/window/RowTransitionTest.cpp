@@ -1,3 +1,4 @@
+#include "tests/fakes/PaintedRegions.h"
 #include "tests/window/TableFixture.h"
 
 #include "window/RowTransition.h"
@@ -31,6 +32,8 @@ private slots:
     void aSearchEndsIt();
     void withReducedMotionRowsFadeInTheirPlaces();
     void withReducedMotionADeletedRowFadesFaster();
+    void rowsOnTheirWayArriveWhenMotionIsReduced();
+    void rowsThatFadeAreGoneWhenMotionIsReduced();
     void nothingMovesWhileHidden();
     void aRowFadesOutBeforeItIsRemoved();
     void aRowThatNobodyCanSeeIsRemovedAtOnce();
@@ -199,6 +202,49 @@ void RowTransitionTest::withReducedMotionADeletedRowFadesFaster()
     QVERIFY(look(items[2]).opacity > 0.2 && look(items[2]).opacity < 0.8);
     pass(50ms);
     QCOMPARE(doneCount, 1);
+}
+
+void RowTransitionTest::rowsOnTheirWayArriveWhenMotionIsReduced()
+{
+    const ClipboardItemList items = SampleHistory::numbered(20);
+    make(items);
+    pass(1s);
+    const ClipboardItemPointer added = SampleHistory::texts({u"new"_s}).first();
+    show(ClipboardItemList{added} + items);
+    pass(50ms);
+    QVERIFY(transition().reach() > 0);
+    QCoreApplication::processEvents();
+    PaintedRegions painted(*m_view->viewport());
+    m_controller->setLook({.isMotionReduced = true});
+    QCOMPARE(transition().reach(), 0.0);
+    QCOMPARE(look(added).opacity, 1.0);
+    QCOMPARE(look(items[0]).offset, 0.0);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+    QCoreApplication::processEvents();
+    QCOMPARE(painted.whole(), QRegion(m_view->viewport()->rect()));
+}
+
+void RowTransitionTest::rowsThatFadeAreGoneWhenMotionIsReduced()
+{
+    const ClipboardItemList items = SampleHistory::numbered(5);
+    make(items);
+    pass(1s); // The scroller goes.
+    QStringList done;
+    transition().fadeOut(items[1]->id, [&] {
+        done.append(u"first"_s);
+        show({items[0], items[2], items[3], items[4]});
+    });
+    transition().fadeOut(items[3]->id, [&] { done.append(u"second"_s); });
+    pass(100ms);
+    m_controller->setLook({.isMotionReduced = true});
+    done.sort();
+    QCOMPARE(done, (QStringList{u"first"_s, u"second"_s}));
+    QCOMPARE(look(items[3]).opacity, 1.0);
+    QCOMPARE(look(items[2]).offset, 0.0);
+    QCOMPARE(m_scheduler->pendingCount(), 0);
+    m_controller->setLook({.isMotionReduced = true});
+    pass(kLongEnough);
+    QCOMPARE(done.size(), 2);
 }
 
 void RowTransitionTest::nothingMovesWhileHidden()

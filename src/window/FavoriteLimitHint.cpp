@@ -53,6 +53,8 @@ FavoriteLimitHint::~FavoriteLimitHint() = default;
 void FavoriteLimitHint::setLook(const Look &look)
 {
     m_look = look;
+    if (look.isMotionReduced)
+        m_animation.finish();
     if (m_view)
         m_view->setColors(look.colors());
 }

@@ -24,6 +24,7 @@ public:
                       Scheduler &scheduler, const Clock &clock);
     ~FavoriteLimitHint() override;
 
+    /// Where the look has no motion, a hint that comes is there at once, and one that goes is gone.
     void setLook(const Look &look);
 
     /// In the place of a hint that is still there. False if \a row is not in sight.

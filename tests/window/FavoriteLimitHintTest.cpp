@@ -30,6 +30,8 @@ private slots:
     void aNewHintTakesThePlaceOfTheFormer();
     void itPopsUpFromTheLeft();
     void withReducedMotionItFadesInItsPlace();
+    void aHintThatComesIsThereWhenMotionIsReduced();
+    void aHintThatGoesIsGoneWhenMotionIsReduced();
     void itGoesWhenTheListMoves_data();
     void itGoesWhenTheListMoves();
     void itGoesWithTheWindow();
@@ -210,6 +212,33 @@ void FavoriteLimitHintTest::withReducedMotionItFadesInItsPlace()
     QVERIFY(hint()->pose().opacity < 1);
     passStill(50ms);
     QVERIFY(!hint());
+}
+
+void FavoriteLimitHintTest::aHintThatComesIsThereWhenMotionIsReduced()
+{
+    pressStar(2);
+    pass(50ms);
+    QVERIFY(hint()->pose().shift < 0);
+    m_controller->setLook({.isMotionReduced = true});
+    QCOMPARE(hint()->pose().opacity, 1.0);
+    QCOMPARE(hint()->pose().shift, 0.0);
+    QVERIFY(std::abs(hint()->pose().scale - 1) < 0.001);
+    const View::Pose still = hint()->pose();
+    pass(1149ms); // It stays as long as otherwise.
+    QCOMPARE(hint()->pose().opacity, 1.0);
+    QCOMPARE(hint()->pose().scale, still.scale);
+    pass(101ms);
+    QVERIFY(!hint());
+}
+
+void FavoriteLimitHintTest::aHintThatGoesIsGoneWhenMotionIsReduced()
+{
+    pressStar(2);
+    pass(1250ms);
+    QVERIFY(hint()->pose().opacity < 1);
+    m_controller->setLook({.isMotionReduced = true});
+    QVERIFY(!hint());
+    QCOMPARE(m_scheduler->pendingCount(), 0);
 }
 
 void FavoriteLimitHintTest::itGoesWhenTheListMoves_data()

@@ -1,6 +1,5 @@
 #include "window/ClipboardTableView.h"
 
-#include "appearance/InterfaceFont.h"
 #include "widgets/AccessibleFactory.h"
 #include "window/ClipboardTableViewAccessible.h"
 #include "window/HistoryListModel.h"
@@ -19,11 +18,6 @@
 
 namespace {
 
-constexpr int kEmptyTitleSize = 14;
-constexpr int kEmptyNoteSize = 12;
-constexpr qreal kEmptyTextShare = 0.4; ///< Of the height, above the first line's middle.
-constexpr qreal kEmptyLineDistance = 20.5;
-constexpr qreal kEmptyTextMargin = 24;
 constexpr int kScrollStep = kRowHeight / 2;
 
 /// Alone a dead key writes nothing, but the next one writes another letter behind it.
@@ -88,10 +82,10 @@ void ClipboardTableView::setMotionReduced(bool isReduced)
 
 void ClipboardTableView::setEmptyText(const QString &title, const QString &note)
 {
-    if (title == m_emptyTitle && note == m_emptyNote)
+    const EmptyListText text{title, note};
+    if (text == m_emptyText)
         return;
-    m_emptyTitle = title;
-    m_emptyNote = note;
+    m_emptyText = text;
     ClipboardTableViewAccessible::tellEmptyText(*this);
     viewport()->update();
 }
@@ -338,7 +332,7 @@ void ClipboardTableView::paintEvent(QPaintEvent *event)
     if (m_transition)
         m_transition->paintDeparting(painter);
     if (!model() || model()->rowCount() == 0) {
-        paintEmptyText(painter);
+        drawEmptyListText(painter, viewport()->rect(), m_emptyText, m_colors);
         return;
     }
     if (selectedRow() < 0)
@@ -454,23 +448,6 @@ void ClipboardTableView::paintVeil(QPainter &painter) const
     const QRect first = rowBox(0);
     if (m_rowDelegate && first.intersects(viewport()->rect()))
         m_rowDelegate->paintVeil(painter, first);
-}
-
-void ClipboardTableView::paintEmptyText(QPainter &painter) const
-{
-    const QRectF box =
-        QRectF(viewport()->rect()).adjusted(kEmptyTextMargin, 0, -kEmptyTextMargin, 0);
-    const qreal middle = std::round(box.height() * kEmptyTextShare);
-    const auto drawLine = [&](qreal y, const QString &text) {
-        drawElided(painter, QRectF(box.left(), y - kRowHeight / 2.0, box.width(), kRowHeight), text,
-                   Qt::AlignHCenter, Qt::ElideMiddle);
-    };
-    painter.setFont(interfaceFont(kEmptyTitleSize));
-    painter.setPen(m_colors.secondaryLabelColor);
-    drawLine(middle, m_emptyTitle);
-    painter.setFont(interfaceFont(kEmptyNoteSize));
-    painter.setPen(m_colors.tertiaryLabelColor);
-    drawLine(middle + kEmptyLineDistance, m_emptyNote);
 }
 
 void ClipboardTableView::placeScroller()

@@ -2,6 +2,7 @@
 
 #include "appearance/SystemColors.h"
 #include "core/ClipboardItem.h"
+#include "window/EmptyListText.h"
 #include "window/RowSelectionFade.h"
 #include "window/RowStars.h"
 
@@ -40,8 +41,8 @@ public:
 
     /// What stands in the place of the rows while there are none. The note may be empty.
     void setEmptyText(const QString &title, const QString &note);
-    const QString &emptyTitle() const { return m_emptyTitle; }
-    const QString &emptyNote() const { return m_emptyNote; }
+    const QString &emptyTitle() const { return m_emptyText.title; }
+    const QString &emptyNote() const { return m_emptyText.note; }
 
     /// The entries of the rows.
     const ClipboardItemList &items() const;
@@ -130,7 +131,6 @@ private:
     void paintRows(QPainter &painter, const QRect &exposed) const;
     void paintRow(QPainter &painter, int row, const QRectF &box) const;
     void paintVeil(QPainter &painter) const;
-    void paintEmptyText(QPainter &painter) const;
     void placeScroller();
 
     SystemColors m_colors;
@@ -142,7 +142,6 @@ private:
     int m_scrollerInset;
     bool m_acceptsInput = true;
     bool m_isSpokenFocus = false;
-    QString m_emptyTitle;
-    QString m_emptyNote;
+    EmptyListText m_emptyText;
     QPersistentModelIndex m_pressedRow; ///< Of the last press, if that was beside the star.
 };

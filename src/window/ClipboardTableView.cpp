@@ -40,7 +40,7 @@ bool writesText(const QKeyEvent &event)
 ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock, int scrollerInset,
                                        QWidget *parent)
     : QListView(parent)
-    , m_selectionFade(scheduler, clock, [this](const QUuid &id) { return updateRow(id); })
+    , m_selectionFade(*this, scheduler, clock)
     , m_stars(*this, scheduler, clock)
     , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
     , m_scrollerInset(scrollerInset)
@@ -355,15 +355,8 @@ void ClipboardTableView::selectionChanged(const QItemSelection &selected,
     // The veil of the first row comes and goes with the selection.
     if (selected.isEmpty() || deselected.isEmpty())
         viewport()->update(rowBox(0));
-    if (selected.isEmpty() && deselected.isEmpty())
-        return;
-    if (m_selectionFade.noteChange()) {
-        fadeSelection(selected);
-        fadeSelection(deselected);
-    } else {
-        m_selectionFade.finishAll();
-        viewport()->update();
-    }
+    if (!selected.isEmpty() || !deselected.isEmpty())
+        m_selectionFade.follow(selected, deselected);
 }
 
 void ClipboardTableView::updateGeometries()
@@ -394,20 +387,6 @@ int ClipboardTableView::rowInSight(const QUuid &id) const
             return row;
     }
     return -1;
-}
-
-void ClipboardTableView::fadeSelection(const QItemSelection &changed)
-{
-    for (const QModelIndex &index : changed.indexes()) {
-        if (index.model() != model())
-            continue;
-        const QUuid id = items().at(index.row())->id;
-        // Of what comes in sight later nobody is to see how it was.
-        if (updateRow(id))
-            m_selectionFade.start(id);
-        else
-            m_selectionFade.finish(id);
-    }
 }
 
 RowState ClipboardTableView::rowState(int row) const

@@ -123,7 +123,6 @@ protected:
 private:
     /// The row of an entry; -1 unless it is in sight.
     int rowInSight(const QUuid &id) const;
-    void fadeSelection(const QItemSelection &changed);
     RowState rowState(int row) const;
     void handleRowKey(QKeyEvent *event);
     void requestMenuAtSelectedRow();

@@ -3,6 +3,9 @@
 #include "appearance/Easing.h"
 #include "appearance/Spring.h"
 #include "platform/Clock.h"
+#include "window/ClipboardTableView.h"
+
+#include <QItemSelection>
 
 #include <algorithm>
 #include <utility>
@@ -36,6 +39,14 @@ const RowCourses::Course &course(bool isMotionReduced)
 
 } // namespace
 
+RowSelectionFade::RowSelectionFade(ClipboardTableView &view, Scheduler &scheduler,
+                                   const Clock &clock)
+    : m_view(view)
+    , m_clock(clock)
+    , m_courses(scheduler, clock, [&view](const QUuid &id) { return view.updateRow(id); })
+{
+}
+
 void RowSelectionFade::setMotionReduced(bool isReduced)
 {
     m_isMotionReduced = isReduced;
@@ -43,21 +54,41 @@ void RowSelectionFade::setMotionReduced(bool isReduced)
         finishAll();
 }
 
-bool RowSelectionFade::noteChange()
+void RowSelectionFade::follow(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    const Timestamp now = m_clock.now();
-    const auto last = std::exchange(m_lastChange, now);
-    // The clock may be set back meanwhile.
-    return !last || now < *last || now - *last >= kSlowestRepeat;
-}
-
-void RowSelectionFade::start(const QUuid &id)
-{
-    m_courses.start(id, course(m_isMotionReduced));
+    if (isUnderAHeldKey()) {
+        finishAll();
+        return;
+    }
+    fade(selected);
+    fade(deselected);
 }
 
 double RowSelectionFade::opacity(const QUuid &id, bool isSelected) const
 {
     const double position = m_courses.position(id);
     return isSelected ? position : 1 - position;
+}
+
+/// Whether the selection changes so soon after the last time.
+bool RowSelectionFade::isUnderAHeldKey()
+{
+    const Timestamp now = m_clock.now();
+    const auto last = std::exchange(m_lastChange, now);
+    // The clock may be set back meanwhile.
+    return last && now >= *last && now - *last < kSlowestRepeat;
+}
+
+void RowSelectionFade::fade(const QItemSelection &changed)
+{
+    for (const QModelIndex &index : changed.indexes()) {
+        if (index.model() != m_view.model())
+            continue;
+        const QUuid id = m_view.items().at(index.row())->id;
+        // Of what comes in sight later nobody is to see how it was.
+        if (m_view.updateRow(id))
+            m_courses.start(id, course(m_isMotionReduced));
+        else
+            finish(id);
+    }
 }

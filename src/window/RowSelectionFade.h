@@ -3,7 +3,9 @@
 #include "window/RowCourses.h"
 
 #include <optional>
-#include <utility>
+
+class ClipboardTableView;
+class QItemSelection;
 
 /// Brings the ground of a row in when it is selected, and out when it is deselected. Each change
 /// sets out from the opposite, however far an earlier one has come. Under a held key, though, nothing
@@ -11,21 +13,16 @@
 class RowSelectionFade
 {
 public:
-    /// As RowCourses has them.
-    RowSelectionFade(Scheduler &scheduler, const Clock &clock, RowCourses::Step onStep)
-        : m_clock(clock)
-        , m_courses(scheduler, clock, std::move(onStep))
-    {
-    }
+    /// All of them must outlive the fade.
+    RowSelectionFade(ClipboardTableView &view, Scheduler &scheduler, const Clock &clock);
 
-    /// Without a swing and short, from the next start() on. What is under way then ends at once.
+    /// Without a swing and short, from the next change on. What is under way then ends at once.
     void setMotionReduced(bool isReduced);
 
-    /// Takes note of a change of the selection. False if it follows on the last one so soon that
-    /// neither is to fade.
-    bool noteChange();
+    /// Follows a change of the selection, the rows of which are being drawn again.
+    void follow(const QItemSelection &selected, const QItemSelection &deselected);
 
-    void start(const QUuid &id);
+    /// Shows the row of an entry, or all rows, as they are: selected or not.
     void finish(const QUuid &id) { m_courses.finish(id); }
     void finishAll() { m_courses.finishAll(); }
 
@@ -33,6 +30,10 @@ public:
     double opacity(const QUuid &id, bool isSelected) const;
 
 private:
+    bool isUnderAHeldKey();
+    void fade(const QItemSelection &changed);
+
+    ClipboardTableView &m_view;
     const Clock &m_clock;
     RowCourses m_courses;
     std::optional<Timestamp> m_lastChange;

@@ -45,6 +45,7 @@ private slots:
     void textsAndStarsChangeTheirColorAtOnce();
     void aFurtherChangeSetsOutFromTheOpposite();
     void underAHeldKeyTheSelectionIsWhereThePersonIs();
+    void underAHeldKeyWhatHasFadedIsDrawnAtRest();
     void onlyTheRowsConcernedAreDrawn();
     void nothingIsDrawnOnceNothingIsSeenToChange();
     void aRowThatIsWordedAnewIsAtRest();
@@ -141,6 +142,19 @@ void RowSelectionFadeTest::underAHeldKeyTheSelectionIsWhereThePersonIs()
     pass(kLongEnough);
     QCOMPARE(groundOf(29), 1.0);
     QCOMPARE(m_scheduler->pendingCount(), 0);
+}
+
+void RowSelectionFadeTest::underAHeldKeyWhatHasFadedIsDrawnAtRest()
+{
+    m_view->selectRow(0);
+    pass(kLongEnough);
+    m_view->selectRow(1);
+    pass(33ms);
+    QCoreApplication::processEvents();
+    PaintedRegions painted(*m_view->viewport());
+    m_view->selectRow(2);
+    QCoreApplication::processEvents();
+    QCOMPARE(painted.whole(), QRegion(m_view->rowBox(0) | m_view->rowBox(1) | m_view->rowBox(2)));
 }
 
 void RowSelectionFadeTest::onlyTheRowsConcernedAreDrawn()

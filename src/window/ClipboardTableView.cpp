@@ -7,14 +7,12 @@
 #include "window/HistoryRowDelegate.h"
 #include "window/OverlayScroller.h"
 #include "window/RowLayout.h"
-#include "window/RowTransition.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -42,6 +40,7 @@ ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock,
     : QListView(parent)
     , m_selectionFade(*this, scheduler, clock)
     , m_stars(*this, scheduler, clock)
+    , m_rowPainter(*this, m_selectionFade, m_stars)
     , m_scroller(new OverlayScroller(scheduler, *verticalScrollBar(), this))
     , m_scrollerInset(scrollerInset)
 {
@@ -62,6 +61,7 @@ void ClipboardTableView::setRowDelegate(HistoryRowDelegate *delegate)
 {
     m_rowDelegate = delegate;
     m_rowDelegate->setColors(m_colors);
+    m_rowPainter.setDelegate(delegate);
     setItemDelegate(delegate);
 }
 
@@ -124,17 +124,6 @@ void ClipboardTableView::deselectAll()
 QRect ClipboardTableView::rowBox(int row) const
 {
     return visualRect(model()->index(row, 0));
-}
-
-QPixmap ClipboardTableView::pictureOfRow(int row) const
-{
-    const QSize size(viewport()->width(), kRowHeight);
-    QPixmap picture(size * devicePixelRatio());
-    picture.setDevicePixelRatio(devicePixelRatio());
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paintRow(painter, row, QRectF(QPointF(), size));
-    return picture;
 }
 
 std::pair<int, int> ClipboardTableView::rowsInSight(int margin) const
@@ -329,15 +318,9 @@ void ClipboardTableView::mouseDoubleClickEvent(QMouseEvent *event)
 void ClipboardTableView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(viewport());
-    if (m_transition)
-        m_transition->paintDeparting(painter);
-    if (!model() || model()->rowCount() == 0) {
+    m_rowPainter.paint(painter, event->rect());
+    if (items().isEmpty())
         drawEmptyListText(painter, viewport()->rect(), m_emptyText, m_colors);
-        return;
-    }
-    if (selectedRow() < 0)
-        paintVeil(painter);
-    paintRows(painter, event->rect());
 }
 
 void ClipboardTableView::resizeEvent(QResizeEvent *event)
@@ -387,46 +370,6 @@ int ClipboardTableView::rowInSight(const QUuid &id) const
             return row;
     }
     return -1;
-}
-
-RowState ClipboardTableView::rowState(int row) const
-{
-    const QUuid id = items().at(row)->id;
-    RowState state;
-    state.isSelected = row == selectedRow();
-    state.groundOpacity = m_selectionFade.opacity(id, state.isSelected);
-    state.star = m_stars.state(row);
-    state.starScale = m_stars.scale(id);
-    return state;
-}
-
-void ClipboardTableView::paintRows(QPainter &painter, const QRect &exposed) const
-{
-    const int reach = m_transition ? int(std::ceil(m_transition->reach())) : 0;
-    const auto [first, last] = rowsInSight(reach);
-    for (int row = first; row <= last; ++row) {
-        RowTransition::Look look;
-        if (m_transition)
-            look = m_transition->look(items().at(row)->id);
-        const QRectF box = QRectF(rowBox(row)).translated(0, look.offset);
-        if (!box.intersects(exposed))
-            continue;
-        painter.setOpacity(look.opacity);
-        paintRow(painter, row, box);
-    }
-}
-
-void ClipboardTableView::paintRow(QPainter &painter, int row, const QRectF &box) const
-{
-    m_rowDelegate->paintRow(painter, box.toRect(), items().at(row), rowState(row));
-}
-
-/// The ground of the first row, which Return pastes while none is selected.
-void ClipboardTableView::paintVeil(QPainter &painter) const
-{
-    const QRect first = rowBox(0);
-    if (m_rowDelegate && first.intersects(viewport()->rect()))
-        m_rowDelegate->paintVeil(painter, first);
 }
 
 void ClipboardTableView::placeScroller()

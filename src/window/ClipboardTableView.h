@@ -3,6 +3,7 @@
 #include "appearance/SystemColors.h"
 #include "core/ClipboardItem.h"
 #include "window/EmptyListText.h"
+#include "window/RowPainter.h"
 #include "window/RowSelectionFade.h"
 #include "window/RowStars.h"
 
@@ -14,7 +15,6 @@
 
 class HistoryRowDelegate;
 class OverlayScroller;
-class RowTransition;
 
 /// The list of the history: rows of one height, at most one of them selected.
 class ClipboardTableView : public QListView
@@ -31,8 +31,8 @@ public:
 
     /// Tells how the rows are painted while they come and go. Null takes it away; it must not be
     /// gone before.
-    void setRowTransition(RowTransition *transition) { m_transition = transition; }
-    RowTransition *rowTransition() const { return m_transition; }
+    void setRowTransition(RowTransition *transition) { m_rowPainter.setTransition(transition); }
+    RowTransition *rowTransition() const { return m_rowPainter.transition(); }
 
     void setColors(const SystemColors &colors);
 
@@ -66,7 +66,7 @@ public:
     void requestMenuAt(const QPoint &position, QContextMenuEvent::Reason reason);
 
     QRect rowBox(int row) const; ///< In the viewport.
-    QPixmap pictureOfRow(int row) const;
+    QPixmap pictureOfRow(int row) const { return m_rowPainter.picture(row); }
 
     /// The first and the last row of which something is in sight, or is within \a margin above or
     /// below; an empty range if there is none.
@@ -123,20 +123,16 @@ protected:
 private:
     /// The row of an entry; -1 unless it is in sight.
     int rowInSight(const QUuid &id) const;
-    RowState rowState(int row) const;
     void handleRowKey(QKeyEvent *event);
     void requestMenuAtSelectedRow();
     int firstWholeRowInSight() const;
-    void paintRows(QPainter &painter, const QRect &exposed) const;
-    void paintRow(QPainter &painter, int row, const QRectF &box) const;
-    void paintVeil(QPainter &painter) const;
     void placeScroller();
 
     SystemColors m_colors;
     HistoryRowDelegate *m_rowDelegate = nullptr;
-    RowTransition *m_transition = nullptr;
     RowSelectionFade m_selectionFade;
     RowStars m_stars;
+    RowPainter m_rowPainter;
     OverlayScroller *m_scroller;
     int m_scrollerInset;
     bool m_acceptsInput = true;

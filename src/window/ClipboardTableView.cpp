@@ -3,7 +3,6 @@
 #include "widgets/AccessibleFactory.h"
 #include "window/ClipboardTableViewAccessible.h"
 #include "window/HistoryListModel.h"
-#include "window/HistoryRowAccessible.h"
 #include "window/HistoryRowDelegate.h"
 #include "window/OverlayScroller.h"
 #include "window/RowLayout.h"
@@ -158,23 +157,6 @@ void ClipboardTableView::reset()
     QListView::reset();
     m_selectionFade.finishAll();
     m_stars.finishPops();
-}
-
-void ClipboardTableView::performSpokenAction(const QString &name, int row)
-{
-    if (!m_acceptsInput)
-        return;
-    if (name == QAccessibleActionInterface::pressAction()) {
-        emit rowActivated(row);
-    } else if (name == HistoryRowAccessible::favoriteAction()) {
-        m_stars.click(row);
-    } else if (name == QAccessibleActionInterface::setFocusAction()) {
-        selectRow(row);
-        setFocus(Qt::OtherFocusReason);
-    } else if (name == QAccessibleActionInterface::showMenuAction()) {
-        selectRow(row);
-        requestMenuAtSelectedRow();
-    }
 }
 
 void ClipboardTableView::rowsInserted(const QModelIndex &parent, int first, int last)

@@ -64,6 +64,11 @@ public:
 
     /// Selects the row at \a position of the screen and asks for its menu; nothing elsewhere.
     void requestMenuAt(const QPoint &position, QContextMenuEvent::Reason reason);
+    /// As the menu key does.
+    void requestMenuAtSelectedRow();
+
+    /// As a click on the star of \a row does.
+    void clickStar(int row) { m_stars.click(row); }
 
     QRect rowBox(int row) const; ///< In the viewport.
     QPixmap pictureOfRow(int row) const { return m_rowPainter.picture(row); }
@@ -79,10 +84,6 @@ public:
     /// does while the keys of another view move through the list.
     bool isSpokenFocus() const { return m_isSpokenFocus || hasFocus(); }
     void setSpokenFocus(bool isSpokenFocus) { m_isSpokenFocus = isSpokenFocus; }
-
-    /// Does with \a row what an assistive program asks for by the name of one of the actions that
-    /// HistoryRowAccessible has, as a person would by the mouse. Nothing while no input is accepted.
-    void performSpokenAction(const QString &name, int row);
 
     void keyboardSearch(const QString &) override {}
 
@@ -124,7 +125,6 @@ private:
     /// The row of an entry; -1 unless it is in sight.
     int rowInSight(const QUuid &id) const;
     void handleRowKey(QKeyEvent *event);
-    void requestMenuAtSelectedRow();
     int firstWholeRowInSight() const;
     void placeScroller();
 

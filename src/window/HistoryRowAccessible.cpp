@@ -5,6 +5,28 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// As a person would by the mouse or the keys.
+void perform(const QString &action, ClipboardTableView &view, int row)
+{
+    if (!view.acceptsInput())
+        return;
+    if (action == QAccessibleActionInterface::pressAction()) {
+        emit view.rowActivated(row);
+    } else if (action == HistoryRowAccessible::favoriteAction()) {
+        view.clickStar(row);
+    } else if (action == QAccessibleActionInterface::setFocusAction()) {
+        view.selectRow(row);
+        view.setFocus(Qt::OtherFocusReason);
+    } else if (action == QAccessibleActionInterface::showMenuAction()) {
+        view.selectRow(row);
+        view.requestMenuAtSelectedRow();
+    }
+}
+
+} // namespace
+
 QString HistoryRowAccessible::favoriteAction()
 {
     return u"favorite"_s;
@@ -103,7 +125,7 @@ void HistoryRowAccessible::doAction(const QString &name)
         [view = view(), id = m_itemID, name] {
             const int place = int(indexOfItem(view->items(), id));
             if (place >= 0)
-                view->performSpokenAction(name, place);
+                perform(name, *view, place);
         },
         Qt::QueuedConnection);
 }

@@ -7,7 +7,7 @@
 #include "window/OverlayScroller.h"
 #include "window/RowLayout.h"
 
-#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -17,26 +17,12 @@ namespace {
 
 constexpr int kScrollStep = kRowHeight / 2;
 
-/// Alone a dead key writes nothing, but the next one writes another letter behind it.
-bool isDeadKey(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Multi_key
-        || (event.key() >= Qt::Key_Dead_Grave && event.key() <= Qt::Key_Dead_Longsolidusoverlay);
-}
-
-bool writesText(const QKeyEvent &event)
-{
-    const QList<uint> characters = event.text().toUcs4();
-    const bool isPrinted = !characters.isEmpty() && QChar::isPrint(characters.first());
-    const auto others = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    return (isPrinted || isDeadKey(event)) && !(event.modifiers() & others);
-}
-
 } // namespace
 
 ClipboardTableView::ClipboardTableView(Scheduler &scheduler, const Clock &clock, int scrollerInset,
                                        QWidget *parent)
     : QListView(parent)
+    , m_keys(*this)
     , m_selectionFade(*this, scheduler, clock)
     , m_stars(*this, scheduler, clock)
     , m_rowPainter(*this, m_selectionFade, m_stars)
@@ -184,45 +170,8 @@ void ClipboardTableView::focusInEvent(QFocusEvent *event)
 
 void ClipboardTableView::keyPressEvent(QKeyEvent *event)
 {
-    // The base class would put the words of the row on the clipboard, not the entry.
-    if (event->matches(QKeySequence::Copy) || event->key() == Qt::Key_Escape) {
-        event->ignore();
-        return;
-    }
-    if (!m_acceptsInput)
-        return;
-    const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
-    if (isArrow && selectedRow() < 0 && model()->rowCount() > 0) {
-        // The focus alone makes the first row current, and the base class would go on from there.
-        setCurrentIndex(model()->index(0, 0));
-        return;
-    }
-    handleRowKey(event);
-}
-
-void ClipboardTableView::handleRowKey(QKeyEvent *event)
-{
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter: emit enterPressed(); return;
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace: emit deletePressed(); return;
-    case Qt::Key_Menu: requestMenuAtSelectedRow(); return;
-    case Qt::Key_F10:
-        if (event->modifiers() == Qt::ShiftModifier)
-            requestMenuAtSelectedRow();
-        return;
-    case Qt::Key_Space:
-        // The base class would select what is current, which is not what is seen as selected.
-        if (selectedRow() < 0 || !onSpace || !onSpace(selectedRow()))
-            event->ignore();
-        return;
-    default:
-        if (writesText(*event))
-            emit textKeyPressed(event);
-        else
-            QListView::keyPressEvent(event);
-    }
+    if (!m_keys.press(*event))
+        QListView::keyPressEvent(event);
 }
 
 void ClipboardTableView::requestMenuAt(const QPoint &position, QContextMenuEvent::Reason reason)

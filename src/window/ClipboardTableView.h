@@ -3,6 +3,7 @@
 #include "appearance/SystemColors.h"
 #include "core/ClipboardItem.h"
 #include "window/EmptyListText.h"
+#include "window/ListKeys.h"
 #include "window/RowPainter.h"
 #include "window/RowSelectionFade.h"
 #include "window/RowStars.h"
@@ -124,12 +125,12 @@ protected:
 private:
     /// The row of an entry; -1 unless it is in sight.
     int rowInSight(const QUuid &id) const;
-    void handleRowKey(QKeyEvent *event);
     int firstWholeRowInSight() const;
     void placeScroller();
 
     SystemColors m_colors;
     HistoryRowDelegate *m_rowDelegate = nullptr;
+    ListKeys m_keys;
     RowSelectionFade m_selectionFade;
     RowStars m_stars;
     RowPainter m_rowPainter;

@@ -6,34 +6,19 @@
 #include "tests/window/SampleIcons.h"
 
 #include "platform/linux/QtImageCodec.h"
-#include "platform/linux/QtScheduler.h"
 #include "window/HistoryWindowFactory.h"
 
-#include <QElapsedTimer>
-
-/// Runs as any clock does, from the hour by which the entries of samples are dated.
-class StageClock : public Clock
+/// What a history window needs in order to be shown for people to look at: icons, thumbnails and
+/// tags, on a desktop whose looks can be chosen. Its time passes by pass() only.
+class HistoryStage : protected HistoryListFixture
 {
 public:
-    StageClock() { m_running.start(); }
+    using HistoryListFixture::pass;
 
-    Timestamp now() const override
-    {
-        return FakeClock().now() + std::chrono::microseconds(m_running.nsecsElapsed() / 1000);
-    }
-
-private:
-    QElapsedTimer m_running;
-};
-
-/// What a history window needs in order to be shown for people to look at: real time, icons,
-/// thumbnails and tags, on a desktop whose looks can be chosen.
-class HistoryStage : private HistoryListFixture
-{
-public:
     HistoryStage()
     {
         setUpList();
+        m_workspace->isWindowWithdrawn = false; // Nobody asks whether it is, so each is a new one.
         m_shells = std::make_unique<ShellKeeper>(*m_workspace);
         for (const auto &[name, picture] : sampleThumbnails().asKeyValueRange())
             picture.save(m_images + u'/' + name + QStringLiteral("_thumb.png"));
@@ -41,6 +26,8 @@ public:
         m_icons->applications = sampleApplicationIcons();
         m_rowPictures = std::make_unique<RowPictures>(m_images, m_imageCodec, m_icons);
     }
+
+    virtual ~HistoryStage() = default;
 
     UserDefaults &defaults() { return *m_defaults; }
 
@@ -65,13 +52,13 @@ public:
                 .appearance = appearance,
                 .defaults = *m_defaults,
                 .shells = *m_shells,
-                .list = listCollaborators(m_runningScheduler, *m_runningClock, *m_rowPictures)};
+                .list = listCollaborators(scheduler(), clock(), *m_rowPictures)};
     }
 
     /// A window over \a items, whose ages count from now on. It goes before the next is made.
     std::unique_ptr<HistoryWindow> makeWindow(const ClipboardItemList &items)
     {
-        m_runningClock = std::make_unique<StageClock>();
+        resetClock();
         auto made = makeHistoryWindow(collaborators(), items);
         return std::unique_ptr<HistoryWindow>(static_cast<HistoryWindow *>(made.release()));
     }
@@ -88,6 +75,13 @@ public:
 
     FakeDesktopAppearance appearance;
 
+protected:
+    virtual Scheduler &scheduler() { return *m_scheduler; }
+    virtual const Clock &clock() const { return *m_clock; }
+
+    /// To the hour by which the entries of samples are dated.
+    virtual void resetClock() { m_clock->set(FakeClock().now()); }
+
 private:
     bool hasContentPicture(const ClipboardItem &item) const
     {
@@ -103,8 +97,6 @@ private:
     }
 
     const QtImageCodec m_imageCodec;
-    QtScheduler m_runningScheduler;
-    std::unique_ptr<StageClock> m_runningClock = std::make_unique<StageClock>();
     std::unique_ptr<RowPictures> m_rowPictures;
     FakePointerMonitor m_pointer;
     std::unique_ptr<ShellKeeper> m_shells;

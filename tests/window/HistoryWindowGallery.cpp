@@ -8,6 +8,7 @@
 #include "tests/window/HistoryStage.h"
 #include "tests/window/SampleHistory.h"
 
+#include "platform/linux/QtScheduler.h"
 #include "window/FilterButton.h"
 #include "window/HistoryPanel.h"
 
@@ -22,6 +23,36 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Runs as any clock does, from the hour by which the entries of samples are dated.
+class StageClock : public Clock
+{
+public:
+    StageClock() { restart(); }
+
+    Timestamp now() const override
+    {
+        return FakeClock().now() + std::chrono::microseconds(m_running.nsecsElapsed() / 1000);
+    }
+
+    void restart() { m_running.start(); }
+
+private:
+    QElapsedTimer m_running;
+};
+
+/// A stage whose time runs by itself.
+class RunningStage : public HistoryStage
+{
+protected:
+    Scheduler &scheduler() override { return m_runningScheduler; }
+    const Clock &clock() const override { return m_runningClock; }
+    void resetClock() override { m_runningClock.restart(); }
+
+private:
+    QtScheduler m_runningScheduler;
+    StageClock m_runningClock;
+};
 
 void waitForEntrance(HistoryWindow &window)
 {
@@ -75,7 +106,7 @@ QStringList pillTimes(HistoryWindow &window)
 
 void measure(int rounds, bool isComposited, bool isWarm)
 {
-    HistoryStage stage;
+    RunningStage stage;
     stage.appearance.composited = isComposited;
     const ClipboardItemList items = SampleHistory::corpus(10'000);
     if (isWarm) {
@@ -110,7 +141,7 @@ void measure(int rounds, bool isComposited, bool isWarm)
 
 int stay(const QStringList &arguments)
 {
-    HistoryStage stage;
+    RunningStage stage;
     stage.appearance.composited = !arguments.contains(u"compat"_s);
     stage.appearance.dark = arguments.contains(u"dark"_s);
     if (arguments.contains(u"tags"_s))

@@ -11,7 +11,6 @@
 
 #include "language/LanguageManager.h"
 #include "window/ClipboardTableView.h"
-#include "window/FavoriteLimitHintOverlayView.h"
 #include "window/FilterBarView.h"
 #include "window/FilterButton.h"
 #include "window/HistoryPanel.h"
@@ -27,9 +26,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -38,6 +37,9 @@ constexpr QPoint kCorner(60, 52);
 constexpr QSize kMargins(120, 104);
 constexpr int kHeight = 500;
 constexpr int kListTop = 100;
+
+/// Nothing moves any more by then, and a hint is still there.
+constexpr auto kRest = 1s;
 
 void nothing(HistoryWindow &) {}
 
@@ -117,17 +119,6 @@ void focusThePin(HistoryWindow &)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
 }
 
-bool isHintAtRest()
-{
-    constexpr qreal kUnseen = 0.002; // Of the scale, which a spring brings near its end.
-    for (const QWidget *widget : QApplication::topLevelWidgets()) {
-        const auto *hint = qobject_cast<const FavoriteLimitHintOverlayView *>(widget);
-        if (hint && hint->pose().opacity == 1 && qAbs(hint->pose().scale - 1) < kUnseen)
-            return true;
-    }
-    return false;
-}
-
 /// Wants a favourite more than there may be.
 void reachFavoriteLimit(HistoryWindow &window)
 {
@@ -135,7 +126,6 @@ void reachFavoriteLimit(HistoryWindow &window)
     list->selectRow(2);
     const RowLayout layout(QRectF(list->visualRect(list->model()->index(2, 0))));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, layout.star.center().toPoint());
-    static_cast<void>(QTest::qWaitFor(isHintAtRest));
 }
 
 ClipboardItemList withManyFavorites(ClipboardItemList items)
@@ -316,8 +306,9 @@ private:
         static_cast<void>(QTest::qWaitForWindowActive(&window->panel()));
         const ClipboardItemList rows = shot.items.first(std::min<qsizetype>(shot.items.size(), 10));
         static_cast<void>(QTest::qWaitFor([&] { return m_stage.hasPictures(rows); }));
+        m_stage.pass(kRest);
         shot.act(*window);
-        rest(*window);
+        m_stage.pass(kRest);
         const QRect place(window->panel().pos() - kCorner,
                           QSize(window->panel().width(), shot.height) + shot.margins);
         if (!QTest::qWaitFor([&] { return isDrawnWholly(*window, place); }))
@@ -327,18 +318,6 @@ private:
         constexpr int kQuick = 80;
         if (!picture.save(path(shot.name), nullptr, kQuick))
             fail(path(shot.name), "cannot be written");
-    }
-
-    /// Until nothing moves any more: what is drawn stays the same for longer than a fade takes.
-    static void rest(HistoryWindow &window)
-    {
-        constexpr int kLongerThanAFade = 200; // Milliseconds.
-        QImage drawn;
-        static_cast<void>(QTest::qWaitFor([&] {
-            const QImage former = std::exchange(drawn, window.panel().grab().toImage());
-            QTest::qWait(kLongerThanAFade);
-            return former == drawn;
-        }));
     }
 
     static QImage screen(const QRect &place)

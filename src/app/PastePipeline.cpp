@@ -13,6 +13,9 @@ namespace {
 
 constexpr auto kPasteRefocusDelay = 250ms;
 constexpr auto kPasteKeystrokeDelay = 150ms;
+/// A window manager that has much to do may not have brought the target to the front by then.
+constexpr auto kFocusRetryDelay = 20ms;
+constexpr auto kFocusPatience = 600ms;
 constexpr auto kPasteFinishDelay = 200ms;
 constexpr auto kPasteLeaseReleaseDelay = 350ms;
 constexpr auto kInternalCopyPauseDuration = 600ms;
@@ -52,7 +55,7 @@ void PastePipeline::pasteItem(const ClipboardItem &item)
     });
     m_writer.write(item);
     printLine(u"Item copied to clipboard"_s);
-    const Run run{m_previouslyActiveApp, m_fileLease.leaseID()};
+    const Run run{++m_runCount, m_previouslyActiveApp, m_fileLease.leaseID()};
     if (onHideWindow)
         onHideWindow();
     later(kPasteRefocusDelay, [this, run] { refocus(run); });
@@ -86,7 +89,61 @@ void PastePipeline::refocus(const Run &run)
 
 void PastePipeline::sendKeystroke(const Run &run)
 {
-    const bool isPosted = simulatePasteKeystroke();
+    if (requirePermission())
+        pressKeys(run, kFocusPatience);
+    else
+        endRun(run, false);
+}
+
+bool PastePipeline::requirePermission()
+{
+    if (m_keystroke.isPermitted()) {
+        printLine(u"Accessibility permission: GRANTED ✓"_s);
+        return true;
+    }
+    printLine(u"Accessibility permission: DENIED ✗"_s);
+    printLine(u"ERROR: 需要辅助功能权限才能自动粘贴！"_s);
+    printLine(u"请在 系统设置 → 隐私与安全性 → 辅助功能 中授权 Xcode"_s);
+    m_keystroke.requestPermission();
+    return false;
+}
+
+void PastePipeline::pressKeys(const Run &run, std::chrono::milliseconds patience)
+{
+    switch (m_keystroke.postKeyDown()) {
+    case PasteKeystroke::KeyDown::Posted:
+        printLine(u"Posted keyDown event"_s);
+        endRun(run, releaseKeys());
+        return;
+    case PasteKeystroke::KeyDown::Failed:
+        printLine(u"ERROR: Failed to create keyDown event!"_s);
+        endRun(run, false);
+        return;
+    case PasteKeystroke::KeyDown::TargetNotFocused: break;
+    }
+    // The pasteboard and the target are those of a run that was begun meanwhile.
+    if (patience > 0ms && run.number == m_runCount) {
+        later(kFocusRetryDelay,
+              [this, run, patience] { pressKeys(run, patience - kFocusRetryDelay); });
+        return;
+    }
+    printLine(u"The paste target is not in front; the entry stays on the clipboard"_s);
+    endRun(run, false);
+}
+
+bool PastePipeline::releaseKeys()
+{
+    if (!m_keystroke.postKeyUp()) {
+        printLine(u"ERROR: Failed to create keyUp event!"_s);
+        return false;
+    }
+    printLine(u"Posted keyUp event"_s);
+    printLine(u"Simulated Cmd+V paste completed"_s);
+    return true;
+}
+
+void PastePipeline::endRun(const Run &run, bool isPosted)
+{
     if (hasLease(run) && isPosted)
         m_fileLease.scheduleScopedFileURLRelease(u"paste event posted"_s, kPasteLeaseReleaseDelay);
     else if (hasLease(run))
@@ -98,35 +155,6 @@ void PastePipeline::sendKeystroke(const Run &run)
 bool PastePipeline::hasLease(const Run &run) const
 {
     return run.leaseID && run.leaseID == m_fileLease.leaseID();
-}
-
-bool PastePipeline::simulatePasteKeystroke()
-{
-    if (!m_keystroke.isPermitted()) {
-        printLine(u"Accessibility permission: DENIED ✗"_s);
-        printLine(u"ERROR: 需要辅助功能权限才能自动粘贴！"_s);
-        printLine(u"请在 系统设置 → 隐私与安全性 → 辅助功能 中授权 Xcode"_s);
-        m_keystroke.requestPermission();
-        return false;
-    }
-    printLine(u"Accessibility permission: GRANTED ✓"_s);
-    const auto keyDown = m_keystroke.postKeyDown();
-    if (keyDown == PasteKeystroke::KeyDown::TargetNotFocused) {
-        printLine(u"The paste target is not in front; the entry stays on the clipboard"_s);
-        return false;
-    }
-    if (keyDown == PasteKeystroke::KeyDown::Failed) {
-        printLine(u"ERROR: Failed to create keyDown event!"_s);
-        return false;
-    }
-    printLine(u"Posted keyDown event"_s);
-    if (!m_keystroke.postKeyUp()) {
-        printLine(u"ERROR: Failed to create keyUp event!"_s);
-        return false;
-    }
-    printLine(u"Posted keyUp event"_s);
-    printLine(u"Simulated Cmd+V paste completed"_s);
-    return true;
 }
 
 void PastePipeline::finishPaste(std::chrono::milliseconds delay)

@@ -56,14 +56,18 @@ private:
     /// What a run keeps from its start.
     struct Run
     {
+        quint64 number;
         std::optional<RunningApplication> target;
         std::optional<QUuid> leaseID; ///< Of the file that is pasted.
     };
 
     void refocus(const Run &run);
     void sendKeystroke(const Run &run);
+    bool requirePermission();
+    void pressKeys(const Run &run, std::chrono::milliseconds patience);
+    bool releaseKeys();
+    void endRun(const Run &run, bool isPosted);
     bool hasLease(const Run &run) const;
-    bool simulatePasteKeystroke();
     void finishPaste(std::chrono::milliseconds delay);
     void later(std::chrono::milliseconds delay, std::function<void()> step);
 
@@ -75,6 +79,7 @@ private:
     ScopedFileLease &m_fileLease;
     PasteboardItemWriter m_writer;
     std::optional<RunningApplication> m_previouslyActiveApp;
+    quint64 m_runCount = 0;
     bool m_isPasting = false;
     /// Steps that are still to come look at it: once it is gone, so is the pipeline.
     std::shared_ptr<char> m_alive = std::make_shared<char>();

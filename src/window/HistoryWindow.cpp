@@ -273,7 +273,7 @@ void HistoryWindow::connectScreens()
 
 void HistoryWindow::placeInitially()
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
+    QScreen *screen = QGuiApplication::primaryScreen();
     const QString saved = m_collaborators.defaults.string(kFrameKey).value_or(QString());
     const std::optional<QRect> frame = WindowFrame::fromString(saved);
     if (!screen) {
@@ -281,6 +281,7 @@ void HistoryWindow::placeInitially()
         return;
     }
     const QRect available = m_collaborators.workspace.availableGeometry(*screen);
+    m_shell->setScreen(screen); // A kept window may come from another one.
     m_shell->setGeometry(frame ? WindowFrame::clamped(*frame, available)
                               : WindowFrame::centred(available));
 }

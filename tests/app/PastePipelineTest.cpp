@@ -221,12 +221,46 @@ private slots:
         m_keystroke->targetFocused = false;
         m_pipeline->setPreviouslyActiveApp(kEditor);
         m_pipeline->pasteItem(textItem(u"hello"_s));
-        advanceTo(400ms);
+        advanceTo(999ms);
+        QVERIFY(m_pipeline->isPasting());
+        QVERIFY(m_monitor->isPaused());
+        advanceTo(1000ms);
         QCOMPARE(m_keystroke->keyDownCount, 0);
         QVERIFY(!m_pipeline->isPasting());
         QVERIFY(!m_monitor->isPaused());
         QCOMPARE(m_printed->lines().last(),
                  u"The paste target is not in front; the entry stays on the clipboard"_s);
+    }
+
+    void aTargetThatComesToTheFrontLateGetsTheKeysOnce()
+    {
+        m_keystroke->targetFocused = false;
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(textItem(u"hello"_s));
+        advanceTo(655ms);
+        m_keystroke->targetFocused = true;
+        advanceTo(660ms);
+        QCOMPARE(m_keystroke->keyDownCount, 1);
+        QCOMPARE(m_keystroke->keyUpCount, 1);
+        advanceTo(859ms);
+        QVERIFY(m_pipeline->isPasting());
+        advanceTo(860ms);
+        QVERIFY(!m_pipeline->isPasting());
+        advanceTo(2s);
+        QCOMPARE(m_keystroke->keyDownCount, 1);
+    }
+
+    void ofTwoPastesTheFirstDoesNotWaitForItsTarget()
+    {
+        m_keystroke->targetFocused = false;
+        m_pipeline->setPreviouslyActiveApp(kEditor);
+        m_pipeline->pasteItem(textItem(u"first"_s));
+        advanceTo(300ms);
+        m_pipeline->pasteItem(textItem(u"second"_s));
+        advanceTo(600ms);
+        m_keystroke->targetFocused = true;
+        advanceTo(2s);
+        QCOMPARE(m_keystroke->keyDownCount, 1);
     }
 
     void aKeyThatCannotBePressedEndsThePaste()
@@ -334,11 +368,12 @@ private slots:
         m_keystroke->targetFocused = isFocused;
         m_pipeline->setPreviouslyActiveApp(kEditor);
         m_pipeline->pasteItem(fileItem());
-        advanceTo(399ms);
+        const int endsAt = isPermitted && !isFocused ? 1000 : 400;
+        advanceTo(std::chrono::milliseconds(endsAt - 1));
         QCOMPARE(openCount(), 1);
-        advanceTo(400ms);
+        advanceTo(std::chrono::milliseconds(endsAt));
         QCOMPARE(openCount(), 0);
-        QCOMPARE(releases(), QStringList{release(u"paste event not posted"_s, 400)});
+        QCOMPARE(releases(), QStringList{release(u"paste event not posted"_s, endsAt)});
     }
 
     void ofTwoFilesOnlyTheSecondEndsByItsOwnSchedule()

@@ -44,13 +44,13 @@ public:
     /// For how long the keyboard is held.
     struct Patience
     {
-        /// For somebody to answer a press. Shorter than what a person would take for a fault of the
-        /// keyboard.
-        std::chrono::milliseconds forAnswer{150};
+        /// For somebody to answer a press. No more than a person puts up with as a keyboard that
+        /// hesitates.
+        std::chrono::milliseconds forAnswer{600};
         /// And then for a window manager to give the focus to the window that has been opened. On a
         /// machine that is busy it takes its time, and keys that go elsewhere are worse than late
         /// ones.
-        std::chrono::milliseconds forFocus{300};
+        std::chrono::milliseconds forFocus{1500};
     };
 
     /// Connects to the display of \a connection. \a onPressed is called on the thread, once for

@@ -5,10 +5,13 @@
 #include <QByteArray>
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QThread>
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -255,3 +258,16 @@ private:
     QByteArray m_displayName;
     std::vector<std::unique_ptr<QProcess>> m_processes;
 };
+
+/// The main() of a test that is made with a desktop, on which its application is too.
+template <typename Test>
+int runOnPrivateDesktop(int argc, char *argv[])
+{
+    PrivateDesktop desktop;
+    if (!desktop.start())
+        return EXIT_FAILURE;
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QGuiApplication application(argc, argv);
+    Test test(desktop);
+    return QTest::qExec(&test, argc, argv);
+}

@@ -2,12 +2,11 @@
 
 #include "tests/platform/PrivateDesktop.h"
 
-#include <QGuiApplication>
 #include <QPainterPath>
 #include <QTest>
 #include <QWindow>
 
-#include <memory>
+#include <optional>
 
 #include <xcb/xcb.h>
 
@@ -30,6 +29,8 @@ public:
     }
 
 private slots:
+    void init();
+    void cleanup();
     void anOfferIsSeenWhenItComesAndGoes();
     void anOfferThatWasThereBeforeIsSeen();
     void theShapeIsToldInPixels();
@@ -39,10 +40,26 @@ private slots:
 private:
     void offer();
     void withdraw();
-    QList<int> toldNumbers(QWindow &window);
+    void wishFor(const QPainterPath &shape);
+    QList<int> toldNumbers();
 
     PrivateDesktop &m_desktop;
+    std::optional<X11Connection> m_connection;
+    std::optional<QWindow> m_window;
 };
+
+void X11BlurTest::init()
+{
+    m_connection.emplace(m_desktop.displayName());
+    m_window.emplace();
+    m_window->create();
+}
+
+void X11BlurTest::cleanup()
+{
+    m_window.reset();
+    m_connection.reset();
+}
 
 void X11BlurTest::offer()
 {
@@ -54,11 +71,16 @@ void X11BlurTest::withdraw()
     m_desktop.run(u"xprop"_s, {u"-root"_s, u"-remove"_s, kProperty});
 }
 
+void X11BlurTest::wishFor(const QPainterPath &shape)
+{
+    X11Blur(*m_connection).blurBehind(&*m_window, shape);
+}
+
 /// What the window's property says, as another program reads it.
-QList<int> X11BlurTest::toldNumbers(QWindow &window)
+QList<int> X11BlurTest::toldNumbers()
 {
     const QByteArray answer =
-        m_desktop.run(u"xprop"_s, {u"-id"_s, QString::number(window.winId()), kProperty});
+        m_desktop.run(u"xprop"_s, {u"-id"_s, QString::number(m_window->winId()), kProperty});
     QList<int> numbers;
     if (!answer.contains("(CARDINAL) = "))
         return numbers;
@@ -69,8 +91,7 @@ QList<int> X11BlurTest::toldNumbers(QWindow &window)
 
 void X11BlurTest::anOfferIsSeenWhenItComesAndGoes()
 {
-    X11Connection connection(m_desktop.displayName());
-    X11Blur blur(connection);
+    X11Blur blur(*m_connection);
     int changeCount = 0;
     blur.onChanged = [&changeCount] { ++changeCount; };
     QVERIFY(!blur.isOffered());
@@ -84,70 +105,51 @@ void X11BlurTest::anOfferIsSeenWhenItComesAndGoes()
 void X11BlurTest::anOfferThatWasThereBeforeIsSeen()
 {
     offer();
-    X11Connection connection(m_desktop.displayName());
-    QVERIFY(X11Blur(connection).isOffered());
+    QVERIFY(X11Blur(*m_connection).isOffered());
     withdraw();
-    QVERIFY(!X11Blur(connection).isOffered());
+    QVERIFY(!X11Blur(*m_connection).isOffered());
 }
 
 void X11BlurTest::theShapeIsToldInPixels()
 {
-    X11Connection connection(m_desktop.displayName());
-    const X11Blur blur(connection);
-    QWindow window;
-    window.create();
     QPainterPath shape;
     shape.addRect(10, 20, 300, 200);
-    blur.blurBehind(&window, shape);
-    const int ratio = qRound(window.devicePixelRatio());
-    QTRY_COMPARE(toldNumbers(window),
+    wishFor(shape);
+    const int ratio = qRound(m_window->devicePixelRatio());
+    QTRY_COMPARE(toldNumbers(),
                  (QList<int>{10 * ratio, 20 * ratio, 300 * ratio, 200 * ratio}));
 }
 
 void X11BlurTest::roundCornersAreLeftOut()
 {
-    X11Connection connection(m_desktop.displayName());
-    const X11Blur blur(connection);
-    QWindow window;
-    window.create();
     QPainterPath shape;
     shape.addRoundedRect(0, 0, 200, 100, 28, 28);
-    blur.blurBehind(&window, shape);
-    QTRY_VERIFY(!toldNumbers(window).isEmpty());
-    const QList<int> numbers = toldNumbers(window);
+    wishFor(shape);
+    QTRY_VERIFY(!toldNumbers().isEmpty());
+    const QList<int> numbers = toldNumbers();
     QCOMPARE(numbers.size() % 4, 0);
     QRegion region;
     for (qsizetype i = 0; i < numbers.size(); i += 4)
         region += QRect(numbers[i], numbers[i + 1], numbers[i + 2], numbers[i + 3]);
-    QCOMPARE(region.boundingRect().size(), QSize(200, 100) * window.devicePixelRatio());
+    QCOMPARE(region.boundingRect().size(), QSize(200, 100) * m_window->devicePixelRatio());
     for (const QPoint corner : {QPoint(3, 3), QPoint(196, 3), QPoint(3, 96), QPoint(196, 96)})
-        QVERIFY(!region.contains(corner * window.devicePixelRatio()));
-    QVERIFY(region.contains(QPoint(100, 1) * window.devicePixelRatio()));
+        QVERIFY(!region.contains(corner * m_window->devicePixelRatio()));
+    QVERIFY(region.contains(QPoint(100, 1) * m_window->devicePixelRatio()));
 }
 
 void X11BlurTest::anEmptyShapeTakesTheWishBack()
 {
-    X11Connection connection(m_desktop.displayName());
-    const X11Blur blur(connection);
-    QWindow window;
-    window.create();
     QPainterPath shape;
     shape.addRect(0, 0, 10, 10);
-    blur.blurBehind(&window, shape);
-    QTRY_VERIFY(!toldNumbers(window).isEmpty());
-    blur.blurBehind(&window, {});
-    QTRY_VERIFY(toldNumbers(window).isEmpty());
+    wishFor(shape);
+    QTRY_VERIFY(!toldNumbers().isEmpty());
+    wishFor({});
+    QTRY_VERIFY(toldNumbers().isEmpty());
 }
 
 int main(int argc, char *argv[])
 {
-    PrivateDesktop desktop;
-    if (!desktop.start())
-        return EXIT_FAILURE;
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    QGuiApplication application(argc, argv);
-    X11BlurTest test(desktop);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDesktop<X11BlurTest>(argc, argv);
 }
 
 #include "X11BlurTest.moc"

@@ -5,7 +5,6 @@
 #include "platform/x11/X11Keyboard.h"
 #include "tests/platform/PrivateDesktop.h"
 
-#include <QGuiApplication>
 #include <QTest>
 #include <QTimer>
 
@@ -748,12 +747,7 @@ void X11GlobalHotkeyTest::keyPressedBeforeTheHotkeyIsUpArrives()
 
 int main(int argc, char *argv[])
 {
-    PrivateDesktop desktop;
-    if (!desktop.start())
-        return EXIT_FAILURE;
-    QGuiApplication application(argc, argv);
-    X11GlobalHotkeyTest test(desktop);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDesktop<X11GlobalHotkeyTest>(argc, argv);
 }
 
 #include "X11GlobalHotkeyTest.moc"

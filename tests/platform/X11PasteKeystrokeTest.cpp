@@ -8,7 +8,6 @@
 #include "tests/fakes/FakeScheduler.h"
 #include "tests/platform/PrivateDesktop.h"
 
-#include <QGuiApplication>
 #include <QTest>
 
 #include <thread>
@@ -666,12 +665,7 @@ void X11PasteKeystrokeTest::keysArePermitted()
 
 int main(int argc, char *argv[])
 {
-    PrivateDesktop desktop;
-    if (!desktop.start())
-        return EXIT_FAILURE;
-    QGuiApplication application(argc, argv);
-    X11PasteKeystrokeTest test(desktop);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDesktop<X11PasteKeystrokeTest>(argc, argv);
 }
 
 #include "X11PasteKeystrokeTest.moc"

@@ -4,7 +4,6 @@
 #include "tests/fakes/FakeScheduler.h"
 #include "tests/platform/PrivateDesktop.h"
 
-#include <QGuiApplication>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -111,13 +110,7 @@ void X11PlatformTest::serverThatTellsOfNoCopyIsRefusedWithAReason()
 
 int main(int argc, char *argv[])
 {
-    PrivateDesktop desktop;
-    if (!desktop.start())
-        return EXIT_FAILURE;
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    QGuiApplication application(argc, argv);
-    X11PlatformTest test(desktop);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDesktop<X11PlatformTest>(argc, argv);
 }
 
 #include "X11PlatformTest.moc"

@@ -2,7 +2,6 @@
 
 #include "tests/platform/PrivateDesktop.h"
 
-#include <QGuiApplication>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -141,12 +140,7 @@ void X11PointerMonitorTest::aPressHasTheTimestampOfTheEventThatItsWindowGets()
 
 int main(int argc, char *argv[])
 {
-    PrivateDesktop desktop;
-    if (!desktop.start())
-        return EXIT_FAILURE;
-    QGuiApplication application(argc, argv);
-    X11PointerMonitorTest test(desktop);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDesktop<X11PointerMonitorTest>(argc, argv);
 }
 
 #include "X11PointerMonitorTest.moc"

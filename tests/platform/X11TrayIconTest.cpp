@@ -5,7 +5,6 @@
 #include "tests/platform/FakeTray.h"
 #include "tests/platform/PrivateDesktop.h"
 
-#include <QGuiApplication>
 #include <QPainter>
 #include <QTest>
 
@@ -587,12 +586,7 @@ void X11TrayIconTest::placesInTheIconAreKnown()
 
 int main(int argc, char *argv[])
 {
-    PrivateDesktop desktop;
-    if (!desktop.start())
-        return EXIT_FAILURE;
-    QGuiApplication application(argc, argv);
-    X11TrayIconTest test(desktop);
-    return QTest::qExec(&test, argc, argv);
+    return runOnPrivateDesktop<X11TrayIconTest>(argc, argv);
 }
 
 #include "X11TrayIconTest.moc"

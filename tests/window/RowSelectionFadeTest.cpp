@@ -1,4 +1,3 @@
-#include "tests/fakes/PaintedRegions.h"
 #include "tests/window/TableFixture.h"
 
 #include <QLineEdit>
@@ -161,7 +160,7 @@ void RowSelectionFadeTest::onlyTheRowsConcernedAreDrawn()
 {
     m_view->selectRow(1);
     pass(kLongEnough);
-    QCoreApplication::processEvents();
+    waitUntilDrawn();
     PaintedRegions painted(*m_view->viewport());
     m_view->selectRow(2);
     for (int frame = 0; frame < 12; ++frame) {
@@ -177,7 +176,7 @@ void RowSelectionFadeTest::nothingIsDrawnOnceNothingIsSeenToChange()
     m_view->selectRow(0);
     pass(kLongEnough);
     m_view->selectRow(1);
-    QCoreApplication::processEvents();
+    waitUntilDrawn();
     // Beyond its place, between 157 and 393 ms, the spring swings where there is nothing to be seen.
     PaintedRegions painted(*m_view->viewport());
     pass(176ms);

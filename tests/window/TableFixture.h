@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/fakes/HistoryListFixture.h"
+#include "tests/fakes/PaintedRegions.h"
 #include "tests/window/SampleHistory.h"
 
 #include "window/ClipboardTableView.h"
@@ -56,6 +57,20 @@ protected:
         std::ranges::reverse(items); // What comes last stands first.
         fillHistory(items);
         make(m_manager->items());
+    }
+
+    /// Until the view is on the screen with all that has been changed so far. A server has a new
+    /// window drawn when it likes.
+    void waitUntilDrawn()
+    {
+        QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+        QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+        PaintedRegions painted(*m_view->viewport());
+        QVERIFY(QTest::qWaitFor([&painted] {
+            painted.clear();
+            QCoreApplication::processEvents();
+            return painted.regions().isEmpty();
+        }));
     }
 
     void search(const QString &text) { m_controller->search(text); }

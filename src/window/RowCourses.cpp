@@ -40,6 +40,8 @@ void RowCourses::finish(const QUuid &id)
 {
     if (m_ways.remove(id))
         m_onStep(id);
+    if (m_ways.isEmpty())
+        m_nextStep.reset();
 }
 
 void RowCourses::finishAll()
@@ -58,23 +60,30 @@ double RowCourses::position(const QUuid &id) const
 
 void RowCourses::step()
 {
+    m_nextStep.reset();
     const Timestamp now = m_clock.now();
     for (const QUuid &id : m_ways.keys()) {
-        Way &way = m_ways[id];
-        const std::chrono::duration<double> elapsed = now - way.start;
-        // The clock may be set back while we run.
-        const bool isOver = elapsed.count() < 0 || elapsed >= way.course.duration;
-        const double before = way.position;
-        way.position = isOver ? 1 : way.course.positionAfter(elapsed);
-        // The last step is drawn even so: roundings may leave a row a shade away from rest.
-        const bool isToBeDrawn = isOver || isSeenToDiffer(before, way.position);
-        const bool isWanted = !isToBeDrawn || m_onStep(id);
-        if (isOver || !isWanted)
+        if (advance(id, now) && !m_onStep(id))
             m_ways.remove(id);
     }
-    m_nextStep.reset();
-    if (!m_ways.isEmpty())
+    if (!m_ways.isEmpty() && !m_nextStep)
         scheduleStep();
+}
+
+/// Whether the row is to be drawn for that. One that has come to its end is under way no more.
+bool RowCourses::advance(const QUuid &id, Timestamp now)
+{
+    const auto way = m_ways.find(id);
+    if (way == m_ways.end())
+        return false; // The step of another row has finished it.
+    const std::chrono::duration<double> elapsed = now - way->start;
+    // The clock may be set back while we run.
+    if (elapsed.count() < 0 || elapsed >= way->course.duration) {
+        m_ways.erase(way);
+        return true; // Roundings may have left it a shade away from rest.
+    }
+    const double before = std::exchange(way->position, way->course.positionAfter(elapsed));
+    return isSeenToDiffer(before, way->position);
 }
 
 void RowCourses::scheduleStep()

@@ -27,7 +27,7 @@ public:
     using Step = std::function<bool(const QUuid &id)>;
 
     /// Scheduler and clock must outlive the courses. \a onStep is called for each row that is to be
-    /// drawn at another position; its false ends the course.
+    /// drawn at another position; its false ends the course. It may start and finish rows.
     RowCourses(Scheduler &scheduler, const Clock &clock, Step onStep);
     ~RowCourses();
 
@@ -51,6 +51,7 @@ private:
     };
 
     void step();
+    bool advance(const QUuid &id, Timestamp now);
     void scheduleStep();
 
     Scheduler &m_scheduler;

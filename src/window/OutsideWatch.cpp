@@ -6,6 +6,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -56,10 +57,15 @@ void OutsideWatch::handleMousePress(QPoint position, quint64 timestamp)
     // Presses on our own windows and menus reach them as events; they are no turning away. A menu
     // may have done its work and be gone by now, and a window that is dragged be left behind by the
     // pointer.
-    m_pressOutside = m_scheduler.after(kOwnEventDelay, [this, timestamp] {
-        if (!m_ownPresses.contains(timestamp))
-            turnAway();
-    });
+    m_pressesOutside.append(timestamp);
+    m_judgement = m_scheduler.after(kOwnEventDelay, [this] { judgePresses(); });
+}
+
+void OutsideWatch::judgePresses()
+{
+    const QList<quint64> presses = std::exchange(m_pressesOutside, {});
+    if (!std::ranges::all_of(presses, [this](quint64 own) { return m_ownPresses.contains(own); }))
+        turnAway();
 }
 
 void OutsideWatch::handleActivation(const RunningApplication &application)

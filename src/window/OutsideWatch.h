@@ -3,6 +3,8 @@
 #include "foundation/CallbackHook.h"
 #include "window/OwnPresses.h"
 
+#include <QList>
+
 #include <functional>
 #include <memory>
 
@@ -29,6 +31,7 @@ public:
 private:
     void handleMousePress(QPoint position, quint64 timestamp);
     void handleActivation(const RunningApplication &application);
+    void judgePresses();
     bool isOwnPlace(QPoint position) const;
     void turnAway();
 
@@ -40,5 +43,6 @@ private:
     OwnPresses m_ownPresses;
     CallbackHook<QPoint, quint64> m_clickOutsideMonitor;
     CallbackHook<const RunningApplication &> m_appSwitchObserver;
-    std::unique_ptr<ScheduledWork> m_pressOutside; ///< One that may yet turn out to be our own.
+    QList<quint64> m_pressesOutside; ///< By timestamp; each may yet turn out to be our own.
+    std::unique_ptr<ScheduledWork> m_judgement;
 };

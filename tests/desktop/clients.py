@@ -50,7 +50,11 @@ class Client:
         self.focus()
         return self
 
-    def __exit__(self, *_):
+    def __exit__(self, problem, *_):
+        if problem:
+            # It is gone when the scene of the failure is shown.
+            print(f"--- the windows when {self.window_class} was left:", *self.display.scene(),
+                  sep="\n", flush=True)
         self.end()
 
     def end(self):
@@ -314,6 +318,11 @@ class PCManFM(FileManager):
 
     def command(self):
         return ["pcmanfm", "--no-desktop", self.folder]
+
+    def focus(self):
+        # While it starts it asks for the focus once more, when it has it already.
+        self.display.wait_until_answered(self.window)
+        super().focus()
 
 
 class Thunar(FileManager):

@@ -4,6 +4,7 @@ import time
 
 from Xlib import X, XK, Xatom, Xutil, display, error
 from Xlib.ext import xfixes, xtest
+from Xlib.protocol import event
 
 from waiting import retry_until, wait_until
 
@@ -215,6 +216,31 @@ class Display:
         retry_until(lambda: self.message(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0]),
                     lambda: self.is_active(window), f"window {self.title(window)} active")
 
+    def wait_until_answered(self, window, seconds=20.0):
+        """Until the program of the window has dealt with all that it had to do before this."""
+        protocols, ping = self.atom("WM_PROTOCOLS"), self.atom("_NET_WM_PING")
+        question = event.ClientMessage(window=window, client_type=protocols,
+                                       data=(32, [ping, X.CurrentTime, window.id, 0, 0]))
+
+        def is_answered():
+            return any(told.type == X.ClientMessage and told.client_type == protocols
+                       and told.data[1][2] == window.id for told in self.told())
+
+        # The answer goes to the window manager.
+        self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
+        try:
+            window.send_event(question)
+            wait_until(is_answered, f"an answer of {self.title(window)}", seconds)
+        finally:
+            self.root.change_attributes(event_mask=X.NoEventMask)
+            list(self.told())
+
+    def told(self):
+        """The events that have come."""
+        self.connection.sync()
+        while self.connection.pending_events():
+            yield self.connection.next_event()
+
     def minimise(self, window):
         self.message(window, "WM_CHANGE_STATE", [Xutil.IconicState, 0, 0, 0, 0])
 
@@ -237,7 +263,6 @@ class Display:
                        f"{self.place(window)}, used at {list(acted_at or ())}, {states}")
 
     def message(self, window, kind, data):
-        from Xlib.protocol import event
         self.root.send_event(
             event.ClientMessage(window=window, client_type=self.atom(kind), data=(32, data)),
             event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)

@@ -115,6 +115,11 @@ class DesktopTest(unittest.TestCase):
                    "the hot key to be let go of", 5)
         return window
 
+    def strike(self, *names):
+        """Presses the hot key and then the other keys, all in one go: the server has them before
+        any program hears of the first one."""
+        self.display.press_all_at_once(self.hot_key, names)
+
     def wait_for_history_window(self, seconds=5.0):
         window = wait_until(self.history_window, "the history window", seconds)
         self.display.wait_until_active(window, seconds)

@@ -60,6 +60,14 @@ class Display:
                 xtest.fake_input(self.connection, kind, self.keycode(name))
         self.connection.sync()
 
+    def press_all_at_once(self, chord, names):
+        """The same behind a chord."""
+        codes = [self.keycode(name) for name in chord.split("+")]
+        for kind, keys in ((X.KeyPress, codes), (X.KeyRelease, reversed(codes))):
+            for code in keys:
+                xtest.fake_input(self.connection, kind, code)
+        self.press_at_once(names)
+
     def hold(self, name):
         xtest.fake_input(self.connection, X.KeyPress, self.keycode(name))
         self.connection.sync()

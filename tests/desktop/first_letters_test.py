@@ -9,7 +9,6 @@ from case import OTHER_HOT_KEY, OTHER_HOT_KEY_SETTINGS, DesktopTest, main
 from clients import XTerm, read_by_xclip
 from waiting import wait_until
 from Xlib import X
-from Xlib.ext import xtest
 
 LETTERS = "qwertyuiopasdfghjklzxcvbnm"
 
@@ -26,15 +25,6 @@ class FirstLettersCase(DesktopTest):
 
     def word(self):
         return "".join(self.random.sample(LETTERS, 5))
-
-    def strike(self, *names):
-        """Presses the hot key and then the other keys, all in one go: the server has them before
-        any program hears of the first one."""
-        codes = [self.display.keycode(name) for name in self.hot_key.split("+")]
-        for kind, keys in ((X.KeyPress, codes), (X.KeyRelease, reversed(codes))):
-            for code in keys:
-                xtest.fake_input(self.display.connection, kind, code)
-        self.display.press_at_once(names)
 
     def searched(self):
         """The text in the search field, by way of the clipboard."""
@@ -92,7 +82,6 @@ class FirstLettersTest(FirstLettersCase):
         with XTerm(self.desktop, self.display) as terminal, self.busy_machine():
             self.check_letters()
             self.assertEqual("", terminal.written_text())
-
 
     def test_the_keys_go_on_when_the_hot_key_closes_the_window(self):
         with XTerm(self.desktop, self.display) as terminal:

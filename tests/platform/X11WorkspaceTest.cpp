@@ -59,6 +59,8 @@ private slots:
     void windowThatComesInFrontAheadOfOursIsNotAnnounced();
     void ownWindowGetsTheFocus_data() { addWindowManagers(); }
     void ownWindowGetsTheFocus();
+    void hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt_data() { addWindowManagers(); }
+    void hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt();
     void windowForAPersonsActionGetsTheFocus_data();
     void windowForAPersonsActionGetsTheFocus();
     void timeOfTheTokenBecomesTheUserTime();
@@ -444,6 +446,21 @@ void X11WorkspaceTest::ownWindowGetsTheFocus()
         m_workspace->activate(noted(terminal));
         QTRY_VERIFY(isFrontmost(terminal));
     }
+}
+
+void X11WorkspaceTest::hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt()
+{
+    QFETCH(QString, windowManager);
+    startWindowManager(windowManager);
+    QLineEdit field;
+    field.winId();
+    QVERIFY(m_workspace->isWithdrawn(field.windowHandle()));
+    field.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&field));
+    if (!windowManager.isEmpty())
+        QTRY_VERIFY(!m_workspace->isWithdrawn(field.windowHandle()));
+    field.hide();
+    QTRY_VERIFY(m_workspace->isWithdrawn(field.windowHandle()));
 }
 
 void X11WorkspaceTest::windowForAPersonsActionGetsTheFocus_data()

@@ -1,7 +1,7 @@
 #include "platform/x11/X11Platform.h"
 
 #include "platform/linux/DesktopEntries.h"
-#include "platform/x11/FocusBeforeKeys.h"
+#include "platform/x11/KeysInTurn.h"
 #include "platform/x11/X11Appearance.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11GlobalHotkey.h"
@@ -51,7 +51,7 @@ public:
     StatusItem &statusItem() override { return m_statusItem; }
 
 private:
-    FocusBeforeKeys m_focusBeforeKeys;
+    KeysInTurn m_keysInTurn;
     X11Connection m_connection;
     DesktopEntries m_entries;
     X11Keyboard m_keyboard;

@@ -233,6 +233,8 @@ class TakenHotkeyTest(DesktopTest):
         return re.findall(r"summary: '(.*)'", self.desktop.log_of("dunst"))
 
     def test_the_person_is_told_once(self):
+        self.desktop.run("dunstify", "earlier")  # Behind what other tests have caused.
+        wait_until(lambda: "earlier" in self.shown(), self.shown)
         before = len(self.shown())
         self.program.start()
         self.program.wait_for_line(REFUSED)

@@ -25,9 +25,8 @@ RowTransition::RowTransition(ClipboardTableView &view, const HistoryListModel &m
                              Scheduler &scheduler, const Clock &clock)
     : m_view(view)
     , m_model(model)
-    , m_scheduler(scheduler)
-    , m_clock(clock)
     , m_animation(scheduler, clock)
+    , m_fadeOuts(scheduler, clock, [&view] { view.viewport()->update(); })
 {
 }
 
@@ -38,7 +37,7 @@ void RowTransition::setMotionReduced(bool isReduced)
     m_isMotionReduced = isReduced;
     if (!isReduced)
         return;
-    finishFades();
+    m_fadeOuts.finishAll();
     finish();
 }
 
@@ -73,26 +72,13 @@ void RowTransition::fadeOut(const QUuid &id, std::function<void()> done)
         done();
         return;
     }
-    Fade &fade = m_fades.try_emplace(id, m_scheduler, m_clock).first->second;
-    fade.animation.start(
-        {.from = fade.opacity, .to = 0, .duration = shortened(kFadeTime), .easing = easeInOut},
-        [this, &fade](double opacity) {
-            fade.opacity = opacity;
-            m_view.viewport()->update();
-        },
-        [this, id, done = std::move(done)] {
-            done();
-            m_fades.erase(id);
-            m_view.viewport()->update();
-        });
+    m_fadeOuts.start(id, shortened(kFadeTime), std::move(done));
 }
 
 RowTransition::Look RowTransition::look(const QUuid &id) const
 {
     Look now = travelLook(id);
-    const auto fade = m_fades.find(id);
-    if (fade != m_fades.end())
-        now.opacity *= fade->second.opacity;
+    now.opacity *= m_fadeOuts.opacity(id);
     return now;
 }
 
@@ -123,19 +109,6 @@ void RowTransition::paintDeparting(QPainter &painter) const
 std::chrono::milliseconds RowTransition::shortened(std::chrono::milliseconds duration) const
 {
     return m_isMotionReduced ? std::min(duration, kReducedFade) : duration;
-}
-
-void RowTransition::finishFades()
-{
-    // Each removes itself at its end, and its row from the list, which may bring about others.
-    QList<QUuid> ids;
-    for (const auto &[id, fade] : m_fades)
-        ids.append(id);
-    for (const QUuid &id : std::as_const(ids)) {
-        const auto fade = m_fades.find(id);
-        if (fade != m_fades.end())
-            fade->second.animation.finish();
-    }
 }
 
 /// Takes pictures of the rows that go, as they are seen now: the list forgets them.

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "window/ListDifference.h"
-#include "window/ValueAnimation.h"
+#include "window/RowFadeOuts.h"
 
 #include <QHash>
 #include <QPixmap>
 
 #include <functional>
-#include <map>
 
 class ClipboardTableView;
 class HistoryListModel;
@@ -65,16 +64,7 @@ private:
         qreal opacity;
     };
 
-    struct Fade
-    {
-        Fade(Scheduler &scheduler, const Clock &clock) : animation(scheduler, clock) {}
-
-        double opacity = 1;
-        ValueAnimation animation;
-    };
-
     std::chrono::milliseconds shortened(std::chrono::milliseconds duration) const;
-    void finishFades();
     Look travelLook(const QUuid &id) const;
     void beginDeparture(const QList<qsizetype> &removedRows);
     void moveFrom(const ListDifference &difference, int oldScrollValue);
@@ -82,12 +72,10 @@ private:
 
     ClipboardTableView &m_view;
     const HistoryListModel &m_model;
-    Scheduler &m_scheduler;
-    const Clock &m_clock;
     ValueAnimation m_animation;
     bool m_isMotionReduced = false;
     qreal m_shareToGo = 0; ///< Of the way.
     QHash<QUuid, Look> m_starts; ///< How the rows looked that are on their way, when they set out.
     QList<Departing> m_departing;
-    std::map<QUuid, Fade> m_fades;
+    RowFadeOuts m_fadeOuts;
 };

@@ -67,7 +67,7 @@ bool FavoriteLimitHint::showFavoriteLimitHint(int row, const QString &message)
     if (!m_tableView.isVisible() || !place.intersects(m_tableView.viewport()->rect()))
         return false;
     m_view = std::make_unique<FavoriteLimitHintOverlayView>(message, m_look);
-    this->place(RowLayout(place).star.toAlignedRect());
+    standOver(RowLayout(place).star.toAlignedRect());
     dismissWithList(index);
     popUp();
     m_view->show();
@@ -82,8 +82,8 @@ void FavoriteLimitHint::dismiss()
     m_view.reset();
 }
 
-/// Over \a star, and on the screen even if the window stands at its edge.
-void FavoriteLimitHint::place(const QRect &star)
+/// On the screen even if the window stands at its edge.
+void FavoriteLimitHint::standOver(const QRect &star)
 {
     const QRect bubble = m_view->bubble();
     QPoint corner = m_tableView.viewport()->mapToGlobal(star.topLeft())

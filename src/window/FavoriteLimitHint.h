@@ -34,7 +34,7 @@ public:
     void dismiss();
 
 private:
-    void place(const QRect &star);
+    void standOver(const QRect &star);
     void dismissWithList(const QPersistentModelIndex &row);
     void popUp();
     void fadeOut();

@@ -48,6 +48,8 @@ class Client:
         self.process = self.start()
         self.window = self.display.wait_for_window(window_class=self.window_class, seconds=40)
         self.focus()
+        # It may have been asked more than once, and gives the focus each time that it comes to it.
+        self.display.wait_for_window_manager()
         return self
 
     def __exit__(self, problem, *_):

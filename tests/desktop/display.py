@@ -144,6 +144,9 @@ class Display:
         except error.XError:
             return ("", "")
 
+    def window(self, window_id):
+        return self.connection.create_resource_object("window", window_id)
+
     def windows(self):
         """Every window below the root, from the bottom up."""
         found, pending = [], [self.root]
@@ -249,6 +252,18 @@ class Display:
         while self.connection.pending_events():
             yield self.connection.next_event()
 
+    def wait_for_window_manager(self):
+        """Until it has dealt with all that it was told before, if there is one that says so: KWin
+        answers this question for none but the windows that it has framed."""
+        check = self.property(self.root, "_NET_SUPPORTING_WM_CHECK")
+        if check is None or self.title(self.window(check[0])) == "KWin":
+            return
+        asking = self.root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        self.message(asking, "_NET_REQUEST_FRAME_EXTENTS", [0, 0, 0, 0, 0])
+        wait_until(lambda: self.property(asking, "_NET_FRAME_EXTENTS") is not None,
+                   "the window manager to answer", 20)
+        asking.destroy()
+
     def minimise(self, window):
         self.message(window, "WM_CHANGE_STATE", [Xutil.IconicState, 0, 0, 0, 0])
 
@@ -301,5 +316,5 @@ class Display:
 
     def end_client(self, window_id):
         """Has the server close the connection of the program to which the window belongs."""
-        self.connection.create_resource_object("window", window_id).kill_client()
+        self.window(window_id).kill_client()
         self.connection.sync()

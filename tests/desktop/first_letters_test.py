@@ -96,6 +96,7 @@ class FirstLettersTest(FirstLettersCase):
         with XTerm(self.desktop, self.display) as terminal:
             with self.display.holding(*self.hot_key.split("+")[:-1]):
                 self.display.hold(self.hot_key.split("+")[-1])
+                self.addCleanup(self.display.let_go, self.hot_key.split("+")[-1])
                 self.wait_for_history_window()
             self.display.type("held")
             self.display.let_go(self.hot_key.split("+")[-1])

@@ -110,9 +110,9 @@ void X11HotkeyThread::letKeysGo(const Press &press, quint32 window)
 void X11HotkeyThread::abandonPress()
 {
     xcb_ungrab_keyboard(m_xcb.get(), XCB_CURRENT_TIME);
-    m_isPressAbandoned = true;
     const X11Reply<xcb_get_input_focus_reply_t> done(
         xcb_get_input_focus_reply(m_xcb.get(), xcb_get_input_focus(m_xcb.get()), nullptr));
+    m_isPressAbandoned = true;
     wake(); // What came before the answer lies in the queue.
 }
 
@@ -125,20 +125,21 @@ void X11HotkeyThread::run()
 {
     nameCurrentThread("tessarine.hotkey");
     while (!m_isEnding && xcb_connection_has_error(m_xcb.get()) == 0) {
-        forgetAbandonedPress();
+        const bool isPressAbandoned = m_isPressAbandoned.exchange(false);
         takeAnswer();
         handleEvents();
+        if (isPressAbandoned)
+            forgetPress();
         if (m_deadline && SteadyClock::now() >= *m_deadline)
             thaw();
         waitForNews();
     }
 }
 
-/// Nothing of it comes any more, not even the release of the key.
-void X11HotkeyThread::forgetAbandonedPress()
+/// Nothing of it comes any more, not even the release of the key. It may have been among the last
+/// events itself: taken for one that is still held, it would have the next press taken for a repeat.
+void X11HotkeyThread::forgetPress()
 {
-    if (!m_isPressAbandoned.exchange(false))
-        return;
     m_heldKey = 0;
     if (m_deadline)
         thaw();

@@ -85,7 +85,7 @@ private:
 
     void wake();
     void run();
-    void forgetAbandonedPress();
+    void forgetPress();
     void handleEvents();
     void handlePress(quint8 key, quint32 time);
     void takeAnswer();

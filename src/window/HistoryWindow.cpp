@@ -163,6 +163,8 @@ void HistoryWindow::refreshAppearance()
     }
     m_panel.filterBar().setMenuLook(look);
     m_tableViewController.setLook(look);
+    if (m_isMotionReduced)
+        m_motion.finish(); // Last, since whoever made the window may drop it then.
 }
 
 void HistoryWindow::refreshPinButtonVisibility()

@@ -58,7 +58,13 @@ void OutsideWatch::handleMousePress(QPoint position, quint64 timestamp)
     // may have done its work and be gone by now, and a window that is dragged be left behind by the
     // pointer.
     m_pressesOutside.append(timestamp);
-    m_judgement = m_scheduler.after(kOwnEventDelay, [this] { judgePresses(); });
+    m_judgement = m_scheduler.after(kOwnEventDelay, [this] { judgeInNextTurn(); });
+}
+
+/// On a busy machine the event of our own may be read only together with the end of the waiting.
+void OutsideWatch::judgeInNextTurn()
+{
+    m_judgement = m_scheduler.after(0ms, [this] { judgePresses(); });
 }
 
 void OutsideWatch::judgePresses()

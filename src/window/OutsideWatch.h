@@ -31,6 +31,7 @@ public:
 private:
     void handleMousePress(QPoint position, quint64 timestamp);
     void handleActivation(const RunningApplication &application);
+    void judgeInNextTurn();
     void judgePresses();
     bool isOwnPlace(QPoint position) const;
     void turnAway();

@@ -555,6 +555,7 @@ void HistoryWindowSpeechTest::placesOfAnEndedWindowAreForgotten()
     for (QAccessibleInterface *place : everythingIn(spoken(&m_window->panel())))
         told.append(QAccessible::uniqueId(place));
     QVERIFY(told.size() > 10);
+    told.removeOne(QAccessible::uniqueId(spoken(&m_window->panel()))); // It may be opened again.
     m_window.reset();
     for (const QAccessible::Id id : told)
         QCOMPARE(QAccessible::accessibleInterface(id), nullptr);

@@ -131,6 +131,7 @@ void StarPopTest::aRefusedClickPopsAndChangesNothing()
         items[i] = SampleHistory::shared(favorite);
     }
     make(items);
+    waitUntilDrawn();
     const QPoint beside = contentOf(0);
     const QImage before = starPicture(0);
     click(0);

@@ -230,9 +230,10 @@ void HistoryWindowPreviewTest::theWheelIsOfferedToThePreview()
 {
     const auto turnWheel = [this] {
         QWidget &panel = m_window->panel();
-        QWheelEvent wheel(kHead, panel.mapToGlobal(kHead), {}, QPoint(0, -120), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&panel, &wheel);
+        QWidget *view = panel.childAt(kHead.toPoint());
+        QWheelEvent wheel(view->mapFrom(&panel, kHead), panel.mapToGlobal(kHead), {},
+                          QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view, &wheel);
     };
     turnWheel();
     QCOMPARE(m_preview->wheelCount, 0);

@@ -44,7 +44,7 @@ private slots:
     void theWindowMayEndWhileThePreviewIsOpen();
 
 private:
-    static constexpr QPointF kHead{300, 40}; ///< Where nothing uses the wheel.
+    static constexpr QPointF kHead{300, 12}; ///< Above the search field.
 
     void openPreview()
     {

@@ -4,6 +4,7 @@
 #include "foundation/UserDefaults.h"
 #include "platform/Clock.h"
 #include "platform/DesktopAppearance.h"
+#include "platform/Scheduler.h"
 #include "platform/Workspace.h"
 #include "preview/TextPreview.h"
 #include "widgets/DesktopLook.h"
@@ -32,6 +33,10 @@ const QString kFrameKey = u"ClipboardSearchWindowFrame"_s;
 
 /// How long a window manager may take to put the window on the screen.
 constexpr auto kComingPatience = 1s;
+
+/// And to give it the focus, until it is asked once more.
+constexpr auto kFocusPatience = 250ms;
+constexpr int kMostFocusReminders = 3;
 
 } // namespace
 
@@ -307,6 +312,23 @@ void HistoryWindow::bringForward()
     workspace.prepareOwnWindow(m_shell->windowHandle());
     m_shell->show();
     workspace.activateOwnWindow(m_shell->windowHandle());
+    remindOfFocus(kMostFocusReminders);
+}
+
+/// A window manager that is behind may take what it does late for later than the opening, and refuse
+/// the focus to the window.
+void HistoryWindow::remindOfFocus(int times)
+{
+    m_focusReminder = m_collaborators.list.scheduler.after(kFocusPatience, [this, times] {
+        const bool isFocusDue = isVisible() && !m_isHideAnimationInFlight && !isPinned()
+            && !isPreviewVisible() && !m_shell->isActiveWindow();
+        if (!isFocusDue)
+            return;
+        m_collaborators.workspace.noteUserAction({});
+        m_collaborators.workspace.activateOwnWindow(m_shell->windowHandle());
+        if (times > 1)
+            remindOfFocus(times - 1);
+    });
 }
 
 void HistoryWindow::enter(WindowMotion::Start start)

@@ -17,6 +17,7 @@
 
 class DesktopAppearance;
 class PointerMonitor;
+class ScheduledWork;
 class TextPreview;
 class UserDefaults;
 class Workspace;
@@ -78,6 +79,7 @@ private:
     void placeInitially();
     void clampFrame();
     void bringForward();
+    void remindOfFocus(int times);
     void hideAtOnce();
     void enter(WindowMotion::Start start);
     void leave();
@@ -117,5 +119,6 @@ private:
     bool m_isMotionReduced = false;
     std::optional<CallbackHook<>> m_appearanceHook;
     std::optional<CallbackHook<>> m_panelsHook;
+    std::unique_ptr<ScheduledWork> m_focusReminder;
     std::optional<OutsideWatch> m_outsideWatch; ///< There while the window is open.
 };

@@ -74,6 +74,8 @@ class Client:
     def focus(self):
         if not self.display.is_active(self.window):
             self.display.activate(self.window)
+        # The window manager may say so before it is.
+        wait_until(lambda: self.display.has_focus(self.window), "the keys to go there")
 
     def select_and_copy(self):
         """Copies everything in the window; returns once the window's program owns the clipboard."""

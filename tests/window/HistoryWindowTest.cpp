@@ -33,6 +33,8 @@ private slots:
     void showingAFileHidesTheWindow();
     void thePinButtonPins();
     void turningThePinButtonOffUnpins();
+    void aWindowThatIsNotGivenTheFocusAsksAgain();
+    void aWindowOnItsWayOutAsksForNoFocus();
     void newItemsKeepTheSelection();
     void favoritesAreReported();
     void warmingUpLeavesNothingBehind();
@@ -200,6 +202,31 @@ void HistoryWindowTest::turningThePinButtonOffUnpins()
     m_window->refreshPinButtonVisibility();
     QVERIFY(!m_window->isPinned());
     QVERIFY(!part("pinButton")->isVisible());
+}
+
+void HistoryWindowTest::aWindowThatIsNotGivenTheFocusAsksAgain()
+{
+    make();
+    m_window->show();
+    const auto activations = [this] { return m_desktop->calls.count(u"activate shown"_s); };
+    pass(249ms);
+    QCOMPARE(activations(), 1);
+    pass(1ms);
+    QCOMPARE(activations(), 2);
+    QCOMPARE(m_desktop->activationTokens, QStringList{QString()}); // By the person's wish.
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    pass(5s);
+    QCOMPARE(activations(), 2);
+}
+
+void HistoryWindowTest::aWindowOnItsWayOutAsksForNoFocus()
+{
+    make();
+    m_window->show();
+    pass(200ms);
+    m_window->hide();
+    pass(5s);
+    QCOMPARE(m_desktop->calls.count(u"activate shown"_s), 1);
 }
 
 void HistoryWindowTest::newItemsKeepTheSelection()

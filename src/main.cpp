@@ -35,6 +35,7 @@
 #include "tags/TagManager.h"
 #include "window/ApplicationNames.h"
 #include "window/HistoryWindowFactory.h"
+#include "window/ShellKeeper.h"
 #include "window/RowPictures.h"
 
 #include <QApplication>

@@ -121,14 +121,20 @@ void PastePipeline::pressKeys(const Run &run, std::chrono::milliseconds patience
         return;
     case PasteKeystroke::KeyDown::TargetNotFocused: break;
     }
-    // The pasteboard and the target are those of a run that was begun meanwhile.
-    if (patience > 0ms && run.number == m_runCount) {
+    if (patience > 0ms) {
         later(kFocusRetryDelay,
-              [this, run, patience] { pressKeys(run, patience - kFocusRetryDelay); });
+              [this, run, patience] { pressKeysAgain(run, patience - kFocusRetryDelay); });
         return;
     }
     printLine(u"The paste target is not in front; the entry stays on the clipboard"_s);
     endRun(run, false);
+}
+
+void PastePipeline::pressKeysAgain(const Run &run, std::chrono::milliseconds patience)
+{
+    // Of a run that was begun meanwhile the pasteboard is, and it goes to its end by itself.
+    if (run.number == m_runCount)
+        pressKeys(run, patience);
 }
 
 bool PastePipeline::releaseKeys()

@@ -14,11 +14,13 @@ class Scheduler;
 
 /// Brings an entry of the history into the program that the person came from: writes it to the
 /// pasteboard, hides the window, gives the focus back and types the paste command, on a fixed
-/// timeline. Main thread only.
+/// timeline. Only a target that has not got the focus by then is waited for a while. Main thread
+/// only.
 ///
 /// While it runs, and around copies that the program makes itself, capture is paused, so that
 /// nothing of it comes back as a new entry. What the person copies in the last two tenths of a
-/// second of a run, when the keys are sent already, is not recorded either.
+/// second of a run, when the keys are sent already, or while the target is waited for, is not recorded
+/// either.
 class PastePipeline
 {
 public:
@@ -65,6 +67,7 @@ private:
     void sendKeystroke(const Run &run);
     bool requirePermission();
     void pressKeys(const Run &run, std::chrono::milliseconds patience);
+    void pressKeysAgain(const Run &run, std::chrono::milliseconds patience);
     bool releaseKeys();
     void endRun(const Run &run, bool isPosted);
     bool hasLease(const Run &run) const;

@@ -45,8 +45,8 @@ public:
     /// desktop's lists of windows as well.
     virtual void prepareOwnWindow(QWindow *window) = 0;
 
-    /// Whether the desktop has done with \a window, which has been hidden. One that is shown again
-    /// before may be taken away at once (ICCCM 4.1.4). Waits for the desktop's server.
+    /// Whether the desktop has let go of \a window, which has been hidden, and knows it still. One that
+    /// is shown again before may be taken away at once. Waits for the desktop's server.
     virtual bool isWithdrawn(QWindow *window) = 0;
 
     /// To be called when the person has just asked for something outside the program's windows, in

@@ -226,7 +226,7 @@ void ClipboardTableView::mouseMoveEvent(QMouseEvent *event)
 
 void ClipboardTableView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_stars.release(event->position().toPoint()))
+    if (event->button() != Qt::LeftButton || !m_stars.release(event->position().toPoint()))
         QListView::mouseReleaseEvent(event);
 }
 

@@ -44,7 +44,8 @@ constexpr qreal kScrollerInsetShare = 0.65;
 } // namespace
 
 HistoryPanel::HistoryPanel(QWidget &window, const HistoryWindowStyle &style,
-                           const Workspace &workspace, TagManager &tagManager, Scheduler &scheduler, const Clock &clock)
+                           const Workspace &workspace, TagManager &tagManager,
+                           Scheduler &scheduler, const Clock &clock)
     : GlassContainerView(style, &window)
     , m_presentationLayer(*this)
 {
@@ -116,7 +117,8 @@ void HistoryPanel::buildHead(const Workspace &workspace, TagManager &tagManager,
     m_separatorLine->setObjectName(u"separatorLine"_s);
 }
 
-void HistoryPanel::buildList(const HistoryWindowStyle &style, Scheduler &scheduler, const Clock &clock)
+void HistoryPanel::buildList(const HistoryWindowStyle &style, Scheduler &scheduler,
+                             const Clock &clock)
 {
     m_tableContainerView = new QWidget(this);
     m_tableContainerView->setObjectName(u"tableContainerView"_s);

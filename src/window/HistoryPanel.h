@@ -27,7 +27,7 @@ class HistoryPanel : public GlassContainerView
     Q_OBJECT
 
 public:
-    /// All but the window and the style must outlive the panel.
+    /// All but the style must outlive the panel.
     HistoryPanel(QWidget &window, const HistoryWindowStyle &style, const Workspace &workspace,
                  TagManager &tagManager, Scheduler &scheduler, const Clock &clock);
     ~HistoryPanel() override;

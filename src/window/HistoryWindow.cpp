@@ -290,7 +290,7 @@ void HistoryWindow::placeInitially()
     const QRect available = m_collaborators.workspace.availableGeometry(*screen);
     m_shell->setScreen(screen); // A kept window may come from another one.
     m_shell->setGeometry(frame ? WindowFrame::clamped(*frame, available)
-                              : WindowFrame::centred(available));
+                               : WindowFrame::centred(available));
 }
 
 void HistoryWindow::clampFrame()

@@ -60,8 +60,8 @@ public:
     bool isPinned() const;
     void togglePin();
 
-    /// The widget on the screen.
-    QWidget &panel() { return *m_shell; }
+    /// The widget on the screen, which the next window may get.
+    QWidget &shell() { return *m_shell; }
 
     ClipboardTableViewController &tableViewController() { return m_tableViewController; }
 

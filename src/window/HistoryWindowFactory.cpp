@@ -41,6 +41,6 @@ void warmUpHistoryWindow(const HistoryWindowCollaborators &collaborators)
 {
     const ClipboardItemList items = oneOfEachType(collaborators.list.clock.now());
     const std::unique_ptr<HistoryWindow> window = makeWindow(collaborators, items);
-    window->panel().grab();
+    window->shell().grab();
     window->introduceToInputMethod();
 }

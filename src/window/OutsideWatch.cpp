@@ -70,7 +70,9 @@ void OutsideWatch::judgeInNextTurn()
 void OutsideWatch::judgePresses()
 {
     const QList<quint64> presses = std::exchange(m_pressesOutside, {});
-    if (!std::ranges::all_of(presses, [this](quint64 own) { return m_ownPresses.contains(own); }))
+    const bool areAllOurs = std::ranges::all_of(
+        presses, [this](quint64 timestamp) { return m_ownPresses.contains(timestamp); });
+    if (!areAllOurs)
         turnAway();
 }
 

@@ -16,7 +16,8 @@ public:
     /// All of them must outlive the fade.
     RowSelectionFade(ClipboardTableView &view, Scheduler &scheduler, const Clock &clock);
 
-    /// Without a swing and short, from the next change on. What is under way then ends at once.
+    /// Whether the ground comes and goes in a short time and without a swing, from the next change on.
+    /// If so, what is under way ends at once.
     void setMotionReduced(bool isReduced);
 
     /// Follows a change of the selection, the rows of which are being drawn again.

@@ -32,8 +32,8 @@ public:
                   const Clock &clock);
     ~RowTransition();
 
-    /// Whether rows do without sliding, and fade but briefly, from the next change on. Rows on their
-    /// way then are at its end at once, and those that fadeOut() fades are gone.
+    /// Whether rows do without sliding, and fade but briefly, from the next change on. If so, rows
+    /// that are on their way arrive at once, and those that fadeOut() fades are gone.
     void setMotionReduced(bool isReduced);
 
     /// Calls \a change, which is to carry \a difference out, and lets what is seen follow.

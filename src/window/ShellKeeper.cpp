@@ -23,7 +23,10 @@ ShellKeeper::LentShell ShellKeeper::lend(const HistoryWindowStyle &style)
 bool ShellKeeper::isUsable(const WindowShell &shell, const HistoryWindowStyle &style) const
 {
     QWindow *window = shell.windowHandle();
-    return shell.style() == style && (!window || m_workspace.isWithdrawn(window));
+    if (!window)
+        return shell.style() == style; // It has not been opened yet.
+    // One that was closed, and not hidden, has lost what the desktop knew.
+    return shell.style() == style && window->handle() && m_workspace.isWithdrawn(window);
 }
 
 void ShellKeeper::takeBack(std::unique_ptr<WindowShell> shell)

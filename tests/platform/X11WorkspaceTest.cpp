@@ -61,6 +61,7 @@ private slots:
     void ownWindowGetsTheFocus();
     void hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt_data() { addWindowManagers(); }
     void hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt();
+    void windowThatSomebodyHasDestroyedIsNotWithdrawn();
     void windowForAPersonsActionGetsTheFocus_data();
     void windowForAPersonsActionGetsTheFocus();
     void timeOfTheTokenBecomesTheUserTime();
@@ -461,6 +462,15 @@ void X11WorkspaceTest::hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt(
         QTRY_VERIFY(!m_workspace->isWithdrawn(field.windowHandle()));
     field.hide();
     QTRY_VERIFY(m_workspace->isWithdrawn(field.windowHandle()));
+}
+
+void X11WorkspaceTest::windowThatSomebodyHasDestroyedIsNotWithdrawn()
+{
+    QWindow window;
+    window.create();
+    QVERIFY(m_workspace->isWithdrawn(&window));
+    PlainWindows(m_desktop.displayName()).close(quint32(window.winId()));
+    QVERIFY(!m_workspace->isWithdrawn(&window));
 }
 
 void X11WorkspaceTest::windowForAPersonsActionGetsTheFocus_data()

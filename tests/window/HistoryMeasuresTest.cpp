@@ -113,7 +113,7 @@ void HistoryMeasuresTest::viewsStandWhereTheyBelong()
     m_defaults->set(kPinKey, hasPin);
     makeKind(isCompat);
     m_window->show();
-    m_window->panel().resize(680, height); // Higher than the screen of the tests, once.
+    m_window->shell().resize(680, height); // Higher than the screen of the tests, once.
 
     QCOMPARE(geometryOf("windowDragView"), QRect(0, 0, 680, 60));
     QCOMPARE(geometryOf("searchIcon"), QRect(24, 15, 32, 32));
@@ -210,9 +210,9 @@ void HistoryMeasuresTest::pillsAreInOneLine()
     openWholly();
     const QFontMetricsF metrics(interfaceFont(12, QFont::Medium));
     int x = 24;
-    for (const FilterButton *pill : m_window->panel().findChildren<FilterButton *>()) {
+    for (const FilterButton *pill : m_window->shell().findChildren<FilterButton *>()) {
         const int width = int(std::ceil(metrics.horizontalAdvance(pill->text()))) + 24;
-        QCOMPARE(QRect(pill->mapTo(&m_window->panel(), QPoint()), pill->size()),
+        QCOMPARE(QRect(pill->mapTo(&m_window->shell(), QPoint()), pill->size()),
                  QRect(x, 65, width, 26));
         x += width + 8;
     }

@@ -16,7 +16,7 @@ private slots:
         setUpWindow();
         makeCompat(SampleHistory::numbered(3));
         openWholly();
-        m_image = m_window->panel().grab().toImage();
+        m_image = m_window->shell().grab().toImage();
         m_scale = m_image.devicePixelRatio();
     }
     void cleanup() { tearDownWindow(); }
@@ -60,10 +60,10 @@ void HistoryScaleTest::theLineUnderThePillsIsAWholeNumberOfPixels()
 
 void HistoryScaleTest::pillsHaveSharpEdges()
 {
-    for (const FilterButton *pill : m_window->panel().findChildren<FilterButton *>()) {
-        if (pill->isSelected() || pill->geometry().right() > m_window->panel().width())
+    for (const FilterButton *pill : m_window->shell().findChildren<FilterButton *>()) {
+        if (pill->isSelected() || pill->geometry().right() > m_window->shell().width())
             continue;
-        const QPoint corner = pill->mapTo(&m_window->panel(), QPoint());
+        const QPoint corner = pill->mapTo(&m_window->shell(), QPoint());
         const int x = pixels(corner.x() + pill->width() / 2.0); // The title begins lower.
         const auto top = runsDown(x, pixels(corner.y() - 2), pixels(corner.y() + 4));
         QCOMPARE(top.size(), 3);
@@ -107,7 +107,7 @@ void HistoryScaleTest::symbolsAreDrawnAtTheDevicesSize()
     QFETCH(const QColor, color);
     QFETCH(QPointF, middle);
     if (middle.x() < 0)
-        middle.rx() += m_window->panel().width();
+        middle.rx() += m_window->shell().width();
     QPixmap symbol = symbolPixmap({name, pointSize, SymbolWeight(weight)}, color, m_scale);
     QCOMPARE(symbol.width(), qRound(1.2 * pointSize * m_scale));
     symbol.setDevicePixelRatio(1);
@@ -135,7 +135,7 @@ void HistoryScaleTest::theRingOfTheFocusHasSharpEdges()
     for (int i = 0; i < tabs; ++i)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QVERIFY(part(name)->hasFocus());
-    m_image = m_window->panel().grab().toImage();
+    m_image = m_window->shell().grab().toImage();
     const QRect box = geometryOf(name);
     const int x = pixels(box.x() + box.width() / 2.0);
     const auto above = runsDown(x, pixels(box.y()) - pixels(5), pixels(box.y()));

@@ -49,8 +49,8 @@ void HistoryWindowClosingTest::theWindowTakesItsMenuAlong()
         m_tags->createTag(name);
     make();
     openWholly();
-    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
-    const QPointer<OverflowMenu> menu = m_window->panel().findChild<OverflowMenu *>();
+    QTest::mouseClick(m_window->shell().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    const QPointer<OverflowMenu> menu = m_window->shell().findChild<OverflowMenu *>();
     QVERIFY(menu && menu->isVisible());
     m_window->hide();
     QVERIFY(!menu || !menu->isVisible());
@@ -62,12 +62,12 @@ void HistoryWindowClosingTest::aPressOnTheMenuIsNoTurningAway()
         m_tags->createTag(name);
     make();
     openWholly();
-    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
-    auto *menu = m_window->panel().findChild<OverflowMenu *>();
+    QTest::mouseClick(m_window->shell().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    auto *menu = m_window->shell().findChild<OverflowMenu *>();
     QVERIFY(menu);
     menu->move(0, 0);
     const QPoint onMenu = menu->geometry().center();
-    QVERIFY(!m_window->panel().geometry().contains(onMenu));
+    QVERIFY(!m_window->shell().geometry().contains(onMenu));
     press(onMenu);
     QVERIFY(!m_window->isHideAnimationInFlight());
     menu->close();
@@ -83,7 +83,7 @@ void HistoryWindowClosingTest::aPressOnAMenuThatHasClosedSinceIsNoTurningAway()
     menu.move(0, 0);
     const QPoint onCopy = menu.actionGeometry(menu.actions().at(1)).center();
     const QPoint place = menu.mapToGlobal(onCopy);
-    QVERIFY(!m_window->panel().geometry().contains(place));
+    QVERIFY(!m_window->shell().geometry().contains(place));
     QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, onCopy);
     const auto pressedAt = quint64(QTest::lastMouseTimestamp);
     QTest::mouseRelease(menu.windowHandle(), Qt::LeftButton, {}, onCopy);
@@ -103,7 +103,7 @@ void HistoryWindowClosingTest::aPressBesideAnOpenMenuIsATurningAway()
     const QMenu &menu = openRowMenu(1);
     // The open menu gets it, wherever it is.
     const QPoint beside(1, 1);
-    QVERIFY(!m_window->panel().geometry().contains(beside));
+    QVERIFY(!m_window->shell().geometry().contains(beside));
     QTest::mousePress(menu.windowHandle(), Qt::LeftButton, {}, menu.mapFromGlobal(beside));
     QVERIFY(!QApplication::activePopupWidget());
     press(beside, quint64(QTest::lastMouseTimestamp));
@@ -116,12 +116,12 @@ void HistoryWindowClosingTest::aPressInsideIsNoTurningAwayThoughThePointerHasGon
     openWholly();
     constexpr quint64 pressedAt = 5'000'000;
     const QPoint inside(300, 10);
-    QMouseEvent event(QEvent::MouseButtonPress, inside, m_window->panel().mapToGlobal(inside),
+    QMouseEvent event(QEvent::MouseButtonPress, inside, m_window->shell().mapToGlobal(inside),
                       Qt::LeftButton, Qt::LeftButton, {});
     event.setTimestamp(pressedAt);
     const QPoint outside(1, 1);
     m_pointer->press(outside, pressedAt);
-    QCoreApplication::sendEvent(m_window->panel().windowHandle(), &event);
+    QCoreApplication::sendEvent(m_window->shell().windowHandle(), &event);
     pass(100ms);
     QVERIFY(!m_window->isHideAnimationInFlight());
     m_pointer->press(outside, pressedAt + 1);
@@ -145,7 +145,7 @@ void HistoryWindowClosingTest::aWindowThatIsClosedIsGoneAtOnce()
         m_window->hide();
         pass(50ms);
     }
-    QVERIFY(m_window->panel().close());
+    QVERIFY(m_window->shell().close());
     QVERIFY(!m_window->isVisible());
     QCOMPARE(m_hiddenCount, 1);
     pass(500ms);
@@ -158,9 +158,9 @@ void HistoryWindowClosingTest::aClickOutsideHides()
     QVERIFY(!m_pointer->isRunning);
     openWholly();
     QVERIFY(m_pointer->isRunning);
-    press(m_window->panel().geometry().center());
+    press(m_window->shell().geometry().center());
     QVERIFY(!m_window->isHideAnimationInFlight());
-    press(m_window->panel().geometry().topLeft() - QPoint(1, 1));
+    press(m_window->shell().geometry().topLeft() - QPoint(1, 1));
     QVERIFY(m_window->isHideAnimationInFlight());
 }
 
@@ -262,7 +262,7 @@ void HistoryWindowClosingTest::losingTheKeyboardWithoutTheFocusDoesNotHide()
     make();
     openWholly();
     m_desktop->frontmost =
-        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->panel().winId(), 5};
+        RunningApplication{u"tessarine"_s, u"Tessarine"_s, m_window->shell().winId(), 5};
     QWidget other;
     other.show();
     QVERIFY(QTest::qWaitForWindowActive(&other));
@@ -343,7 +343,7 @@ void HistoryWindowClosingTest::theMenuOfARowLeavesTheWindowOpen()
     press(QApplication::activePopupWidget()->geometry().center());
     QVERIFY(!m_window->isHideAnimationInFlight());
     QApplication::activePopupWidget()->close();
-    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->shell()));
     QVERIFY(m_window->isVisible() && !m_window->isHideAnimationInFlight());
 }
 
@@ -366,7 +366,7 @@ void HistoryWindowClosingTest::aPressInTheShadowOfAMenuIsAPressOutside()
     openWholly();
     openRowMenu(1);
     const QRect menu = QApplication::activePopupWidget()->geometry();
-    QVERIFY(!m_window->panel().geometry().contains(menu.bottomLeft()));
+    QVERIFY(!m_window->shell().geometry().contains(menu.bottomLeft()));
     press(menu.bottomLeft() + QPoint(5, -5));
     QVERIFY(m_window->isHideAnimationInFlight());
     QVERIFY(!QApplication::activePopupWidget());

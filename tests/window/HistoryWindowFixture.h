@@ -102,7 +102,7 @@ protected:
     {
         m_window->show();
         pass(std::chrono::milliseconds(300));
-        QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+        QVERIFY(QTest::qWaitForWindowActive(&m_window->shell()));
     }
 
     /// Anywhere on the screen, and what comes of it.
@@ -117,7 +117,7 @@ protected:
     {
         m_desktop->frontmost = RunningApplication{QStringLiteral("tessarine"),
                                                   QStringLiteral("Tessarine"),
-                                                  m_window->panel().winId(), 5};
+                                                  m_window->shell().winId(), 5};
         table()->selectRow(row);
         QTest::keyClick(table(), Qt::Key_Menu);
         return dynamic_cast<QMenu &>(*QApplication::activePopupWidget());
@@ -128,24 +128,24 @@ protected:
         ClipboardTableViewController &list = m_window->tableViewController();
         list.requestNewTag(list.items().first()->id);
         pass(std::chrono::milliseconds(16));
-        return *m_window->panel().findChild<NewTagAlert *>();
+        return *m_window->shell().findChild<NewTagAlert *>();
     }
 
     QRect geometryOf(const char *name)
     {
         QWidget *widget = part(name);
-        return {widget->mapTo(&m_window->panel(), QPoint()), widget->size()};
+        return {widget->mapTo(&m_window->shell(), QPoint()), widget->size()};
     }
 
     QImage picture()
     {
-        return m_window->panel().grab().toImage().convertToFormat(QImage::Format_ARGB32);
+        return m_window->shell().grab().toImage().convertToFormat(QImage::Format_ARGB32);
     }
 
     template <typename Widget = QWidget>
     Widget *part(const char *name)
     {
-        return m_window->panel().findChild<Widget *>(QString::fromLatin1(name));
+        return m_window->shell().findChild<Widget *>(QString::fromLatin1(name));
     }
     SearchField *field() { return part<SearchField>("searchField"); }
     ClipboardTableView *table() { return part<ClipboardTableView>("tableView"); }

@@ -56,15 +56,15 @@ private:
 
 void waitForEntrance(HistoryWindow &window)
 {
-    static_cast<void>(QTest::qWaitForWindowActive(&window.panel()));
+    static_cast<void>(QTest::qWaitForWindowActive(&window.shell()));
     const PresentationLayer &layer
-        = window.panel().findChild<HistoryPanel *>()->presentationLayer();
+        = window.shell().findChild<HistoryPanel *>()->presentationLayer();
     static_cast<void>(QTest::qWaitFor([&layer] { return layer.presentation() == Presentation(); }));
 }
 
 QList<FilterButton *> pills(HistoryWindow &window)
 {
-    return window.panel().findChildren<FilterButton *>();
+    return window.shell().findChildren<FilterButton *>();
 }
 
 /// How long \a act takes and, with \a draw after it, until all is drawn.
@@ -82,8 +82,8 @@ QString handledAndDrawn(const Act &act, const Draw &draw)
 /// Of letters that are typed one after the other. Leaves the field empty.
 QStringList keyTimes(HistoryWindow &window)
 {
-    auto *field = window.panel().findChild<QLineEdit *>();
-    QWidget *list = window.panel().findChild<QAbstractScrollArea *>()->viewport();
+    auto *field = window.shell().findChild<QLineEdit *>();
+    QWidget *list = window.shell().findChild<QAbstractScrollArea *>()->viewport();
     QStringList times;
     for (const char key : {'s', 'o', 'l', 'q', 'u', 'w', 'x'})
         times.append(u"%1 %2"_s.arg(QChar::fromLatin1(key),
@@ -99,7 +99,7 @@ QStringList pillTimes(HistoryWindow &window)
     for (const int index : {1, 2, 5, 0}) {
         QAbstractButton *pill = pills(window).at(index);
         times.append(handledAndDrawn([&] { QTest::mouseClick(pill, Qt::LeftButton); },
-                                     [&] { window.panel().repaint(); }));
+                                     [&] { window.shell().repaint(); }));
     }
     return times;
 }
@@ -120,7 +120,7 @@ void measure(int rounds, bool isComposited, bool isWarm)
         timer.start();
         auto window = stage.makeWindow(items);
         const double built = timer.nsecsElapsed() / 1e6;
-        PaintWatch painted(window->panel());
+        PaintWatch painted(window->shell());
         window->show();
         const double shown = timer.nsecsElapsed() / 1e6;
         painted.wait();
@@ -128,7 +128,7 @@ void measure(int rounds, bool isComposited, bool isWarm)
         waitForEntrance(*window);
         const QStringList keys = keyTimes(*window);
         const QStringList filters = pillTimes(*window);
-        const QRect frame = window->panel().geometry();
+        const QRect frame = window->shell().geometry();
         window->hide();
         static_cast<void>(QTest::qWaitFor([&] { return !window->isVisible(); }));
         std::printf("at %d,%d  ", frame.x(), frame.y());

@@ -294,7 +294,7 @@ void HistoryWindowKeysTest::aTagNarrowsAndGivesTheFocusBack()
     make();
     openWholly();
     table()->setFocus();
-    const QList<FilterButton *> pills = m_window->panel().findChildren<FilterButton *>();
+    const QList<FilterButton *> pills = m_window->shell().findChildren<FilterButton *>();
     QCOMPARE(pills.last()->text(), u"travel"_s);
     QTest::mouseClick(pills.last(), Qt::LeftButton);
     QCOMPARE(rowCount(), 2);
@@ -308,11 +308,11 @@ void HistoryWindowKeysTest::aRenameOfTheSelectedTagListsAllAgain()
     QVERIFY(m_tags->createTag(u"travel"_s));
     make();
     openWholly();
-    QTest::mouseClick(m_window->panel().findChildren<FilterButton *>().last(), Qt::LeftButton);
+    QTest::mouseClick(m_window->shell().findChildren<FilterButton *>().last(), Qt::LeftButton);
     QCOMPARE(rowCount(), 2);
     QVERIFY(m_window->tableViewController().itemTags().renameTag(u"travel"_s, u"trips"_s));
     QCOMPARE(rowCount(), 10);
-    QCOMPARE(m_window->panel().findChildren<FilterButton *>().last()->text(), u"trips"_s);
+    QCOMPARE(m_window->shell().findChildren<FilterButton *>().last()->text(), u"trips"_s);
 }
 
 void HistoryWindowKeysTest::tabGoesFromPartToPart()

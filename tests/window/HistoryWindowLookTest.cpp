@@ -102,7 +102,7 @@ void HistoryWindowLookTest::pillsHoldTheirTitlesInEachLanguage()
     manager.install();
     make();
     int right = 0;
-    for (const FilterButton *pill : m_window->panel().findChildren<FilterButton *>()) {
+    for (const FilterButton *pill : m_window->shell().findChildren<FilterButton *>()) {
         const QFontMetricsF metrics(interfaceFont(12, QFont::Medium));
         QCOMPARE(pill->width(), int(std::ceil(metrics.horizontalAdvance(pill->text()))) + 24);
         QVERIFY(pill->x() > right);
@@ -142,8 +142,8 @@ void HistoryWindowLookTest::ringsComeBackWithTheWindow()
     other.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&other));
     QCOMPARE(colorsAbove(name), QList<QColor>(5, m_ground));
-    m_window->panel().activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    m_window->shell().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->shell()));
     QCOMPARE(colorsAbove(name), m_ring);
 }
 
@@ -239,9 +239,9 @@ void HistoryWindowLookTest::cornersAreRound()
     QVERIFY(qAlpha(image.pixel(9, 9)) > 200);
     makeCompat();
     m_window->show();
-    QVERIFY(!m_window->panel().mask().contains(QPoint(5, 5)));
-    QVERIFY(m_window->panel().mask().contains(QPoint(6, 6)));
-    QVERIFY(m_window->panel().mask().contains(QPoint(340, 0)));
+    QVERIFY(!m_window->shell().mask().contains(QPoint(5, 5)));
+    QVERIFY(m_window->shell().mask().contains(QPoint(6, 6)));
+    QVERIFY(m_window->shell().mask().contains(QPoint(340, 0)));
 }
 
 void HistoryWindowLookTest::anAlertGetsTheShapeOfTheWindow()

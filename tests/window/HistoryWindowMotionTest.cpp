@@ -45,7 +45,7 @@ private:
     int opacityOfGround() { return qAlpha(picture().pixel(kGround)); }
     const Presentation &shown()
     {
-        return m_window->panel().findChild<HistoryPanel *>()->presentationLayer().presentation();
+        return m_window->shell().findChild<HistoryPanel *>()->presentationLayer().presentation();
     }
     void toggle()
     {
@@ -100,14 +100,14 @@ void HistoryWindowMotionTest::aWindowThatComesOrGoesIsWhereItWillBe()
 {
     make();
     m_window->show();
-    const QRect frame = m_window->panel().geometry();
+    const QRect frame = m_window->shell().geometry();
     QCOMPARE(frame.size(), QSize(680, 500));
     QCOMPARE(geometryOf("pinButton"), QRect(640, 26, 28, 28));
     pass(300ms);
-    QCOMPARE(m_window->panel().geometry(), frame);
+    QCOMPARE(m_window->shell().geometry(), frame);
     m_window->hide();
     pass(100ms);
-    QCOMPARE(m_window->panel().geometry(), frame);
+    QCOMPARE(m_window->shell().geometry(), frame);
     QCOMPARE(geometryOf("pinButton"), QRect(640, 26, 28, 28));
 }
 
@@ -115,13 +115,13 @@ void HistoryWindowMotionTest::keysAndClicksWorkFromTheFirstFrame()
 {
     make();
     m_window->show();
-    QVERIFY(m_window->panel().focusWidget() == field());
+    QVERIFY(m_window->shell().focusWidget() == field());
     const QImage before = picture();
     QTest::keyClicks(field(), u"tide"_s);
     QCOMPARE(field()->text(), u"tide"_s);
     QCOMPARE(rowCount(), 1);
     QVERIFY(picture() != before);
-    QTest::mouseClick(m_window->panel().windowHandle(), Qt::LeftButton, {}, QPoint(642, 28));
+    QTest::mouseClick(m_window->shell().windowHandle(), Qt::LeftButton, {}, QPoint(642, 28));
     QVERIFY(m_window->isPinned());
     QVERIFY(shown().opacity < 0.3);
 }
@@ -321,7 +321,7 @@ void HistoryWindowMotionTest::aSelectedRowKeepsItsColorWhileTheWindowGoes()
     other.show();
     other.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&other));
-    QVERIFY(!m_window->panel().isActiveWindow());
+    QVERIFY(!m_window->shell().isActiveWindow());
     QVERIFY(m_window->isHideAnimationInFlight());
     pass(100ms);
     QCOMPARE(table()->grab().toImage(), before);

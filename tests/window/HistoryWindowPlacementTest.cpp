@@ -47,7 +47,7 @@ void HistoryWindowPlacementTest::withoutSavedFrameTheWindowIsCentred()
 {
     make();
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    QCOMPARE(m_window->panel().geometry(),
+    QCOMPARE(m_window->shell().geometry(),
              QRect(available.x() + (available.width() - 680) / 2,
                    available.y() + (available.height() - 500) / 2, 680, 500));
 }
@@ -57,7 +57,7 @@ void HistoryWindowPlacementTest::theWindowOpensWhereItLastStood()
     m_defaults->set(kFrameKey, u"{{30, 40}, {680, 300}}"_s);
     make();
     m_window->show();
-    QCOMPARE(m_window->panel().geometry(), QRect(30, 40, 680, 300));
+    QCOMPARE(m_window->shell().geometry(), QRect(30, 40, 680, 300));
 }
 
 void HistoryWindowPlacementTest::aFrameTooTallShrinksAndIsSavedSo()
@@ -67,7 +67,7 @@ void HistoryWindowPlacementTest::aFrameTooTallShrinksAndIsSavedSo()
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     const QRect shrunk(30, available.y(), 680, available.height());
     openWholly();
-    QCOMPARE(m_window->panel().geometry(), shrunk);
+    QCOMPARE(m_window->shell().geometry(), shrunk);
     m_window->hide();
     QCOMPARE(m_defaults->string(kFrameKey),
              u"{{30, %1}, {680, %2}}"_s.arg(shrunk.y()).arg(shrunk.height()));
@@ -77,21 +77,21 @@ void HistoryWindowPlacementTest::aFrameOfAnotherWidthOpensAtTheWindowsWidth()
 {
     m_defaults->set(kFrameKey, u"{{30, 40}, {1200, 300}}"_s);
     make();
-    QCOMPARE(m_window->panel().geometry(), QRect(30, 40, 680, 300));
+    QCOMPARE(m_window->shell().geometry(), QRect(30, 40, 680, 300));
 }
 
 void HistoryWindowPlacementTest::aFrameThatDoesNotParseCountsAsNone()
 {
     m_defaults->set(kFrameKey, u"somewhere"_s);
     make();
-    QCOMPARE(m_window->panel().size(), QSize(680, 500));
+    QCOMPARE(m_window->shell().size(), QSize(680, 500));
 }
 
 void HistoryWindowPlacementTest::theFrameIsSavedOnEveryHide()
 {
     makeCompat();
     m_window->show();
-    m_window->panel().setGeometry(50, 60, 680, 320);
+    m_window->shell().setGeometry(50, 60, 680, 320);
     m_window->hide();
     QCOMPARE(m_defaults->string(kFrameKey), u"{{50, 60}, {680, 320}}"_s);
 }
@@ -102,9 +102,9 @@ void HistoryWindowPlacementTest::draggingTheHeadMovesTheWindow()
     make();
     openWholly();
     dragBy("windowDragView", QPoint(12, 34));
-    QCOMPARE(m_window->panel().geometry(), QRect(52, 84, 680, 400));
+    QCOMPARE(m_window->shell().geometry(), QRect(52, 84, 680, 400));
     dragBy("windowDragView", QPoint(-900, -900));
-    QCOMPARE(m_window->panel().pos(),
+    QCOMPARE(m_window->shell().pos(),
              QGuiApplication::primaryScreen()->availableGeometry().topLeft());
 }
 
@@ -113,10 +113,10 @@ void HistoryWindowPlacementTest::aMoveByTheDesktopStands()
     m_defaults->set(kFrameKey, u"{{40, 50}, {680, 400}}"_s);
     make();
     openWholly();
-    m_window->panel().windowHandle()->setPosition(70, 90);
-    QTRY_COMPARE(m_window->panel().pos(), QPoint(70, 90));
+    m_window->shell().windowHandle()->setPosition(70, 90);
+    QTRY_COMPARE(m_window->shell().pos(), QPoint(70, 90));
     QCoreApplication::processEvents();
-    QCOMPARE(m_window->panel().pos(), QPoint(70, 90));
+    QCOMPARE(m_window->shell().pos(), QPoint(70, 90));
     m_window->hide();
     QCOMPARE(m_defaults->string(kFrameKey), u"{{70, 90}, {680, 400}}"_s);
 }
@@ -127,12 +127,12 @@ void HistoryWindowPlacementTest::theHandlesResize()
     make();
     openWholly();
     dragBy("topResizeView", QPoint(70, -30));
-    QCOMPARE(m_window->panel().geometry(), QRect(40, 120, 680, 430));
+    QCOMPARE(m_window->shell().geometry(), QRect(40, 120, 680, 430));
     dragBy("bottomResizeView", QPoint(70, 20));
-    QCOMPARE(m_window->panel().geometry(), QRect(40, 120, 680, 450));
+    QCOMPARE(m_window->shell().geometry(), QRect(40, 120, 680, 450));
     QCOMPARE(geometryOf("tableView"), QRect(0, 100, 680, 350));
     dragBy("bottomResizeView", QPoint(0, -900));
-    QCOMPARE(m_window->panel().height(), 244);
+    QCOMPARE(m_window->shell().height(), 244);
 }
 
 void HistoryWindowPlacementTest::panelsThatLeaveNothingAreNotBelieved_data()
@@ -150,7 +150,7 @@ void HistoryWindowPlacementTest::panelsThatLeaveNothingAreNotBelieved()
     m_desktop->available = available;
     make();
     m_window->show();
-    QCOMPARE(m_window->panel().geometry(),
+    QCOMPARE(m_window->shell().geometry(),
              WindowFrame::centred(QGuiApplication::primaryScreen()->geometry()));
 }
 
@@ -159,10 +159,10 @@ void HistoryWindowPlacementTest::panelsThatComeAreSpared()
     m_desktop->available = QRect(30, 0, 740, 600);
     make();
     m_window->show();
-    QCOMPARE(m_window->panel().geometry(), QRect(60, 50, 680, 500));
+    QCOMPARE(m_window->shell().geometry(), QRect(60, 50, 680, 500));
     m_desktop->available = QRect(70, 0, 700, 540);
     m_desktop->onAvailableGeometryChanged();
-    QCOMPARE(m_window->panel().geometry(), QRect(70, 40, 680, 500));
+    QCOMPARE(m_window->shell().geometry(), QRect(70, 40, 680, 500));
 }
 
 QTEST_MAIN(HistoryWindowPlacementTest)

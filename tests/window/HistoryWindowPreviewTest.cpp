@@ -86,7 +86,7 @@ void HistoryWindowPreviewTest::spaceInTheListShowsTheRow()
     openPreview();
     QCOMPARE(m_preview->shownItems.size(), 1);
     QCOMPARE(m_preview->shownItems.first(), m_window->tableViewController().items().first());
-    QCOMPARE(m_preview->parent, &m_window->panel());
+    QCOMPARE(m_preview->parent, &m_window->shell());
     QCOMPARE(m_preview->responder, table());
     QTest::keyClick(field(), Qt::Key_Space);
     QCOMPARE(m_preview->shownItems.size(), 1);
@@ -231,7 +231,7 @@ void HistoryWindowPreviewTest::aFilterClosesThePreview()
 void HistoryWindowPreviewTest::theWheelIsOfferedToThePreview()
 {
     const auto turnWheel = [this] {
-        QWindow *window = m_window->panel().windowHandle();
+        QWindow *window = m_window->shell().windowHandle();
         QWindowSystemInterface::handleWheelEvent(window, kHead, window->mapToGlobal(kHead), {},
                                                  QPoint(0, -120));
         QCoreApplication::processEvents();
@@ -250,7 +250,7 @@ void HistoryWindowPreviewTest::whileTheTextIsEditedNothingIsSearched()
     const QImage before = field()->grab().toImage();
     m_preview->onTextEditingStateChanged(true);
     QVERIFY(!field()->isEnabled());
-    QVERIFY(!m_window->panel().focusWidget());
+    QVERIFY(!m_window->shell().focusWidget());
     QVERIFY(field()->grab().toImage() != before);
     m_preview->onTextEditingStateChanged(false);
     QVERIFY(field()->isEnabled());
@@ -270,8 +270,8 @@ void HistoryWindowPreviewTest::thePreviewMayTakeTheKeyboard()
     QVERIFY(QTest::qWaitForWindowActive(&previewPanel));
     QVERIFY(!m_window->isHideAnimationInFlight());
     m_preview->fadeOut();
-    m_window->panel().activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    m_window->shell().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->shell()));
     previewPanel.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&previewPanel));
     QVERIFY(m_window->isHideAnimationInFlight());

@@ -63,12 +63,12 @@ Shot withTags(const QStringList &tags, Shot shot)
 
 QLineEdit *field(HistoryWindow &window)
 {
-    return window.panel().findChild<QLineEdit *>();
+    return window.shell().findChild<QLineEdit *>();
 }
 
 QList<FilterButton *> pills(HistoryWindow &window)
 {
-    return window.panel().findChildren<FilterButton *>();
+    return window.shell().findChildren<FilterButton *>();
 }
 
 void type(HistoryWindow &window, const QString &text)
@@ -92,7 +92,7 @@ auto choosing(int pill)
 void openRowMenu(HistoryWindow &window)
 {
     selecting(3)(window);
-    auto *list = window.panel().findChild<ClipboardTableView *>();
+    auto *list = window.shell().findChild<ClipboardTableView *>();
     const QPoint place(264, 256);
     QContextMenuEvent event(QContextMenuEvent::Mouse, place, list->viewport()->mapToGlobal(place));
     QCoreApplication::sendEvent(list->viewport(), &event);
@@ -100,7 +100,7 @@ void openRowMenu(HistoryWindow &window)
 
 void openOverflowMenu(HistoryWindow &window, const QString &chosenTag)
 {
-    auto *bar = window.panel().findChild<FilterBarView *>();
+    auto *bar = window.shell().findChild<FilterBarView *>();
     bar->selectCategory(FilterCategory::tag(chosenTag));
     pills(window).last()->click();
 }
@@ -122,7 +122,7 @@ void focusThePin(HistoryWindow &)
 /// Wants a favourite more than there may be.
 void reachFavoriteLimit(HistoryWindow &window)
 {
-    auto *list = window.panel().findChild<ClipboardTableView *>();
+    auto *list = window.shell().findChild<ClipboardTableView *>();
     list->selectRow(2);
     const RowLayout layout(QRectF(list->visualRect(list->model()->index(2, 0))));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, layout.star.center().toPoint());
@@ -303,14 +303,14 @@ private:
                                    shot.height));
         const auto window = m_stage.makeWindow(shot.items);
         window->show();
-        static_cast<void>(QTest::qWaitForWindowActive(&window->panel()));
+        static_cast<void>(QTest::qWaitForWindowActive(&window->shell()));
         const ClipboardItemList rows = shot.items.first(std::min<qsizetype>(shot.items.size(), 10));
         static_cast<void>(QTest::qWaitFor([&] { return m_stage.hasPictures(rows); }));
         m_stage.pass(kRest);
         shot.act(*window);
         m_stage.pass(kRest);
-        const QRect place(window->panel().pos() - kCorner,
-                          QSize(window->panel().width(), shot.height) + shot.margins);
+        const QRect place(window->shell().pos() - kCorner,
+                          QSize(window->shell().width(), shot.height) + shot.margins);
         if (!QTest::qWaitFor([&] { return isDrawnWholly(*window, place); }))
             fail(path(shot.name), "the screen does not show what the windows have drawn");
         const QImage picture = screen(place);
@@ -331,13 +331,13 @@ private:
     /// What the windows of the program, laid over each other on the backdrop, come to.
     QImage expected(HistoryWindow &window, const QRect &place) const
     {
-        const qreal scale = window.panel().devicePixelRatioF();
+        const qreal scale = window.shell().devicePixelRatioF();
         QImage canvas((QSizeF(place.size()) * scale).toSize(), QImage::Format_RGB32);
         canvas.fill(m_backdrop.color());
         QPainter painter(&canvas);
-        drawWindow(painter, window.panel(), place);
+        drawWindow(painter, window.shell(), place);
         for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (widget != &window.panel() && widget != &m_backdrop && widget->isVisible())
+            if (widget != &window.shell() && widget != &m_backdrop && widget->isVisible())
                 drawWindow(painter, *widget, place);
         }
         return canvas;
@@ -358,7 +358,7 @@ private:
 
     bool isDrawnWholly(HistoryWindow &window, const QRect &place) const
     {
-        auto &panel = *window.panel().findChild<HistoryPanel *>();
+        auto &panel = *window.shell().findChild<HistoryPanel *>();
         const bool isThere = panel.presentationLayer().presentation() == Presentation();
         return isThere && isAlike(screen(place), expected(window, place));
     }

@@ -147,7 +147,7 @@ void HistoryWindowSpeechTest::cleanup()
 void HistoryWindowSpeechTest::theWindowIsAWindowWithItsParts()
 {
     makeAndOpen();
-    QAccessibleInterface *window = spoken(&m_window->panel());
+    QAccessibleInterface *window = spoken(&m_window->shell());
     QCOMPARE(window->role(), QAccessible::Window);
     QCOMPARE(name(window), u"Clipboard History"_s);
     QVERIFY(window->state().active);
@@ -172,7 +172,7 @@ void HistoryWindowSpeechTest::whatIsMereDecorationIsLeftOut()
 {
     makeAndOpen();
     QObjectList told;
-    for (QAccessibleInterface *place : everythingIn(spoken(&m_window->panel())))
+    for (QAccessibleInterface *place : everythingIn(spoken(&m_window->shell())))
         told.append(place->object());
     for (const char *name : {"windowDragView", "topResizeView", "bottomResizeView", "separatorLine"})
         QVERIFY2(part(name) && !told.contains(part(name)), name);
@@ -194,7 +194,7 @@ void HistoryWindowSpeechTest::whateverTakesTheFocusHasAName()
         QVERIFY(m_tags->createTag(tag));
     makeAndOpen();
     QStringList names;
-    for (QAccessibleInterface *place : everythingIn(spoken(&m_window->panel()))) {
+    for (QAccessibleInterface *place : everythingIn(spoken(&m_window->shell()))) {
         if (place->state().focusable || place->actionInterface()) {
             if (place->role() != QAccessible::Client && place->role() != QAccessible::Graphic)
                 QVERIFY2(!name(place).isEmpty(), qPrintable(QDebug::toString(place)));
@@ -221,7 +221,7 @@ void HistoryWindowSpeechTest::namesFollowTheLanguage()
     makeAndOpen();
     m_languages->setLanguage(AppLanguage::Chinese);
     m_window->refreshLanguage();
-    QCOMPARE(name(spoken(&m_window->panel())), u"剪贴板历史"_s);
+    QCOMPARE(name(spoken(&m_window->shell())), u"剪贴板历史"_s);
     QCOMPARE(name(spoken(field())), u"搜索"_s);
     QCOMPARE(name(spoken(part("searchIcon"))), u"搜索"_s);
     QCOMPARE(name(spoken(part("filterBar"))), u"筛选"_s);
@@ -534,7 +534,7 @@ void HistoryWindowSpeechTest::theAlertIsADialog()
     QCOMPARE(alert->role(), QAccessible::Dialog);
     QVERIFY(alert->state().modal);
     QCOMPARE(name(alert), u"New Tag"_s);
-    QCOMPARE(alert->parent(), spoken(&m_window->panel())->child(0));
+    QCOMPARE(alert->parent(), spoken(&m_window->shell())->child(0));
     QVERIFY(alert->parent()->indexOfChild(alert) >= 0);
     QStringList names;
     for (QAccessibleInterface *place : everythingIn(alert)) {
@@ -552,10 +552,10 @@ void HistoryWindowSpeechTest::placesOfAnEndedWindowAreForgotten()
 {
     makeAndOpen(SampleHistory::numbered(2));
     QList<QAccessible::Id> told;
-    for (QAccessibleInterface *place : everythingIn(spoken(&m_window->panel())))
+    for (QAccessibleInterface *place : everythingIn(spoken(&m_window->shell())))
         told.append(QAccessible::uniqueId(place));
     QVERIFY(told.size() > 10);
-    told.removeOne(QAccessible::uniqueId(spoken(&m_window->panel()))); // It may be opened again.
+    told.removeOne(QAccessible::uniqueId(spoken(&m_window->shell()))); // It may be opened again.
     m_window.reset();
     for (const QAccessible::Id id : told)
         QCOMPARE(QAccessible::accessibleInterface(id), nullptr);

@@ -55,14 +55,14 @@ void HistoryWindowTest::theDesktopDecidesOnTheKindOfWindow()
 void HistoryWindowTest::theWindowIsAFramelessToolOnTop()
 {
     make();
-    const Qt::WindowFlags flags = m_window->panel().windowFlags();
+    const Qt::WindowFlags flags = m_window->shell().windowFlags();
     QVERIFY(flags.testFlag(Qt::FramelessWindowHint));
     QVERIFY(flags.testFlag(Qt::WindowStaysOnTopHint));
     QCOMPARE(flags & Qt::WindowType_Mask, Qt::Tool);
-    QCOMPARE(m_window->panel().windowTitle(), u"Clipboard History"_s);
-    QVERIFY(m_window->panel().testAttribute(Qt::WA_TranslucentBackground));
+    QCOMPARE(m_window->shell().windowTitle(), u"Clipboard History"_s);
+    QVERIFY(m_window->shell().testAttribute(Qt::WA_TranslucentBackground));
     makeCompat();
-    QVERIFY(!m_window->panel().testAttribute(Qt::WA_TranslucentBackground));
+    QVERIFY(!m_window->shell().testAttribute(Qt::WA_TranslucentBackground));
 }
 
 void HistoryWindowTest::anOpenWindowTakesItsTextsAnew()
@@ -76,7 +76,7 @@ void HistoryWindowTest::anOpenWindowTakesItsTextsAnew()
     language.setLanguage(AppLanguage::Chinese);
     m_window->refreshLanguage();
 
-    QCOMPARE(m_window->panel().windowTitle(), u"剪贴板历史"_s);
+    QCOMPARE(m_window->shell().windowTitle(), u"剪贴板历史"_s);
     QCOMPARE(field()->placeholderText(), u"搜索"_s);
     QCOMPARE(part("pinButton")->toolTip(), u"取消固定窗口"_s);
     QCOMPARE(part<FilterButton>("filter.all")->text(), u"全部"_s);
@@ -214,7 +214,7 @@ void HistoryWindowTest::aWindowThatIsNotGivenTheFocusAsksAgain()
     pass(1ms);
     QCOMPARE(activations(), 2);
     QCOMPARE(m_desktop->activationTokens, QStringList{QString()}); // By the person's wish.
-    QVERIFY(QTest::qWaitForWindowActive(&m_window->panel()));
+    QVERIFY(QTest::qWaitForWindowActive(&m_window->shell()));
     pass(5s);
     QCOMPARE(activations(), 2);
 }
@@ -265,7 +265,7 @@ void HistoryWindowTest::anAlertKeepsTheWindowOpenAndTheKeys()
     openWholly();
     NewTagAlert &alert = askForATag();
     QVERIFY(alert.field().hasFocus());
-    press(m_window->panel().mapToGlobal(alert.geometry().center()));
+    press(m_window->shell().mapToGlobal(alert.geometry().center()));
     m_desktop->onApplicationActivated({u"tessarine"_s, u"Tessarine"_s, 1, 1});
     QVERIFY(!m_window->isHideAnimationInFlight());
     // Coming to the front again gives the keyboard to the search field.

@@ -96,6 +96,7 @@ void X11HotkeyThread::ungrab(const Grab &held)
     for (const quint16 locks : subsetsOf(held.locks))
         xcb_ungrab_key(m_xcb.get(), held.key, m_rootWindow, held.modifiers | locks);
     xcb_flush(m_xcb.get());
+    wake(); // Sending reads as well.
 }
 
 void X11HotkeyThread::letKeysGo(const Press &press, quint32 window)
@@ -132,6 +133,7 @@ void X11HotkeyThread::run()
             forgetPress();
         if (m_deadline && SteadyClock::now() >= *m_deadline)
             thaw();
+        handleEvents(); // Sending reads as well, and nothing else would tell of that.
         waitForNews();
     }
 }
@@ -162,6 +164,13 @@ void X11HotkeyThread::handleEvents()
             break;
         case XCB_FOCUS_IN:
             if (focus->event == m_expectedWindow && focus->detail != XCB_NOTIFY_DETAIL_POINTER)
+                thaw();
+            break;
+        case XCB_UNMAP_NOTIFY:
+        case XCB_DESTROY_NOTIFY:
+            // The window that was to get the keys is gone, and both name it in the same place.
+            if (reinterpret_cast<const xcb_unmap_notify_event_t *>(event.get())->window
+                == m_expectedWindow)
                 thaw();
             break;
         default: break;
@@ -215,7 +224,8 @@ bool X11HotkeyThread::hasFocus(quint32 window)
 
 void X11HotkeyThread::watchFocus(quint32 window, bool isWatched)
 {
-    const quint32 mask = isWatched ? XCB_EVENT_MASK_FOCUS_CHANGE : XCB_EVENT_MASK_NO_EVENT;
+    const quint32 mask = isWatched ? XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY
+                                   : XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(m_xcb.get(), window, XCB_CW_EVENT_MASK, &mask);
 }
 

@@ -22,7 +22,7 @@ namespace {
 /// Says that the wish is the person's, as a pager's is, and not a program's own.
 constexpr quint32 kSourcePerson = 2;
 
-/// Of WM_STATE (ICCCM 4.1.3.1).
+/// Of WM_STATE (ICCCM 4.1.3.1). Until then a window is not to be mapped again (ICCCM 4.1.4).
 constexpr quint32 kWithdrawnState = 0;
 
 /// For how long after we have asked for the focus news of another window may be older than that.
@@ -166,15 +166,21 @@ void X11Workspace::prepareOwnWindow(QWindow *window)
     const auto id = quint32(window->winId());
     writeUserTime(xcb, id);
     // Of a window that is there the state belongs to the window manager.
-    if (window->type() == Qt::Tool && !window->isVisible())
-        keepOutOfLists(xcb, id);
+    if (window->type() != Qt::Tool || window->isVisible())
+        return;
+    keepOutOfLists(xcb, id);
+    // Of a window that was open before, which is to come where the person is.
+    xcb_delete_property(xcb, id, m_connection.atom(X11AtomName::NetWmDesktop));
 }
 
 bool X11Workspace::isWithdrawn(QWindow *window)
 {
     const quint32 state = m_connection.requestProperty(quint32(window->winId()),
                                                        m_connection.atom(X11AtomName::WmState));
-    const QList<quint32> words = propertyWords(m_connection.takeProperty(state));
+    const std::optional<QByteArray> answer = m_connection.takeProperty(state);
+    if (!answer)
+        return false; // Somebody has destroyed it.
+    const QList<quint32> words = propertyWords(answer);
     return words.isEmpty() || words.first() == kWithdrawnState;
 }
 

@@ -150,7 +150,9 @@ public:
     QProcess *startWindowManager(const QString &program, const QStringList &arguments = {})
     {
         QProcess &manager = launch(program, arguments);
-        return waitUntil([this] { return isWindowManaged(); }) ? &manager : nullptr;
+        // To take the focus is its last step. Windows that come before may stay without a manager.
+        const auto isReady = [this] { return isWindowManaged() && isFocusOnWindow(); };
+        return waitUntil(isReady) ? &manager : nullptr;
     }
 
     /// Starts a program and waits for its window; 0 if none came.
@@ -251,6 +253,16 @@ private:
         return answer.contains("window id") &&
                run(QStringLiteral("xprop"), {QStringLiteral("-id"), window, property})
                    .contains("window id");
+    }
+
+    bool isFocusOnWindow() const
+    {
+        constexpr quint32 kPointerRoot = 1; // Where the focus is when no window has it.
+        return run(QStringLiteral("xdotool"),
+                   {QStringLiteral("getwindowfocus"), QStringLiteral("-f")})
+                   .trimmed()
+                   .toUInt()
+            > kPointerRoot;
     }
 
     QTemporaryDir m_folder;

@@ -453,7 +453,9 @@ void X11WorkspaceTest::hiddenWindowIsWithdrawnOnceTheWindowManagerHasDoneWithIt(
 {
     QFETCH(QString, windowManager);
     startWindowManager(windowManager);
+    openTerminal(u"terminal"_s); // It shows that windows are taken charge of.
     QLineEdit field;
+    field.setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool);
     field.winId();
     QVERIFY(m_workspace->isWithdrawn(field.windowHandle()));
     field.show();

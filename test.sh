@@ -1,18 +1,22 @@
 #!/bin/bash
 # Builds Tessarine and runs every test on a private display. With --all the slow desktop tests run
-# too, and the unit tests once more under the sanitizers.
+# too, and the unit tests once more under the sanitizers. With --again what was red is run once more,
+# alone: it fails only if it is red again, and what was red at first is told at the end.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 . scripts/packages.sh
 
 usage() {
-    printf 'usage: %s [--all]\n' "$0" >&2
+    printf 'usage: %s [--all | --again]\n' "$0" >&2
     exit 2
 }
 
+runs_all=false
+runs_again=false
 case "${1:-}" in
-    '') runs_all=false ;;
+    '') ;;
     --all) runs_all=true ;;
+    --again) runs_again=true ;;
     *) usage ;;
 esac
 if [ $# -gt 1 ]; then
@@ -25,14 +29,28 @@ if $runs_all; then
 fi
 install_missing "${packages[@]}"
 
-# run_tests PRESET CTEST-OPTIONS...: builds a preset, and runs its tests away from this session.
-run_tests() {
+# run_ctest PRESET CTEST-OPTIONS...: runs tests away from this session.
+run_ctest() {
     local preset=$1
+    shift
+    /usr/bin/python3 -B tests/desktop/desktop.py -- \
+        ctest --test-dir "build/$preset" --output-on-failure --no-tests=error "$@"
+}
+
+# run_tests PRESET CTEST-OPTIONS...: builds a preset, and runs its tests.
+run_tests() {
+    local preset=$1 failed="build/$1/Testing/Temporary/LastTestsFailed.log" red
     shift
     cmake --preset "$preset"
     cmake --build --preset "$preset"
-    /usr/bin/python3 -B tests/desktop/desktop.py -- \
-        ctest --test-dir "build/$preset" --output-on-failure --no-tests=error "$@"
+    if run_ctest "$preset" "$@"; then
+        return
+    elif ! $runs_again; then
+        return 1
+    fi
+    red=$(cat "$failed")
+    run_ctest "$preset" --rerun-failed || return 1
+    printf 'Red at first, and green when run again:\n%s\n' "$red"
 }
 
 if $runs_all; then
